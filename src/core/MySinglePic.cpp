@@ -240,7 +240,7 @@ void MySinglePic::validateFilesystemNormalization()
         normalizationType &= ~quint64(NormalizationFileDates);
 }
 
-std::optional<ValueAtOffset> MySinglePic::sourceDateExifData() const
+std::optional<StampRecord> MySinglePic::sourceDateExifData() const
 {
     switch (spType) {
     case SpTypeExifOriginal:
@@ -255,7 +255,7 @@ std::optional<ValueAtOffset> MySinglePic::sourceDateExifData() const
     }
 }
 
-std::optional<ValueAtOffset> MySinglePic::sourceOffsetExifData() const
+std::optional<OffsetTagRecord> MySinglePic::sourceOffsetExifData() const
 {
     switch (spType) {
     case SpTypeExifOriginal:

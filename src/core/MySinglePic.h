@@ -229,12 +229,12 @@ public:
 
     // Stamp bytes of the slot the item's date came from (original, digitized, TIFF, TIFF for
     // types 1 to 4), and of the fixed slots.
-    std::optional<ValueAtOffset> sourceDateExifData() const;
-    std::optional<ValueAtOffset> sourceOffsetExifData() const;
-    const std::optional<ValueAtOffset> &digiDateExifData() const { return singlePicAttributes.ExifDateTimeDigitized; }
-    const std::optional<ValueAtOffset> &modDateExifData() const { return singlePicAttributes.TIFFDateTime; }
-    const std::optional<ValueAtOffset> &digiOffsetExifData() const { return singlePicAttributes.ExifOffsetTimeDigitized; }
-    const std::optional<ValueAtOffset> &modOffsetExifData() const { return singlePicAttributes.TIFFOffsetTime; }
+    std::optional<StampRecord> sourceDateExifData() const;
+    std::optional<OffsetTagRecord> sourceOffsetExifData() const;
+    const std::optional<StampRecord> &digiDateExifData() const { return singlePicAttributes.ExifDateTimeDigitized; }
+    const std::optional<StampRecord> &modDateExifData() const { return singlePicAttributes.TIFFDateTime; }
+    const std::optional<OffsetTagRecord> &digiOffsetExifData() const { return singlePicAttributes.ExifOffsetTimeDigitized; }
+    const std::optional<OffsetTagRecord> &modOffsetExifData() const { return singlePicAttributes.TIFFOffsetTime; }
 
 private:
     static std::atomic<quint32> s_sessionCounter;

@@ -10,28 +10,54 @@
 
 namespace orv {
 
-// Bytes of one value as the import saw them, and where they stand in the file. A later save
-// proves these bytes unchanged before it overwrites them in place. An offset of 0 means none.
-struct ValueAtOffset
+// Where a value stands in the file and the bytes the import saw there. A later save proves these
+// bytes unchanged before it overwrites them in place. An offset of 0 means none.
+
+// A 19-byte date stamp; dateData holds the 20 bytes with the terminating NUL. A GPS date stamp
+// uses the same record with its 11 bytes.
+struct StampRecord
 {
-    QByteArray data;
-    quint32 offset = 0;
-    bool operator==(const ValueAtOffset &) const = default;
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    bool operator==(const StampRecord &) const = default;
 };
 
-// A GPS time (three rationals) or date stamp. needsConv marks Motorola byte order.
+// A 7-byte time offset such as "+02:00" with its NUL.
+struct OffsetTagRecord
+{
+    QByteArray offsetData;
+    quint32 offsetOffset = 0;
+    bool operator==(const OffsetTagRecord &) const = default;
+};
+
+// Three rationals, hours, minutes and seconds (24 bytes). needsConv: the rationals are in
+// Motorola order and must be swapped on a little-endian machine.
 struct GpsStampRecord
 {
-    QByteArray data;
-    quint32 offset = 0;
+    QByteArray dateData;
+    quint32 dateOffset = 0;
     bool needsConv = false;
     bool operator==(const GpsStampRecord &) const = default;
 };
 
+// Latitude and longitude with their refs are always complete; altitude and positioning error
+// are optional and then have empty data and offset 0.
 struct GpsLocationRecord
 {
-    std::optional<ValueAtOffset> latitudeRef, latitude, longitudeRef, longitude;
-    std::optional<ValueAtOffset> altitudeRef, altitude, hPositioningError;
+    QByteArray latitudeRef_Data;
+    quint32 latitudeRef_Offset = 0;
+    QByteArray latitude_Data;
+    quint32 latitude_Offset = 0;
+    QByteArray longitudeRef_Data;
+    quint32 longitudeRef_Offset = 0;
+    QByteArray longitude_Data;
+    quint32 longitude_Offset = 0;
+    QByteArray altitudeRef_Data;
+    quint32 altitudeRef_Offset = 0;
+    QByteArray altitude_Data;
+    quint32 altitude_Offset = 0;
+    QByteArray hPositioningError_Data;
+    quint32 hPositioningError_Offset = 0;
     bool needsConv = false;
     bool operator==(const GpsLocationRecord &) const = default;
 };
@@ -56,9 +82,10 @@ using XmpDateInfos = std::map<QString, XmpStampRecord>;
 // file attributes seen at import.
 struct PicAttributes
 {
-    std::optional<ValueAtOffset> ExifDateTimeOriginal, ExifDateTimeDigitized, TIFFDateTime;
-    std::optional<ValueAtOffset> ExifOffsetTimeOriginal, ExifOffsetTimeDigitized, TIFFOffsetTime;
-    std::optional<GpsStampRecord> GPSTimeStamp, GPSDateStamp;
+    std::optional<StampRecord> ExifDateTimeOriginal, ExifDateTimeDigitized, TIFFDateTime;
+    std::optional<OffsetTagRecord> ExifOffsetTimeOriginal, ExifOffsetTimeDigitized, TIFFOffsetTime;
+    std::optional<GpsStampRecord> GPSTimeStamp;
+    std::optional<StampRecord> GPSDateStamp;
     std::optional<GpsLocationRecord> GPSLocation;
     std::optional<double> GPSLocationXmpHPositioningError;
     std::optional<XmpDateInfos> xmpDateInfos;

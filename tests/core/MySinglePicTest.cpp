@@ -126,7 +126,7 @@ TEST(MySinglePicLocality, OffsetTagOrXmpZoneMakesASourceNonLocal)
     MySinglePic *pic = f.add(SpTypeExifOriginal, noon);
     pic->exifDateTimeOriginalOLD = noon;
     EXPECT_TRUE(pic->isDataSourceLocal());
-    pic->singlePicAttributes.ExifOffsetTimeOriginal = ValueAtOffset{"+02:00", 100};
+    pic->singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{"+02:00", 100};
     EXPECT_FALSE(pic->isDataSourceLocal());
 
     MySinglePic *xmp = f.add(SpTypeExifOriginal, noon);
@@ -151,7 +151,7 @@ TEST(MySinglePicLocality, GpsDifferenceCountsFrom1800SecondsOn)
     EXPECT_EQ(pic->differenceFromGPSDate(noon, noon.addingSeconds(-1800.0)), -1800.0);
     EXPECT_EQ(pic->differenceFromGPSDate(noon, noon.addingSeconds(1799.9)), 0.0);
     EXPECT_EQ(pic->differenceFromGPSDate(std::nullopt, noon), 0.0);
-    pic->singlePicAttributes.ExifOffsetTimeOriginal = ValueAtOffset{"+02:00", 100};
+    pic->singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{"+02:00", 100};
     EXPECT_EQ(pic->differenceFromGPSDate(noon, noon.addingSeconds(7200.0)), 0.0)
         << "a stamp with its own offset is not compared with the GPS clock";
 }
