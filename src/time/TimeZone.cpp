@@ -1,7 +1,6 @@
 #include "time/TimeZone.h"
 
 #include <QDateTime>
-
 #include <algorithm>
 #include <cmath>
 
@@ -84,8 +83,8 @@ OptionalDate TimeZone::nextDaylightSavingTimeTransitionAfterDate(Instant after) 
         if (!next.atUtc.isValid())
             return std::nullopt;
         const QTimeZone::OffsetData before = m_zone.offsetData(next.atUtc.addMSecs(-1));
-        if (before.offsetFromUtc != next.offsetFromUtc
-            || before.daylightTimeOffset != next.daylightTimeOffset)
+        if (before.offsetFromUtc != next.offsetFromUtc ||
+            before.daylightTimeOffset != next.daylightTimeOffset)
             return Instant(double(next.atUtc.toMSecsSinceEpoch()) / 1000.0);
         from = next.atUtc;
     }

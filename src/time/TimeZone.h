@@ -4,7 +4,6 @@
 
 #include <QString>
 #include <QTimeZone>
-
 #include <optional>
 
 namespace orv {
