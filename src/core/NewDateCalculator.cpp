@@ -1,14 +1,105 @@
 #include "core/NewDateCalculator.h"
 
 #include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+
+#include <QDateTime>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
 namespace orv {
 
 namespace {
+
+// --- Stamp conversions -------------------------------------------------------------------------
+// The checks need a few writes and reads of date stamps. They stand here on QDateTime, under the
+// names and with the behaviour of the date stamp codec, so that each call can move to the codec
+// unchanged once it offers them.
+namespace stamps {
+
+QDateTime inZone(Instant date, const QTimeZone &zone)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(date.wholeSeconds()) * 1000, zone);
+}
+
+Instant instantOf(const QDateTime &dateTime)
+{
+    return Instant(double(dateTime.toMSecsSinceEpoch()) / 1000.0);
+}
+
+// The wall-clock digits of the first 19 bytes of a stamp, read in the given zone.
+OptionalDate wallClockDate(const QByteArray &stamp, const QString &format, const QTimeZone &zone)
+{
+    const QDateTime digits = QDateTime::fromString(QString::fromLatin1(stamp.left(19)), format);
+    if (!digits.isValid())
+        return std::nullopt;
+    return instantOf(QDateTime(digits.date(), digits.time(), zone));
+}
+
+const QString exifFormat = QStringLiteral("yyyy:MM:dd HH:mm:ss");
+const QString mdtaFormat = QStringLiteral("yyyy-MM-dd'T'HH:mm:ss");
+
+QByteArray exifDataFromDate(Instant date, const QTimeZone &zone)
+{
+    return inZone(date, zone).toString(exifFormat).toLatin1();
+}
+
+OptionalDate dateFromExifData(const QByteArray &data, const QTimeZone &zone)
+{
+    return wallClockDate(data, exifFormat, zone);
+}
+
+// Length 20 is a UTC stamp ending in "Z"; 25 has an offset with a colon, 24 one without.
+QByteArray mdtaDataOfLength(int length, Instant date, const QTimeZone &zone)
+{
+    if (length == 20)
+        return (inZone(date, QTimeZone::utc()).toString(mdtaFormat) + QLatin1Char('Z')).toLatin1();
+    const QDateTime local = inZone(date, zone);
+    const int offset = local.offsetFromUtc();
+    const int minutes = std::abs(offset) / 60;
+    const QString separator = length == 25 ? QStringLiteral(":") : QString();
+    return QStringLiteral("%1%2%3%4%5")
+        .arg(local.toString(mdtaFormat), offset < 0 ? QStringLiteral("-") : QStringLiteral("+"))
+        .arg(minutes / 60, 2, 10, QLatin1Char('0'))
+        .arg(separator)
+        .arg(minutes % 60, 2, 10, QLatin1Char('0'))
+        .toLatin1();
+}
+
+OptionalDate dateIgnoringFromMDTATimeStamp(const QByteArray &stamp, const QTimeZone &zone)
+{
+    return wallClockDate(stamp, mdtaFormat, zone);
+}
+
+// A corrected movie header holds the zone's wall clock as if it were UTC.
+Instant mvhdDateFromCorrectedDate(Instant date, const QTimeZone &zone)
+{
+    const QDateTime local = inZone(date, zone);
+    return instantOf(QDateTime(local.date(), local.time(), QTimeZone::utc()));
+}
+
+// When the clocks go back by a step, every moment from one step before the transition to one
+// step after it shares its wall-clock digits with another, so a local stamp written then cannot
+// say which of the two moments it means.
+bool isRepeatedWallClockTime(Instant date, const QTimeZone &zone)
+{
+    const QDateTime at = inZone(date, QTimeZone::utc());
+    // Steps are hours, so a day to either side holds every transition that can matter.
+    const QTimeZone::OffsetDataList transitions = zone.transitions(at.addDays(-1), at.addDays(1));
+    for (const QTimeZone::OffsetData &transition : transitions) {
+        const int step =
+            zone.offsetFromUtc(transition.atUtc.addSecs(-1)) - transition.offsetFromUtc;
+        if (step > 0 && at >= transition.atUtc.addSecs(-step) &&
+            at < transition.atUtc.addSecs(step))
+            return true;
+    }
+    return false;
+}
+
+} // namespace stamps
 
 // --- Date arithmetic ---------------------------------------------------------------------------
 // Dates count as equal in whole seconds. A missing date is never near another one, never later
@@ -507,6 +598,127 @@ void removeExifDateTimeAddition(MySinglePic &pic)
     if (pic.tagAddType & TagAddTiffDateTime)
         pic.tiffDateTimeOLD = pic.tiffDateTimeNEW = std::nullopt;
     pic.tagAddType = 0;
+}
+
+// --- Checks before a save ----------------------------------------------------------------------
+
+namespace {
+
+const Instant movieEpoch = Instant::fromUtc(1904, 1, 1);
+// Real movies never come close to the movie epoch; only dates this close pay for a conversion.
+constexpr double movieEpochNeighbourhood = 3624.0;
+
+bool isMovieCorrectionEnabled(const MySinglePic &pic)
+{
+    return pic.spSingleFolder && pic.spSingleFolder->isQuicktimeMVHDTimezoneCorrectionEnabled;
+}
+
+// Whether a new date, written as a local stamp in the target zone, could be read back as
+// another moment. The field type chooses the slot: 1 creation, 2 digitized, other modification.
+bool hasDSTAmbiguityForDate(const MySinglePic &pic, OptionalDate date, int type,
+                            const QTimeZone &zone)
+{
+    if (!isRealDate(date))
+        return false;
+    if (pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeEmptyTiffFixedDate) {
+        const DateSlotBits slot = type == 1   ? DateSlotCreation
+                                  : type == 2 ? DateSlotDigitized
+                                              : DateSlotModification;
+        if (!pic.isStampLocal(slot))
+            return false;
+    } else if (pic.spType >= SpTypeMvhdCreation && pic.spType <= SpTypeMvhdZeroFixedDate) {
+        if (!isMovieCorrectionEnabled(pic))
+            return false;
+    } else if (pic.spType != SpTypeRiff) {
+        return false;
+    }
+    return stamps::isRepeatedWallClockTime(*date, zone);
+}
+
+// A Live Photo pair without proven identifiers is known only by its dates; the save must not
+// write the two halves so far apart that the pair falls apart at the next import.
+bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
+{
+    const MySinglePic *movie = pic.bundleDependentImage;
+    if (!movie || movie->spType != SpTypeMdta || pic.isGroupHarmonized() ||
+        pic.spType >= SpTypeNoTagsFileDate || pic.isLivePhotoUUIDValidated ||
+        pic.sourceOffsetExifData())
+        return false;
+    const int xmpType = pic.sourceXmpDateType();
+    if (xmpType != 0 && xmpType != 3)
+        return false;
+    if (!movie->exifDateTimeOriginalNEW || !pic.exifDateTimeOriginalNEW)
+        return false;
+
+    const QTimeZone &zone = context.targetTimeZone;
+    const qsizetype storedLength = movie->singlePicAttributes.QTMetaDate
+                                       ? movie->singlePicAttributes.QTMetaDate->dateData.size()
+                                       : 0;
+    const int length = storedLength == 20 || storedLength == 25 ? int(storedLength) : 24;
+    const OptionalDate movieDate = stamps::dateIgnoringFromMDTATimeStamp(
+        stamps::mdtaDataOfLength(length, *movie->exifDateTimeOriginalNEW, zone), QTimeZone::utc());
+    const OptionalDate stillDate = stamps::dateFromExifData(
+        stamps::exifDataFromDate(*pic.exifDateTimeOriginalNEW, zone), QTimeZone::utc());
+    if (!movieDate || !stillDate ||
+        MySingleFolder::isBundlingAllowedForUtcDates(*movieDate, *stillDate))
+        return false;
+    return !(context.lateValidateLivePhoto && context.lateValidateLivePhoto(pic));
+}
+
+} // namespace
+
+QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveCheckContext &context)
+{
+    QSet<QString> errors;
+    const QTimeZone &zone = context.targetTimeZone;
+
+    bool isOriginalBefore1904 = false;
+    bool isTiffBefore1904 = false;
+    if (pic.isQtMovie()) {
+        const bool isCorrected = pic.spType != SpTypeMdta && isMovieCorrectionEnabled(pic);
+        auto isBeforeMovieEpoch = [&](OptionalDate date) {
+            if (!date || date->secondsSince(movieEpoch) >= movieEpochNeighbourhood)
+                return false;
+            const Instant written =
+                isCorrected ? stamps::mvhdDateFromCorrectedDate(*date, zone) : *date;
+            return written.secondsSince(movieEpoch) < 1.0;
+        };
+        isOriginalBefore1904 = isBeforeMovieEpoch(pic.exifDateTimeOriginalNEW);
+        isTiffBefore1904 = isBeforeMovieEpoch(pic.tiffDateTimeNEW);
+        if (isOriginalBefore1904 || isTiffBefore1904)
+            errors.insert(QStringLiteral("error_02_pre1904"));
+    }
+
+    auto isBefore1970 = [](OptionalDate date) { return date && date->secondsSinceEpoch() < 0.0; };
+    if (isBefore1970(pic.fileCreationDateNEW) || isBefore1970(pic.fileModificationDateNEW))
+        errors.insert(QStringLiteral("error_03_pre1970"));
+
+    if ((!isOriginalBefore1904 &&
+         hasDSTAmbiguityForDate(pic, pic.exifDateTimeOriginalNEW, 1, zone)) ||
+        hasDSTAmbiguityForDate(pic, pic.exifDateTimeDigitizedNEW, 2, zone) ||
+        (!isTiffBefore1904 && hasDSTAmbiguityForDate(pic, pic.tiffDateTimeNEW, 3, zone)))
+        errors.insert(QStringLiteral("error_01_ambiguousStamp"));
+
+    if (isLivePhotoDriftingApart(pic, context))
+        errors.insert(QStringLiteral("error_04_livePhotoDriftingApart"));
+    return errors;
+}
+
+QSet<QString> checkFileUnchangedStateForSaveRenameErrors(const MySinglePic &pic)
+{
+    const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
+    const bool isGroup = master.bundleDependentImage != nullptr;
+    const qint64 state = isGroup ? master.bundleUnchangedState() : pic.fileUnchangedState;
+    if (state == 1)
+        return {isGroup ? QStringLiteral("error_07_notFound")
+                        : QStringLiteral("error_05_notFound")};
+    if (state == 5)
+        return {isGroup ? QStringLiteral("error_11_oldVersion_group")
+                        : QStringLiteral("error_11_oldVersion_file")};
+    if (state > 1)
+        return {isGroup ? QStringLiteral("error_08_modifiedAfterImport")
+                        : QStringLiteral("error_06_modifiedAfterImport")};
+    return {};
 }
 
 } // namespace orv

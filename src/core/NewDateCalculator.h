@@ -46,4 +46,18 @@ void removeExifDateTimeAddition(MySinglePic &pic);
 // Cut down to whole seconds.
 Instant cleanDate(Instant date);
 
+struct SaveCheckContext
+{
+    // The zone the new stamps will be written in.
+    QTimeZone targetTimeZone = QTimeZone::systemTimeZone();
+    // A fresh comparison of the content identifiers of a Live Photo pair; absent means no match.
+    std::function<bool(MySinglePic &)> lateValidateLivePhoto;
+};
+
+// Keys of the NEW values that cannot be written as they are: error_01_ambiguousStamp,
+// error_02_pre1904, error_03_pre1970, error_04_livePhotoDriftingApart. Empty when all is well.
+QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveCheckContext &context);
+// The one error key for a file (or group) found missing or changed since import, or none.
+QSet<QString> checkFileUnchangedStateForSaveRenameErrors(const MySinglePic &pic);
+
 } // namespace orv

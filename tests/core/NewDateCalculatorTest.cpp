@@ -578,3 +578,216 @@ TEST(ExifDateTimeAddition, EmptyOriginalTagLeavesTheItemsDateAlone)
     EXPECT_EQ(pic.spDateTimeOriginal, noon);
     EXPECT_EQ(pic.exifDateTimeOriginalNEW, noon) << "the empty tag is filled with the item's date";
 }
+
+// --- Checks before a save ------------------------------------------------------------------
+
+namespace {
+
+QSet<QString> errorsOf(MySinglePic &pic, const QTimeZone &zone,
+                       std::function<bool(MySinglePic &)> lateValidate = {})
+{
+    return checkCalculatedValuesForSaveErrors(pic, SaveCheckContext{zone, std::move(lateValidate)});
+}
+
+const QSet<QString> noErrors;
+
+} // namespace
+
+TEST(SaveErrorChecks, MovieDatesBeforeTheMovieEpoch)
+{
+    const Instant epoch = Instant::fromUtc(1904, 1, 1);
+    const QTimeZone fiveWest(-5 * 3600);
+    struct Case { int type; bool correction; double afterEpoch; bool error; };
+    const Case cases[] = {
+        {SpTypeMvhdCreation, false, 0.5, true},
+        {SpTypeMvhdCreation, false, 1.0, false},
+        {SpTypeMvhdCreation, true, 3000, true},   // written five hours earlier
+        {SpTypeMvhdCreation, true, 3624, false},  // too far from the epoch to be looked at
+        {SpTypeMdta, true, 3000, false},          // metadata stamps carry their zone
+        {SpTypeMovieFileDate, false, 0.5, false}, // no movie header to write
+    };
+    for (const Case &c : cases) {
+        Scene s;
+        s.folder.isQuicktimeMVHDTimezoneCorrectionEnabled = c.correction;
+        MySinglePic &movie = s.add(c.type);
+        movie.exifDateTimeOriginalNEW = epoch.addingSeconds(c.afterEpoch);
+        EXPECT_EQ(errorsOf(movie, fiveWest).contains(QStringLiteral("error_02_pre1904")), c.error)
+            << c.type << " " << c.afterEpoch;
+    }
+
+    Scene s;
+    MySinglePic &movie = s.add(SpTypeMvhdModification);
+    movie.tiffDateTimeNEW = epoch;
+    EXPECT_EQ(errorsOf(movie, QTimeZone::utc()), QSet<QString>{QStringLiteral("error_02_pre1904")});
+}
+
+TEST(SaveErrorChecks, FileDatesBefore1970)
+{
+    Scene s;
+    MySinglePic &pic = s.add(SpTypeNoTagsFileDate);
+    pic.fileCreationDateNEW = Instant::fromUtc(1970, 1, 1);
+    pic.fileModificationDateNEW = Instant::fromUtc(1969, 12, 31, 23, 59, 59);
+    EXPECT_EQ(errorsOf(pic, QTimeZone::utc()), QSet<QString>{QStringLiteral("error_03_pre1970")});
+    pic.fileModificationDateNEW = Instant::fromUtc(1970, 1, 1);
+    EXPECT_EQ(errorsOf(pic, QTimeZone::utc()), noErrors);
+}
+
+TEST(SaveErrorChecks, LocalStampInTheRepeatedAutumnHour)
+{
+    const QTimeZone berlin("Europe/Berlin");
+    ASSERT_TRUE(berlin.isValid());
+    // On 2023-10-29 Berlin's clocks went from 03:00 CEST back to 02:00 CET (01:00 UTC).
+    struct Case { Instant date; bool ambiguous; };
+    const Case cases[] = {
+        {Instant::fromUtc(2023, 10, 28, 23, 59, 59), false}, // 01:59:59 CEST
+        {Instant::fromUtc(2023, 10, 29, 0, 0, 0), true},     // 02:00 CEST
+        {Instant::fromUtc(2023, 10, 29, 1, 30, 0), true},    // 02:30 CET
+        {Instant::fromUtc(2023, 10, 29, 1, 59, 59), true},   // 02:59:59 CET
+        {Instant::fromUtc(2023, 10, 29, 2, 0, 0), false},    // 03:00 CET
+        {Instant::fromUtc(2023, 3, 26, 1, 30, 0), false},    // spring: every time exists once
+    };
+    for (const Case &c : cases) {
+        for (OptionalDate MySinglePic::*slot : {&MySinglePic::exifDateTimeOriginalNEW,
+                                                 &MySinglePic::exifDateTimeDigitizedNEW,
+                                                 &MySinglePic::tiffDateTimeNEW}) {
+            Scene s;
+            MySinglePic &pic = s.add(SpTypeExifOriginal);
+            pic.*slot = c.date;
+            EXPECT_EQ(errorsOf(pic, berlin).contains(QStringLiteral("error_01_ambiguousStamp")), c.ambiguous)
+                << c.date.secondsSinceEpoch();
+        }
+    }
+
+    Scene s;
+    MySinglePic &withOffset = s.add(SpTypeExifOriginal);
+    withOffset.exifDateTimeOriginalNEW = Instant::fromUtc(2023, 10, 29, 0, 30, 0);
+    withOffset.singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{"+02:00", 80};
+    EXPECT_EQ(errorsOf(withOffset, berlin), noErrors) << "a stamp with its offset says which hour";
+
+    // Movie headers hold wall-clock time only when the folder corrects them; metadata stamps
+    // carry their zone; a file without tags has no stamp to misread.
+    struct Kind { int type; bool correction; bool ambiguous; };
+    const Kind kinds[] = {
+        {SpTypeMvhdCreation, true, true}, {SpTypeMvhdCreation, false, false}, {SpTypeRiff, false, true},
+        {SpTypeMdta, true, false}, {SpTypeNoTagsFileDate, true, false},
+    };
+    for (const Kind &k : kinds) {
+        s.folder.isQuicktimeMVHDTimezoneCorrectionEnabled = k.correction;
+        MySinglePic &other = s.add(k.type);
+        other.exifDateTimeOriginalNEW = Instant::fromUtc(2023, 10, 29, 0, 30, 0);
+        EXPECT_EQ(errorsOf(other, berlin).contains(QStringLiteral("error_01_ambiguousStamp")), k.ambiguous)
+            << k.type << " " << k.correction;
+    }
+}
+
+TEST(SaveErrorChecks, LivePhotoHalvesDriftingApart)
+{
+    // The movie's time is the first of the two compared; a clock change in the small hours of
+    // UTC may put the halves up to an hour apart, from six o'clock on it may not.
+    auto utc = [](int hour, int minute, int second) { return Instant::fromUtc(2024, 5, 1, hour, minute, second); };
+    struct Case { const char *what; Instant movie; Instant still; bool drifting; };
+    const Case cases[] = {
+        {"within 300 s", utc(12, 5, 0), utc(12, 0, 0), false},
+        {"hour 5, 59 against 0", utc(5, 59, 10), utc(5, 0, 20), false},
+        {"hour 6, 59 against 0", utc(6, 59, 10), utc(6, 0, 20), true},
+        {"beyond 3900 s", utc(3, 10, 0), utc(2, 0, 0), true},
+    };
+    for (const Case &c : cases) {
+        Scene s;
+        MySinglePic &still = s.add(SpTypeExifOriginal);
+        MySinglePic &movie = s.group(still, SpTypeMdta, c.movie);
+        still.exifDateTimeOriginalNEW = c.still;
+        movie.exifDateTimeOriginalNEW = c.movie;
+        EXPECT_EQ(errorsOf(still, QTimeZone::utc()).contains(QStringLiteral("error_04_livePhotoDriftingApart")),
+                  c.drifting)
+            << c.what;
+    }
+}
+
+TEST(SaveErrorChecks, LivePhotoDriftIsExcusedByIdentifiersAndComparedAsTheStampsWillRead)
+{
+    const QTimeZone twoEast(2 * 3600);
+    auto drifts = [&](auto &&setUp, std::function<bool(MySinglePic &)> lateValidate = {}) {
+        Scene s;
+        MySinglePic &still = s.add(SpTypeExifOriginal);
+        MySinglePic &movie = s.group(still, SpTypeMdta, noon);
+        still.exifDateTimeOriginalNEW = movie.exifDateTimeOriginalNEW = noon;
+        setUp(still, movie);
+        return errorsOf(still, twoEast, std::move(lateValidate))
+            .contains(QStringLiteral("error_04_livePhotoDriftingApart"));
+    };
+    auto utcMovieStamp = [](MySinglePic &, MySinglePic &movie) {
+        movie.singlePicAttributes.QTMetaDate = MdtaStampRecord{"2024-05-01T12:00:00Z", 900};
+    };
+    EXPECT_FALSE(drifts([](MySinglePic &, MySinglePic &) {})) << "both read as the same wall clock";
+    EXPECT_FALSE(drifts([](MySinglePic &, MySinglePic &movie) {
+        movie.singlePicAttributes.QTMetaDate = MdtaStampRecord{"2024-05-01T14:00:00+02:00", 900};
+    }));
+    EXPECT_TRUE(drifts(utcMovieStamp)) << "a UTC movie stamp reads two hours off the still's wall clock";
+    EXPECT_FALSE(drifts(utcMovieStamp, [](MySinglePic &) { return true; })) << "identifiers still match";
+    EXPECT_FALSE(drifts([&](MySinglePic &still, MySinglePic &movie) {
+        utcMovieStamp(still, movie);
+        still.isLivePhotoUUIDValidated = true;
+    }));
+    EXPECT_FALSE(drifts([&](MySinglePic &still, MySinglePic &movie) {
+        utcMovieStamp(still, movie);
+        still.singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{"+02:00", 80};
+    })) << "a still with its offset is not paired by wall clock";
+    auto xmpStill = [&](int zoneForm) {
+        return [&, zoneForm](MySinglePic &still, MySinglePic &movie) {
+            utcMovieStamp(still, movie);
+            still.isCreaXmp = true;
+            still.singlePicAttributes.xmpDateInfos = XmpDateInfos{
+                {QStringLiteral("ExifDateTimeOriginal"),
+                 XmpStampRecord{"2024-05-01T14:00:00", 300, zoneForm, 0}}};
+        };
+    };
+    EXPECT_TRUE(drifts(xmpStill(3))) << "an XMP stamp without zone pairs by wall clock";
+    EXPECT_FALSE(drifts(xmpStill(2))) << "an XMP stamp with its offset does not";
+}
+
+TEST(SaveErrorChecks, DaylightSavingExceptionPatterns)
+{
+    struct Case { int h1, m1, h2, m2; bool exception; };
+    const Case cases[] = {
+        {5, 59, 5, 0, true}, {5, 0, 5, 59, true}, {6, 59, 6, 0, false}, {3, 59, 5, 0, true},
+        {3, 0, 1, 59, true}, {3, 0, 5, 59, false}, {3, 59, 1, 0, false}, {3, 30, 3, 0, false},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(MySingleFolder::isDstExceptionForUtcDate(Instant::fromUtc(2024, 5, 1, c.h1, c.m1),
+                                                           Instant::fromUtc(2024, 5, 1, c.h2, c.m2)),
+                  c.exception)
+            << c.h1 << ":" << c.m1 << " " << c.h2 << ":" << c.m2;
+}
+
+TEST(SaveErrorChecks, UnchangedFileStateOfItemsAndGroups)
+{
+    struct Case { qint64 master; std::optional<qint64> dependent; QString key; };
+    const Case cases[] = {
+        {0, {}, {}},
+        {1, {}, QStringLiteral("error_05_notFound")},
+        {2, {}, QStringLiteral("error_06_modifiedAfterImport")},
+        {4, {}, QStringLiteral("error_06_modifiedAfterImport")},
+        {5, {}, QStringLiteral("error_11_oldVersion_file")},
+        {0, 0, {}},
+        {1, 1, QStringLiteral("error_07_notFound")},
+        {1, 0, QStringLiteral("error_08_modifiedAfterImport")},
+        {0, 5, QStringLiteral("error_11_oldVersion_group")},
+        {5, 5, QStringLiteral("error_11_oldVersion_group")},
+        {5, 1, QStringLiteral("error_08_modifiedAfterImport")},
+        {2, 2, QStringLiteral("error_08_modifiedAfterImport")},
+    };
+    for (const Case &c : cases) {
+        Scene s;
+        MySinglePic &pic = s.add(SpTypeExifOriginal);
+        pic.fileUnchangedState = c.master;
+        const QSet<QString> expected = c.key.isEmpty() ? noErrors : QSet<QString>{c.key};
+        if (c.dependent) {
+            MySinglePic &dependent = s.group(pic, SpTypeExifOriginal, noon);
+            dependent.fileUnchangedState = *c.dependent;
+            EXPECT_EQ(checkFileUnchangedStateForSaveRenameErrors(dependent), expected)
+                << "asked of the dependent";
+        }
+        EXPECT_EQ(checkFileUnchangedStateForSaveRenameErrors(pic), expected) << c.master;
+    }
+}
