@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/Instant.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace orv {
+
+// The file system entry's dates and size as the scan records them. The creation date is the
+// birth time where the file system keeps one, otherwise the modification time.
+struct FileAttributes
+{
+    Instant creationDate;
+    Instant modificationDate;
+    qint64 size = 0;
+    bool isDirectory = false;
+    bool isExtensionHidden = false; // a leading dot hides the whole name
+
+    // Nothing when the entry does not exist or cannot be examined.
+    static std::optional<FileAttributes> read(const QString &path);
+};
+
+} // namespace orv

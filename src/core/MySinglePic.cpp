@@ -1,0 +1,273 @@
+#include "core/MySinglePic.h"
+
+#include "folders/MySingleFolder.h"
+
+#include <QDir>
+
+#include <cmath>
+
+namespace orv {
+
+std::atomic<quint32> MySinglePic::s_sessionCounter{0};
+
+MySinglePic::MySinglePic(const QString &name, MySingleFolder *folder, int type, OptionalDate date)
+    : spName(name),
+      spNameAtImport(name),
+      spSingleFolder(folder),
+      sessionUniqueId(s_sessionCounter.fetch_add(1)),
+      spType(type),
+      spDateTimeOriginal(date)
+{
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    spBaseName = dot > 0 ? name.left(dot) : name;
+}
+
+QString MySinglePic::spPath() const
+{
+    return spSingleFolder ? QDir(spSingleFolder->sfFolderPath).filePath(spName) : spName;
+}
+
+OptionalDate MySinglePic::singlePicModeDate() const
+{
+    if (singlePicModification == 0.0 || !spDateTimeOriginal)
+        return std::nullopt;
+    return spDateTimeOriginal->addingSeconds(singlePicModification);
+}
+
+OptionalDate MySinglePic::spDateTimeModified() const
+{
+    if (bundleMasterImage && !isMovie() && bundleMasterImage->isGroupHarmonized())
+        return bundleMasterImage->spDateTimeModified();
+    if (!takesEdits() || !spSingleFolder || !spDateTimeOriginal)
+        return spDateTimeOriginal;
+    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately) {
+        const OptionalDate modeDate = singlePicModeDate();
+        return modeDate ? modeDate : spDateTimeOriginal;
+    }
+    const double interval = spSingleFolder->sfDateModificationsTimeInterval;
+    return interval != 0.0 ? spDateTimeOriginal->addingSeconds(interval) : spDateTimeOriginal;
+}
+
+const MySinglePic *MySinglePic::sortPic() const
+{
+    if (bundleDependentImage && bundleDependentImage->isMovie() && spSingleFolder
+        && spSingleFolder->sortFolderLPsByMov())
+        return bundleDependentImage;
+    return this;
+}
+
+bool MySinglePic::hasBundleSaveError() const
+{
+    return hasSaveError() || (bundleDependentImage && bundleDependentImage->hasSaveError());
+}
+
+bool MySinglePic::isThisUnsaved(bool ignoringSaveError, bool ignoringImportOptionChanges) const
+{
+    if (hasSaveError() && !ignoringSaveError)
+        return true;
+    if (isUnsavedDueToTZC)
+        return true;
+    if (hasImportOptionChanges() && !ignoringImportOptionChanges)
+        return true;
+    if (isThisPureTimeUnsaved())
+        return true;
+    return hasLocationChange() || shouldAddExifDateTimeTags;
+}
+
+bool MySinglePic::isUnsavedIgnoringSaveError(bool ignoringSaveError,
+                                             bool ignoringImportOptionChanges) const
+{
+    if (isThisUnsaved(ignoringSaveError, ignoringImportOptionChanges))
+        return true;
+    if (bundleDependentImage
+        && bundleDependentImage->isThisUnsaved(ignoringSaveError, ignoringImportOptionChanges))
+        return true;
+    return bundleMasterImage
+           && bundleMasterImage->isThisUnsaved(ignoringSaveError, ignoringImportOptionChanges);
+}
+
+bool MySinglePic::isThisPureTimeUnsaved() const
+{
+    if (!spSingleFolder)
+        return false;
+    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately)
+        return singlePicModification != 0.0;
+    return spSingleFolder->sfEditMode == MySingleFolder::EditTogether
+           && spSingleFolder->sfDateModificationsTimeInterval != 0.0;
+}
+
+bool MySinglePic::isThisTimeUnsaved() const
+{
+    return hasSaveErrorTime() || isUnsavedDueToTZC || hasImportOptionChanges()
+           || isThisPureTimeUnsaved() || isThisHarmonizationChanged()
+           || (shouldAddExifDateTimeTags && !didAddExifDateTimeTags);
+}
+
+bool MySinglePic::isThisHarmonizationChanged() const
+{
+    if (!isGroupHarmonized())
+        return false;
+    const OptionalDate mine = spDateTimeModified();
+    const OptionalDate theirs = bundleDependentImage->spDateTimeOriginal;
+    return mine && theirs && mine->wholeSeconds() != theirs->wholeSeconds();
+}
+
+bool MySinglePic::hasLocationChange() const
+{
+    if (shouldReSaveLoc)
+        return true;
+    const bool masterCarriesChange = bundleMasterImage && bundleMasterImage->gpsLatOld && gpsLat;
+    if (!gpsLatOld && !masterCarriesChange && hasAddedLocation == 0)
+        return newLocationHAccuracy != notSetAccuracy;
+    // A track location is unchanged while it still comes from the track it was saved with; it
+    // moves again only when the item's time moves.
+    const MySinglePic *owner = bundleMasterImage ? bundleMasterImage : this;
+    if (!owner->locAddedByTrackKey || owner->locAddedByTrackKey != owner->lastSave_locAddedByTrackKey)
+        return true;
+    return owner->isThisPureTimeUnsaved();
+}
+
+bool MySinglePic::hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const
+{
+    if (locAddedByTrackKey && bundleDependentImage && bundleDependentImage->locAddedByTrackKey
+        && !gpsLat)
+        return false;
+    if (isRaw() && hasAddedLocation && addRawLocationsOnlyInSidecars)
+        return false;
+    return hasLocationChange();
+}
+
+bool MySinglePic::isGroupHarmonized() const
+{
+    if (!bundleDependentImage || bundleDependentImage->isMovie() || !spSingleFolder)
+        return false;
+    if (!spDateTimeOriginal || !bundleDependentImage->spDateTimeOriginal)
+        return false;
+    const double difference =
+        std::fabs(spDateTimeOriginal->secondsSince(*bundleDependentImage->spDateTimeOriginal));
+    switch (spSingleFolder->harmonizingRawJpgsType) {
+    case 1:
+        return difference > 300.0;
+    case 2:
+        return difference > 1.0;
+    default:
+        return false;
+    }
+}
+
+bool MySinglePic::validateGroupDeviations()
+{
+    if (!bundleDependentImage)
+        return false;
+    if (!bundleDependentImage->isMovie() && spSingleFolder && spSingleFolder->harmonizingRawJpgsType > 0) {
+        majorDateDifferenceType |= MajorDifferenceGroupDates;
+        if (isGroupHarmonized())
+            return false;
+    }
+    const OptionalDate mine = spDateTimeOriginal;
+    const OptionalDate theirs = bundleDependentImage->spDateTimeOriginal;
+    const double difference = mine && theirs ? std::trunc(std::fabs(mine->secondsSince(*theirs))) : 0.0;
+    if (difference < 301.0) {
+        majorDateDifferenceType &= ~quint64(MajorDifferenceGroupDates);
+        return false;
+    }
+    majorDateDifferenceType |= MajorDifferenceGroupDates;
+    return isDataSourceLocal() != bundleDependentImage->isDataSourceLocal();
+}
+
+bool MySinglePic::isDataSourceLocal() const
+{
+    if (isMovie()) {
+        const bool headerDate = spType == SpTypeMvhdCreation || spType == SpTypeMvhdModification
+                                || spType == SpTypeMvhdZeroFileDate || spType == SpTypeMvhdZeroFixedDate;
+        return headerDate && spSingleFolder && spSingleFolder->isQuicktimeMVHDTimezoneCorrectionEnabled;
+    }
+    if (spType == SpTypeFileDatePreferredOverTiff)
+        return false;
+
+    const PicAttributes &a = singlePicAttributes;
+    auto xmpIsLocal = [&](std::initializer_list<const char *> keys) {
+        if (!a.xmpDateInfos)
+            return true;
+        for (const char *key : keys) {
+            const auto it = a.xmpDateInfos->find(QLatin1String(key));
+            if (it != a.xmpDateInfos->end())
+                return it->second.type == 3;
+        }
+        return true;
+    };
+    if (exifDateTimeOriginalOLD)
+        return isCreaXmp ? xmpIsLocal({"PhotoshopDateCreated", "ExifDateTimeOriginal"})
+                         : !a.ExifOffsetTimeOriginal;
+    if (exifDateTimeDigitizedOLD)
+        return isDigiXmp ? xmpIsLocal({"XmpCreateDate", "ExifDateTimeDigitized"})
+                         : !a.ExifOffsetTimeDigitized;
+    if (tiffDateTimeOLD)
+        return isModiXmp ? xmpIsLocal({"XmpModifyDate", "TiffDateTime"}) : !a.TIFFOffsetTime;
+    return true;
+}
+
+double MySinglePic::differenceFromGPSDate(OptionalDate gpsDate, OptionalDate date) const
+{
+    if (!gpsDate || !date || !isDataSourceLocal())
+        return 0.0;
+    const double difference = date->secondsSince(*gpsDate);
+    if (difference > -1800.0 && difference < 1800.0)
+        return 0.0;
+    return difference;
+}
+
+void MySinglePic::validateMetaNormalization()
+{
+    const bool digitizedBeforeOriginal = exifDateTimeDigitizedOLD && exifDateTimeOriginalOLD
+                                         && *exifDateTimeDigitizedOLD < *exifDateTimeOriginalOLD;
+    const bool tiffBeforeDigitized = tiffDateTimeOLD && exifDateTimeDigitizedOLD
+                                     && *tiffDateTimeOLD < *exifDateTimeDigitizedOLD;
+    const bool tiffBeforeOriginal = !exifDateTimeDigitizedOLD && tiffDateTimeOLD
+                                    && exifDateTimeOriginalOLD
+                                    && *tiffDateTimeOLD < *exifDateTimeOriginalOLD;
+    if (digitizedBeforeOriginal || tiffBeforeDigitized || tiffBeforeOriginal)
+        normalizationType |= NormalizationMetaOrder;
+    else
+        normalizationType &= ~quint64(NormalizationMetaOrder);
+}
+
+void MySinglePic::validateFilesystemNormalization()
+{
+    if (fileModificationDateOLD && fileCreationDateOLD && *fileModificationDateOLD < *fileCreationDateOLD)
+        normalizationType |= NormalizationFileDates;
+    else
+        normalizationType &= ~quint64(NormalizationFileDates);
+}
+
+std::optional<StampRecord> MySinglePic::sourceDateExifData() const
+{
+    switch (spType) {
+    case SpTypeExifOriginal:
+        return singlePicAttributes.ExifDateTimeOriginal;
+    case SpTypeExifDigitized:
+        return singlePicAttributes.ExifDateTimeDigitized;
+    case SpTypeTiffDateTime:
+    case SpTypeFileDatePreferredOverTiff:
+        return singlePicAttributes.TIFFDateTime;
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<OffsetTagRecord> MySinglePic::sourceOffsetExifData() const
+{
+    switch (spType) {
+    case SpTypeExifOriginal:
+        return singlePicAttributes.ExifOffsetTimeOriginal;
+    case SpTypeExifDigitized:
+        return singlePicAttributes.ExifOffsetTimeDigitized;
+    case SpTypeTiffDateTime:
+    case SpTypeFileDatePreferredOverTiff:
+        return singlePicAttributes.TIFFOffsetTime;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace orv

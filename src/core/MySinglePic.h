@@ -1,0 +1,243 @@
+#pragma once
+
+#include "core/Instant.h"
+#include "core/PicAttributes.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <limits>
+#include <optional>
+
+namespace orv {
+
+class MySingleFolder;
+
+// Date source of an item: which value its spDateTimeOriginal came from.
+enum SpType : int {
+    SpTypeExifOriginal = 1,
+    SpTypeExifDigitized = 2,
+    SpTypeTiffDateTime = 3,
+    SpTypeFileDatePreferredOverTiff = 4,
+    SpTypeEmptyOriginalFileDate = 5,
+    SpTypeEmptyDigitizedFileDate = 6,
+    SpTypeEmptyTiffFileDate = 7,
+    SpTypeEmptyOriginalFixedDate = 8,
+    SpTypeEmptyDigitizedFixedDate = 9,
+    SpTypeEmptyTiffFixedDate = 10,
+    SpTypeNoTagsFileDate = 11,
+    SpTypeNoTagsImportOptionDate = 12,
+    SpTypeUnsupportedPhoto = 13,
+    SpTypeMovieFileDate = 14,
+    SpTypeRiff = 15,
+    SpTypeMvhdCreation = 16,
+    SpTypeMvhdModification = 17,
+    SpTypeFileDatePreferredOverMvhd = 18,
+    SpTypeMvhdZeroFileDate = 19,
+    SpTypeMvhdZeroFixedDate = 20,
+    SpTypeMdta = 21,
+    SpTypeMovieExifIgnored = 22,
+};
+
+// What a file is, decided from its extension and then from its content.
+enum FileFormatType : int {
+    FileFormatUnknown = 0,
+    FileFormatJpeg = 1,
+    FileFormatHeif = 2,
+    FileFormatRaw = 3,
+    FileFormatTiff = 4,
+    FileFormatWebP = 5,
+    FileFormatPict = 6,
+    FileFormatGif = 7,
+    FileFormatPng = 8,
+    FileFormatAvif = 9,
+    FileFormatCr3Xmp = 10,
+    FileFormatQuickTime = 20,
+    FileFormatMpeg4 = 21,
+    FileFormatOtherMovie = 50,
+};
+
+// A movie position as a rational: value / timescale seconds.
+struct MediaTime
+{
+    qint64 value = 0;
+    qint32 timescale = 0;
+    quint32 flags = 0;
+    qint64 epoch = 0;
+};
+
+enum SaveErrorBits : quint64 { SaveErrorLocation = 1, SaveErrorTagAdd = 2, SaveErrorTime = 4 };
+enum TagAddBits : quint64 { TagAddExifOriginal = 1, TagAddExifDigitized = 2, TagAddTiffDateTime = 4 };
+enum NormalizationBits : quint64 { NormalizationMetaOrder = 1, NormalizationFileDates = 4 };
+enum ActiveChangeBits : quint64 { ActiveChangeLocationMoved = 1, ActiveChangeTagsToAdd = 2 };
+enum MajorDifferenceBits : quint64 {
+    MajorDifferenceStampOffset = 1,
+    MajorDifferenceGroupLocality = 2,
+    MajorDifferenceGroupDates = 4,
+};
+
+// One photo or movie of an imported folder: every date the file carries as OLD (what the file
+// says) and NEW (what a save would write), the source chosen as the item's date, and the byte
+// facts a save must prove before it writes. Plain data plus the values derived from it; the
+// byte work that fills or writes it lives in the scan and save classes.
+class MySinglePic
+{
+public:
+    MySinglePic(const QString &name, MySingleFolder *folder, int type, OptionalDate date);
+
+    MySinglePic(const MySinglePic &) = delete;
+    MySinglePic &operator=(const MySinglePic &) = delete;
+
+    static constexpr double notSetAccuracy = std::numeric_limits<double>::max();
+
+    // --- Identity and file ---
+    QString spName;
+    QString spNameAtImport;
+    QString spBaseName;
+    QString typeString;
+    QString cachedTargetName;
+    QStringList spSidecarExtensions;
+    MySingleFolder *spSingleFolder = nullptr;
+    quint32 sessionUniqueId = 0;
+    qint64 fileFormatType = FileFormatUnknown;
+    qint64 fileUnchangedState = 0;
+    bool isExtensionHidden = false;
+    bool isThumbSuppressed = false;
+    bool isMovedToTrash = false;
+    qint32 hasRenameError = 0;
+
+    // --- Camera ---
+    QString pivMakeModel = QStringLiteral("-");
+    qint32 pivImageWidth = -1;
+    qint32 pivImageHeight = -1;
+    QString UUID;
+
+    // --- Dates ---
+    int spType = 0;
+    OptionalDate spDateTimeOriginal;
+    OptionalDate exifDateTimeOriginalOLD, exifDateTimeOriginalNEW;
+    OptionalDate exifDateTimeDigitizedOLD, exifDateTimeDigitizedNEW;
+    OptionalDate tiffDateTimeOLD, tiffDateTimeNEW;
+    OptionalDate fileCreationDateOLD, fileCreationDateNEW;
+    OptionalDate fileModificationDateOLD, fileModificationDateNEW;
+    OptionalDate spGpsUTCDate;
+    OptionalDate spDateTimeModified_tempFIX;
+    OptionalDate lastCheckedAt;
+    double singlePicModification = 0.0;
+    double singlePicModification_backup = 0.0;
+    bool isCreaXmp = false, isDigiXmp = false, isModiXmp = false, hasModiXmp = false;
+    bool isGpsXmp = false;
+    bool isUnsavedDueToTZC = false;
+    bool shouldAddExifDateTimeTags = false, didAddExifDateTimeTags = false;
+    bool hasMinorDateDifference = false;
+    quint64 majorDateDifferenceType = 0;
+    quint64 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0;
+
+    // --- Bytes ---
+    PicAttributes singlePicAttributes;
+    bool tiffHeaderType = false; // Intel order
+    quint32 tiffHeaderStartOffset = 0xFFFFFFFF;
+    quint32 previewSoiOffset = 0, previewEoiOffset = 0;
+
+    // --- Movie ---
+    double movDuration = -1.0;
+    MediaTime movCurrentTime, movChapterTime, livePhotoStillImageTime{0, 0, 0, 0};
+
+    // --- Location ---
+    std::optional<double> gpsLat, gpsLong;
+    std::optional<double> gpsLatOld, gpsLongOld;
+    std::optional<double> gpsLatTemp, gpsLongTemp;
+    double newLocationHAccuracy = notSetAccuracy;
+    qint64 hasAddedLocation = 0; // 0 from the file, 1 by the user, 2 by a track
+    std::optional<QString> locAddedByTrackKey, lastSave_locAddedByTrackKey;
+    std::optional<double> lastSave_trackTimeCorrection;
+    bool shouldReSaveLoc = false;
+
+    // --- Save run state ---
+    quint64 saveErrorType = 0;
+    quint64 activeChangeType = 0;
+    quint64 tagAddType = 0;
+    quint64 normalizationType = 0;
+    bool isInvalidDueToChangesAfterImport = false;
+    bool isVerifiedDuringSave = false;
+    bool isWriteUnnecessaryDuringActiveSave = false;
+    bool didRefreshTimesAfterSave = false;
+    bool isAffectedBySave = false;
+    bool needsInternalDataRefresh = false;
+
+    // --- Rating, source position, groups ---
+    bool isKeeper = false, isRejected = false;
+    qint64 indexInSource = -1;
+    qint64 indexInSource_full = -1, indexInSource_filtered = -1;
+    qint64 indexInFolder_full = -1, indexInFolder_filtered = -1;
+    bool isPossibleBundlePic = false;
+    MySinglePic *bundleDependentImage = nullptr;
+    MySinglePic *bundleMasterImage = nullptr;
+    qint64 wouldBenefitFromReImport = 0;
+    qint64 importedState = 0;
+
+    // --- Derived values ---
+    QString spPath() const;
+    OptionalDate spDateTimeModified() const;
+    OptionalDate singlePicModeDate() const;
+    const MySinglePic *sortPic() const;
+    OptionalDate spDateTimeOriginal_sort() const { return sortPic()->spDateTimeOriginal; }
+    OptionalDate spDateTimeModified_sort() const { return sortPic()->spDateTimeModified(); }
+
+    bool isMovie() const { return spType >= 14 && spType <= 22; }
+    bool isQtMovie() const { return spType >= 16 && spType <= 21; }
+    bool isNullerFile() const { return (spType >= 5 && spType <= 10) || spType == 19 || spType == 20; }
+    bool hasImportOptionChanges() const { return isNullerFile() || spType == 12; }
+    bool isPreferringFileDate() const { return spType == 4 || spType == 18; }
+    bool takesEdits() const { return spType != SpTypeUnsupportedPhoto && spType != SpTypeMovieExifIgnored; }
+    bool isRaw() const { return fileFormatType == FileFormatRaw; }
+
+    bool hasSaveError() const { return saveErrorType != 0; }
+    bool hasSaveErrorTime() const { return saveErrorType & SaveErrorTime; }
+    bool hasSaveErrorLocation() const { return saveErrorType & SaveErrorLocation; }
+    bool hasSaveErrorTagAdd() const { return saveErrorType & SaveErrorTagAdd; }
+    bool hasBundleSaveError() const;
+    bool needsNormalization() const { return normalizationType & (NormalizationMetaOrder | NormalizationFileDates); }
+    bool hasMajorDateDifference() const
+    {
+        return majorDateDifferenceType & (MajorDifferenceStampOffset | MajorDifferenceGroupLocality);
+    }
+
+    bool isThisUnsaved(bool ignoringSaveError, bool ignoringImportOptionChanges) const;
+    bool isUnsavedIgnoringSaveError(bool ignoringSaveError, bool ignoringImportOptionChanges) const;
+    bool isUnsaved() const { return isUnsavedIgnoringSaveError(false, false); }
+    bool isThisTimeUnsaved() const;
+    bool isThisPureTimeUnsaved() const;
+    bool hasLocationChange() const;
+    bool hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const;
+    bool isGroupHarmonized() const;
+    // This system never lets a harmonisation on its own call for a master's re-save.
+    bool isBundleMasterAffectedByHarmonization() const { return false; }
+    bool isThisHarmonizationChanged() const;
+
+    // Sets or clears bit 4 of majorDateDifferenceType and answers whether the group's dates
+    // deviate between a local and a non-local source.
+    bool validateGroupDeviations();
+    bool isDataSourceLocal() const;
+    double differenceFromGPSDate(OptionalDate gpsDate, OptionalDate date) const;
+
+    // Bit 1 of normalizationType: metadata dates out of order.
+    void validateMetaNormalization();
+    // Bit 4: file modification earlier than creation.
+    void validateFilesystemNormalization();
+
+    // Stamp bytes of the slot the item's date came from (original, digitized, TIFF, TIFF for
+    // types 1 to 4), and of the fixed slots.
+    std::optional<StampRecord> sourceDateExifData() const;
+    std::optional<OffsetTagRecord> sourceOffsetExifData() const;
+    const std::optional<StampRecord> &digiDateExifData() const { return singlePicAttributes.ExifDateTimeDigitized; }
+    const std::optional<StampRecord> &modDateExifData() const { return singlePicAttributes.TIFFDateTime; }
+    const std::optional<OffsetTagRecord> &digiOffsetExifData() const { return singlePicAttributes.ExifOffsetTimeDigitized; }
+    const std::optional<OffsetTagRecord> &modOffsetExifData() const { return singlePicAttributes.TIFFOffsetTime; }
+
+private:
+    static std::atomic<quint32> s_sessionCounter;
+};
+
+} // namespace orv

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "core/Instant.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <map>
+#include <optional>
+
+namespace orv {
+
+// Where a value stands in the file and the bytes the import saw there. A later save proves these
+// bytes unchanged before it overwrites them in place. An offset of 0 means none.
+
+// A 19-byte date stamp; dateData holds the 20 bytes with the terminating NUL. A GPS date stamp
+// uses the same record with its 11 bytes.
+struct StampRecord
+{
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    bool operator==(const StampRecord &) const = default;
+};
+
+// A 7-byte time offset such as "+02:00" with its NUL.
+struct OffsetTagRecord
+{
+    QByteArray offsetData;
+    quint32 offsetOffset = 0;
+    bool operator==(const OffsetTagRecord &) const = default;
+};
+
+// Three rationals, hours, minutes and seconds (24 bytes). needsConv: the rationals are in
+// Motorola order and must be swapped on a little-endian machine.
+struct GpsStampRecord
+{
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    bool needsConv = false;
+    bool operator==(const GpsStampRecord &) const = default;
+};
+
+// Latitude and longitude with their refs are always complete; altitude and positioning error
+// are optional and then have empty data and offset 0.
+struct GpsLocationRecord
+{
+    QByteArray latitudeRef_Data;
+    quint32 latitudeRef_Offset = 0;
+    QByteArray latitude_Data;
+    quint32 latitude_Offset = 0;
+    QByteArray longitudeRef_Data;
+    quint32 longitudeRef_Offset = 0;
+    QByteArray longitude_Data;
+    quint32 longitude_Offset = 0;
+    QByteArray altitudeRef_Data;
+    quint32 altitudeRef_Offset = 0;
+    QByteArray altitude_Data;
+    quint32 altitude_Offset = 0;
+    QByteArray hPositioningError_Data;
+    quint32 hPositioningError_Offset = 0;
+    bool needsConv = false;
+    bool operator==(const GpsLocationRecord &) const = default;
+};
+
+// Zone form of an XMP stamp: 1 ends with "Z", 2 has its own offset, 3 has no zone (local).
+// Subtype bits: 1 the offset has no colon, 2 the stamp has no seconds.
+struct XmpStampRecord
+{
+    QByteArray data;
+    quint32 offset = 0;
+    int type = 0;
+    int subtype = 0;
+    bool operator==(const XmpStampRecord &) const = default;
+};
+
+// XMP stamps found in a packet, keyed by the tag name the system uses: ExifDateTimeOriginal,
+// ExifDateTimeDigitized, XmpCreateDate, XmpModifyDate, XmpMetadataDate, TiffDateTime,
+// PhotoshopDateCreated, GPSTimeStamp.
+using XmpDateInfos = std::map<QString, XmpStampRecord>;
+
+// The byte-level facts of an item: every value a save may overwrite, with its offset, and the
+// file attributes seen at import.
+struct PicAttributes
+{
+    std::optional<StampRecord> ExifDateTimeOriginal, ExifDateTimeDigitized, TIFFDateTime;
+    std::optional<OffsetTagRecord> ExifOffsetTimeOriginal, ExifOffsetTimeDigitized, TIFFOffsetTime;
+    std::optional<GpsStampRecord> GPSTimeStamp;
+    std::optional<StampRecord> GPSDateStamp;
+    std::optional<GpsLocationRecord> GPSLocation;
+    std::optional<double> GPSLocationXmpHPositioningError;
+    std::optional<XmpDateInfos> xmpDateInfos;
+    quint32 xmpHeaderStartOffset = 0;
+    quint32 cr3XmpOffset = 0;
+
+    OptionalDate NSFileCreationDate, NSFileModificationDate;
+    std::optional<qint64> NSFileSize;
+};
+
+} // namespace orv

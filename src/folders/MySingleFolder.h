@@ -1,0 +1,62 @@
+#pragma once
+
+#include "core/Instant.h"
+#include "folders/ImportOptions.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace orv {
+
+class MySinglePic;
+
+// One imported directory: it owns its items and holds the date offset that applies to them
+// as a whole, its import options and its counts.
+class MySingleFolder
+{
+public:
+    enum EditMode : int { EditTogether = 1, EditSeparately = 2 };
+
+    MySingleFolder(const QString &path, bool separateMode);
+    ~MySingleFolder();
+
+    MySingleFolder(const MySingleFolder &) = delete;
+    MySingleFolder &operator=(const MySingleFolder &) = delete;
+
+    QString sfFolder;
+    QString sfFolderPath;
+    int sfEditMode = EditTogether;
+    double sfDateModificationsTimeInterval = 0.0;
+    int modifyImportBecauseOfCommand = 0;
+    bool isEXIFIgnored() const { return modifyImportBecauseOfCommand >= 3; }
+    bool isQuicktimeMDTADateEnabled = true;
+    bool isQuicktimeMVHDTimezoneCorrectionEnabled = true;
+    qint64 harmonizingRawJpgsType = -1;
+    qint64 sortLPsByMovModifier = -1;
+    bool globalSortLPsByMov = false;
+    int fixedDates = 0;
+    qint64 sfPics = -1;
+    bool isAdvanced = false;
+    ImportOptions perFolderImportOptions;
+    QSet<QString> gpxAddedPaths;
+
+    // Masters and ungrouped items, in import order. Dependents are reached through their master.
+    QList<MySinglePic *> sfPicDetails_fullArray;
+
+    bool sortFolderLPsByMov() const
+    {
+        return sortLPsByMovModifier == 0 ? globalSortLPsByMov : sortLPsByMovModifier != 1;
+    }
+
+    // Takes ownership; a master or single item also joins the visible list.
+    MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
+
+private:
+    std::vector<std::unique_ptr<MySinglePic>> m_ownedPics;
+};
+
+} // namespace orv
