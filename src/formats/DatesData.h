@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "core/PicAttributes.h"
+
 #include <QtGlobal>
 
 #include <optional>
@@ -9,52 +10,7 @@ namespace orv {
 
 // What the date locator found in one still image. Every offset is absolute in the file and
 // points at the first byte of the value; the data are the bytes read there, so that a save can
-// prove them unchanged before it writes.
-
-// A 19-byte date stamp; dateData holds the 20 bytes with the terminating NUL.
-struct StampRecord
-{
-    QByteArray dateData;
-    quint32 dateOffset = 0;
-};
-
-// A 7-byte time offset such as "+02:00" with its NUL.
-struct OffsetTagRecord
-{
-    QByteArray offsetData;
-    quint32 offsetOffset = 0;
-};
-
-// Three rationals, hours, minutes and seconds (24 bytes). needsConv: the rationals are in
-// Motorola order and must be swapped on a little-endian machine.
-struct GpsStampRecord
-{
-    QByteArray dateData;
-    quint32 dateOffset = 0;
-    bool needsConv = false;
-};
-
-// Latitude and longitude with their refs are always complete; altitude and positioning error
-// are optional and then have empty data and offset 0.
-struct GpsLocationRecord
-{
-    QByteArray latitudeRef_Data;
-    quint32 latitudeRef_Offset = 0;
-    QByteArray latitude_Data;
-    quint32 latitude_Offset = 0;
-    QByteArray longitudeRef_Data;
-    quint32 longitudeRef_Offset = 0;
-    QByteArray longitude_Data;
-    quint32 longitude_Offset = 0;
-    QByteArray altitudeRef_Data;
-    quint32 altitudeRef_Offset = 0;
-    QByteArray altitude_Data;
-    quint32 altitude_Offset = 0;
-    QByteArray hPositioningError_Data;
-    quint32 hPositioningError_Offset = 0;
-    bool needsConv = false;
-};
-
+// prove them unchanged before it writes. A GPS date stamp is a StampRecord of 11 bytes.
 struct DatesData
 {
     static constexpr quint32 noHeader = 0xFFFFFFFF;
@@ -66,7 +22,6 @@ struct DatesData
     std::optional<OffsetTagRecord> exifOffsetTimeOriginal;
     std::optional<OffsetTagRecord> exifOffsetTimeDigitized;
     std::optional<GpsStampRecord> gpsTimeStamp;
-    // 11 bytes "YYYY:MM:DD" with its NUL.
     std::optional<StampRecord> gpsDateStamp;
     std::optional<GpsLocationRecord> gpsLocation;
 

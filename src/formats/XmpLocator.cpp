@@ -63,19 +63,19 @@ bool hasStampShape(const QByteArray &stamp, qsizetype restFrom)
 struct SearchedTag
 {
     QByteArrayView text;
-    std::optional<XmpDateRecord> XmpDateInfos::*record;
+    const char *key;
 };
 
 // The value of a tag begins right after its name, so the name's length is the value's distance.
 const std::array<SearchedTag, 8> dateTags{{
-    {"exif:DateTimeOriginal", &XmpDateInfos::exifDateTimeOriginal},
-    {"exif:DateTimeDigitized", &XmpDateInfos::exifDateTimeDigitized},
-    {"p:CreateDate", &XmpDateInfos::xmpCreateDate},
-    {"p:ModifyDate", &XmpDateInfos::xmpModifyDate},
-    {"p:MetadataDate", &XmpDateInfos::xmpMetadataDate},
-    {"tiff:DateTime", &XmpDateInfos::tiffDateTime},
-    {"photoshop:DateCreated", &XmpDateInfos::photoshopDateCreated},
-    {"exif:GPSTimeStamp", &XmpDateInfos::gpsTimeStamp},
+    {"exif:DateTimeOriginal", "ExifDateTimeOriginal"},
+    {"exif:DateTimeDigitized", "ExifDateTimeDigitized"},
+    {"p:CreateDate", "XmpCreateDate"},
+    {"p:ModifyDate", "XmpModifyDate"},
+    {"p:MetadataDate", "XmpMetadataDate"},
+    {"tiff:DateTime", "TiffDateTime"},
+    {"photoshop:DateCreated", "PhotoshopDateCreated"},
+    {"exif:GPSTimeStamp", "GPSTimeStamp"},
 }};
 constexpr int dateSearchOverlap = 22;
 
@@ -132,15 +132,6 @@ XmpStampClass classifyXmpStamp(const QByteArray &stamp)
     if (n < 19 || n > 29 || !hasStampShape(stamp, 17))
         return {};
     return classifyZone(stamp, 19);
-}
-
-bool XmpDateInfos::isEmpty() const
-{
-    for (const SearchedTag &tag : dateTags) {
-        if (this->*tag.record)
-            return false;
-    }
-    return true;
 }
 
 bool verifiedXmpLocationRefDataType(const QByteArray &text)
@@ -258,8 +249,8 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
                 if (const auto value = valueAfterName(m_file, valueAt, valueWindow)) {
                     const XmpStampClass kind = classifyXmpStamp(value->text);
                     if (kind.type != 0)
-                        infos.*tag.record =
-                            XmpDateRecord{value->text, value->offset, kind.type, kind.subtype};
+                        infos[QLatin1String(tag.key)] =
+                            XmpStampRecord{value->text, value->offset, kind.type, kind.subtype};
                 }
                 break;
             }

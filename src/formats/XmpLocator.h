@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/PicAttributes.h"
 #include "formats/FileReader.h"
 
 #include <QByteArray>
@@ -22,30 +23,6 @@ struct XmpStampClass
     int subtype = 0;
 };
 XmpStampClass classifyXmpStamp(const QByteArray &stamp);
-
-struct XmpDateRecord
-{
-    QByteArray data;     // the stamp bytes, without quotes or tags
-    quint32 offset = 0;  // absolute offset of the first stamp byte
-    int type = 0;
-    int subtype = 0;
-};
-
-// The date stamps of one packet, named after their tags; each is the first occurrence of its
-// tag, kept only when it classifies as a stamp.
-struct XmpDateInfos
-{
-    std::optional<XmpDateRecord> exifDateTimeOriginal;
-    std::optional<XmpDateRecord> exifDateTimeDigitized;
-    std::optional<XmpDateRecord> xmpCreateDate;
-    std::optional<XmpDateRecord> xmpModifyDate;
-    std::optional<XmpDateRecord> xmpMetadataDate;
-    std::optional<XmpDateRecord> tiffDateTime;
-    std::optional<XmpDateRecord> photoshopDateCreated;
-    std::optional<XmpDateRecord> gpsTimeStamp;
-
-    bool isEmpty() const;
-};
 
 struct XmpTextValue
 {
@@ -82,6 +59,8 @@ public:
     std::optional<quint32> xmpStartOffsetFromWebPHeader(qint64 chunkOffset);
     std::optional<quint32> xmpStartOffsetFromSidecarFile(qint64 from = 0);
 
+    // The stamps of the packet, keyed by the names of XmpDateInfos; each is the first
+    // occurrence of its tag, kept only when it classifies as a stamp.
     XmpDateInfos readDates(qint64 packetStart);
     XmpSidecarMetadata readMetadata(qint64 packetStart);
 
