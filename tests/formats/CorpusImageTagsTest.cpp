@@ -65,8 +65,9 @@ TEST_P(CorpusImageTags, MatchExiftool)
     EXPECT_EQ(tags.model.trimmed(), exif.string("IFD0:Model").trimmed());
     EXPECT_EQ(tags.orientation,
               exif.has("IFD0:Orientation") ? int(exif.number("IFD0:Orientation")) : 1);
-    if (!isPixelSizeDisagreement(path))
+    if (!isPixelSizeDisagreement(path)) {
         EXPECT_EQ(tags.pixelSize, exiftoolPixelSize(exif));
+    }
     EXPECT_EQ(tags.contentIdentifier, exif.string("Apple:MediaGroupUUID"));
 }
 
