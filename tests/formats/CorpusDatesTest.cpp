@@ -1,7 +1,9 @@
 // Every date, time offset and GPS value we locate in the corpus must be what exiftool reads, and
 // the bytes must really stand at the offsets we report: that is what a save will overwrite.
 
-#include "LocalSupport.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/QtPrinters.h"
 #include "RecordDecoding.h"
 
 #include "formats/MySingleFolderDataReader.h"
@@ -71,7 +73,7 @@ protected:
     void SetUp() override
     {
         path = GetParam();
-        exif = exiftoolTags(path);
+        exif = exiftoolTags(path, ExiftoolGroups::Family1);
         dates = readDatesAsTheScanDoes(path);
     }
 

@@ -1,7 +1,9 @@
 // Make, model, orientation, pixel size and the Live Photo identifier from our own TIFF walk,
 // against exiftool's reading of the same IFDs.
 
-#include "LocalSupport.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/QtPrinters.h"
 #include "RecordDecoding.h"
 
 #include "formats/MySingleFolderDataReader.h"
@@ -57,7 +59,7 @@ TEST_P(CorpusImageTags, MatchExiftool)
     const DatesData dates = readDatesAsTheScanDoes(path);
     if (!dates.hasHeader())
         GTEST_SKIP() << "no TIFF header";
-    const ExiftoolTags exif = exiftoolTags(path);
+    const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
     const TiffImageTags tags = MySingleFolderDataReader().imageTagsAtPath(
         path, TiffHeader{dates.tiffHeaderStartOffset, dates.isHeaderIntel});
 

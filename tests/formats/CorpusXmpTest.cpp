@@ -1,6 +1,8 @@
 // XMP dates and locations we find in the corpus against exiftool's XMP reading.
 
-#include "LocalSupport.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/QtPrinters.h"
 #include "RecordDecoding.h"
 
 #include "formats/MySingleFolderDataReader.h"
@@ -90,7 +92,7 @@ TEST_P(CorpusXmp, DatesMatchExiftoolAndStandAtTheirOffsets)
     const QString path = GetParam();
     if (const char *reason = knownDisagreementOf(path))
         GTEST_SKIP() << reason;
-    const ExiftoolTags exif = exiftoolTags(path);
+    const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
     const std::optional<XmpDateInfos> infos = readXmpAsTheScanDoes(path);
     ASSERT_TRUE(infos);
     QFile file(path);
@@ -149,7 +151,7 @@ TEST(CorpusXmpMetadata, SidecarLocationsMatchExiftool)
     int withLocation = 0;
     for (const QString &path : corpusFiles({"xmp"})) {
         SCOPED_TRACE(path.toStdString());
-        const ExiftoolTags exif = exiftoolTags(path);
+        const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
         const XmpSidecarMetadata metadata =
             MySingleFolderDataReader().metadataFromXMPSidecarAtPath(path);
         const bool hasLocation = exif.has("XMP-exif:GPSLatitude");

@@ -1,6 +1,7 @@
 #pragma once
 
-// Small hand-made files with exact tags, for the edge cases the corpus does not show.
+// Small hand-made files with exact tags, for the edge cases the corpus does not show. A
+// namespace of their own keeps these apart from the shared builders of the same names.
 
 #include <QBuffer>
 #include <QByteArray>
@@ -13,7 +14,7 @@
 
 #include <vector>
 
-namespace orv::test {
+namespace orv::crafted {
 
 // QByteArray{a, b} would be the (size, fill) constructor.
 inline QByteArray twoBytes(char first, char second)
@@ -173,4 +174,4 @@ inline QString writeTemporary(const QTemporaryDir &dir, const QString &name, con
     return path;
 }
 
-} // namespace orv::test
+} // namespace orv::crafted

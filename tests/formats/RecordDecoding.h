@@ -10,11 +10,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <ostream>
-
-// Readable test names and failure messages for QString parameters.
-inline void PrintTo(const QString &text, std::ostream *out) { *out << text.toStdString(); }
-
 namespace orv::test {
 
 inline double rationalOf(const QByteArray &data, qsizetype at, bool motorola)

@@ -3,7 +3,9 @@
 // sanitizer build runs this too), and whatever is reported must lie inside the file and equal
 // the bytes found there, since a save trusts exactly that.
 
-#include "LocalSupport.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/QtPrinters.h"
 #include "RecordDecoding.h"
 
 #include "formats/MySingleFolderDataReader.h"
