@@ -26,7 +26,7 @@ const char *const usage =
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("orvelle-cli"));
+    QCoreApplication::setApplicationName(QStringLiteral("orvelle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
 
     const QStringList args = QCoreApplication::arguments().mid(1);
