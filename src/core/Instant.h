@@ -54,11 +54,26 @@ public:
         return era * 146097 + doe - 719468;
     }
 
+    static constexpr bool isLeapYear(int year)
+    {
+        return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    }
+    static constexpr int daysInMonth(int year, int month)
+    {
+        constexpr int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+        return month == 2 && isLeapYear(year) ? 29 : days[month - 1];
+    }
+
     struct Civil
     {
         int year, month, day, hour, minute, second;
         double fraction;
     };
+    static constexpr Instant fromUtc(const Civil &civil)
+    {
+        return fromUtc(civil.year, civil.month, civil.day, civil.hour, civil.minute,
+                       civil.second + civil.fraction);
+    }
     // The UTC calendar fields of this instant, seconds floored.
     constexpr Civil toUtcCivil() const
     {

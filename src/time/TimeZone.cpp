@@ -1,0 +1,118 @@
+#include "time/TimeZone.h"
+
+#include <QDateTime>
+#include <algorithm>
+#include <cmath>
+
+namespace orv {
+
+namespace {
+
+QDateTime utcDateTime(Instant at)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(std::floor(at.secondsSinceEpoch() * 1000.0)),
+                                          Qt::UTC);
+}
+
+} // namespace
+
+TimeZone TimeZone::systemZone()
+{
+    return TimeZone(QTimeZone::systemTimeZone());
+}
+
+TimeZone TimeZone::utc()
+{
+    return TimeZone(QTimeZone::utc());
+}
+
+std::optional<TimeZone> TimeZone::fromName(const QString &ianaName)
+{
+    // Qt reads an empty name as the system zone; here it is no name at all.
+    if (ianaName.isEmpty())
+        return std::nullopt;
+    QTimeZone zone(ianaName.toUtf8());
+    if (!zone.isValid())
+        return std::nullopt;
+    return TimeZone(std::move(zone));
+}
+
+std::optional<TimeZone> TimeZone::fromOffsetSeconds(int secondsAheadOfUtc)
+{
+    QTimeZone zone(secondsAheadOfUtc);
+    if (!zone.isValid())
+        return std::nullopt;
+    return TimeZone(std::move(zone));
+}
+
+QString TimeZone::name() const
+{
+    return QString::fromUtf8(m_zone.id());
+}
+
+QString TimeZone::abbreviationForDate(Instant at) const
+{
+    return m_zone.abbreviation(utcDateTime(at));
+}
+
+int TimeZone::secondsFromGMTForDate(Instant at) const
+{
+    return m_zone.offsetFromUtc(utcDateTime(at));
+}
+
+bool TimeZone::isDaylightSavingTimeForDate(Instant at) const
+{
+    return m_zone.isDaylightTime(utcDateTime(at));
+}
+
+int TimeZone::daylightSavingTimeOffsetForDate(Instant at) const
+{
+    return m_zone.daylightTimeOffset(utcDateTime(at));
+}
+
+OptionalDate TimeZone::nextDaylightSavingTimeTransitionAfterDate(Instant after) const
+{
+    if (!m_zone.hasTransitions())
+        return std::nullopt;
+    // The tz data lists moments at which the clocks do nothing (the end of 32-bit time, for one);
+    // nobody looking at a clock would call them a transition.
+    constexpr int MaxSilentTransitions = 8;
+    QDateTime from = utcDateTime(after);
+    for (int i = 0; i <= MaxSilentTransitions; ++i) {
+        const QTimeZone::OffsetData next = m_zone.nextTransition(from);
+        if (!next.atUtc.isValid())
+            return std::nullopt;
+        const QTimeZone::OffsetData before = m_zone.offsetData(next.atUtc.addMSecs(-1));
+        if (before.offsetFromUtc != next.offsetFromUtc ||
+            before.daylightTimeOffset != next.daylightTimeOffset)
+            return Instant(double(next.atUtc.toMSecsSinceEpoch()) / 1000.0);
+        from = next.atUtc;
+    }
+    return std::nullopt;
+}
+
+Instant::Civil TimeZone::localCivil(Instant at) const
+{
+    return at.addingSeconds(secondsFromGMTForDate(at)).toUtcCivil();
+}
+
+Instant TimeZone::instantFromLocalCivil(const Instant::Civil &local) const
+{
+    // Which offset turns the reading into an instant is known only once the instant is. Every
+    // offset in force within a day of the reading is a candidate; a candidate is right when the
+    // instant it gives has that very offset. Of two right ones (a repeated hour) the later is
+    // taken; with none (a skipped hour) the latest candidate, which lies past the jump.
+    const Instant wall = Instant::fromUtc(local);
+    std::optional<Instant> latestRight;
+    std::optional<Instant> latest;
+    for (const double probe : {-86400.0, 0.0, 86400.0}) {
+        const int offset = secondsFromGMTForDate(wall.addingSeconds(probe));
+        const Instant candidate = wall.addingSeconds(-offset);
+        latest = std::max(latest.value_or(candidate), candidate);
+        if (secondsFromGMTForDate(candidate) == offset)
+            latestRight = std::max(latestRight.value_or(candidate), candidate);
+    }
+    return latestRight.value_or(*latest);
+}
+
+} // namespace orv

@@ -1,0 +1,117 @@
+#include "support/PngBuilder.h"
+
+#include "support/ByteWriter.h"
+
+#include <stdexcept>
+#include <zlib.h>
+
+namespace orv::test {
+namespace {
+
+constexpr quint32 kChunkHeader = 8; // length and type
+constexpr char kXmpKeyword[] = "XML:com.adobe.xmp";
+
+class PngWriter
+{
+public:
+    explicit PngWriter(QByteArray wrongCrcChunk) : m_wrongCrcChunk(std::move(wrongCrcChunk))
+    {
+        m_out.bytes("\x89PNG\r\n\x1a\n");
+    }
+
+    quint32 position() const { return m_out.size(); }
+
+    void chunk(QByteArrayView type, const QByteArray &data)
+    {
+        const QByteArray typeAndData = type.toByteArray() + data;
+        m_out.u32(quint32(data.size()));
+        m_out.bytes(typeAndData);
+        const quint32 crc = pngChunkCrc(typeAndData);
+        m_out.u32(type == m_wrongCrcChunk ? ~crc : crc);
+    }
+
+    const QByteArray &bytes() const { return m_out.data(); }
+
+private:
+    QByteArray m_wrongCrcChunk;
+    ByteWriter m_out{ByteOrder::Motorola};
+};
+
+QByteArray header(QSize size)
+{
+    ByteWriter ihdr(ByteOrder::Motorola);
+    ihdr.u32(quint32(size.width()));
+    ihdr.u32(quint32(size.height()));
+    ihdr.u8(8);    // bits per sample
+    ihdr.u8(2);    // RGB
+    ihdr.zeros(3); // deflate, adaptive filtering, no interlace
+    return ihdr.data();
+}
+
+QByteArray compressedRows(QSize size)
+{
+    QByteArray rows;
+    for (int y = 0; y < size.height(); ++y) {
+        rows.append('\0'); // filter type None
+        for (int x = 0; x < size.width(); ++x)
+            rows.append(char(x * 16)).append(char(y * 16)).append(char(200));
+    }
+    uLongf length = compressBound(uLong(rows.size()));
+    QByteArray compressed(qsizetype(length), '\0');
+    if (compress(reinterpret_cast<Bytef *>(compressed.data()), &length,
+                 reinterpret_cast<const Bytef *>(rows.constData()), uLong(rows.size())) != Z_OK)
+        throw std::runtime_error("zlib cannot compress the PNG rows");
+    compressed.resize(qsizetype(length));
+    return compressed;
+}
+
+// Keyword, NUL, compression flag and method, empty language tag and translated keyword.
+QByteArray xmpTextPrefix()
+{
+    return QByteArray(kXmpKeyword, sizeof kXmpKeyword) + QByteArray(4, '\0');
+}
+
+} // namespace
+
+quint32 pngChunkCrc(QByteArrayView typeAndData)
+{
+    return quint32(crc32(crc32(0, nullptr, 0), reinterpret_cast<const Bytef *>(typeAndData.data()),
+                         uInt(typeAndData.size())));
+}
+
+MediaFile buildPng(const PngSpec &spec)
+{
+    MediaFile file{{}, {}, QStringLiteral("png")};
+    PngWriter png(spec.wrongCrcChunk);
+    png.chunk("IHDR", header(spec.size));
+
+    const auto writeExif = [&] {
+        const MediaFile block = buildExifBlock(*spec.exif, png.position() + kChunkHeader);
+        static_cast<TiffOffsets &>(file.offsets) = block.offsets;
+        file.offsets.exifSegment = png.position();
+        png.chunk("eXIf", block.bytes);
+    };
+    const auto writeXmp = [&] {
+        const QByteArray prefix = xmpTextPrefix();
+        file.offsets.xmpSegment = png.position();
+        placeXmp(file.offsets, png.position() + kChunkHeader + quint32(prefix.size()), *spec.xmp);
+        png.chunk("iTXt", prefix + spec.xmp->bytes);
+    };
+    const auto writeAt = [&](ChunkPosition position) {
+        if (spec.exif && spec.exifPosition == position)
+            writeExif();
+        if (spec.xmp && spec.xmpPosition == position)
+            writeXmp();
+    };
+
+    writeAt(ChunkPosition::BeforeImageData);
+    for (const PngText &text : spec.texts)
+        png.chunk("tEXt", text.keyword + '\0' + text.text);
+    png.chunk("IDAT", compressedRows(spec.size));
+    writeAt(ChunkPosition::AfterImageData);
+    png.chunk("IEND", {});
+    file.bytes = png.bytes();
+    return file;
+}
+
+} // namespace orv::test

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "support/MediaFile.h"
+#include "support/TiffBuilder.h"
+#include "support/XmpBuilder.h"
+
+#include <QByteArray>
+#include <QSize>
+#include <optional>
+#include <vector>
+
+namespace orv::test {
+
+enum class ChunkPosition { BeforeImageData, AfterImageData };
+
+struct PngText
+{
+    QByteArray keyword{};
+    QByteArray text{};
+};
+
+// Signature, IHDR, the metadata chunks around one IDAT of a real RGB image, IEND; every CRC
+// right unless wrongCrcChunk names a chunk type ("eXIf", "iTXt", "tEXt", "IDAT", ...).
+struct PngSpec
+{
+    QSize size{8, 8};
+    std::optional<TiffSpec> exif{}; // eXIf chunk
+    ChunkPosition exifPosition = ChunkPosition::BeforeImageData;
+    std::optional<XmpPacket> xmp{}; // iTXt "XML:com.adobe.xmp", uncompressed
+    ChunkPosition xmpPosition = ChunkPosition::BeforeImageData;
+    std::vector<PngText> texts{}; // tEXt chunks, before IDAT
+    QByteArray wrongCrcChunk{};
+};
+
+MediaFile buildPng(const PngSpec &spec);
+
+// The CRC a PNG chunk must carry: zlib crc32 over its type and data.
+quint32 pngChunkCrc(QByteArrayView typeAndData);
+
+} // namespace orv::test

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "support/ByteWriter.h"
+#include "support/MediaFile.h"
+#include "support/XmpBuilder.h"
+
+#include <QByteArray>
+#include <QSize>
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace orv::test {
+
+// The exact bytes of an ASCII value; the tag's count is their length, NULs included.
+struct Stamp
+{
+    QByteArray bytes{};
+
+    static Stamp text(QByteArrayView text) { return {text.toByteArray() + '\0'}; }
+    static Stamp blank() { return text("    :  :     :  :  "); }
+    static Stamp zeros() { return text("0000:00:00 00:00:00"); }
+    // text followed by NULs up to length, e.g. padded("2024:05:01 10:00", 20): 16 chars, 4 NULs
+    static Stamp padded(QByteArrayView text, qsizetype length)
+    {
+        return {text.toByteArray().leftJustified(length, '\0', true)};
+    }
+    static Stamp raw(QByteArray bytes) { return {std::move(bytes)}; }
+};
+
+struct Rational
+{
+    quint32 numerator = 0;
+    quint32 denominator = 1;
+};
+using RationalTriple = std::array<Rational, 3>;
+
+// |degrees| as degrees, minutes and seconds in thousandths.
+RationalTriple degreesMinutesSeconds(double degrees);
+
+struct GpsSpec
+{
+    std::optional<Stamp> latitudeRef{}; // Stamp::text("N"): 2 bytes, in the entry itself
+    std::optional<RationalTriple> latitude{};
+    std::optional<Stamp> longitudeRef{};
+    std::optional<RationalTriple> longitude{};
+    std::optional<quint8> altitudeRef{}; // 0 above, 1 below sea level
+    std::optional<Rational> altitude{};
+    std::optional<RationalTriple> timeStamp{}; // hours, minutes, seconds UTC
+    std::optional<Stamp> dateStamp{};          // Stamp::text("2024:05:01"): 11 bytes with its NUL
+    std::optional<Rational> hPositioningError{};
+
+    // Both refs and coordinates of a signed position.
+    static GpsSpec at(double latitude, double longitude);
+};
+
+// Where the five Exif date and offset tags (36867, 36868, 36880-36882) stand.
+enum class ExifDatePlace {
+    ExifIfd,
+    Ifd0,               // in IFD0, sorted by tag: after the Exif and GPS pointers
+    Ifd0BeforePointers, // in IFD0, out of tag order, ahead of the pointers
+};
+
+// The tags of a TIFF/EXIF block. IFD0 entries are sorted by tag; the Exif and GPS IFDs exist
+// only when something is placed in them. With the dates in IFD0, set pixelSize to keep an
+// Exif IFD and its pointer.
+struct TiffSpec
+{
+    ByteOrder order = ByteOrder::Intel;
+    std::optional<QByteArray> make{}; // written with a NUL
+    std::optional<QByteArray> model{};
+    std::optional<quint16> orientation{};
+    std::optional<Stamp> dateTime{}; // 306
+
+    std::optional<Stamp> dateTimeOriginal{};    // 36867
+    std::optional<Stamp> dateTimeDigitized{};   // 36868
+    std::optional<Stamp> offsetTime{};          // 36880, Stamp::text("+02:00"): 7 bytes
+    std::optional<Stamp> offsetTimeOriginal{};  // 36881
+    std::optional<Stamp> offsetTimeDigitized{}; // 36882
+    ExifDatePlace exifDatePlace = ExifDatePlace::ExifIfd;
+    std::optional<QSize> pixelSize{}; // Exif 40962, 40963
+
+    std::optional<GpsSpec> gps{};
+    std::optional<XmpPacket> xmp{};           // IFD0 700
+    std::optional<QByteArray> embeddedJpeg{}; // IFD0 46: a whole JPEG, e.g. buildJpeg(...).bytes
+};
+
+// A bare TIFF block, to be embedded at fileOffset of a container (offsets are reported as if
+// it stood there). Without an image it is also a metadata-only TIFF file.
+MediaFile buildExifBlock(const TiffSpec &spec, quint32 fileOffset = 0);
+
+struct TiffFileSpec
+{
+    TiffSpec tags{};
+    QSize imageSize{8, 8};              // an uncompressed RGB strip
+    std::vector<QByteArray> previews{}; // JPEGs, each in its own IFD chained after IFD0, as in RAWs
+};
+
+// A TIFF file: header at 0, IFD0 describing a real strip image plus the spec's tags.
+MediaFile buildTiffFile(const TiffFileSpec &spec);
+
+} // namespace orv::test
