@@ -1,0 +1,72 @@
+#pragma once
+
+#include "formats/DatesData.h"
+#include "formats/FileFormatType.h"
+#include "formats/FileReader.h"
+#include "formats/PngLocator.h"
+#include "formats/RawPreviewLocator.h"
+#include "formats/TiffTagReader.h"
+#include "formats/WebpLocator.h"
+#include "formats/XmpLocator.h"
+
+#include <QMap>
+#include <QString>
+
+#include <optional>
+
+namespace orv {
+
+// The byte-level reader the scan uses for one file: where each date, time offset, GPS value and
+// XMP stamp of a still image lives, with the bytes found there. It never raises: whatever cannot
+// be read is simply absent from the answer. Created for a call and dropped afterwards.
+class MySingleFolderDataReader
+{
+public:
+    // `startingFrom` is non-zero only for WebP, where it is the EXIF chunk's offset.
+    DatesData savereadDatesAtPath(const QString &path, int fileFormatType,
+                                  quint32 startingFrom = 0);
+
+    // Nothing when the file cannot be opened; an empty set of dates when it holds none. The
+    // start is the packet offset for JPEG and CR3, the TIFF header for TIFF and RAW files, the
+    // chunk offset for WebP; sidecars (format 0) and PNG find their packet themselves.
+    std::optional<XmpDateInfos> savereadXMPDatesAtPath(const QString &path, int fileFormatType,
+                                                       quint32 startingFrom);
+    XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
+    XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
+
+    WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
+    QMap<QString, QString> tEXtDataFromPNG(const QString &path);
+    bool lockPNGChunkOfType(PngLocator::ChunkKind kind, const QString &path);
+
+    std::optional<RawPreviewInfo> savereadInternalJPGs(const QString &path,
+                                                       std::optional<TiffHeader> moreInfos);
+    // Make, model, pixel size, orientation and Live Photo identifier from the TIFF header that
+    // savereadDatesAtPath reported.
+    TiffImageTags imageTagsAtPath(const QString &path, const TiffHeader &header);
+
+private:
+    // Offsets inside ISO base media files (HEIC, AVIF) and CR3. Their box walk is not written
+    // yet; until it is, these formats report no TIFF header.
+    struct BmffOffsets
+    {
+        std::optional<quint32> exif;
+        std::optional<quint32> xmp;
+    };
+    struct Cr3Offsets
+    {
+        std::optional<quint32> CMT1Offset;
+        std::optional<quint32> CMT2Offset;
+        std::optional<quint32> xmpOffset;
+        bool isHeaderIntel = false;
+    };
+    std::optional<BmffOffsets> preparedBMFFOffsetsAtFD(FileReader &file);
+    std::optional<Cr3Offsets> preparedCF3OffsetsAtFD(FileReader &file);
+
+    std::optional<TiffHeader> headerForFormat(FileReader &file, const QString &path,
+                                              int fileFormatType, quint32 startingFrom,
+                                              DatesData &result);
+    std::optional<quint32> xmpPacketStart(FileReader &file, int fileFormatType,
+                                          quint32 startingFrom);
+};
+
+} // namespace orv

@@ -1,0 +1,105 @@
+#include "formats/PngLocator.h"
+
+#include "formats/ByteOrder.h"
+
+#include <zlib.h>
+
+namespace orv {
+
+namespace {
+constexpr qint64 signatureLength = 8;
+constexpr qint64 chunkFrame = 12; // length, type and CRC around the data
+// The iTXt keyword "XML:com.adobe.xmp" follows length and type; ".xmp" ends it.
+constexpr qint64 xmpKeywordEnd = 25;
+
+bool isXmpChunk(const QByteArray &head)
+{
+    return hasBytesAt(head, 4, "iTXt") && hasBytesAt(head, 8, "XML:")
+        && hasBytesAt(head, 21, ".xmp");
+}
+} // namespace
+
+void PngLocator::forEachChunk(const std::function<bool(const Chunk &)> &visit)
+{
+    qint64 offset = signatureLength;
+    while (offset < m_file.length() - chunkFrame) {
+        const QByteArray head = m_file.readDataOfLength(8, offset);
+        if (head.size() < 8)
+            return;
+        const Chunk chunk{offset, get32(head, 0, false), head.mid(4, 4)};
+        if (!visit(chunk))
+            return;
+        offset += chunkFrame + chunk.length;
+    }
+}
+
+std::optional<quint32> PngLocator::dataStartOfChunk(ChunkKind kind)
+{
+    std::optional<quint32> found;
+    forEachChunk([&](const Chunk &chunk) {
+        if (chunk.type == "IDAT")
+            return false;
+        if (kind == ChunkKind::Exif && chunk.type == "eXIf") {
+            found = quint32(chunk.offset + 8);
+            return false;
+        }
+        if (kind == ChunkKind::Xmp && chunk.type == "iTXt"
+            && isXmpChunk(m_file.readDataOfLength(xmpKeywordEnd, chunk.offset))) {
+            found = quint32(chunk.offset + xmpKeywordEnd);
+            return false;
+        }
+        return true;
+    });
+    return found;
+}
+
+std::optional<quint32> PngLocator::exifStartOffset() { return dataStartOfChunk(ChunkKind::Exif); }
+
+std::optional<quint32> PngLocator::xmpStartOffset() { return dataStartOfChunk(ChunkKind::Xmp); }
+
+QMap<QString, QString> PngLocator::tEXtData()
+{
+    QMap<QString, QString> texts;
+    forEachChunk([&](const Chunk &chunk) {
+        if (chunk.type == "IEND")
+            return false;
+        if (chunk.type == "tEXt") {
+            const QByteArray data = m_file.readDataOfLength(
+                qMin<qint64>(chunk.length, FileReader::blockSize), chunk.offset + 8);
+            const qsizetype nul = data.indexOf('\0');
+            const QString key = QString::fromUtf8(data.left(nul < 0 ? data.size() : nul));
+            const QString value = nul < 0 ? QString() : QString::fromUtf8(data.mid(nul + 1));
+            if (!key.isEmpty() && !value.isEmpty())
+                texts.insert(key, value);
+        }
+        return true;
+    });
+    return texts;
+}
+
+bool PngLocator::lockPNGChunkOfType(ChunkKind kind, const QString &path)
+{
+    FileReader file(path, QIODevice::ReadWrite);
+    const std::optional<quint32> dataStart = PngLocator(file).dataStartOfChunk(kind);
+    if (!dataStart)
+        return false;
+    const qint64 chunkStart = *dataStart - (kind == ChunkKind::Exif ? 8 : xmpKeywordEnd);
+    const qint64 length = file.read32(chunkStart, false);
+    // The CRC covers the type and the data; it is summed block by block.
+    uLong crc = crc32(0L, Z_NULL, 0);
+    const qint64 covered = length + 4;
+    for (qint64 done = 0; done < covered;) {
+        const QByteArray block =
+            file.readDataOfLength(qMin(covered - done, FileReader::blockSize), chunkStart + 4 + done);
+        if (block.isEmpty())
+            return false;
+        crc = crc32(crc, reinterpret_cast<const Bytef *>(block.constData()), uInt(block.size()));
+        done += block.size();
+    }
+    QByteArray stored(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        stored[i] = char((crc >> (24 - 8 * i)) & 0xFF);
+    return file.writeData(stored, chunkStart + 4 + covered);
+}
+
+} // namespace orv

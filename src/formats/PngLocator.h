@@ -1,0 +1,48 @@
+#pragma once
+
+#include "formats/FileReader.h"
+
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace orv {
+
+// The metadata chunks of a PNG. Only chunks in front of the image data count: a value behind
+// IDAT would need the whole image data walked at every read and every checksum repair.
+class PngLocator
+{
+public:
+    enum class ChunkKind { Exif = 1, Xmp = 2 };
+
+    explicit PngLocator(FileReader &file) : m_file(file) {}
+
+    // First byte of the eXIf chunk's data, where the TIFF header should stand.
+    std::optional<quint32> exifStartOffset();
+    // The byte after the "XML:com.adobe.xmp" keyword of the iTXt chunk; the packet follows.
+    std::optional<quint32> xmpStartOffset();
+    // All tEXt chunks up to IEND: keyword to text, empty ones dropped.
+    QMap<QString, QString> tEXtData();
+
+    // After a date was written in place into a chunk, its CRC must follow, or the PNG is
+    // invalid. Recomputes and writes the CRC of the eXIf or XMP iTXt chunk. The one write of
+    // the locators; answers whether it was written.
+    static bool lockPNGChunkOfType(ChunkKind kind, const QString &path);
+
+private:
+    struct Chunk
+    {
+        qint64 offset; // of the length field
+        quint32 length;
+        QByteArray type;
+    };
+    // Visits the chunks from the one after the signature until `visit` answers false.
+    void forEachChunk(const std::function<bool(const Chunk &)> &visit);
+    std::optional<quint32> dataStartOfChunk(ChunkKind kind);
+
+    FileReader &m_file;
+};
+
+} // namespace orv

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "formats/FileReader.h"
+
+#include <optional>
+
+namespace orv {
+
+// Offsets of the chunk headers (type and size) of the metadata chunks of a WebP file.
+struct WebpChunkOffsets
+{
+    std::optional<quint32> exifOffset;
+    std::optional<quint32> xmpOffset;
+};
+
+class WebpLocator
+{
+public:
+    explicit WebpLocator(FileReader &file) : m_file(file) {}
+
+    WebpChunkOffsets riffHeaderData();
+
+private:
+    FileReader &m_file;
+};
+
+} // namespace orv

@@ -1,0 +1,354 @@
+#include "formats/XmpLocator.h"
+
+#include "formats/ByteOrder.h"
+#include "formats/JpegLocator.h"
+#include "formats/TiffIfd.h"
+
+#include <QFileInfo>
+
+#include <array>
+
+namespace orv {
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSign(char c) { return c == '+' || c == '-'; }
+
+bool allDigits(const QByteArray &text, qsizetype from, qsizetype to)
+{
+    for (qsizetype i = from; i < to; ++i) {
+        if (!isDigit(text[i]))
+            return false;
+    }
+    return true;
+}
+
+// The zone part that ends a stamp whose date and time end before `zoneFrom`.
+XmpStampClass classifyZone(const QByteArray &stamp, qsizetype zoneFrom)
+{
+    const qsizetype n = stamp.size();
+    if (stamp.endsWith('Z'))
+        return {1, 0};
+    if (n - 6 >= zoneFrom && isSign(stamp[n - 6]) && allDigits(stamp, n - 5, n - 3)
+        && stamp[n - 3] == ':' && allDigits(stamp, n - 2, n))
+        return {2, 0};
+    if (n - 5 >= zoneFrom && isSign(stamp[n - 5]) && allDigits(stamp, n - 4, n))
+        return {2, 1};
+    for (qsizetype i = zoneFrom; i < n; ++i) {
+        if (isSign(stamp[i]) || stamp[i] == ':' || stamp[i] == 'Z')
+            return {};
+    }
+    return {3, 0};
+}
+
+// "YYYY-MM-DDTHH:MM" with only digits besides its separators, and from `restFrom` on only
+// characters that may follow in a time, fraction or zone.
+bool hasStampShape(const QByteArray &stamp, qsizetype restFrom)
+{
+    for (qsizetype i = 0; i < 16; ++i) {
+        const char c = stamp[i];
+        const char expected = (i == 4 || i == 7) ? '-' : i == 10 ? 'T' : i == 13 ? ':' : 0;
+        if (expected ? c != expected : !isDigit(c))
+            return false;
+    }
+    for (qsizetype i = restFrom; i < stamp.size(); ++i) {
+        const char c = stamp[i];
+        if (!isDigit(c) && !isSign(c) && c != '.' && c != ':' && c != 'Z')
+            return false;
+    }
+    return true;
+}
+
+struct SearchedTag
+{
+    QByteArrayView text;
+    const char *key;
+};
+
+// The value of a tag begins right after its name, so the name's length is the value's distance.
+const std::array<SearchedTag, 8> dateTags{{
+    {"exif:DateTimeOriginal", "ExifDateTimeOriginal"},
+    {"exif:DateTimeDigitized", "ExifDateTimeDigitized"},
+    {"p:CreateDate", "XmpCreateDate"},
+    {"p:ModifyDate", "XmpModifyDate"},
+    {"p:MetadataDate", "XmpMetadataDate"},
+    {"tiff:DateTime", "TiffDateTime"},
+    {"photoshop:DateCreated", "PhotoshopDateCreated"},
+    {"exif:GPSTimeStamp", "GPSTimeStamp"},
+}};
+constexpr int dateSearchOverlap = 22;
+
+const std::array<QByteArrayView, 2> packetEnds{"</x:xmpmeta", "<?xpacket end="};
+
+// The value that follows a tag name: an element's text up to the next "<", or an attribute's
+// text up to its closing quote. Only complete values within `window` are taken.
+std::optional<XmpTextValue> valueAfterName(FileReader &file, qint64 valueAt, qint64 window)
+{
+    const QByteArray bytes = file.readDataOfLength(window, valueAt);
+    qsizetype from = 0;
+    char closing = 0;
+    if (bytes.startsWith('>')) {
+        from = 1;
+        closing = '<';
+    } else if (bytes.size() >= 2 && bytes[0] == '=' && (bytes[1] == '"' || bytes[1] == '\'')) {
+        from = 2;
+        closing = bytes[1];
+    } else {
+        return std::nullopt;
+    }
+    const qsizetype end = bytes.indexOf(closing, from);
+    if (end < 0 || valueAt + from > qint64(0xFFFFFFFF))
+        return std::nullopt;
+    return XmpTextValue{bytes.mid(from, end - from), quint32(valueAt + from)};
+}
+
+QString lowerSuffix(const QByteArray &fileName)
+{
+    return QFileInfo(QString::fromUtf8(fileName)).suffix().toLower();
+}
+
+} // namespace
+
+bool isXmpPacketStart(FileReader &file, qint64 offset)
+{
+    const QByteArray head = file.readDataOfLength(16, offset);
+    return head.startsWith("<?xpacket begin=") || head.startsWith("<x:xmpmeta ");
+}
+
+XmpStampClass classifyXmpStamp(const QByteArray &stamp)
+{
+    const qsizetype n = stamp.size();
+    if (n < 16)
+        return {};
+    if (n == 16 || stamp[16] != ':') {
+        if (n > 26 || !hasStampShape(stamp, 16))
+            return {};
+        XmpStampClass result = classifyZone(stamp, 16);
+        if (result.type != 0)
+            result.subtype |= 2;
+        return result;
+    }
+    if (n < 19 || n > 29 || !hasStampShape(stamp, 17))
+        return {};
+    return classifyZone(stamp, 19);
+}
+
+bool verifiedXmpLocationRefDataType(const QByteArray &text)
+{
+    return text.size() == 1 && QByteArrayView("NSEW").contains(text[0]);
+}
+
+int verifiedXmpLocationDataType(const QByteArray &text)
+{
+    if (text.isEmpty())
+        return 0;
+    qsizetype commas = 0, dots = 0;
+    const bool endsInDirection = QByteArrayView("NSEW").contains(text.back());
+    const qsizetype numberEnd = endsInDirection ? text.size() - 1 : text.size();
+    for (qsizetype i = 0; i < numberEnd; ++i) {
+        const char c = text[i];
+        if (c == ',')
+            ++commas;
+        else if (c == '.')
+            ++dots;
+        else if (!isDigit(c))
+            return 0;
+    }
+    if (endsInDirection && (commas == 1 || commas == 2) && dots <= 1)
+        return 1;
+    if (!endsInDirection && commas == 0 && dots == 1)
+        return 2;
+    return 0;
+}
+
+bool isVerifiedXmpPosErrorDataType(const QByteArray &text)
+{
+    if (text.isEmpty() || text.count('/') > 1)
+        return false;
+    for (const char c : text) {
+        if (!isDigit(c) && c != '/')
+            return false;
+    }
+    return true;
+}
+
+std::optional<quint32> XmpLocator::xmpStartOffsetFromJPGHeader()
+{
+    const quint32 start = JpegLocator(m_file).savereadJPGHeader().xmpOffset;
+    if (start == 0)
+        return std::nullopt;
+    return start;
+}
+
+std::optional<quint32> XmpLocator::xmpStartOffsetFromTIFHeader(qint64 headerOffset)
+{
+    // The order mark alone decides: RAW formats with their own magic number keep the TIFF order.
+    const QByteArray order = m_file.readDataOfLength(2, headerOffset);
+    if (order != "II" && order != "MM")
+        return std::nullopt;
+    const bool intel = order == "II";
+    const TiffIfd ifd0(m_file, headerOffset + m_file.read32(headerOffset + 4, intel), intel);
+    const IfdEntry *xmp = ifd0.find(700);
+    if (!xmp)
+        return std::nullopt;
+    const qint64 start = headerOffset + xmp->value;
+    if (start > qint64(0xFFFFFFFF) || !isXmpPacketStart(m_file, start))
+        return std::nullopt;
+    return quint32(start);
+}
+
+std::optional<quint32> XmpLocator::xmpStartOffsetFromWebPHeader(qint64 chunkOffset)
+{
+    const qint64 start = chunkOffset + 8;
+    if (start > qint64(0xFFFFFFFF) || !isXmpPacketStart(m_file, start))
+        return std::nullopt;
+    return quint32(start);
+}
+
+std::optional<quint32> XmpLocator::xmpStartOffsetFromSidecarFile(qint64 from)
+{
+    static constexpr QByteArrayView opening = "<x:xmpmeta";
+    std::optional<quint32> found;
+    m_file.scanBlocks(from, opening.size(), [&](const FileReader::Block &block) {
+        const qsizetype at = QByteArrayView(block.bytes).indexOf(opening);
+        if (at >= 0 && at < block.scanEnd && block.fileOffset + at <= qint64(0xFFFFFFFF)) {
+            found = quint32(block.fileOffset + at);
+            return false;
+        }
+        return true;
+    });
+    return found;
+}
+
+XmpDateInfos XmpLocator::readDates(qint64 packetStart)
+{
+    constexpr qint64 valueWindow = 33;
+    XmpDateInfos infos;
+    std::array<bool, dateTags.size()> taken{};
+    qsizetype takenCount = 0;
+    m_file.scanBlocks(packetStart, dateSearchOverlap, [&](const FileReader::Block &block) {
+        for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
+            const char first = block.bytes[pos];
+            if (first == '<') {
+                for (QByteArrayView end : packetEnds) {
+                    if (hasBytesAt(block.bytes, pos, end))
+                        return false;
+                }
+                continue;
+            }
+            if (first != 'p' && first != 'e' && first != 't')
+                continue;
+            for (std::size_t i = 0; i < dateTags.size(); ++i) {
+                const SearchedTag &tag = dateTags[i];
+                if (taken[i] || tag.text[0] != first || !hasBytesAt(block.bytes, pos, tag.text))
+                    continue;
+                taken[i] = true;
+                ++takenCount;
+                const qint64 valueAt = block.fileOffset + pos + tag.text.size();
+                if (const auto value = valueAfterName(m_file, valueAt, valueWindow)) {
+                    const XmpStampClass kind = classifyXmpStamp(value->text);
+                    if (kind.type != 0)
+                        infos[QLatin1String(tag.key)] =
+                            XmpStampRecord{value->text, value->offset, kind.type, kind.subtype};
+                }
+                break;
+            }
+            if (takenCount == qsizetype(dateTags.size()))
+                return false;
+        }
+        return true;
+    });
+    return infos;
+}
+
+XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
+{
+    enum class Field { SidecarFor, RawFileName, LatRef, LonRef, Lat, Lon, PosError };
+    struct MetadataTag
+    {
+        QByteArrayView text;
+        Field field;
+    };
+    static constexpr std::array<MetadataTag, 7> tags{{
+        {"photoshop:SidecarForExtension", Field::SidecarFor},
+        {"crs:RawFileName", Field::RawFileName},
+        {"exif:GPSLatitudeRef", Field::LatRef},
+        {"exif:GPSLongitudeRef", Field::LonRef},
+        {"exif:GPSLatitude", Field::Lat},
+        {"exif:GPSLongitude", Field::Lon},
+        {"exif:GPSHPositioningError", Field::PosError},
+    }};
+    constexpr int overlap = 29;
+    constexpr qint64 valueWindow = 256;
+    static constexpr QByteArrayView end = "</x:xmpmeta";
+
+    XmpSidecarMetadata metadata;
+    std::array<bool, tags.size()> taken{};
+    m_file.scanBlocks(packetStart, overlap, [&](const FileReader::Block &block) {
+        for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
+            const char first = block.bytes[pos];
+            if (first == '<' && hasBytesAt(block.bytes, pos, end))
+                return false;
+            if (first != 'p' && first != 'c' && first != 'e')
+                continue;
+            for (std::size_t i = 0; i < tags.size(); ++i) {
+                if (taken[i] || !hasBytesAt(block.bytes, pos, tags[i].text))
+                    continue;
+                // "exif:GPSLatitude" also begins "exif:GPSLatitudeRef": a name counts only
+                // where a value follows it.
+                const qint64 valueAt = block.fileOffset + pos + tags[i].text.size();
+                const std::optional<XmpTextValue> value =
+                    valueAfterName(m_file, valueAt, valueWindow);
+                if (!value)
+                    continue;
+                taken[i] = true;
+                switch (tags[i].field) {
+                case Field::SidecarFor:
+                    metadata.extensions.insert(QString::fromUtf8(value->text).toLower());
+                    break;
+                case Field::RawFileName:
+                    metadata.extensions.insert(lowerSuffix(value->text));
+                    break;
+                case Field::LatRef:
+                    if (verifiedXmpLocationRefDataType(value->text))
+                        metadata.gpsLatRef = value;
+                    break;
+                case Field::LonRef:
+                    if (verifiedXmpLocationRefDataType(value->text))
+                        metadata.gpsLonRef = value;
+                    break;
+                case Field::Lat:
+                    metadata.gpsLatType = verifiedXmpLocationDataType(value->text);
+                    if (metadata.gpsLatType != 0)
+                        metadata.gpsLat = value;
+                    break;
+                case Field::Lon:
+                    metadata.gpsLonType = verifiedXmpLocationDataType(value->text);
+                    if (metadata.gpsLonType != 0)
+                        metadata.gpsLon = value;
+                    break;
+                case Field::PosError:
+                    if (isVerifiedXmpPosErrorDataType(value->text))
+                        metadata.gpsPosError = value;
+                    break;
+                }
+                break;
+            }
+        }
+        return true;
+    });
+    // A bare decimal coordinate says nothing of its hemisphere without the ref.
+    if (metadata.gpsLatType == 2 && !metadata.gpsLatRef) {
+        metadata.gpsLat.reset();
+        metadata.gpsLatType = 0;
+    }
+    if (metadata.gpsLonType == 2 && !metadata.gpsLonRef) {
+        metadata.gpsLon.reset();
+        metadata.gpsLonType = 0;
+    }
+    metadata.extensions.remove(QString());
+    return metadata;
+}
+
+} // namespace orv

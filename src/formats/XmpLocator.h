@@ -1,0 +1,71 @@
+#pragma once
+
+#include "core/PicAttributes.h"
+#include "formats/FileReader.h"
+
+#include <QByteArray>
+#include <QSet>
+#include <QString>
+
+#include <optional>
+
+namespace orv {
+
+// The XMP start test: a packet begins with "<?xpacket begin=" or "<x:xmpmeta ".
+bool isXmpPacketStart(FileReader &file, qint64 offset);
+
+// How an XMP date stamp carries its zone. type 1 ends in "Z" (UTC), 2 ends in a signed offset
+// (own zone), 3 has no zone (local time); 0 is no stamp. subtype bits: 1 the offset has no
+// colon, 2 the stamp has no seconds.
+struct XmpStampClass
+{
+    int type = 0;
+    int subtype = 0;
+};
+XmpStampClass classifyXmpStamp(const QByteArray &stamp);
+
+struct XmpTextValue
+{
+    QByteArray text;
+    quint32 offset = 0;
+};
+
+// What a sidecar (or any packet) tells beyond dates: which files it belongs to and where.
+struct XmpSidecarMetadata
+{
+    QSet<QString> extensions;
+    std::optional<XmpTextValue> gpsLatRef, gpsLonRef;
+    std::optional<XmpTextValue> gpsLat, gpsLon;
+    int gpsLatType = 0, gpsLonType = 0; // see verifiedXmpLocationDataType
+    std::optional<XmpTextValue> gpsPosError;
+};
+
+bool verifiedXmpLocationRefDataType(const QByteArray &text);
+// 1: degrees with minutes (and seconds) as "48,51.25N"; 2: a decimal number "48.8566";
+// 0: neither.
+int verifiedXmpLocationDataType(const QByteArray &text);
+bool isVerifiedXmpPosErrorDataType(const QByteArray &text);
+
+// Reads XMP as text: it searches the packet for fixed tag names and records where each value
+// lies, so that a date can later be overwritten in place with the same number of bytes.
+class XmpLocator
+{
+public:
+    explicit XmpLocator(FileReader &file) : m_file(file) {}
+
+    // Packet starts, by container; nothing when the container holds no packet.
+    std::optional<quint32> xmpStartOffsetFromJPGHeader();
+    std::optional<quint32> xmpStartOffsetFromTIFHeader(qint64 headerOffset);
+    std::optional<quint32> xmpStartOffsetFromWebPHeader(qint64 chunkOffset);
+    std::optional<quint32> xmpStartOffsetFromSidecarFile(qint64 from = 0);
+
+    // The stamps of the packet, keyed by the names of XmpDateInfos; each is the first
+    // occurrence of its tag, kept only when it classifies as a stamp.
+    XmpDateInfos readDates(qint64 packetStart);
+    XmpSidecarMetadata readMetadata(qint64 packetStart);
+
+private:
+    FileReader &m_file;
+};
+
+} // namespace orv

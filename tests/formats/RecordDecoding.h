@@ -1,0 +1,86 @@
+#pragma once
+
+// Turns located value bytes into numbers, to compare them with exiftool's reading.
+
+#include "formats/DatesData.h"
+#include "formats/MySingleFolderDataReader.h"
+
+#include <QByteArray>
+#include <QFileInfo>
+#include <QString>
+#include <QStringList>
+
+#include <ostream>
+
+// Readable test names and failure messages for QString parameters.
+inline void PrintTo(const QString &text, std::ostream *out) { *out << text.toStdString(); }
+
+namespace orv::test {
+
+inline double rationalOf(const QByteArray &data, qsizetype at, bool motorola)
+{
+    const auto u32 = [&](qsizetype pos) {
+        quint32 value = 0;
+        for (int i = 0; i < 4; ++i) {
+            const quint32 byte = quint8(data.at(pos + i));
+            value |= motorola ? byte << (24 - 8 * i) : byte << (8 * i);
+        }
+        return value;
+    };
+    const quint32 denominator = u32(at + 4);
+    return denominator == 0 ? 0.0 : double(u32(at)) / denominator;
+}
+
+inline double degreesOf(const QByteArray &data, bool motorola)
+{
+    return rationalOf(data, 0, motorola) + rationalOf(data, 8, motorola) / 60.0
+        + rationalOf(data, 16, motorola) / 3600.0;
+}
+
+inline double gpsTimeSeconds(const GpsStampRecord &record)
+{
+    return rationalOf(record.dateData, 0, record.needsConv) * 3600.0
+        + rationalOf(record.dateData, 8, record.needsConv) * 60.0
+        + rationalOf(record.dateData, 16, record.needsConv);
+}
+
+// "14:28:17.24" as seconds of the day.
+inline double secondsOfClockText(const QString &text)
+{
+    const QStringList parts = text.split(':');
+    return parts.size() == 3
+        ? parts[0].toDouble() * 3600.0 + parts[1].toDouble() * 60.0 + parts[2].toDouble()
+        : -1.0;
+}
+
+inline int formatForSuffix(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == "jpg" || suffix == "jpeg")
+        return JpegFormat;
+    if (suffix == "tif" || suffix == "tiff")
+        return TiffFormat;
+    if (suffix == "png")
+        return PngFormat;
+    if (suffix == "webp")
+        return WebpFormat;
+    if (suffix == "heic")
+        return HeicFormat;
+    if (suffix == "avif")
+        return AvifFormat;
+    return RawFormat;
+}
+
+// As the scan calls the reader: WebP goes through its EXIF chunk, all others straight in.
+inline DatesData readDatesAsTheScanDoes(const QString &path)
+{
+    MySingleFolderDataReader reader;
+    const int format = formatForSuffix(path);
+    if (format != WebpFormat)
+        return reader.savereadDatesAtPath(path, format);
+    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+    return chunks.exifOffset ? reader.savereadDatesAtPath(path, format, *chunks.exifOffset)
+                             : DatesData{};
+}
+
+} // namespace orv::test

@@ -1,0 +1,255 @@
+// Every locator meets damaged files: copies of the corpus cut at many lengths, with bytes
+// overwritten, and plain noise. Whatever the bytes, nothing may crash or read out of bounds (the
+// sanitizer build runs this too), and whatever is reported must lie inside the file and equal
+// the bytes found there, since a save trusts exactly that.
+
+#include "LocalSupport.h"
+#include "RecordDecoding.h"
+
+#include "formats/MySingleFolderDataReader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+const QStringList damagedSuffixes{"jpg", "jpeg", "tif", "tiff", "cr2", "cr3", "nef", "dng",
+                                  "arw", "rw2", "raf", "png", "webp", "heic", "avif", "xmp"};
+// Above this the preview scan, which decodes every candidate, is left to the full-size files.
+constexpr qsizetype previewScanLimit = 512 * 1024;
+
+class DamagedFiles
+{
+public:
+    explicit DamagedFiles(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+
+    // A stored offset of 0 means "none", so no value may be reported there.
+    void expectRecord(const QByteArray &data, quint32 offset, const char *what) const
+    {
+        if (data.isEmpty() && offset == 0)
+            return;
+        EXPECT_NE(offset, 0u) << what;
+        expectBytes(data, offset, what);
+    }
+
+    void expectBytes(const QByteArray &data, quint32 offset, const char *what) const
+    {
+        EXPECT_LE(qint64(offset) + data.size(), m_bytes.size()) << what;
+        EXPECT_EQ(m_bytes.mid(offset, data.size()), data) << what << " at " << offset;
+    }
+
+    void expectConsistent(const DatesData &dates) const
+    {
+        const auto stamp = [&](const auto &record, const char *what) {
+            if (record)
+                expectRecord(record->dateData.chopped(1), record->dateOffset, what);
+        };
+        stamp(dates.tiffDateTime, "TIFFDateTime");
+        stamp(dates.exifDateTimeOriginal, "ExifDateTimeOriginal");
+        stamp(dates.exifDateTimeDigitized, "ExifDateTimeDigitized");
+        stamp(dates.gpsDateStamp, "GPSDateStamp");
+        for (const auto *offset : {&dates.exifOffsetTIFFTime, &dates.exifOffsetTimeOriginal,
+                                   &dates.exifOffsetTimeDigitized}) {
+            if (*offset)
+                expectRecord((*offset)->offsetData, (*offset)->offsetOffset, "offset tag");
+        }
+        if (dates.gpsTimeStamp)
+            expectRecord(dates.gpsTimeStamp->dateData, dates.gpsTimeStamp->dateOffset,
+                         "GPSTimeStamp");
+        if (const auto &l = dates.gpsLocation) {
+            expectRecord(l->latitudeRef_Data, l->latitudeRef_Offset, "latitudeRef");
+            expectRecord(l->latitude_Data, l->latitude_Offset, "latitude");
+            expectRecord(l->longitudeRef_Data, l->longitudeRef_Offset, "longitudeRef");
+            expectRecord(l->longitude_Data, l->longitude_Offset, "longitude");
+            expectRecord(l->altitudeRef_Data, l->altitudeRef_Offset, "altitudeRef");
+            expectRecord(l->altitude_Data, l->altitude_Offset, "altitude");
+            expectRecord(l->hPositioningError_Data, l->hPositioningError_Offset,
+                         "hPositioningError");
+        }
+        if (dates.hasHeader()) {
+            EXPECT_LT(qint64(dates.tiffHeaderStartOffset), m_bytes.size());
+        }
+    }
+
+    void expectConsistent(const std::optional<XmpDateInfos> &infos) const
+    {
+        ASSERT_TRUE(infos); // the file exists, so it opens
+        for (const auto &[key, record] : *infos) {
+            expectRecord(record.data, record.offset, "XMP stamp");
+            EXPECT_NE(classifyXmpStamp(record.data).type, 0);
+        }
+    }
+
+    void expectConsistent(const XmpSidecarMetadata &metadata) const
+    {
+        for (const auto *value : {&metadata.gpsLatRef, &metadata.gpsLonRef, &metadata.gpsLat,
+                                  &metadata.gpsLon, &metadata.gpsPosError}) {
+            if (*value)
+                expectRecord((*value)->text, (*value)->offset, "XMP location");
+        }
+    }
+
+    void expectConsistent(const std::optional<RawPreviewInfo> &preview) const
+    {
+        if (preview && preview->hasPreview()) {
+            EXPECT_LT(preview->soiOffset, preview->eoiOffset);
+            // A JPEG file is its own largest "preview", at offset 0.
+            expectBytes(preview->jpgData, preview->soiOffset, "preview");
+        }
+    }
+
+    // Runs every entry point of the reader on the file at path, which holds m_bytes.
+    void readWithEveryLocator(const QString &path) const
+    {
+        MySingleFolderDataReader reader;
+        std::set<quint32> xmpStarts{0};
+        for (int format : {JpegFormat, HeicFormat, RawFormat, TiffFormat, PngFormat, AvifFormat,
+                           GifFormat}) {
+            const DatesData dates = reader.savereadDatesAtPath(path, format);
+            expectConsistent(dates);
+            xmpStarts.insert(dates.jpgXMPOffset);
+            if (dates.hasHeader()) {
+                xmpStarts.insert(dates.tiffHeaderStartOffset);
+                const TiffHeader header{dates.tiffHeaderStartOffset, dates.isHeaderIntel};
+                reader.imageTagsAtPath(path, header);
+                if (m_bytes.size() <= previewScanLimit)
+                    expectConsistent(reader.savereadInternalJPGs(path, header));
+            }
+        }
+        const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+        if (chunks.exifOffset)
+            expectConsistent(reader.savereadDatesAtPath(path, WebpFormat, *chunks.exifOffset));
+        if (chunks.xmpOffset)
+            expectConsistent(reader.savereadXMPDatesAtPath(path, WebpFormat, *chunks.xmpOffset));
+        for (quint32 start : xmpStarts) {
+            for (int format : {UnknownFormat, JpegFormat, TiffFormat, PngFormat, Cr3XmpFormat})
+                expectConsistent(reader.savereadXMPDatesAtPath(path, format, start));
+        }
+        expectConsistent(reader.metadataFromXMPAtPath(path, 0));
+        reader.tEXtDataFromPNG(path);
+        reader.imageTagsAtPath(path, TiffHeader{0, true});
+        if (m_bytes.size() <= previewScanLimit)
+            expectConsistent(reader.savereadInternalJPGs(path, std::nullopt));
+    }
+
+private:
+    QByteArray m_bytes;
+};
+
+QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
+{
+    const QString path = dir.filePath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        ADD_FAILURE() << "cannot write " << path.toStdString();
+    return path;
+}
+
+// Short lengths byte by byte, then growing steps, and cuts a few bytes into each value found.
+std::set<qsizetype> cutLengths(const QString &path, qsizetype size)
+{
+    std::set<qsizetype> lengths;
+    for (qsizetype n = 0; n <= 24 && n < size; ++n)
+        lengths.insert(n);
+    for (double n = 32; n < size; n *= 1.8)
+        lengths.insert(qsizetype(n));
+    const DatesData dates = readDatesAsTheScanDoes(path);
+    for (const auto *stamp : {&dates.tiffDateTime, &dates.exifDateTimeOriginal,
+                              &dates.exifDateTimeDigitized}) {
+        if (*stamp)
+            lengths.insert((*stamp)->dateOffset + 10);
+    }
+    if (dates.gpsLocation)
+        lengths.insert(dates.gpsLocation->longitude_Offset + 12);
+    return lengths;
+}
+
+class DamagedCorpusFile : public testing::TestWithParam<QString>
+{
+};
+
+TEST_P(DamagedCorpusFile, CutAtManyLengths)
+{
+    const QString path = GetParam();
+    QFile original(path);
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    const QByteArray bytes = original.readAll();
+    QTemporaryDir dir;
+    const QString name = QStringLiteral("cut.") + QFileInfo(path).suffix();
+    for (qsizetype length : cutLengths(path, bytes.size())) {
+        SCOPED_TRACE("length " + std::to_string(length));
+        const QByteArray cut = bytes.left(length);
+        DamagedFiles(cut).readWithEveryLocator(writeFile(dir, name, cut));
+    }
+}
+
+TEST_P(DamagedCorpusFile, BytesOverwrittenNearTheStart)
+{
+    const QString path = GetParam();
+    QFile original(path);
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    const QByteArray bytes = original.readAll();
+    QTemporaryDir dir;
+    const QString name = QStringLiteral("noisy.") + QFileInfo(path).suffix();
+    QRandomGenerator random(qHash(QFileInfo(path).fileName()));
+    const qsizetype region = qMin<qsizetype>(bytes.size(), 65536);
+    for (int round = 0; round < 6 && region > 0; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        QByteArray noisy = bytes;
+        for (int i = 0; i < 24; ++i)
+            noisy[random.bounded(int(region))] = char(random.bounded(256));
+        DamagedFiles(noisy).readWithEveryLocator(writeFile(dir, name, noisy));
+    }
+}
+
+std::string testNameOf(const testing::TestParamInfo<QString> &info)
+{
+    std::string name = QFileInfo(info.param).fileName().toStdString();
+    for (char &c : name) {
+        if (!std::isalnum(static_cast<unsigned char>(c)))
+            c = '_';
+    }
+    return name + "_" + std::to_string(info.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(Corpus, DamagedCorpusFile, testing::ValuesIn(corpusFiles(damagedSuffixes)),
+                         testNameOf);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DamagedCorpusFile);
+
+TEST(NoiseFiles, RandomBytesBehindEachContainerSignature)
+{
+    const QByteArray signatures[] = {
+        {},
+        QByteArray("II*\0", 4),
+        QByteArray("MM\0*", 4),
+        QByteArray("II*\0\x08\0\0\0", 8),
+        QByteArray("\xFF\xD8\xFF\xE1\x00\x40" "Exif\0\0II*\0", 16),
+        QByteArray("\x89PNG\r\n\x1a\n", 8),
+        QByteArray("RIFF\0\0\0\0WEBPEXIF", 16),
+        QByteArray("<x:xmpmeta <?xpacket begin="),
+    };
+    QTemporaryDir dir;
+    QRandomGenerator random(20240501);
+    for (const QByteArray &signature : signatures) {
+        for (int round = 0; round < 40; ++round) {
+            QByteArray bytes = signature;
+            const int length = random.bounded(4096);
+            for (int i = 0; i < length; ++i)
+                bytes.append(char(random.bounded(256)));
+            for (const char *suffix : {"jpg", "tif", "png", "webp", "cr3", "xmp"})
+                DamagedFiles(bytes).readWithEveryLocator(
+                    writeFile(dir, QStringLiteral("noise.") + suffix, bytes));
+        }
+    }
+}
+
+} // namespace
