@@ -30,6 +30,11 @@ bool isUsableStamp(const std::optional<StampRecord> &stamp)
     return !text.isEmpty() && !DateStampCodec::isValidZeroStamp(text);
 }
 
+QSysInfo::Endian byteOrder(bool motorola)
+{
+    return motorola ? QSysInfo::BigEndian : QSysInfo::LittleEndian;
+}
+
 QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
 {
     return offset ? offset->offsetData : QByteArray();
@@ -42,7 +47,7 @@ quint32 xmpPacketStart(const ScanFacts &facts)
         return facts.dates.cr3XmpOffset;
     if (facts.xmpHeaderStartOffset)
         return facts.xmpHeaderStartOffset;
-    if (facts.format.fileFormatType == FileFormatJpeg)
+    if (facts.format.fileFormatType == JpegFormat)
         return facts.dates.jpgXMPOffset;
     return noXmpOffset;
 }
@@ -54,18 +59,19 @@ void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
         return;
     const int format = facts.format.fileFormatType;
     const quint32 start = xmpPacketStart(facts);
-    const bool searchWithoutOffset = format == FileFormatPng || format == FileFormatAvif
-                                     || format == FileFormatTiff || format == FileFormatRaw
-                                     || format == FileFormatHeif;
+    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat
+                                     || format == TiffFormat || format == RawFormat
+                                     || format == HeicFormat;
     if (start == noXmpOffset && !searchWithoutOffset)
         return;
-    const int readerFormat = d.cr3XmpOffset ? int(FileFormatCr3Xmp) : format;
-    bool failed = false;
-    XmpDateInfos infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start, &failed);
+    const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
+    std::optional<XmpDateInfos> infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start);
+    if (!infos)
+        return;
     // A packet counts only when it can give the item a date.
-    const bool hasCreaOrDigi = XmpDates::hasXmpCrea(infos) || XmpDates::hasXmpDigi(infos);
-    const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(infos);
-    if (!failed && (hasCreaOrDigi || hasUsableMod || infos.count(QStringLiteral("GPSTimeStamp"))))
+    const bool hasCreaOrDigi = XmpDates::hasXmpCrea(*infos) || XmpDates::hasXmpDigi(*infos);
+    const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(*infos);
+    if (hasCreaOrDigi || hasUsableMod)
         facts.xmp = std::move(infos);
 }
 
@@ -98,7 +104,7 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
         facts.route = ScanFacts::Route::Movie;
         return facts;
     }
-    if (exifIgnored && !extension.isEmpty() && facts.format.fileFormatType != FileFormatUnknown) {
+    if (exifIgnored && !extension.isEmpty() && facts.format.fileFormatType != UnknownFormat) {
         facts.route = ScanFacts::Route::Unsupported;
         return facts;
     }
@@ -111,7 +117,7 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
             facts.route = ScanFacts::Route::XmpSidecar;
         else if (extension == QLatin1String("AAE"))
             facts.route = ScanFacts::Route::AaeSidecar;
-        else if (content || facts.format.fileFormatType != FileFormatUnknown)
+        else if (content || facts.format.fileFormatType != UnknownFormat)
             facts.route = ScanFacts::Route::Unsupported;
         return facts;
     }
@@ -121,17 +127,17 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
 
     MySingleFolderDataReader reader;
     const int format = facts.format.fileFormatType;
-    if (format == FileFormatWebP) {
+    if (format == WebpFormat) {
         const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
         if (chunks.exifOffset)
-            facts.dates = reader.savereadDatesAtPath(path, format, chunks.exifOffset);
-        facts.xmpHeaderStartOffset = chunks.xmpOffset ? chunks.xmpOffset + 8 : 0;
-    } else if (format != FileFormatPict && format != FileFormatGif) {
+            facts.dates = reader.savereadDatesAtPath(path, format, *chunks.exifOffset);
+        facts.xmpHeaderStartOffset = chunks.xmpOffset.value_or(0);
+    } else if (format != PictFormat && format != GifFormat) {
         facts.dates = reader.savereadDatesAtPath(path, format);
     }
     readXmpWhenNeeded(facts, reader);
     if (facts.dates.hasHeader())
-        facts.image = reader.imageFactsAtHeader(path, facts.dates.tiffHeaderStartOffset, facts.dates.isHeaderIntel);
+        facts.image = reader.imageTagsAtPath(path, TiffHeader{facts.dates.tiffHeaderStartOffset, facts.dates.isHeaderIntel});
     return facts;
 }
 
@@ -215,8 +221,8 @@ void setGPXAttributesFromTheDatesData(MySinglePic &pic, const DatesData &d)
     if (d.gpsDateStamp && d.gpsTimeStamp) {
         a.GPSDateStamp = d.gpsDateStamp;
         a.GPSTimeStamp = d.gpsTimeStamp;
-        const OptionalDate fromTags = DateStampCodec::gpsDateFromStamps(
-            d.gpsDateStamp->dateData, d.gpsTimeStamp->dateData, d.gpsTimeStamp->needsConv, std::nullopt);
+        const OptionalDate fromTags = DateStampCodec::updatedGpsDateWithCreationDate(
+            d.gpsDateStamp->dateData, d.gpsTimeStamp->dateData, byteOrder(d.gpsTimeStamp->needsConv), std::nullopt);
         if (fromTags) {
             pic.spGpsUTCDate = fromTags;
             pic.isGpsXmp = false;
@@ -225,10 +231,10 @@ void setGPXAttributesFromTheDatesData(MySinglePic &pic, const DatesData &d)
                && (d.gpsDateStamp || d.gpsTimeStamp)) {
         a.GPSDateStamp = d.gpsDateStamp;
         a.GPSTimeStamp = d.gpsTimeStamp;
-        pic.spGpsUTCDate = DateStampCodec::gpsDateFromStamps(
+        pic.spGpsUTCDate = DateStampCodec::updatedGpsDateWithCreationDate(
             d.gpsDateStamp ? d.gpsDateStamp->dateData : QByteArray(),
             d.gpsTimeStamp ? d.gpsTimeStamp->dateData : QByteArray(),
-            d.gpsTimeStamp && d.gpsTimeStamp->needsConv, pic.spDateTimeOriginal);
+            byteOrder(d.gpsTimeStamp && d.gpsTimeStamp->needsConv), pic.spDateTimeOriginal);
     }
     if (d.gpsLocation) {
         a.GPSLocation = d.gpsLocation;
@@ -403,11 +409,12 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     setImageAttributesFromFileAttributes(*pic, *facts.attributes,
                                          folder.perFolderImportOptions.dateComparisonThresold);
 
-    const ImageFacts &image = facts.image;
+    const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);
-    pic->pivImageWidth = image.width;
-    pic->pivImageHeight = image.height;
-    if (pic->fileFormatType == FileFormatJpeg || pic->fileFormatType == FileFormatHeif)
+    const QSize size = image.orientedPixelSize();
+    pic->pivImageWidth = size.isValid() ? size.width() : -1;
+    pic->pivImageHeight = size.isValid() ? size.height() : -1;
+    if (pic->fileFormatType == JpegFormat || pic->fileFormatType == HeicFormat)
         pic->UUID = image.contentIdentifier;
     pic->hasMinorDateDifference = pic->differenceFromGPSDate(pic->spGpsUTCDate, pic->spDateTimeOriginal) != 0.0;
     return pic;

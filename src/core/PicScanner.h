@@ -4,7 +4,7 @@
 #include "core/FileFormat.h"
 #include "core/PicAttributes.h"
 #include "formats/DatesData.h"
-#include "core/ImageFacts.h"
+#include "formats/TiffTagReader.h"
 
 #include <QString>
 
@@ -41,7 +41,7 @@ struct ScanFacts
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
     quint32 xmpHeaderStartOffset = 0;
-    ImageFacts image;
+    TiffImageTags image;
 };
 
 // The scan of one file: format, byte readers, the date priority chain, the empty-tag import

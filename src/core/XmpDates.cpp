@@ -58,7 +58,7 @@ OptionalDate XmpDates::xmpDateFromStampInfos(const XmpStampRecord *record, const
 {
     if (!record)
         return std::nullopt;
-    return DateStampCodec::xmpDateFromStampInfos(record->data, record->type, record->subtype, zone);
+    return DateStampCodec::xmpDateFromStampInfos(record->data, XmpStampKind{record->type, record->subtype}, zone);
 }
 
 } // namespace orv
