@@ -175,6 +175,32 @@ bool MySinglePic::validateGroupDeviations()
     return isDataSourceLocal() != bundleDependentImage->isDataSourceLocal();
 }
 
+namespace {
+
+// Tag names under which an XMP packet may carry each date slot, in the order they are preferred.
+const std::initializer_list<const char *> xmpCreationTags = {"PhotoshopDateCreated", "ExifDateTimeOriginal"};
+const std::initializer_list<const char *> xmpDigitizedTags = {"XmpCreateDate", "ExifDateTimeDigitized"};
+const std::initializer_list<const char *> xmpModificationTags = {"XmpModifyDate", "TiffDateTime"};
+
+const XmpStampRecord *xmpStamp(const PicAttributes &a, std::initializer_list<const char *> tags)
+{
+    if (!a.xmpDateInfos)
+        return nullptr;
+    for (const char *tag : tags) {
+        const auto it = a.xmpDateInfos->find(QLatin1String(tag));
+        if (it != a.xmpDateInfos->end())
+            return &it->second;
+    }
+    return nullptr;
+}
+
+bool isLocalXmpStamp(const XmpStampRecord *stamp)
+{
+    return !stamp || stamp->type == 3;
+}
+
+} // namespace
+
 bool MySinglePic::isDataSourceLocal() const
 {
     if (isMovie()) {
@@ -185,26 +211,53 @@ bool MySinglePic::isDataSourceLocal() const
     if (spType == SpTypeFileDatePreferredOverTiff)
         return false;
 
-    const PicAttributes &a = singlePicAttributes;
-    auto xmpIsLocal = [&](std::initializer_list<const char *> keys) {
-        if (!a.xmpDateInfos)
-            return true;
-        for (const char *key : keys) {
-            const auto it = a.xmpDateInfos->find(QLatin1String(key));
-            if (it != a.xmpDateInfos->end())
-                return it->second.type == 3;
-        }
-        return true;
-    };
     if (exifDateTimeOriginalOLD)
-        return isCreaXmp ? xmpIsLocal({"PhotoshopDateCreated", "ExifDateTimeOriginal"})
-                         : !a.ExifOffsetTimeOriginal;
+        return isStampLocal(DateSlotCreation);
     if (exifDateTimeDigitizedOLD)
-        return isDigiXmp ? xmpIsLocal({"XmpCreateDate", "ExifDateTimeDigitized"})
-                         : !a.ExifOffsetTimeDigitized;
+        return isStampLocal(DateSlotDigitized);
     if (tiffDateTimeOLD)
-        return isModiXmp ? xmpIsLocal({"XmpModifyDate", "TiffDateTime"}) : !a.TIFFOffsetTime;
+        return isStampLocal(DateSlotModification);
     return true;
+}
+
+bool MySinglePic::isStampLocal(DateSlotBits slot) const
+{
+    const PicAttributes &a = singlePicAttributes;
+    switch (slot) {
+    case DateSlotCreation:
+        return isCreaXmp ? isLocalXmpStamp(xmpStamp(a, xmpCreationTags)) : !a.ExifOffsetTimeOriginal;
+    case DateSlotDigitized:
+        return isDigiXmp ? isLocalXmpStamp(xmpStamp(a, xmpDigitizedTags)) : !a.ExifOffsetTimeDigitized;
+    case DateSlotModification:
+        return isModiXmp ? isLocalXmpStamp(xmpStamp(a, xmpModificationTags)) : !a.TIFFOffsetTime;
+    }
+    return true;
+}
+
+int MySinglePic::sourceXmpDateType() const
+{
+    const XmpStampRecord *stamp = nullptr;
+    if (spType == SpTypeExifOriginal && isCreaXmp)
+        stamp = xmpStamp(singlePicAttributes, xmpCreationTags);
+    else if (spType == SpTypeExifDigitized && isDigiXmp)
+        stamp = xmpStamp(singlePicAttributes, xmpDigitizedTags);
+    else if (spType == SpTypeTiffDateTime && isModiXmp)
+        stamp = xmpStamp(singlePicAttributes, xmpModificationTags);
+    return stamp ? stamp->type : 0;
+}
+
+qint64 MySinglePic::bundleUnchangedState() const
+{
+    if (!bundleDependentImage)
+        return fileUnchangedState;
+    const qint64 master = fileUnchangedState;
+    const qint64 dependent = bundleDependentImage->fileUnchangedState;
+    if (master == dependent && (master == 0 || master == 1 || master == 5))
+        return master;
+    // An outdated reading of one member with the other intact still calls for a reimport first.
+    if ((master == 5 && dependent == 0) || (master == 0 && dependent == 5))
+        return 5;
+    return 4;
 }
 
 double MySinglePic::differenceFromGPSDate(OptionalDate gpsDate, OptionalDate date) const

@@ -54,6 +54,8 @@ enum SaveErrorBits : quint64 { SaveErrorLocation = 1, SaveErrorTagAdd = 2, SaveE
 enum TagAddBits : quint64 { TagAddExifOriginal = 1, TagAddExifDigitized = 2, TagAddTiffDateTime = 4 };
 enum NormalizationBits : quint64 { NormalizationMetaOrder = 1, NormalizationFileDates = 4 };
 enum ActiveChangeBits : quint64 { ActiveChangeLocationMoved = 1, ActiveChangeTagsToAdd = 2 };
+// The three metadata date slots as bits, in the order creation, digitized, modification.
+enum DateSlotBits : quint64 { DateSlotCreation = 1, DateSlotDigitized = 2, DateSlotModification = 4 };
 enum MajorDifferenceBits : quint64 {
     MajorDifferenceStampOffset = 1,
     MajorDifferenceGroupLocality = 2,
@@ -95,6 +97,8 @@ public:
     qint32 pivImageWidth = -1;
     qint32 pivImageHeight = -1;
     QString UUID;
+    // The content identifiers of this item and its Live Photo partner were compared and agree.
+    bool isLivePhotoUUIDValidated = false;
 
     // --- Dates ---
     int spType = 0;
@@ -116,6 +120,12 @@ public:
     bool hasMinorDateDifference = false;
     quint64 majorDateDifferenceType = 0;
     quint64 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0;
+
+    // --- Live preview of a change; never a pending edit ---
+    // The timeline time the item would take (that of its sortPic), and the move that gives it;
+    // empty outside a preview and wherever the present date stands.
+    OptionalDate tempTimeDuringLiveMod;
+    double tempMoveDateByDuringLiveMod = 0.0;
 
     // --- Bytes ---
     PicAttributes singlePicAttributes;
@@ -175,6 +185,11 @@ public:
     bool isPreferringFileDate() const { return spType == 4 || spType == 18; }
     bool takesEdits() const { return spType != SpTypeUnsupportedPhoto && spType != SpTypeMovieExifIgnored; }
     bool isRaw() const { return fileFormatType == RawFormat; }
+    bool hasXmpSidecar() const { return spSidecarExtensions.contains(QStringLiteral("xmp"), Qt::CaseInsensitive); }
+    // Zone form of the XMP stamp the item's date came from; 0 when that date is no XMP stamp.
+    int sourceXmpDateType() const;
+    // fileUnchangedState of master and dependent folded into one.
+    qint64 bundleUnchangedState() const;
 
     bool hasSaveError() const { return saveErrorType != 0; }
     bool hasSaveErrorTime() const { return saveErrorType & SaveErrorTime; }
@@ -203,6 +218,9 @@ public:
     // deviate between a local and a non-local source.
     bool validateGroupDeviations();
     bool isDataSourceLocal() const;
+    // The slot's stamp has no offset of its own: no offset tag beside it, or an XMP stamp
+    // without a zone.
+    bool isStampLocal(DateSlotBits slot) const;
     double differenceFromGPSDate(OptionalDate gpsDate, OptionalDate date) const;
 
     // Bit 1 of normalizationType: metadata dates out of order.

@@ -40,6 +40,14 @@ struct GpsStampRecord
     bool operator==(const GpsStampRecord &) const = default;
 };
 
+// The QuickTime metadata creation date: its text of 20, 24 or 25 bytes and where it stands.
+struct MdtaStampRecord
+{
+    QByteArray dateData;
+    quint64 dateOffset = 0;
+    bool operator==(const MdtaStampRecord &) const = default;
+};
+
 // Latitude and longitude with their refs are always complete; altitude and positioning error
 // are optional and then have empty data and offset 0.
 struct GpsLocationRecord
@@ -91,6 +99,7 @@ struct PicAttributes
     std::optional<XmpDateInfos> xmpDateInfos;
     quint32 xmpHeaderStartOffset = 0;
     quint32 cr3XmpOffset = 0;
+    std::optional<MdtaStampRecord> QTMetaDate;
 
     OptionalDate NSFileCreationDate, NSFileModificationDate;
     std::optional<qint64> NSFileSize;

@@ -54,6 +54,11 @@ public:
         return sortLPsByMovModifier == 0 ? globalSortLPsByMov : sortLPsByMovModifier != 1;
     }
 
+    // Whether a still and a movie stamped at these UTC dates may still form one Live Photo:
+    // within 300 s always, beyond 3900 s never, in between only across a daylight-saving shift.
+    static bool isBundlingAllowedForUtcDates(Instant first, Instant second);
+    static bool isDstExceptionForUtcDate(Instant first, Instant second);
+
     // Takes ownership; a master or single item also joins the visible list.
     MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
 
