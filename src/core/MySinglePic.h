@@ -2,6 +2,7 @@
 
 #include "core/Instant.h"
 #include "core/PicAttributes.h"
+#include "formats/FileFormatType.h"
 
 #include <QString>
 #include <QStringList>
@@ -38,24 +39,6 @@ enum SpType : int {
     SpTypeMvhdZeroFixedDate = 20,
     SpTypeMdta = 21,
     SpTypeMovieExifIgnored = 22,
-};
-
-// What a file is, decided from its extension and then from its content.
-enum FileFormatType : int {
-    FileFormatUnknown = 0,
-    FileFormatJpeg = 1,
-    FileFormatHeif = 2,
-    FileFormatRaw = 3,
-    FileFormatTiff = 4,
-    FileFormatWebP = 5,
-    FileFormatPict = 6,
-    FileFormatGif = 7,
-    FileFormatPng = 8,
-    FileFormatAvif = 9,
-    FileFormatCr3Xmp = 10,
-    FileFormatQuickTime = 20,
-    FileFormatMpeg4 = 21,
-    FileFormatOtherMovie = 50,
 };
 
 // A movie position as a rational: value / timescale seconds.
@@ -102,7 +85,7 @@ public:
     QStringList spSidecarExtensions;
     MySingleFolder *spSingleFolder = nullptr;
     quint32 sessionUniqueId = 0;
-    qint64 fileFormatType = FileFormatUnknown;
+    qint64 fileFormatType = UnknownFormat;
     qint64 fileUnchangedState = 0;
     bool isExtensionHidden = false;
     bool isThumbSuppressed = false;
@@ -201,7 +184,7 @@ public:
     bool hasImportOptionChanges() const { return isNullerFile() || spType == 12; }
     bool isPreferringFileDate() const { return spType == 4 || spType == 18; }
     bool takesEdits() const { return spType != SpTypeUnsupportedPhoto && spType != SpTypeMovieExifIgnored; }
-    bool isRaw() const { return fileFormatType == FileFormatRaw; }
+    bool isRaw() const { return fileFormatType == RawFormat; }
     bool hasXmpSidecar() const { return spSidecarExtensions.contains(QStringLiteral("xmp"), Qt::CaseInsensitive); }
     // Zone form of the XMP stamp the item's date came from; 0 when that date is no XMP stamp.
     int sourceXmpDateType() const;

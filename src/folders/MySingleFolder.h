@@ -43,6 +43,8 @@ public:
     bool isAdvanced = false;
     ImportOptions perFolderImportOptions;
     QSet<QString> gpxAddedPaths;
+    // Sidecars seen by the scan, matched to their items once the folder is read.
+    QSet<QString> xmpSidecarPaths, aaeSidecarPaths;
 
     // Masters and ungrouped items, in import order. Dependents are reached through their master.
     QList<MySinglePic *> sfPicDetails_fullArray;

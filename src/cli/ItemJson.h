@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/Instant.h"
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+namespace orv {
+
+class MySinglePic;
+
+// The scripting contract of orvelle-cli: keys and value forms stay stable, new keys may be
+// added. Dates are ISO 8601 in UTC with a "Z", fractions only when present; the sentinels are
+// "distantPast" and "distantFuture"; absent values are null.
+class ItemJson
+{
+public:
+    static QJsonObject forPic(const MySinglePic &pic);
+    static QJsonValue date(const OptionalDate &date);
+    static QString isoUtc(Instant instant);
+};
+
+} // namespace orv

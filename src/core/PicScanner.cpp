@@ -1,0 +1,423 @@
+#include "core/PicScanner.h"
+
+#include "core/DateStampCodec.h"
+#include "core/GpsLocation.h"
+#include "core/MakerModel.h"
+#include "core/MySinglePic.h"
+#include "core/XmpDates.h"
+#include "folders/ImportQuestions.h"
+#include "folders/MySingleFolder.h"
+#include "formats/MySingleFolderDataReader.h"
+#include "time/TimeZone.h"
+
+#include <QFileInfo>
+
+namespace orv {
+
+namespace {
+
+constexpr quint32 noXmpOffset = 0;
+
+bool isStillFormat(int type) { return type >= 1 && type <= 15; }
+
+// An EXIF stamp that exists and can be read as a date. Empty stamps (blanks, zeros, short
+// text) exist but are not usable.
+bool isUsableStamp(const std::optional<StampRecord> &stamp)
+{
+    if (!stamp)
+        return false;
+    const QString text = DateStampCodec::exifTimeStampFromData(stamp->dateData);
+    return !text.isEmpty() && !DateStampCodec::isValidZeroStamp(text);
+}
+
+QSysInfo::Endian byteOrder(bool motorola)
+{
+    return motorola ? QSysInfo::BigEndian : QSysInfo::LittleEndian;
+}
+
+QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
+{
+    return offset ? offset->offsetData : QByteArray();
+}
+
+// The XMP packet's place depends on the container.
+quint32 xmpPacketStart(const ScanFacts &facts)
+{
+    if (facts.dates.cr3XmpOffset)
+        return facts.dates.cr3XmpOffset;
+    if (facts.xmpHeaderStartOffset)
+        return facts.xmpHeaderStartOffset;
+    if (facts.format.fileFormatType == JpegFormat)
+        return facts.dates.jpgXMPOffset;
+    return noXmpOffset;
+}
+
+void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
+{
+    const DatesData &d = facts.dates;
+    if (d.exifDateTimeOriginal || d.exifDateTimeDigitized)
+        return;
+    const int format = facts.format.fileFormatType;
+    const quint32 start = xmpPacketStart(facts);
+    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat
+                                     || format == TiffFormat || format == RawFormat
+                                     || format == HeicFormat;
+    if (start == noXmpOffset && !searchWithoutOffset)
+        return;
+    const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
+    std::optional<XmpDateInfos> infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start);
+    if (!infos)
+        return;
+    // A packet counts only when it can give the item a date.
+    const bool hasCreaOrDigi = XmpDates::hasXmpCrea(*infos) || XmpDates::hasXmpDigi(*infos);
+    const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(*infos);
+    if (hasCreaOrDigi || hasUsableMod)
+        facts.xmp = std::move(infos);
+}
+
+} // namespace
+
+ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
+{
+    ScanFacts facts;
+    facts.path = path;
+    const QString fileName = QFileInfo(path).fileName();
+    const QString extension = QFileInfo(path).suffix().toUpper();
+    if (fileName == QLatin1String(".DS_Store"))
+        return facts;
+    if (extension == QLatin1String("GPX")) {
+        facts.route = ScanFacts::Route::GpxTrack;
+        return facts;
+    }
+
+    facts.attributes = FileAttributes::read(path);
+    if (!facts.attributes) {
+        facts.route = ScanFacts::Route::Missing;
+        return facts;
+    }
+    if (facts.attributes->isDirectory) {
+        facts.route = ScanFacts::Route::Directory;
+        return facts;
+    }
+    facts.format = FileFormat::fileFormatTypeForMediumAtPath(path);
+    if (FileFormat::isMovieType(facts.format.fileFormatType) || extension == QLatin1String("MTS")) {
+        facts.route = ScanFacts::Route::Movie;
+        return facts;
+    }
+    if (exifIgnored && !extension.isEmpty() && facts.format.fileFormatType != UnknownFormat) {
+        facts.route = ScanFacts::Route::Unsupported;
+        return facts;
+    }
+
+    const std::optional<FormatInfo> content = FileFormat::typeStringForImageAtPath(path);
+    if (content)
+        facts.format = *content;
+    if (!isStillFormat(facts.format.fileFormatType)) {
+        if (extension == QLatin1String("XMP"))
+            facts.route = ScanFacts::Route::XmpSidecar;
+        else if (extension == QLatin1String("AAE"))
+            facts.route = ScanFacts::Route::AaeSidecar;
+        else if (content || facts.format.fileFormatType != UnknownFormat)
+            facts.route = ScanFacts::Route::Unsupported;
+        return facts;
+    }
+    facts.route = ScanFacts::Route::Still;
+    if (exifIgnored)
+        return facts;
+
+    MySingleFolderDataReader reader;
+    const int format = facts.format.fileFormatType;
+    if (format == WebpFormat) {
+        const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+        if (chunks.exifOffset)
+            facts.dates = reader.savereadDatesAtPath(path, format, *chunks.exifOffset);
+        facts.xmpHeaderStartOffset = chunks.xmpOffset.value_or(0);
+    } else if (format != PictFormat && format != GifFormat) {
+        facts.dates = reader.savereadDatesAtPath(path, format);
+    }
+    readXmpWhenNeeded(facts, reader);
+    if (facts.dates.hasHeader())
+        facts.image = reader.imageTagsAtPath(path, TiffHeader{facts.dates.tiffHeaderStartOffset, facts.dates.isHeaderIntel});
+    return facts;
+}
+
+std::unique_ptr<MySinglePic> PicScanner::scanFile(const QString &path, MySingleFolder &folder,
+                                                  ImportQuestions &questions)
+{
+    return buildPic(readFacts(path, folder.isEXIFIgnored()), folder, questions);
+}
+
+namespace {
+
+// The file's own entry: dates, size, and the rule that a camera's modify date lying after the
+// file's birth is no capture date.
+void setImageAttributesFromFileAttributes(MySinglePic &pic, const FileAttributes &attributes,
+                                          int dateComparisonThresold)
+{
+    PicAttributes &a = pic.singlePicAttributes;
+    a.NSFileCreationDate = attributes.creationDate;
+    a.NSFileModificationDate = attributes.modificationDate;
+    a.NSFileSize = attributes.size;
+    pic.fileCreationDateOLD = attributes.creationDate;
+    pic.fileModificationDateOLD = attributes.modificationDate;
+    pic.isExtensionHidden = attributes.isExtensionHidden;
+    pic.validateFilesystemNormalization();
+
+    const bool modifyDateSource = pic.spType == SpTypeTiffDateTime || pic.spType == SpTypeFileDatePreferredOverTiff
+                                  || pic.spType == SpTypeMvhdModification
+                                  || pic.spType == SpTypeFileDatePreferredOverMvhd;
+    if (modifyDateSource && pic.spDateTimeOriginal
+        && pic.spDateTimeOriginal->secondsSince(attributes.creationDate) > dateComparisonThresold) {
+        pic.spType = pic.spType == SpTypeTiffDateTime ? SpTypeFileDatePreferredOverTiff
+                                                      : SpTypeFileDatePreferredOverMvhd;
+        pic.spDateTimeOriginal = attributes.creationDate;
+    }
+
+    // An empty modify tag is treated as if it held the file's date.
+    if ((pic.spType == SpTypeEmptyOriginalFileDate || pic.spType == SpTypeEmptyDigitizedFileDate)
+        && a.TIFFDateTime && a.TIFFDateTime->dateOffset)
+        pic.tiffDateTimeOLD = attributes.modificationDate;
+}
+
+void setImageAttributesFromXmpDatesData(MySinglePic &pic, const XmpDateInfos &xmp, bool hasTiffDateTime)
+{
+    const TimeZone zone = TimeZone::systemZone();
+    pic.singlePicAttributes.xmpDateInfos = xmp;
+    pic.exifDateTimeOriginalOLD = XmpDates::xmpCreaDateFrom(xmp, zone);
+    pic.isCreaXmp = pic.exifDateTimeOriginalOLD.has_value();
+    pic.exifDateTimeDigitizedOLD = XmpDates::xmpDigiDateFrom(xmp, zone);
+    pic.isDigiXmp = pic.exifDateTimeDigitizedOLD.has_value();
+    if (hasTiffDateTime) {
+        pic.hasModiXmp = XmpDates::hasXmpMod(xmp);
+    } else {
+        pic.tiffDateTimeOLD = XmpDates::xmpModDateFrom(xmp, zone);
+        pic.isModiXmp = pic.tiffDateTimeOLD.has_value();
+    }
+    if (OptionalDate gps = XmpDates::xmpGpsDateFrom(xmp, zone)) {
+        pic.spGpsUTCDate = gps;
+        pic.isGpsXmp = true;
+    }
+}
+
+// One EXIF or TIFF slot: its bytes and offset tag go into the attributes, its date into OLD.
+void setExifSlot(MySinglePic &pic, const std::optional<StampRecord> &stamp,
+                 const std::optional<OffsetTagRecord> &offset, std::optional<StampRecord> &stampSlot,
+                 std::optional<OffsetTagRecord> &offsetSlot, OptionalDate &dateSlot)
+{
+    if (!stamp)
+        return;
+    stampSlot = stamp;
+    offsetSlot = offset;
+    const Instant date = DateStampCodec::dateFromExifData(stamp->dateData, offsetDataOf(offset));
+    // An empty tag of a file with a good date stays out of all later writes; for an item whose
+    // date came from the import options it marks the tag to fill.
+    const bool goodDateElsewhere = pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeTiffDateTime;
+    dateSlot = date.isDistantPast() && goodDateElsewhere ? OptionalDate() : OptionalDate(date);
+}
+
+void setGPXAttributesFromTheDatesData(MySinglePic &pic, const DatesData &d)
+{
+    PicAttributes &a = pic.singlePicAttributes;
+    if (d.gpsDateStamp && d.gpsTimeStamp) {
+        a.GPSDateStamp = d.gpsDateStamp;
+        a.GPSTimeStamp = d.gpsTimeStamp;
+        const OptionalDate fromTags = DateStampCodec::updatedGpsDateWithCreationDate(
+            d.gpsDateStamp->dateData, d.gpsTimeStamp->dateData, byteOrder(d.gpsTimeStamp->needsConv), std::nullopt);
+        if (fromTags) {
+            pic.spGpsUTCDate = fromTags;
+            pic.isGpsXmp = false;
+        }
+    } else if ((pic.spType == SpTypeExifOriginal || pic.spType == SpTypeExifDigitized) && !pic.isGpsXmp
+               && (d.gpsDateStamp || d.gpsTimeStamp)) {
+        a.GPSDateStamp = d.gpsDateStamp;
+        a.GPSTimeStamp = d.gpsTimeStamp;
+        pic.spGpsUTCDate = DateStampCodec::updatedGpsDateWithCreationDate(
+            d.gpsDateStamp ? d.gpsDateStamp->dateData : QByteArray(),
+            d.gpsTimeStamp ? d.gpsTimeStamp->dateData : QByteArray(),
+            byteOrder(d.gpsTimeStamp && d.gpsTimeStamp->needsConv), pic.spDateTimeOriginal);
+    }
+    if (d.gpsLocation) {
+        a.GPSLocation = d.gpsLocation;
+        a.GPSLocationXmpHPositioningError.reset();
+        if (const std::optional<Coordinate> c = GpsLocation::setLocationFromData(*d.gpsLocation)) {
+            pic.gpsLat = c->latitude;
+            pic.gpsLong = c->longitude;
+        }
+    }
+}
+
+void setImageAttributesFromTheDatesData(MySinglePic &pic, const ScanFacts &facts)
+{
+    const DatesData &d = facts.dates;
+    PicAttributes &a = pic.singlePicAttributes;
+    if (facts.xmp)
+        setImageAttributesFromXmpDatesData(pic, *facts.xmp, d.tiffDateTime.has_value());
+    setExifSlot(pic, d.exifDateTimeOriginal, d.exifOffsetTimeOriginal, a.ExifDateTimeOriginal,
+                a.ExifOffsetTimeOriginal, pic.exifDateTimeOriginalOLD);
+    setExifSlot(pic, d.exifDateTimeDigitized, d.exifOffsetTimeDigitized, a.ExifDateTimeDigitized,
+                a.ExifOffsetTimeDigitized, pic.exifDateTimeDigitizedOLD);
+    setExifSlot(pic, d.tiffDateTime, d.exifOffsetTIFFTime, a.TIFFDateTime, a.TIFFOffsetTime,
+                pic.tiffDateTimeOLD);
+    if (facts.xmpHeaderStartOffset)
+        a.xmpHeaderStartOffset = facts.xmpHeaderStartOffset;
+    else if (d.jpgXMPOffset)
+        a.xmpHeaderStartOffset = d.jpgXMPOffset;
+    a.cr3XmpOffset = d.cr3XmpOffset;
+    pic.validateMetaNormalization();
+    setGPXAttributesFromTheDatesData(pic, d);
+}
+
+// The folder's answer to empty tags, asked once and cached for the rest of its import.
+ImportOptions &emptyTagOptions(MySingleFolder &folder, ImportQuestions &questions)
+{
+    ImportOptions &options = folder.perFolderImportOptions;
+    if (!options.isChosen()) {
+        if (options.skipEmptyTagImportOptions) {
+            options.withEmptyExifFixDate = ImportOptions::UseFileDate;
+        } else {
+            const ImportOptions answer = questions.emptyTagOptions(folder);
+            options = answer;
+            if (!options.isChosen())
+                options.withEmptyExifFixDate = ImportOptions::UseFileDate;
+        }
+    }
+    return options;
+}
+
+struct ChosenDate
+{
+    int type = 0;
+    OptionalDate date;
+};
+
+// EXIF DateTimeOriginal, EXIF DateTimeDigitized, XMP create date, XMP digitized date, TIFF
+// DateTime, XMP modify date: the first usable one is the item's date.
+ChosenDate dateFromTags(const ScanFacts &facts)
+{
+    const DatesData &d = facts.dates;
+    ChosenDate chosen;
+    if (isUsableStamp(d.exifDateTimeOriginal))
+        chosen = {SpTypeExifOriginal,
+                  DateStampCodec::dateFromExifData(d.exifDateTimeOriginal->dateData, offsetDataOf(d.exifOffsetTimeOriginal))};
+    else if (isUsableStamp(d.exifDateTimeDigitized))
+        chosen = {SpTypeExifDigitized,
+                  DateStampCodec::dateFromExifData(d.exifDateTimeDigitized->dateData, offsetDataOf(d.exifOffsetTimeDigitized))};
+    else if (isUsableStamp(d.tiffDateTime))
+        chosen = {SpTypeTiffDateTime,
+                  DateStampCodec::dateFromExifData(d.tiffDateTime->dateData, offsetDataOf(d.exifOffsetTIFFTime))};
+
+    if (facts.xmp) {
+        const TimeZone zone = TimeZone::systemZone();
+        if (OptionalDate crea = XmpDates::xmpCreaDateFrom(*facts.xmp, zone))
+            chosen = {SpTypeExifOriginal, crea};
+        else if (OptionalDate digi = XmpDates::xmpDigiDateFrom(*facts.xmp, zone))
+            chosen = {SpTypeExifDigitized, digi};
+        else if (!d.tiffDateTime)
+            if (OptionalDate mod = XmpDates::xmpModDateFrom(*facts.xmp, zone))
+                chosen = {SpTypeTiffDateTime, mod};
+    }
+    return chosen;
+}
+
+// A tag exists but its stamp is empty: the import options give the date.
+ChosenDate dateFromImportOptions(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions)
+{
+    const DatesData &d = facts.dates;
+    const int slot = d.exifDateTimeOriginal ? 0 : d.exifDateTimeDigitized ? 1 : 2;
+    ImportOptions &options = emptyTagOptions(folder, questions);
+    ChosenDate chosen;
+    if (options.usesFixedDate()) {
+        if (!options.prefFixDateDate)
+            return chosen;
+        chosen = {SpTypeEmptyOriginalFixedDate + slot, options.prefFixDateDate->addingSeconds(options.intervalStepper)};
+        options.intervalStepper += options.stepInSeconds();
+    } else {
+        chosen = {SpTypeEmptyOriginalFileDate + slot, facts.attributes->creationDate};
+    }
+    ++folder.fixedDates;
+    return chosen;
+}
+
+std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, MySingleFolder &folder, int type, OptionalDate date)
+{
+    auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), &folder, type, date);
+    pic->fileFormatType = facts.format.fileFormatType;
+    pic->typeString = facts.format.typeString;
+    return pic;
+}
+
+std::unique_ptr<MySinglePic> buildUndated(const ScanFacts &facts, MySingleFolder &folder, int type, OptionalDate date)
+{
+    auto pic = makePic(facts, folder, type, date);
+    if (type == SpTypeUnsupportedPhoto) {
+        pic->pivMakeModel.clear();
+        pic->pivImageWidth = 0;
+        pic->pivImageHeight = 0;
+    }
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes,
+                                         folder.perFolderImportOptions.dateComparisonThresold);
+    return pic;
+}
+
+} // namespace
+
+std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySingleFolder &folder,
+                                                  ImportQuestions &questions)
+{
+    switch (facts.route) {
+    case ScanFacts::Route::GpxTrack:
+        folder.gpxAddedPaths.insert(facts.path);
+        return nullptr;
+    case ScanFacts::Route::XmpSidecar:
+        folder.xmpSidecarPaths.insert(facts.path);
+        return nullptr;
+    case ScanFacts::Route::AaeSidecar:
+        folder.aaeSidecarPaths.insert(facts.path);
+        return nullptr;
+    case ScanFacts::Route::Directory:
+    case ScanFacts::Route::Skipped:
+    case ScanFacts::Route::Missing:
+        return nullptr;
+    case ScanFacts::Route::Movie:
+        // Until movie headers are read, a movie is dated by its file.
+        if (folder.isEXIFIgnored())
+            return buildUndated(facts, folder, SpTypeMovieExifIgnored, Instant::distantPast());
+        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+    case ScanFacts::Route::Unsupported:
+        return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
+    case ScanFacts::Route::Still:
+        break;
+    }
+    if (folder.isEXIFIgnored())
+        return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
+
+    const DatesData &d = facts.dates;
+    ChosenDate chosen = dateFromTags(facts);
+    if (!chosen.date) {
+        const bool hasAnyTag = d.exifDateTimeOriginal || d.exifDateTimeDigitized || d.tiffDateTime;
+        chosen = hasAnyTag ? dateFromImportOptions(facts, folder, questions)
+                           : ChosenDate{SpTypeNoTagsFileDate, facts.attributes->creationDate};
+    }
+    if (!chosen.date)
+        return nullptr;
+
+    auto pic = makePic(facts, folder, chosen.type, chosen.date);
+    pic->isPossibleBundlePic = chosen.type == SpTypeTiffDateTime;
+    pic->tiffHeaderStartOffset = d.tiffHeaderStartOffset;
+    pic->tiffHeaderType = d.isHeaderIntel;
+    setImageAttributesFromTheDatesData(*pic, facts);
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes,
+                                         folder.perFolderImportOptions.dateComparisonThresold);
+
+    const TiffImageTags &image = facts.image;
+    pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);
+    const QSize size = image.orientedPixelSize();
+    pic->pivImageWidth = size.isValid() ? size.width() : -1;
+    pic->pivImageHeight = size.isValid() ? size.height() : -1;
+    if (pic->fileFormatType == JpegFormat || pic->fileFormatType == HeicFormat)
+        pic->UUID = image.contentIdentifier;
+    pic->hasMinorDateDifference = pic->differenceFromGPSDate(pic->spGpsUTCDate, pic->spDateTimeOriginal) != 0.0;
+    return pic;
+}
+
+} // namespace orv

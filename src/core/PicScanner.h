@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/FileAttributes.h"
+#include "core/FileFormat.h"
+#include "core/PicAttributes.h"
+#include "formats/DatesData.h"
+#include "formats/TiffTagReader.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace orv {
+
+class ImportQuestions;
+class MySingleFolder;
+class MySinglePic;
+
+// Everything one file's bytes say, read without touching the model. Reading is the slow part
+// and runs on many threads at once; turning facts into an item is cheap and runs in file order,
+// so that fixed dates with steps come out the same on every run.
+struct ScanFacts
+{
+    enum class Route {
+        Still,        // a photo with its byte facts
+        Unsupported,  // an item that shows but has no dates (spType 13)
+        Movie,        // movies have their own reader
+        Directory,
+        GpxTrack,
+        XmpSidecar,
+        AaeSidecar,
+        Skipped,      // not a medium, or a file to ignore
+        Missing,      // vanished or unreadable entry
+    };
+
+    QString path;
+    Route route = Route::Skipped;
+    std::optional<FileAttributes> attributes;
+    FormatInfo format;
+    DatesData dates;
+    std::optional<XmpDateInfos> xmp;
+    quint32 xmpHeaderStartOffset = 0;
+    TiffImageTags image;
+};
+
+// The scan of one file: format, byte readers, the date priority chain, the empty-tag import
+// options, GPS date and location, file attributes, camera text.
+class PicScanner
+{
+public:
+    // Safe to call from any thread; touches only the file.
+    static ScanFacts readFacts(const QString &path, bool exifIgnored);
+
+    // Runs in file order on the folder's scan thread. Answers nothing when the facts do not make
+    // an item (sidecars, directories, skipped and vanished files, no date at all).
+    static std::unique_ptr<MySinglePic> buildPic(const ScanFacts &facts, MySingleFolder &folder,
+                                                 ImportQuestions &questions);
+
+    static std::unique_ptr<MySinglePic> scanFile(const QString &path, MySingleFolder &folder,
+                                                 ImportQuestions &questions);
+};
+
+} // namespace orv
