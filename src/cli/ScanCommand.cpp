@@ -94,7 +94,7 @@ int ScanCommand::run(const QStringList &arguments)
         for (const auto &folder : folders)
             for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
                 items.append(ItemJson::forPic(*pic));
-        out << QJsonDocument(items).toJson(QJsonDocument::Indented);
+        out << QJsonDocument(items).toJson(QJsonDocument::Compact) << "\n";
     } else {
         for (const auto &folder : folders)
             for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
