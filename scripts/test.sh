@@ -6,7 +6,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/deps.sh"
 
 export QT_QPA_PLATFORM=offscreen
-export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/orvelle-ccache}
+
 jobs=$(nproc)
 
 "$root/scripts/build.sh" "$root/build"
