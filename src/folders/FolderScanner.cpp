@@ -12,6 +12,7 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <dirent.h>
 #include <unistd.h>
 
 namespace orv {
@@ -42,16 +43,30 @@ ReadFile readFile(const QString &path, bool exifIgnored)
     ReadFile file{PicScanner::readFacts(path, exifIgnored), std::nullopt};
     const ScanFacts &facts = file.facts;
     if (facts.route == ScanFacts::Route::Missing) {
-        // A name that is no valid text in the system's encoding comes back from the listing with
-        // replacement characters, and the file cannot be opened under it.
-        file.problem = path.contains(QChar::ReplacementCharacter) ? ImportErrors::NameNotDecodable
-                                                                   : ImportErrors::FileVanished;
+        file.problem = ImportErrors::FileVanished;
     } else if (isMediaRoute(facts.route) && facts.attributes->size == 0) {
         file.problem = ImportErrors::FileEmpty;
     } else if (isMediaRoute(facts.route) && ::access(QFile::encodeName(path).constData(), R_OK) != 0) {
         file.problem = ImportErrors::FileUnreadable;
     }
     return file;
+}
+
+// Names whose bytes are no valid text in the system's encoding do not survive the way from bytes
+// to text and back, so no file operation can reach them; the listing leaves them out silently.
+QStringList undecodableNamesIn(const QString &directory)
+{
+    QStringList names;
+    DIR *dir = ::opendir(QFile::encodeName(directory).constData());
+    if (!dir)
+        return names;
+    while (const dirent *entry = ::readdir(dir)) {
+        const QByteArray raw(entry->d_name);
+        if (QFile::encodeName(QFile::decodeName(raw)) != raw)
+            names.append(QFile::decodeName(raw));
+    }
+    ::closedir(dir);
+    return names;
 }
 
 } // namespace
@@ -147,6 +162,8 @@ std::optional<QStringList> FolderScanner::namesToImport(const QString &directory
         return std::nullopt;
     }
     const QStringList names = namesIn(directory);
+    for (const QString &name : undecodableNamesIn(directory))
+        m_folder.importErrors.add(ImportErrors::NameNotDecodable, QDir(directory).filePath(name));
     const KeyStatesAtImport &keys = m_folder.keyStatesAtImport;
     const QStringList kept = ImportFilter(keys.tioFilterValues, keys.tioFilterType).filteredPaths(names, directory);
     if (kept.size() < names.size())

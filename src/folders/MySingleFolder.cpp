@@ -212,7 +212,8 @@ void MySingleFolder::sfUpdatePicsFromAndTill(bool isReimportRunning)
         sfTill = till;
         return;
     }
-    if (oldCount == 0 || isReimportRunning)
+    // Only a folder whose last item has just left resets; one never imported had nothing to lose.
+    if (oldCount <= 0 || isReimportRunning)
         return;
     sfFrom.reset();
     sfTill.reset();
