@@ -3,6 +3,8 @@
 #include <QtEndian>
 #include <cmath>
 #include <functional>
+#include "support/Zones.h"
+
 #include <gtest/gtest.h>
 
 namespace orv {
@@ -23,13 +25,7 @@ using C = orv::DateStampCodec;
 
 namespace {
 
-TimeZone zone(const char *name)
-{
-    const std::optional<TimeZone> found = TimeZone::fromName(QString::fromLatin1(name));
-    if (!found)
-        throw std::runtime_error(std::string("time zone missing from the tz database: ") + name);
-    return *found;
-}
+using orv::test::zone;
 
 TimeZone fixed(int secondsAheadOfUtc)
 {
