@@ -1,9 +1,10 @@
 #include "time/TimeZone.h"
 
-#include <QtConcurrent/QtConcurrent>
 #include "support/Zones.h"
 
+#include <QtConcurrent/QtConcurrent>
 #include <gtest/gtest.h>
+
 #include <vector>
 
 using orv::Instant;
