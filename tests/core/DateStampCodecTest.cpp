@@ -1,11 +1,12 @@
 #include "core/DateStampCodec.h"
 
-#include <QtEndian>
-#include <cmath>
-#include <functional>
 #include "support/Zones.h"
 
+#include <QtEndian>
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
 
 namespace orv {
 // Seconds and the UTC calendar, so that a failing date reads as one.
