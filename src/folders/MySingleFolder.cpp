@@ -17,6 +17,44 @@ MySingleFolder::MySingleFolder(const QString &path, bool separateMode)
 
 MySingleFolder::~MySingleFolder() = default;
 
+QMap<QString, QString> MySingleFolder::zeroDateModifications()
+{
+    const QString zero = QStringLiteral("0");
+    return {{QStringLiteral("dmDirection"), QStringLiteral("+")},
+            {QStringLiteral("dmDays"), zero},
+            {QStringLiteral("dmHours"), zero},
+            {QStringLiteral("dmMinutes"), zero},
+            {QStringLiteral("dmSeconds"), zero}};
+}
+
+void MySingleFolder::setDirection(const QString &direction, const QString &days,
+                                  const QString &hours, const QString &minutes,
+                                  const QString &seconds)
+{
+    sfDateModifications = {{QStringLiteral("dmDirection"), direction},
+                           {QStringLiteral("dmDays"), days},
+                           {QStringLiteral("dmHours"), hours},
+                           {QStringLiteral("dmMinutes"), minutes},
+                           {QStringLiteral("dmSeconds"), seconds}};
+    hasChangedDirection = direction == QLatin1String("-");
+    const double magnitude =
+        days.toDouble() * 86400.0 + hours.toInt() * 3600.0 + minutes.toInt() * 60.0 + seconds.toInt();
+    sfDateModificationsTimeInterval = hasChangedDirection ? -magnitude : magnitude;
+}
+
+void MySingleFolder::setSfDateModificationsFromTimeInterval(double interval, bool direction)
+{
+    sfDateModificationsTimeInterval = interval;
+    hasChangedDirection = direction;
+    const auto magnitude = qint64(std::fabs(interval));
+    const QString sign = direction || interval < 0.0 ? QStringLiteral("-") : QStringLiteral("+");
+    sfDateModifications = {{QStringLiteral("dmDirection"), sign},
+                           {QStringLiteral("dmDays"), QString::number(magnitude / 86400)},
+                           {QStringLiteral("dmHours"), QString::number(magnitude / 3600 % 24)},
+                           {QStringLiteral("dmMinutes"), QString::number(magnitude / 60 % 60)},
+                           {QStringLiteral("dmSeconds"), QString::number(magnitude % 60)}};
+}
+
 MySinglePic *MySingleFolder::adoptPic(std::unique_ptr<MySinglePic> pic, bool visible)
 {
     MySinglePic *raw = pic.get();

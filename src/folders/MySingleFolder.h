@@ -4,6 +4,7 @@
 #include "folders/ImportOptions.h"
 
 #include <QList>
+#include <QMap>
 #include <QSet>
 #include <QString>
 
@@ -31,6 +32,18 @@ public:
     QString sfFolderPath;
     int sfEditMode = EditTogether;
     double sfDateModificationsTimeInterval = 0.0;
+    // The offset as the five controls show it, under the keys dmDirection ("+" or "-"), dmDays,
+    // dmHours, dmMinutes and dmSeconds.
+    QMap<QString, QString> sfDateModifications = zeroDateModifications();
+    // The offset counts as negative, also when it is zero.
+    bool hasChangedDirection = false;
+    // Items with an offset of their own (separate mode).
+    qint64 singlePicModeImages = 0;
+    // Items whose last save failed.
+    qint64 saveErrors = 0;
+    // The system's own last change in the directory: any check of a file older than this is
+    // repeated.
+    OptionalDate lastLocalChange;
     int modifyImportBecauseOfCommand = 0;
     bool isEXIFIgnored() const { return modifyImportBecauseOfCommand >= 3; }
     bool isQuicktimeMDTADateEnabled = true;
@@ -58,6 +71,17 @@ public:
     // within 300 s always, beyond 3900 s never, in between only across a daylight-saving shift.
     static bool isBundlingAllowedForUtcDates(Instant first, Instant second);
     static bool isDstExceptionForUtcDate(Instant first, Instant second);
+
+    static QMap<QString, QString> zeroDateModifications();
+    // Stores the five texts as they are and takes the interval they name.
+    void setDirection(const QString &direction, const QString &days, const QString &hours,
+                      const QString &minutes, const QString &seconds);
+    // Takes the interval and writes the five texts for it; `direction` marks it negative.
+    void setSfDateModificationsFromTimeInterval(double interval, bool direction);
+
+    void addSinglePicModeImage() { ++singlePicModeImages; }
+    void clearSinglePicModeImages() { singlePicModeImages = 0; }
+    void addSaveError() { ++saveErrors; }
 
     // Takes ownership; a master or single item also joins the visible list.
     MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
