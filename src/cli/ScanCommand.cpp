@@ -1,20 +1,16 @@
 #include "cli/ScanCommand.h"
 
 #include "cli/ItemJson.h"
+#include "cli/PathImport.h"
 #include "core/DateSourceText.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
-#include "folders/FolderScanner.h"
-#include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTextStream>
 
-#include <memory>
-#include <vector>
 
 namespace orv {
 
@@ -55,39 +51,8 @@ int ScanCommand::run(const QStringList &arguments)
         return 2;
     }
 
-    // Empty tags take the file's date: a script is never asked.
-    ImportOptions fileDate;
-    fileDate.withEmptyExifFixDate = ImportOptions::UseFileDate;
-    FixedImportAnswers answers(fileDate);
-
-    bool failed = false;
-    std::vector<std::unique_ptr<MySingleFolder>> folders;
-    for (const QString &path : paths) {
-        const QFileInfo info(path);
-        if (!info.exists()) {
-            err << "orvelle-cli: " << path << ": no such file or folder\n";
-            failed = true;
-            continue;
-        }
-        if (!info.isReadable()) {
-            err << "orvelle-cli: " << path << ": permission denied\n";
-            failed = true;
-            continue;
-        }
-        const bool isFolder = info.isDir();
-        auto folder = std::make_unique<MySingleFolder>(isFolder ? info.absoluteFilePath() : info.absolutePath(), false);
-        folder->isAdvanced = !isFolder;
-        const QStringList files = isFolder ? FolderScanner::filesIn(info.absoluteFilePath())
-                                           : QStringList{info.absoluteFilePath()};
-        for (const QString &file : files) {
-            if (!QFileInfo(file).isReadable()) {
-                err << "orvelle-cli: " << file << ": cannot be read; dated by the file system only\n";
-                failed = true;
-            }
-        }
-        FolderScanner::scanFiles(*folder, files, answers);
-        folders.push_back(std::move(folder));
-    }
+    const PathImport imported = PathImport::importPaths(paths, err);
+    const auto &folders = imported.folders;
 
     if (json) {
         QJsonArray items;
@@ -100,7 +65,7 @@ int ScanCommand::run(const QStringList &arguments)
             for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
                 out << readableLine(*pic) << "\n";
     }
-    return failed ? 1 : 0;
+    return imported.failed ? 1 : 0;
 }
 
 } // namespace orv

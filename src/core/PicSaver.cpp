@@ -24,6 +24,11 @@ namespace {
 
 bool isPhotoType(int type) { return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate; }
 bool isMovieType(int type) { return type >= SpTypeRiff && type <= SpTypeMdta; }
+bool isDatedByCreation(int type)
+{
+    return type == SpTypeNoTagsFileDate || type == SpTypeNoTagsImportOptionDate || type == SpTypeMovieFileDate
+           || type == SpTypeFileDatePreferredOverTiff || type == SpTypeFileDatePreferredOverMvhd;
+}
 bool isWithinASecond(double seconds) { return seconds > -1.0 && seconds < 1.0; }
 
 bool allExist(const QStringList &paths)
@@ -277,17 +282,22 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
                 return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
         }
     }
-    // A creation date cannot be set on this platform: only the modification date is written,
-    // after the bytes, whose writing moved it.
-    const bool datesSet = !m_pic.fileModificationDateNEW
-                          || writer->setModificationDate(*m_pic.fileModificationDateNEW);
+    // Only the modification date can be set here, after the bytes, whose writing moved it. No
+    // call sets a birth time on Linux: a file system that keeps one keeps the old one.
+    const bool modificationSet = !m_pic.fileModificationDateNEW
+                                 || writer->setModificationDate(*m_pic.fileModificationDateNEW);
     if (!writer->synchronize())
         return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
 
     for (const auto &taken : plan.whenSaved)
         taken();
     storeFileAttributes();
-    if (!datesSet)
+    // Where the creation date is the item's date, a creation date the file system did not take
+    // would lose the change at the next import: it stays pending instead.
+    const bool creationHeld = !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW
+                              || (m_pic.fileCreationDateOLD
+                                  && m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
+    if (!modificationSet || !creationHeld)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     takeSavedState();
     return true;
