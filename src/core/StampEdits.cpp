@@ -141,7 +141,7 @@ void StampEdits::planGps(PlannedSave &plan)
         plan.whenSaved.push_back([&a, day] { a.GPSDateStamp->dateData = day; });
     }
     plan.touchesExif = true;
-    plan.whenSaved.push_back([this, moved] { m_pic.spGpsUTCDate = moved; });
+    plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
 }
 
 std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, Instant date,
@@ -161,13 +161,14 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
     }
     const QString text = DateStampCodec::xmpTimeStampFromDate(date, zone, isLocal, record.subtype);
     const qsizetype zoneLength = (record.subtype & XmpStampKind::OffsetWithoutColon) ? 5 : 6;
-    const qsizetype minimum = isLocal ? digits : digits + zoneLength;
-    if (text.size() < minimum || !DateStampCodec::seemsValidXMPString(text, record.subtype)
-        || record.data.size() < minimum)
+    const bool hasOwnOffset = record.type == XmpStampKind::OwnOffset;
+    if (text.size() < (isLocal ? digits : digits + zoneLength)
+        || !DateStampCodec::seemsValidXMPString(text, record.subtype)
+        || record.data.size() < (hasOwnOffset ? digits + zoneLength : digits))
         return {};
     std::vector<ByteEdit> edits{{record.offset, text.left(digits).toLatin1(), record.data.left(digits)}};
     // Fractions between the seconds and the offset stay; a "Z" stays too.
-    if (record.type == XmpStampKind::OwnOffset)
+    if (hasOwnOffset)
         edits.push_back({record.offset + record.data.size() - zoneLength,
                          text.right(zoneLength).toLatin1(), record.data.right(zoneLength)});
     return edits;
@@ -204,21 +205,21 @@ void StampEdits::planXmpDates(PlannedSave &plan)
     };
     if (m_pic.isCreaXmp) {
         writeSlot("PhotoshopDateCreated", "ExifDateTimeOriginal", m_pic.exifDateTimeOriginalNEW);
-        plan.whenSaved.push_back([this] { m_pic.exifDateTimeOriginalOLD = m_pic.exifDateTimeOriginalNEW; });
+        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
     }
     if (m_pic.isDigiXmp) {
         writeSlot("XmpCreateDate", "ExifDateTimeDigitized", m_pic.exifDateTimeDigitizedNEW);
-        plan.whenSaved.push_back([this] { m_pic.exifDateTimeDigitizedOLD = m_pic.exifDateTimeDigitizedNEW; });
+        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeDigitizedOLD = pic.exifDateTimeDigitizedNEW; });
     }
     if (m_pic.isModiXmp || m_pic.hasModiXmp) {
         writeSlot("XmpModifyDate", "TiffDateTime", m_pic.tiffDateTimeNEW);
         if (m_pic.isModiXmp)
-            plan.whenSaved.push_back([this] { m_pic.tiffDateTimeOLD = m_pic.tiffDateTimeNEW; });
+            plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
     }
     if (m_pic.isGpsXmp && m_pic.spGpsUTCDate && m_settings.syncGPSDataOnSave) {
         const OptionalDate moved = movedGpsDate();
         planXmpStamp(plan, infos, "GPSTimeStamp", moved);
-        plan.whenSaved.push_back([this, moved] { m_pic.spGpsUTCDate = moved; });
+        plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
     }
 }
 
