@@ -84,8 +84,15 @@ QString SaveErrors::descriptionForId(int id)
     }
 }
 
+bool SaveErrors::isEmpty() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_lists.empty() && m_toolErrors.empty();
+}
+
 void SaveErrors::addErrorID(int id, MySinglePic &pic)
 {
+    const QMutexLocker lock(&m_mutex);
     MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
     const bool groupHasError = master.hasSaveError()
                                || (master.bundleDependentImage && master.bundleDependentImage->hasSaveError());
@@ -102,11 +109,13 @@ void SaveErrors::addErrorID(int id, MySinglePic &pic)
 
 void SaveErrors::addToolError(ToolStep step, MySinglePic &pic, const QString &reason)
 {
+    const QMutexLocker lock(&m_mutex);
     m_toolErrors[step].append({{&pic, pic.spPath()}, reason});
 }
 
 QList<int> SaveErrors::errorIdsFor(const MySinglePic &pic) const
 {
+    const QMutexLocker lock(&m_mutex);
     QList<int> ids;
     for (const auto &[id, entries] : m_lists) {
         if (std::any_of(entries.begin(), entries.end(), [&pic](const Entry &e) { return e.pic == &pic; }))
@@ -117,6 +126,7 @@ QList<int> SaveErrors::errorIdsFor(const MySinglePic &pic) const
 
 QList<ToolStep> SaveErrors::toolStepsFor(const MySinglePic &pic) const
 {
+    const QMutexLocker lock(&m_mutex);
     QList<ToolStep> steps;
     for (const auto &[step, entries] : m_toolErrors) {
         if (std::any_of(entries.begin(), entries.end(),
@@ -128,6 +138,7 @@ QList<ToolStep> SaveErrors::toolStepsFor(const MySinglePic &pic) const
 
 QString SaveErrors::logText(Instant now) const
 {
+    const QMutexLocker lock(&m_mutex);
     qsizetype count = 0;
     for (const auto &[id, entries] : m_lists)
         count += entries.size();
@@ -136,7 +147,9 @@ QString SaveErrors::logText(Instant now) const
     QString text = localStamp(now) + QLatin1String(" - ")
                    + QCoreApplication::translate("SaveErrors", "Saving: %n problem(s)", nullptr, int(count))
                    + QLatin1Char('\n');
-    for (const auto &[id, entries] : m_lists) {
+    for (const auto &[id, list] : m_lists) {
+        QList<Entry> entries = list;
+        std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) { return a.path < b.path; });
         text += descriptionForId(id) + QLatin1Char('\n');
         for (const Entry &entry : entries)
             text += QLatin1Char('\t') + entry.path + QLatin1Char('\n');
@@ -148,7 +161,10 @@ QString SaveErrors::logText(Instant now) const
                         "SaveErrors", "Files of a group are saved together: when one fails, the group keeps its changes.")
                     + QLatin1String(")\n");
     }
-    for (const auto &[step, entries] : m_toolErrors) {
+    for (const auto &[step, list] : m_toolErrors) {
+        QList<ToolEntry> entries = list;
+        std::sort(entries.begin(), entries.end(),
+                  [](const ToolEntry &a, const ToolEntry &b) { return a.entry.path < b.entry.path; });
         text += toolStepDescription(step) + QLatin1String("\n\n");
         for (const ToolEntry &e : entries)
             text += QLatin1Char('\t') + e.entry.path + QLatin1String(" (") + e.reason + QLatin1String(")\n");

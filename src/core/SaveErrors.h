@@ -3,6 +3,7 @@
 #include "core/Instant.h"
 
 #include <QList>
+#include <QMutex>
 #include <QString>
 
 #include <map>
@@ -39,8 +40,8 @@ enum class ToolStep : int {
     WriteMovieDates = 20,
 };
 
-// The errors of one run: per error id the items in the order they failed, and per step that
-// could not be done the items it left unsaved. Filled on the run's thread, read after it.
+// The errors of one run: per error id the items that failed with it, and per step that could
+// not be done the items it left unsaved. Safe to fill from the run's worker threads at once.
 class SaveErrors
 {
 public:
@@ -55,14 +56,13 @@ public:
     void addErrorID(int id, MySinglePic &pic);
     void addToolError(ToolStep step, MySinglePic &pic, const QString &reason);
 
-    bool isEmpty() const { return m_lists.empty() && m_toolErrors.empty(); }
+    bool isEmpty() const;
     // The ids and steps under which the item is listed.
     QList<int> errorIdsFor(const MySinglePic &pic) const;
     QList<ToolStep> toolStepsFor(const MySinglePic &pic) const;
-    const std::map<int, QList<Entry>> &lists() const { return m_lists; }
 
     // What the error log gets: the date and a summary, then each list with its description and
-    // one tab-indented path per line, then the steps that could not be done.
+    // one tab-indented path per line in path order, then the steps that could not be done.
     QString logText(Instant now) const;
 
     static QString descriptionForId(int id);
@@ -74,6 +74,7 @@ private:
         QString reason;
     };
 
+    mutable QMutex m_mutex;
     std::map<int, QList<Entry>> m_lists;
     std::map<ToolStep, QList<ToolEntry>> m_toolErrors;
 };

@@ -21,6 +21,9 @@ namespace orv {
 
 namespace {
 
+// Saves wait on the disk far more than they compute.
+constexpr int savingThreads = 16;
+
 // The bar moves by a tenth of the items, at most 25 at a time, and at every item of a short run.
 int progressStep(int count)
 {
@@ -57,6 +60,7 @@ SaveRun::SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQue
       m_log(log),
       m_disk(disk ? *disk : FileWriteAccess::disk())
 {
+    m_savePool.setMaxThreadCount(savingThreads);
 }
 
 SaveRun::~SaveRun() = default;
@@ -78,10 +82,24 @@ QList<MySingleFolder *> SaveRun::foldersToSave() const
     return chosen;
 }
 
+void SaveRun::startProgress(int maximum)
+{
+    const QMutexLocker lock(&m_progressMutex);
+    m_progress = 0;
+    Q_EMIT progressMaximumChanged(maximum);
+    Q_EMIT progressChanged(0);
+}
+
 void SaveRun::reportProgress(int done, int count, int step)
 {
-    if (done % step == 0 || done == count)
-        Q_EMIT progressChanged(done);
+    if (done % step != 0 && done != count)
+        return;
+    // Saves finish out of order; the bar only moves forward.
+    const QMutexLocker lock(&m_progressMutex);
+    if (done <= m_progress)
+        return;
+    m_progress = done;
+    Q_EMIT progressChanged(done);
 }
 
 PreSaveErrors SaveRun::preProcess()
@@ -92,8 +110,7 @@ PreSaveErrors SaveRun::preProcess()
     for (const MySingleFolder *folder : folders)
         count += int(std::count_if(folder->sfPicDetails_fullArray.begin(), folder->sfPicDetails_fullArray.end(),
                                    [this](const MySinglePic *p) { return isDue(*p); }));
-    Q_EMIT progressMaximumChanged(count);
-    Q_EMIT progressChanged(0);
+    startProgress(count);
 
     PreSaveErrors errors;
     SaveEnvironment environment{m_settings, m_errors, m_disk, *m_exiftool};
@@ -149,37 +166,47 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     for (const MySingleFolder *folder : folders)
         count += int(std::count_if(folder->sfPicDetails_fullArray.begin(), folder->sfPicDetails_fullArray.end(),
                                    [this](const MySinglePic *p) { return isDue(*p); }));
-    Q_EMIT progressMaximumChanged(count);
-    Q_EMIT progressChanged(0);
+    startProgress(count);
     const int step = progressStep(count);
 
     SaveEnvironment environment{m_settings, m_errors, m_disk, *m_exiftool};
-    int done = 0;
+    std::atomic<int> done = 0;
     for (MySingleFolder *folder : folders) {
         folder->fixedDates = 0;
         folder->saveErrors = 0;
-        bool anySaved = false;
-        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            if (!isDue(*pic))
-                continue;
-            reportProgress(++done, count, step);
-            MySinglePic *dependent = pic->bundleDependentImage;
+        struct Job
+        {
+            MySinglePic *pic;
             bool saved = false;
+        };
+        std::vector<Job> jobs;
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (isDue(*pic))
+                jobs.push_back({pic});
+        }
+        // A group is saved as one and touches nothing of another, and a save waits mostly on the
+        // disk: many at once let the file system commit their syncs together.
+        QtConcurrent::blockingMap(&m_savePool, jobs, [&](Job &job) {
+            reportProgress(++done, count, step);
+            MySinglePic &pic = *job.pic;
+            MySinglePic *dependent = pic.bundleDependentImage;
             if (!dependent || m_settings.options.isSavingPhotosWithoutDateChangesEnabled
-                || pic->isThisUnsaved(false, false) || pic->hasSaveError())
-                saved = PicSaver(*pic, environment).validatePicWithSavingChanges(true);
+                || pic.isThisUnsaved(false, false) || pic.hasSaveError())
+                job.saved = PicSaver(pic, environment).validatePicWithSavingChanges(true);
             else
-                saved = PicSaver(*dependent, environment)
-                            .validatePicWithSavingChanges(true, PicSaver::DependentAlone);
-            for (MySinglePic *member : withDependent(pic)) {
-                if (saved && !member->hasSaveError())
+                job.saved = PicSaver(*dependent, environment).validatePicWithSavingChanges(true, PicSaver::DependentAlone);
+            if (!syncsXmp)
+                pic.isInvalidDueToChangesAfterImport = false;
+            else if (!pic.isInvalidDueToChangesAfterImport)
+                pic.isVerifiedDuringSave = true;
+        });
+        bool anySaved = false;
+        for (const Job &job : jobs) {
+            for (MySinglePic *member : withDependent(job.pic)) {
+                if (job.saved && !member->hasSaveError())
                     outcome.savedPics.insert(member);
             }
-            anySaved = anySaved || saved;
-            if (!syncsXmp)
-                pic->isInvalidDueToChangesAfterImport = false;
-            else if (!pic->isInvalidDueToChangesAfterImport)
-                pic->isVerifiedDuringSave = true;
+            anySaved = anySaved || job.saved;
         }
         if (anySaved)
             touchFolder(folder->sfFolderPath);
@@ -226,8 +253,7 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
     int count = 0;
     for (const MySingleFolder *folder : folders)
         count += int(folder->sfPicDetails_fullArray.size());
-    Q_EMIT progressMaximumChanged(count);
-    Q_EMIT progressChanged(0);
+    startProgress(count);
     const int step = progressStep(count);
     int done = 0;
     const auto shouldSync = [](const MySinglePic &pic) {

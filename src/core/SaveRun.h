@@ -7,8 +7,10 @@
 
 #include <QFuture>
 #include <QList>
+#include <QMutex>
 #include <QObject>
 #include <QSet>
+#include <QThreadPool>
 
 namespace orv {
 
@@ -31,7 +33,8 @@ struct SaveOutcome
 // to separate mode, its failed items keeping their pending offset). The errors go to the run's
 // lists and, as text, to the error log.
 //
-// run() works on the calling thread; start() runs it on a pool thread. Progress and status come
+// run() works on the calling thread (and saves the items of a folder on a pool of its own);
+// start() runs it on a pool thread. Progress and status come
 // as signals from the run's thread, so a window connects them queued. While a run is going,
 // nothing else may touch its folders or items.
 class SaveRun : public QObject
@@ -67,6 +70,7 @@ private:
     void syncXmpDates(MySinglePic &pic);
     void clearDateValuesAfterSavingFolder(MySingleFolder &folder);
     void writeErrorLog();
+    void startProgress(int maximum);
     void reportProgress(int done, int count, int step);
 
     QList<MySingleFolder *> m_folders;
@@ -77,6 +81,9 @@ private:
     SaveErrors m_errors;
     ExiftoolUnavailable m_missingExiftool{m_errors};
     ExiftoolSteps *m_exiftool = &m_missingExiftool;
+    QThreadPool m_savePool;
+    QMutex m_progressMutex;
+    int m_progress = 0;
 };
 
 } // namespace orv
