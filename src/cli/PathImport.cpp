@@ -29,13 +29,15 @@ PathImport PathImport::importPaths(const QStringList &paths, QTextStream &err)
             continue;
         }
         const bool isFolder = info.isDir();
-        auto folder = std::make_unique<MySingleFolder>(isFolder ? info.absoluteFilePath() : info.absolutePath(), false);
+        auto folder = std::make_unique<MySingleFolder>(
+            isFolder ? info.absoluteFilePath() : info.absolutePath(), false);
         folder->isAdvanced = !isFolder;
         const QStringList files = isFolder ? FolderScanner::filesIn(info.absoluteFilePath())
                                            : QStringList{info.absoluteFilePath()};
         for (const QString &file : files) {
             if (!QFileInfo(file).isReadable()) {
-                err << "orvelle-cli: " << file << ": cannot be read; dated by the file system only\n";
+                err << "orvelle-cli: " << file
+                    << ": cannot be read; dated by the file system only\n";
                 result.failed = true;
             }
         }

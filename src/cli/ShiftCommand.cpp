@@ -13,7 +13,6 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QTextStream>
-
 #include <array>
 
 namespace orv {
@@ -28,11 +27,14 @@ struct Slot
 };
 
 constexpr std::array<Slot, 5> slots = {{
-    {"exifDateTimeOriginal", &MySinglePic::exifDateTimeOriginalOLD, &MySinglePic::exifDateTimeOriginalNEW},
-    {"exifDateTimeDigitized", &MySinglePic::exifDateTimeDigitizedOLD, &MySinglePic::exifDateTimeDigitizedNEW},
+    {"exifDateTimeOriginal", &MySinglePic::exifDateTimeOriginalOLD,
+     &MySinglePic::exifDateTimeOriginalNEW},
+    {"exifDateTimeDigitized", &MySinglePic::exifDateTimeDigitizedOLD,
+     &MySinglePic::exifDateTimeDigitizedNEW},
     {"tiffDateTime", &MySinglePic::tiffDateTimeOLD, &MySinglePic::tiffDateTimeNEW},
     {"fileCreationDate", &MySinglePic::fileCreationDateOLD, &MySinglePic::fileCreationDateNEW},
-    {"fileModificationDate", &MySinglePic::fileModificationDateOLD, &MySinglePic::fileModificationDateNEW},
+    {"fileModificationDate", &MySinglePic::fileModificationDateOLD,
+     &MySinglePic::fileModificationDateNEW},
 }};
 
 // OLD as the file held it before the run; a save makes OLD take NEW.
@@ -50,7 +52,8 @@ struct Options
 QString usageError(QTextStream &err, const QString &message)
 {
     err << "orvelle-cli shift: " << message << "\n"
-        << "Usage: orvelle-cli shift --by OFFSET [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n";
+        << "Usage: orvelle-cli shift --by OFFSET [--dry-run] [--json] [--pref KEY=VALUE]... "
+           "PATH...\n";
     return message;
 }
 
@@ -60,7 +63,8 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
     bool hasOffset = false;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments[i];
-        const bool takesValue = argument == QLatin1String("--by") || argument == QLatin1String("--pref");
+        const bool takesValue =
+            argument == QLatin1String("--by") || argument == QLatin1String("--pref");
         if (takesValue && i + 1 >= arguments.size()) {
             usageError(err, argument + QLatin1String(" needs a value"));
             return std::nullopt;
@@ -68,8 +72,9 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
         if (argument == QLatin1String("--by")) {
             const std::optional<double> offset = ShiftCommand::parseOffset(arguments[++i]);
             if (!offset) {
-                usageError(err, QLatin1String("'") + arguments[i]
-                                    + QLatin1String("' is no offset; write [+-][Nd]H:MM[:SS], e.g. +1:00:00, -0:30, +2d3:00:00"));
+                usageError(err, QLatin1String("'") + arguments[i] +
+                                    QLatin1String("' is no offset; write [+-][Nd]H:MM[:SS], e.g. "
+                                                  "+1:00:00, -0:30, +2d3:00:00"));
                 return std::nullopt;
             }
             options.offset = *offset;
@@ -78,7 +83,8 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
             const QString &pair = arguments[++i];
             const qsizetype equals = pair.indexOf(QLatin1Char('='));
             if (equals <= 0) {
-                usageError(err, QLatin1String("--pref takes KEY=VALUE, not '") + pair + QLatin1Char('\''));
+                usageError(err, QLatin1String("--pref takes KEY=VALUE, not '") + pair +
+                                    QLatin1Char('\''));
                 return std::nullopt;
             }
             options.prefs.append({pair.left(equals), pair.mid(equals + 1)});
@@ -142,7 +148,8 @@ QJsonObject itemJson(const MySinglePic &pic, const OldDates &old, const SaveOutc
     o.insert(QStringLiteral("preSaveErrors"), jsonList(preSaveKeys));
     for (std::size_t i = 0; i < slots.size(); ++i) {
         o.insert(QLatin1String(slots[i].name) + QLatin1String("OLD"), ItemJson::date(old[i]));
-        o.insert(QLatin1String(slots[i].name) + QLatin1String("NEW"), ItemJson::date(pic.*slots[i].newDate));
+        o.insert(QLatin1String(slots[i].name) + QLatin1String("NEW"),
+                 ItemJson::date(pic.*slots[i].newDate));
     }
     return o;
 }
@@ -158,17 +165,19 @@ QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutc
         for (const ToolStep step : errors.toolStepsFor(pic))
             problems << QStringLiteral("step %1 unavailable").arg(int(step));
         text += outcome.savedPics.contains(&pic) ? QStringLiteral("\tsaved")
-                : problems.isEmpty()             ? QStringLiteral("\tnot saved")
-                                                 : QStringLiteral("\tnot saved: ") + problems.join(QStringLiteral(", "));
+                : problems.isEmpty()
+                    ? QStringLiteral("\tnot saved")
+                    : QStringLiteral("\tnot saved: ") + problems.join(QStringLiteral(", "));
     }
     text += QLatin1Char('\n');
     for (std::size_t i = 0; i < slots.size(); ++i) {
         const OptionalDate newDate = pic.*slots[i].newDate;
         if (!old[i] && !newDate)
             continue;
-        text += QStringLiteral("  %1\t%2 -> %3\n")
-                    .arg(QLatin1String(slots[i].name), ItemJson::date(old[i]).toVariant().toString(),
-                         ItemJson::date(newDate).toVariant().toString());
+        text +=
+            QStringLiteral("  %1\t%2 -> %3\n")
+                .arg(QLatin1String(slots[i].name), ItemJson::date(old[i]).toVariant().toString(),
+                     ItemJson::date(newDate).toVariant().toString());
     }
     for (const QString &key : preSaveKeys)
         text += QStringLiteral("  pre-save: %1\n").arg(key);
@@ -184,8 +193,9 @@ std::optional<double> ShiftCommand::parseOffset(const QString &text)
     const QRegularExpressionMatch m = grammar.match(text);
     if (!m.hasMatch())
         return std::nullopt;
-    const double magnitude = m.captured(2).toDouble() * 86400.0 + m.captured(3).toDouble() * 3600.0
-                             + m.captured(4).toDouble() * 60.0 + m.captured(5).toDouble();
+    const double magnitude = m.captured(2).toDouble() * 86400.0 +
+                             m.captured(3).toDouble() * 3600.0 + m.captured(4).toDouble() * 60.0 +
+                             m.captured(5).toDouble();
     return m.captured(1) == QLatin1String("-") ? -magnitude : magnitude;
 }
 
@@ -237,8 +247,8 @@ int ShiftCommand::run(const QStringList &arguments)
             if (it->contains(pic))
                 preSaveKeys << it.key();
         }
-        anyFailed = anyFailed || !run.errors().errorIdsFor(*pic).isEmpty()
-                    || !run.errors().toolStepsFor(*pic).isEmpty();
+        anyFailed = anyFailed || !run.errors().errorIdsFor(*pic).isEmpty() ||
+                    !run.errors().toolStepsFor(*pic).isEmpty();
         if (options->json)
             json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
         else

@@ -8,8 +8,8 @@ namespace orv {
 
 bool ExiftoolUnavailable::refuse(ToolStep step, MySinglePic &pic)
 {
-    m_errors.addToolError(step, pic,
-                          QCoreApplication::translate("SaveErrors", "needs exiftool, not available yet"));
+    m_errors.addToolError(
+        step, pic, QCoreApplication::translate("SaveErrors", "needs exiftool, not available yet"));
     return false;
 }
 

@@ -13,27 +13,36 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-
 #include <algorithm>
-
 #include <cmath>
 
 namespace orv {
 
 namespace {
 
-bool isPhotoType(int type) { return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate; }
-bool isMovieType(int type) { return type >= SpTypeRiff && type <= SpTypeMdta; }
+bool isPhotoType(int type)
+{
+    return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate;
+}
+bool isMovieType(int type)
+{
+    return type >= SpTypeRiff && type <= SpTypeMdta;
+}
 bool isDatedByCreation(int type)
 {
-    return type == SpTypeNoTagsFileDate || type == SpTypeNoTagsImportOptionDate || type == SpTypeMovieFileDate
-           || type == SpTypeFileDatePreferredOverTiff || type == SpTypeFileDatePreferredOverMvhd;
+    return type == SpTypeNoTagsFileDate || type == SpTypeNoTagsImportOptionDate ||
+           type == SpTypeMovieFileDate || type == SpTypeFileDatePreferredOverTiff ||
+           type == SpTypeFileDatePreferredOverMvhd;
 }
-bool isWithinASecond(double seconds) { return seconds > -1.0 && seconds < 1.0; }
+bool isWithinASecond(double seconds)
+{
+    return seconds > -1.0 && seconds < 1.0;
+}
 
 bool allExist(const QStringList &paths)
 {
-    return std::all_of(paths.begin(), paths.end(), [](const QString &p) { return QFileInfo::exists(p); });
+    return std::all_of(paths.begin(), paths.end(),
+                       [](const QString &p) { return QFileInfo::exists(p); });
 }
 
 // A regular file at the path; a directory there is no file of ours.
@@ -51,24 +60,26 @@ bool PicSaver::areTheFileAttributesUnchanged(MySinglePic &pic, const FileAttribu
 {
     pic.isExtensionHidden = current.isExtensionHidden;
     const PicAttributes &a = pic.singlePicAttributes;
-    if (!a.NSFileCreationDate || !a.NSFileModificationDate || !a.NSFileSize || *a.NSFileSize != current.size)
+    if (!a.NSFileCreationDate || !a.NSFileModificationDate || !a.NSFileSize ||
+        *a.NSFileSize != current.size)
         return false;
     const double c = a.NSFileCreationDate->secondsSince(current.creationDate);
     const double m = a.NSFileModificationDate->secondsSince(current.modificationDate);
     if (isWithinASecond(c) && isWithinASecond(m))
         return true;
-    const bool creationReset = a.NSFileCreationDate->secondsSinceEpoch() < 0.0
-                               && current.creationDate.secondsSinceEpoch() == 0.0;
+    const bool creationReset = a.NSFileCreationDate->secondsSinceEpoch() < 0.0 &&
+                               current.creationDate.secondsSinceEpoch() == 0.0;
     if (!creationReset)
         return false;
-    const bool modificationReset = a.NSFileModificationDate->secondsSinceEpoch() < 0.0
-                                   && current.modificationDate.secondsSinceEpoch() == 0.0;
+    const bool modificationReset = a.NSFileModificationDate->secondsSinceEpoch() < 0.0 &&
+                                   current.modificationDate.secondsSinceEpoch() == 0.0;
     return modificationReset || isWithinASecond(m);
 }
 
 qint64 PicSaver::updatedUnchangedFileState()
 {
-    const OptionalDate lastChange = m_pic.spSingleFolder ? m_pic.spSingleFolder->lastLocalChange : std::nullopt;
+    const OptionalDate lastChange =
+        m_pic.spSingleFolder ? m_pic.spSingleFolder->lastLocalChange : std::nullopt;
     if (m_pic.lastCheckedAt && (!lastChange || *m_pic.lastCheckedAt >= *lastChange))
         return m_pic.fileUnchangedState;
     m_pic.lastCheckedAt = currentInstant();
@@ -93,14 +104,15 @@ qint64 PicSaver::updatedUnchangedFileState()
     return m_pic.wouldBenefitFromReImport ? 5 : 0;
 }
 
-bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType, bool isWithoutError)
+bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                            bool isWithoutError)
 {
     if (!saving)
         return realValidatePicWithSavingChanges(false, onlySaveFilesOfType, isWithoutError);
 
     m_pic.didRefreshTimesAfterSave = false;
-    const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled
-                          || m_pic.isThisPureTimeUnsaved();
+    const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled ||
+                          m_pic.isThisPureTimeUnsaved();
     const bool tagsDue = m_pic.shouldAddExifDateTimeTags;
     const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
     if (locationDue && isWithoutError) {
@@ -117,7 +129,8 @@ bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType
         }
     }
 
-    const bool success = realValidatePicWithSavingChanges(true, onlySaveFilesOfType, isWithoutError);
+    const bool success =
+        realValidatePicWithSavingChanges(true, onlySaveFilesOfType, isWithoutError);
     if (success) {
         m_pic.shouldReSaveLoc = false;
         m_pic.saveErrorType = 0;
@@ -126,9 +139,9 @@ bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType
             m_pic.validateFilesystemNormalization();
         }
     } else {
-        m_pic.saveErrorType = (locationDue ? quint64(SaveErrorLocation) : 0)
-                              | (timesDue ? quint64(SaveErrorTime) : 0)
-                              | (tagsDue ? quint64(SaveErrorTagAdd) : 0);
+        m_pic.saveErrorType = (locationDue ? quint64(SaveErrorLocation) : 0) |
+                              (timesDue ? quint64(SaveErrorTime) : 0) |
+                              (tagsDue ? quint64(SaveErrorTagAdd) : 0);
     }
     return success;
 }
@@ -141,7 +154,8 @@ bool PicSaver::invalidPicErrorID(int savingId, int checkingId, bool saving)
     return false;
 }
 
-bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType, bool isWithoutError)
+bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                                bool isWithoutError)
 {
     if (!saving && m_pic.isInvalidDueToChangesAfterImport)
         return false;
@@ -152,15 +166,19 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
     if (!attributes) {
         m_pic.fileUnchangedState = 1;
         if (success)
-            success = invalidPicErrorID(SaveErrorId::SaveMissing, SaveErrorId::CheckMissing, saving);
+            success =
+                invalidPicErrorID(SaveErrorId::SaveMissing, SaveErrorId::CheckMissing, saving);
     } else if (success) {
         file.emplace(path);
         if (!file->isOpen()) {
             file.reset();
-            success = invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, saving);
-        } else if (!allExist(m_pic.spSidecarPaths()) || !areTheFileAttributesUnchanged(m_pic, *attributes)) {
+            success = invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
+                                        saving);
+        } else if (!allExist(m_pic.spSidecarPaths()) ||
+                   !areTheFileAttributesUnchanged(m_pic, *attributes)) {
             m_pic.fileUnchangedState = 3;
-            success = invalidPicErrorID(SaveErrorId::SaveChanged, SaveErrorId::CheckChanged, saving);
+            success =
+                invalidPicErrorID(SaveErrorId::SaveChanged, SaveErrorId::CheckChanged, saving);
         }
     }
 
@@ -190,19 +208,21 @@ bool PicSaver::proveStoredBytes(bool saving, bool success, FileReader *file)
 bool PicSaver::visitDependent(bool saving, bool success)
 {
     MySinglePic *dependent = m_pic.bundleDependentImage;
-    return !dependent || PicSaver(*dependent, m_env).validatePicWithSavingChanges(saving, ItemAndDependent, success);
+    return !dependent || PicSaver(*dependent, m_env)
+                             .validatePicWithSavingChanges(saving, ItemAndDependent, success);
 }
 
 bool PicSaver::saveDependentFirst(int onlySaveFilesOfType)
 {
     MySinglePic *dependent = m_pic.bundleDependentImage;
-    return onlySaveFilesOfType == ItemOnly || !dependent
-           || PicSaver(*dependent, m_env).validatePicWithSavingChanges(true);
+    return onlySaveFilesOfType == ItemOnly || !dependent ||
+           PicSaver(*dependent, m_env).validatePicWithSavingChanges(true);
 }
 
 bool PicSaver::areTimesDue() const
 {
-    return m_pic.isThisTimeUnsaved() || m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled;
+    return m_pic.isThisTimeUnsaved() ||
+           m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled;
 }
 
 bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, FileReader *file)
@@ -224,7 +244,8 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
 
     PlannedSave plan = StampEdits(m_pic, m_env.settings).planPhoto();
     if (m_pic.shouldAddExifDateTimeTags || plan.needsXmpExtension) {
-        const bool tagsAdded = !m_pic.shouldAddExifDateTimeTags || m_env.exiftool.completeFullExifDateTags(m_pic);
+        const bool tagsAdded =
+            !m_pic.shouldAddExifDateTimeTags || m_env.exiftool.completeFullExifDateTags(m_pic);
         if (!tagsAdded || (plan.needsXmpExtension && !m_env.exiftool.extendShortXmpDateTags(m_pic)))
             return false;
         plan = StampEdits(m_pic, m_env.settings).planPhoto();
@@ -245,8 +266,9 @@ bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
     if (!saving || !success)
         return success;
     // Movies are dated by their file until the movie reader stores where their dates stand.
-    m_env.errors.addToolError(ToolStep::WriteMovieDates, m_pic,
-                              QCoreApplication::translate("SaveErrors", "movie dates are not written yet"));
+    m_env.errors.addToolError(
+        ToolStep::WriteMovieDates, m_pic,
+        QCoreApplication::translate("SaveErrors", "movie dates are not written yet"));
     return false;
 }
 
@@ -275,17 +297,20 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
         FileReader written(path);
         PngLocator chunks(written);
-        for (const auto &[touched, kind] : {std::pair(plan.touchesExif, PngLocator::ChunkKind::Exif),
-                                           std::pair(plan.touchesXmp, PngLocator::ChunkKind::Xmp)}) {
-            const std::optional<ByteEdit> checksum = touched ? chunks.chunkCrcEdit(kind) : std::nullopt;
+        for (const auto &[touched, kind] :
+             {std::pair(plan.touchesExif, PngLocator::ChunkKind::Exif),
+              std::pair(plan.touchesXmp, PngLocator::ChunkKind::Xmp)}) {
+            const std::optional<ByteEdit> checksum =
+                touched ? chunks.chunkCrcEdit(kind) : std::nullopt;
             if (checksum && !writer->apply({*checksum}))
-                return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+                return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
+                                         true);
         }
     }
     // Only the modification date can be set here, after the bytes, whose writing moved it. No
     // call sets a birth time on Linux: a file system that keeps one keeps the old one.
-    const bool modificationSet = !m_pic.fileModificationDateNEW
-                                 || writer->setModificationDate(*m_pic.fileModificationDateNEW);
+    const bool modificationSet = !m_pic.fileModificationDateNEW ||
+                                 writer->setModificationDate(*m_pic.fileModificationDateNEW);
     if (!writer->synchronize())
         return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
 
@@ -294,9 +319,10 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     storeFileAttributes();
     // Where the creation date is the item's date, a creation date the file system did not take
     // would lose the change at the next import: it stays pending instead.
-    const bool creationHeld = !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW
-                              || (m_pic.fileCreationDateOLD
-                                  && m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
+    const bool creationHeld =
+        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
+        (m_pic.fileCreationDateOLD &&
+         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
     if (!modificationSet || !creationHeld)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     takeSavedState();

@@ -51,7 +51,8 @@ public:
     static bool areTheFileAttributesUnchanged(MySinglePic &pic, const FileAttributes &current);
 
 private:
-    bool realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType, bool isWithoutError);
+    bool realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                          bool isWithoutError);
     bool savePhoto(bool saving, int onlySaveFilesOfType, bool success, FileReader *file);
     bool saveFile(bool saving, int onlySaveFilesOfType, bool success);
     bool saveMovie(bool saving, bool success, FileReader *file);

@@ -5,7 +5,6 @@
 #include "time/TimeZone.h"
 
 #include <QCoreApplication>
-
 #include <algorithm>
 
 namespace orv {
@@ -27,16 +26,20 @@ QString toolStepDescription(ToolStep step)
 {
     switch (step) {
     case ToolStep::AddLocation:
-        return QCoreApplication::translate("SaveErrors", "A location could not be added to these files:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "A location could not be added to these files:");
     case ToolStep::UpdateLocation:
-        return QCoreApplication::translate("SaveErrors", "The location of these files could not be updated:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "The location of these files could not be updated:");
     case ToolStep::AddExifDateTags:
-        return QCoreApplication::translate("SaveErrors", "Date tags could not be added to these files:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "Date tags could not be added to these files:");
     case ToolStep::ExtendShortXmpStamps:
         return QCoreApplication::translate(
             "SaveErrors", "XMP dates without seconds could not be extended in these files:");
     case ToolStep::WriteMovieDates:
-        return QCoreApplication::translate("SaveErrors", "The dates of these movies could not be written:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "The dates of these movies could not be written:");
     }
     return {};
 }
@@ -56,20 +59,26 @@ QString SaveErrors::descriptionForId(int id)
     case SaveErrorId::FileDatesNotSet:
         return QCoreApplication::translate("SaveErrors", "The file dates could not be set:");
     case SaveErrorId::SaveCannotOpen:
-        return QCoreApplication::translate("SaveErrors", "These files could not be opened for writing:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "These files could not be opened for writing:");
     case SaveErrorId::SaveChanged:
         return QCoreApplication::translate(
-            "SaveErrors", "These files were changed by another program since the import and were not saved:");
+            "SaveErrors",
+            "These files were changed by another program since the import and were not saved:");
     case SaveErrorId::SaveMissing:
-        return QCoreApplication::translate("SaveErrors", "These files were not found and were not saved:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "These files were not found and were not saved:");
     case SaveErrorId::XmpInFileUnreadable:
-        return QCoreApplication::translate("SaveErrors", "The XMP data in these files could not be read:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "The XMP data in these files could not be read:");
     case SaveErrorId::XmpSidecarUnusable:
-        return QCoreApplication::translate("SaveErrors", "These XMP sidecars could not be read or written:");
+        return QCoreApplication::translate("SaveErrors",
+                                           "These XMP sidecars could not be read or written:");
     case SaveErrorId::CheckCannotOpen:
         return QCoreApplication::translate("SaveErrors", "These files could not be opened:");
     case SaveErrorId::CheckChanged:
-        return QCoreApplication::translate("SaveErrors", "These files were changed by another program since the import:");
+        return QCoreApplication::translate(
+            "SaveErrors", "These files were changed by another program since the import:");
     case SaveErrorId::CheckMissing:
         return QCoreApplication::translate("SaveErrors", "These files were not found:");
     case SaveErrorId::XmpSidecarMissing:
@@ -94,8 +103,9 @@ void SaveErrors::addErrorID(int id, MySinglePic &pic)
 {
     const QMutexLocker lock(&m_mutex);
     MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
-    const bool groupHasError = master.hasSaveError()
-                               || (master.bundleDependentImage && master.bundleDependentImage->hasSaveError());
+    const bool groupHasError =
+        master.hasSaveError() ||
+        (master.bundleDependentImage && master.bundleDependentImage->hasSaveError());
     if (!groupHasError && master.spSingleFolder)
         master.spSingleFolder->addSaveError();
     if (master.bundleUnchangedState() == 5) {
@@ -118,7 +128,8 @@ QList<int> SaveErrors::errorIdsFor(const MySinglePic &pic) const
     const QMutexLocker lock(&m_mutex);
     QList<int> ids;
     for (const auto &[id, entries] : m_lists) {
-        if (std::any_of(entries.begin(), entries.end(), [&pic](const Entry &e) { return e.pic == &pic; }))
+        if (std::any_of(entries.begin(), entries.end(),
+                        [&pic](const Entry &e) { return e.pic == &pic; }))
             ids.append(id);
     }
     return ids;
@@ -144,30 +155,35 @@ QString SaveErrors::logText(Instant now) const
         count += entries.size();
     for (const auto &[step, entries] : m_toolErrors)
         count += entries.size();
-    QString text = localStamp(now) + QLatin1String(" - ")
-                   + QCoreApplication::translate("SaveErrors", "Saving: %n problem(s)", nullptr, int(count))
-                   + QLatin1Char('\n');
+    QString text =
+        localStamp(now) + QLatin1String(" - ") +
+        QCoreApplication::translate("SaveErrors", "Saving: %n problem(s)", nullptr, int(count)) +
+        QLatin1Char('\n');
     for (const auto &[id, list] : m_lists) {
         QList<Entry> entries = list;
-        std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) { return a.path < b.path; });
+        std::sort(entries.begin(), entries.end(),
+                  [](const Entry &a, const Entry &b) { return a.path < b.path; });
         text += descriptionForId(id) + QLatin1Char('\n');
         for (const Entry &entry : entries)
             text += QLatin1Char('\t') + entry.path + QLatin1Char('\n');
         const bool touchesGroup = std::any_of(entries.begin(), entries.end(),
                                               [](const Entry &e) { return isInGroup(e.pic); });
         if (touchesGroup && isGroupNoteId(id))
-            text += QLatin1Char('(')
-                    + QCoreApplication::translate(
-                        "SaveErrors", "Files of a group are saved together: when one fails, the group keeps its changes.")
-                    + QLatin1String(")\n");
+            text += QLatin1Char('(') +
+                    QCoreApplication::translate("SaveErrors",
+                                                "Files of a group are saved together: when one "
+                                                "fails, the group keeps its changes.") +
+                    QLatin1String(")\n");
     }
     for (const auto &[step, list] : m_toolErrors) {
         QList<ToolEntry> entries = list;
-        std::sort(entries.begin(), entries.end(),
-                  [](const ToolEntry &a, const ToolEntry &b) { return a.entry.path < b.entry.path; });
+        std::sort(entries.begin(), entries.end(), [](const ToolEntry &a, const ToolEntry &b) {
+            return a.entry.path < b.entry.path;
+        });
         text += toolStepDescription(step) + QLatin1String("\n\n");
         for (const ToolEntry &e : entries)
-            text += QLatin1Char('\t') + e.entry.path + QLatin1String(" (") + e.reason + QLatin1String(")\n");
+            text += QLatin1Char('\t') + e.entry.path + QLatin1String(" (") + e.reason +
+                    QLatin1String(")\n");
     }
     return text;
 }

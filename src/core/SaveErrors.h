@@ -5,7 +5,6 @@
 #include <QList>
 #include <QMutex>
 #include <QString>
-
 #include <map>
 
 namespace orv {

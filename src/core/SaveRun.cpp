@@ -13,7 +13,6 @@
 
 #include <QFileInfo>
 #include <QtConcurrent>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -54,11 +53,8 @@ void addAll(PreSaveErrors &errors, const QSet<QString> &keys, MySinglePic *pic)
 
 SaveRun::SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQuestions &questions,
                  LogController *log, FileWriteAccess *disk)
-    : m_folders(std::move(folders)),
-      m_settings(std::move(settings)),
-      m_questions(questions),
-      m_log(log),
-      m_disk(disk ? *disk : FileWriteAccess::disk())
+    : m_folders(std::move(folders)), m_settings(std::move(settings)), m_questions(questions),
+      m_log(log), m_disk(disk ? *disk : FileWriteAccess::disk())
 {
     m_savePool.setMaxThreadCount(savingThreads);
 }
@@ -75,7 +71,8 @@ QList<MySingleFolder *> SaveRun::foldersToSave() const
     QList<MySingleFolder *> chosen;
     for (MySingleFolder *folder : m_folders) {
         const QList<MySinglePic *> &pics = folder->sfPicDetails_fullArray;
-        const bool hasDueItem = std::any_of(pics.begin(), pics.end(), [this](const MySinglePic *p) { return isDue(*p); });
+        const bool hasDueItem = std::any_of(pics.begin(), pics.end(),
+                                            [this](const MySinglePic *p) { return isDue(*p); });
         if (!folder->isEXIFIgnored() && hasDueItem)
             chosen.append(folder);
     }
@@ -108,12 +105,13 @@ PreSaveErrors SaveRun::preProcess()
     const QList<MySingleFolder *> folders = foldersToSave();
     int count = 0;
     for (const MySingleFolder *folder : folders)
-        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(), folder->sfPicDetails_fullArray.end(),
+        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(),
+                                   folder->sfPicDetails_fullArray.end(),
                                    [this](const MySinglePic *p) { return isDue(*p); }));
     startProgress(count);
 
     PreSaveErrors errors;
-    SaveEnvironment environment{m_settings, m_errors, m_disk, *m_exiftool};
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
     NewDateContext calculation;
     calculation.preferences = m_settings.options;
     const SaveCheckContext check{m_settings.targetTimeZone.value_or(TimeZone::systemZone()), {}};
@@ -126,7 +124,8 @@ PreSaveErrors SaveRun::preProcess()
                 continue;
             reportProgress(++done, count, 100);
             for (MySinglePic *member : withDependent(pic))
-                member->fileUnchangedState = PicSaver(*member, environment).updatedUnchangedFileState();
+                member->fileUnchangedState =
+                    PicSaver(*member, environment).updatedUnchangedFileState();
             addAll(errors, checkFileUnchangedStateForSaveRenameErrors(*pic), pic);
             calculateNewDatesWithCachedPrefSettings(*pic, &m_settings.options, calculation);
             for (MySinglePic *member : withDependent(pic))
@@ -140,7 +139,8 @@ SaveOutcome SaveRun::run()
 {
     SaveOutcome outcome;
     outcome.preSaveErrors = preProcess();
-    if (!outcome.preSaveErrors.isEmpty() && !m_questions.proceedDespitePreSaveErrors(outcome.preSaveErrors)) {
+    if (!outcome.preSaveErrors.isEmpty() &&
+        !m_questions.proceedDespitePreSaveErrors(outcome.preSaveErrors)) {
         outcome.cancelled = true;
         Q_EMIT finished(true);
         return outcome;
@@ -164,12 +164,13 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     const QList<MySingleFolder *> folders = foldersToSave();
     int count = 0;
     for (const MySingleFolder *folder : folders)
-        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(), folder->sfPicDetails_fullArray.end(),
+        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(),
+                                   folder->sfPicDetails_fullArray.end(),
                                    [this](const MySinglePic *p) { return isDue(*p); }));
     startProgress(count);
     const int step = progressStep(count);
 
-    SaveEnvironment environment{m_settings, m_errors, m_disk, *m_exiftool};
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
     std::atomic<int> done = 0;
     for (MySingleFolder *folder : folders) {
         folder->fixedDates = 0;
@@ -190,11 +191,12 @@ void SaveRun::saveThread(SaveOutcome &outcome)
             reportProgress(++done, count, step);
             MySinglePic &pic = *job.pic;
             MySinglePic *dependent = pic.bundleDependentImage;
-            if (!dependent || m_settings.options.isSavingPhotosWithoutDateChangesEnabled
-                || pic.isThisUnsaved(false, false) || pic.hasSaveError())
+            if (!dependent || m_settings.options.isSavingPhotosWithoutDateChangesEnabled ||
+                pic.isThisUnsaved(false, false) || pic.hasSaveError())
                 job.saved = PicSaver(pic, environment).validatePicWithSavingChanges(true);
             else
-                job.saved = PicSaver(*dependent, environment).validatePicWithSavingChanges(true, PicSaver::DependentAlone);
+                job.saved = PicSaver(*dependent, environment)
+                                .validatePicWithSavingChanges(true, PicSaver::DependentAlone);
             if (!syncsXmp)
                 pic.isInvalidDueToChangesAfterImport = false;
             else if (!pic.isInvalidDueToChangesAfterImport)
@@ -220,7 +222,8 @@ void SaveRun::clearDateValuesAfterSavingFolder(MySingleFolder &folder)
 {
     QList<MySinglePic *> failed;
     for (MySinglePic *pic : folder.sfPicDetails_fullArray) {
-        if (pic->hasSaveErrorTime() || (pic->bundleDependentImage && pic->bundleDependentImage->hasSaveErrorTime()))
+        if (pic->hasSaveErrorTime() ||
+            (pic->bundleDependentImage && pic->bundleDependentImage->hasSaveErrorTime()))
             failed.append(pic);
     }
     if (folder.sfEditMode != MySingleFolder::EditTogether) {
@@ -257,8 +260,9 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
     const int step = progressStep(count);
     int done = 0;
     const auto shouldSync = [](const MySinglePic &pic) {
-        return pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeEmptyTiffFixedDate && !pic.isCreaXmp
-               && !pic.isDigiXmp && !pic.isModiXmp && !pic.hasSaveError() && !pic.isInvalidDueToChangesAfterImport;
+        return pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeEmptyTiffFixedDate &&
+               !pic.isCreaXmp && !pic.isDigiXmp && !pic.isModiXmp && !pic.hasSaveError() &&
+               !pic.isInvalidDueToChangesAfterImport;
     };
     for (MySingleFolder *folder : folders) {
         for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
@@ -277,30 +281,34 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
 
 void SaveRun::syncXmpDates(MySinglePic &pic)
 {
-    const QStringList sidecars = pic.spSidecarPaths().filter(QRegularExpression(QStringLiteral("\\.xmp$"),
-                                                                                QRegularExpression::CaseInsensitiveOption));
+    const QStringList sidecars = pic.spSidecarPaths().filter(
+        QRegularExpression(QStringLiteral("\\.xmp$"), QRegularExpression::CaseInsensitiveOption));
     const bool inSidecar = !sidecars.isEmpty();
     const QString path = inSidecar ? sidecars.first() : pic.spPath();
-    const int errorId = inSidecar ? SaveErrorId::XmpSidecarUnusable : SaveErrorId::XmpInFileUnreadable;
+    const int errorId =
+        inSidecar ? SaveErrorId::XmpSidecarUnusable : SaveErrorId::XmpInFileUnreadable;
     if (inSidecar && !QFileInfo::exists(path)) {
         m_errors.addErrorID(SaveErrorId::XmpSidecarMissing, pic);
         return;
     }
     const PicAttributes &a = pic.singlePicAttributes;
     const bool isCr3 = a.cr3XmpOffset != 0;
-    const int format = inSidecar ? int(UnknownFormat) : isCr3 ? int(Cr3XmpFormat) : int(pic.fileFormatType);
-    const quint32 start = inSidecar                  ? 0
-                          : isCr3                    ? a.cr3XmpOffset
-                          : a.xmpHeaderStartOffset   ? a.xmpHeaderStartOffset
-                                                     : pic.tiffHeaderStartOffset;
-    std::optional<XmpDateInfos> infos = MySingleFolderDataReader().savereadXMPDatesAtPath(path, format, start);
+    const int format = inSidecar ? int(UnknownFormat)
+                       : isCr3   ? int(Cr3XmpFormat)
+                                 : int(pic.fileFormatType);
+    const quint32 start = inSidecar                ? 0
+                          : isCr3                  ? a.cr3XmpOffset
+                          : a.xmpHeaderStartOffset ? a.xmpHeaderStartOffset
+                                                   : pic.tiffHeaderStartOffset;
+    std::optional<XmpDateInfos> infos =
+        MySingleFolderDataReader().savereadXMPDatesAtPath(path, format, start);
     if (!infos) {
         m_errors.addErrorID(errorId, pic);
         return;
     }
     PlannedSave plan = StampEdits(pic, m_settings).planXmpSync(*infos);
     if (plan.needsXmpExtension) {
-        m_exiftool->extendShortXmpDateTags(pic);
+        m_exiftool.extendShortXmpDateTags(pic);
         return;
     }
     if (plan.edits.empty())
@@ -312,10 +320,12 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
     bool written = before && writer && writer->apply(plan.edits);
     if (written && !inSidecar && pic.fileFormatType == PngFormat) {
         FileReader reread(path);
-        const std::optional<ByteEdit> checksum = PngLocator(reread).chunkCrcEdit(PngLocator::ChunkKind::Xmp);
+        const std::optional<ByteEdit> checksum =
+            PngLocator(reread).chunkCrcEdit(PngLocator::ChunkKind::Xmp);
         written = !checksum || writer->apply({*checksum});
     }
-    written = written && writer->setModificationDate(before->modificationDate) && writer->synchronize();
+    written =
+        written && writer->setModificationDate(before->modificationDate) && writer->synchronize();
     if (!written) {
         m_errors.addErrorID(errorId, pic);
         return;

@@ -22,8 +22,8 @@ class MySinglePic;
 // How a run ended.
 struct SaveOutcome
 {
-    bool cancelled = false;        // the pre-save question was answered with cancel
-    PreSaveErrors preSaveErrors;   // what the pre-check found
+    bool cancelled = false;              // the pre-save question was answered with cancel
+    PreSaveErrors preSaveErrors;         // what the pre-check found
     QSet<const MySinglePic *> savedPics; // items whose save succeeded, dependents included
 };
 
@@ -52,8 +52,6 @@ public:
     QFuture<SaveOutcome> start();
 
     const SaveErrors &errors() const { return m_errors; }
-    // The run's exiftool steps; a bridge may take the place of the missing one.
-    void setExiftoolSteps(ExiftoolSteps &steps) { m_exiftool = &steps; }
 
 Q_SIGNALS:
     // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP".
@@ -79,8 +77,7 @@ private:
     LogController *m_log;
     FileWriteAccess &m_disk;
     SaveErrors m_errors;
-    ExiftoolUnavailable m_missingExiftool{m_errors};
-    ExiftoolSteps *m_exiftool = &m_missingExiftool;
+    ExiftoolUnavailable m_exiftool{m_errors};
     QThreadPool m_savePool;
     QMutex m_progressMutex;
     int m_progress = 0;

@@ -13,27 +13,33 @@ SaveSettings SaveSettings::fromPreferences(const Preferences &prefs, Instant now
     };
     NewDateOptions o;
     o.dateChangeNoEXIFFinderModDate = number("dateChangeNoEXIFFinderModDate");
-    o.dateChangeNoEXIFFinderModDateUnchangedOption = number("dateChangeNoEXIFFinderModDateUnchangedOption");
+    o.dateChangeNoEXIFFinderModDateUnchangedOption =
+        number("dateChangeNoEXIFFinderModDateUnchangedOption");
     o.dateChangeNoEXIFButTIFFMetaModDate = number("dateChangeNoEXIFButTIFFMetaModDate");
     o.dateChangeNoEXIFButTIFFFinderModDate = number("dateChangeNoEXIFButTIFFFinderModDate");
     o.dateChangeNoEXIFButTIFFFinderModDateUnchangedOption =
         number("dateChangeNoEXIFButTIFFFinderModDateUnchangedOption");
     o.dateChangeEXIFEXIFDigiDate = number("dateChangeEXIFEXIFDigiDate");
-    o.dateChangeEXIFEXIFDigiDateUnchangedOption = number("dateChangeEXIFEXIFDigiDateUnchangedOption");
+    o.dateChangeEXIFEXIFDigiDateUnchangedOption =
+        number("dateChangeEXIFEXIFDigiDateUnchangedOption");
     o.dateChangeEXIFEXIFModDate = number("dateChangeEXIFEXIFModDate");
     o.dateChangeEXIFEXIFModDateUnchangedOption = number("dateChangeEXIFEXIFModDateUnchangedOption");
-    o.dateChangeEXIFChangeFinderWhenChangingEXIF = number("dateChangeEXIFChangeFinderWhenChangingEXIF");
+    o.dateChangeEXIFChangeFinderWhenChangingEXIF =
+        number("dateChangeEXIFChangeFinderWhenChangingEXIF");
     o.dateChangeEXIFFinderCreaDate2 = number("dateChangeEXIFFinderCreaDate2");
     o.dateChangeEXIFFinderModDate = number("dateChangeEXIFFinderModDate");
-    o.dateChangeEXIFFinderModDateEXIFModDateOptions = number("dateChangeEXIFFinderModDateEXIFModDateOptions");
+    o.dateChangeEXIFFinderModDateEXIFModDateOptions =
+        number("dateChangeEXIFFinderModDateEXIFModDateOptions");
     o.dateChangeEXIFFinderModDateEXIFModDateUnchangedOption =
         number("dateChangeEXIFFinderModDateEXIFModDateUnchangedOption");
-    o.dateChangeEXIFFinderModDateUnchangedOption = number("dateChangeEXIFFinderModDateUnchangedOption");
+    o.dateChangeEXIFFinderModDateUnchangedOption =
+        number("dateChangeEXIFFinderModDateUnchangedOption");
     o.dateComparisonThresold = number("dateComparisonThresold");
     o.isSavingPhotosWithoutDateChangesEnabled =
         prefs.boolForKey(QStringLiteral("isSavingPhotosWithoutDateChangesEnabled"));
     o.dateChangeTypeAtLocationOnlyChanges = number("dateChangeTypeAtLocationOnlyChanges");
-    o.addRawLocationsOnlyInSidecars = prefs.boolForKey(QStringLiteral("addRawLocationsOnlyInSidecars"));
+    o.addRawLocationsOnlyInSidecars =
+        prefs.boolForKey(QStringLiteral("addRawLocationsOnlyInSidecars"));
 
     SaveSettings settings;
     settings.options = NewDateOptions::cachedForRun(o, now);

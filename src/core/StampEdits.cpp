@@ -65,12 +65,12 @@ PlannedSave StampEdits::planPhoto()
     planXmpDates(plan);
     planGps(plan);
     PicAttributes &a = m_pic.singlePicAttributes;
-    planExifSlot(plan, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal, m_pic.exifDateTimeOriginalOLD,
-                 m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
-    planExifSlot(plan, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized, m_pic.exifDateTimeDigitizedOLD,
-                 m_pic.exifDateTimeDigitizedNEW, m_pic.isDigiXmp);
-    planExifSlot(plan, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD, m_pic.tiffDateTimeNEW,
-                 m_pic.isModiXmp);
+    planExifSlot(plan, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
+                 m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
+    planExifSlot(plan, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
+                 m_pic.exifDateTimeDigitizedOLD, m_pic.exifDateTimeDigitizedNEW, m_pic.isDigiXmp);
+    planExifSlot(plan, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
+                 m_pic.tiffDateTimeNEW, m_pic.isModiXmp);
     return plan;
 }
 
@@ -83,13 +83,16 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
     const TimeZone local = localZone();
     QByteArray stampData;
     if (offsetTag && offsetTag->offsetOffset) {
-        const TimeZone zone = m_settings.targetTimeZone.value_or(zoneOfOffsetTag(*offsetTag, local));
-        const ExifStampWithOffset written = DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
+        const TimeZone zone =
+            m_settings.targetTimeZone.value_or(zoneOfOffsetTag(*offsetTag, local));
+        const ExifStampWithOffset written =
+            DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
         if (written.stamp.size() != stampLength + 1 || written.offset.size() != 7)
             return;
         stampData = written.stamp;
         plan.add(offsetTag->offsetOffset, written.offset, offsetTag->offsetData);
-        plan.whenSaved.push_back([&offsetTag, offset = written.offset] { offsetTag->offsetData = offset; });
+        plan.whenSaved.push_back(
+            [&offsetTag, offset = written.offset] { offsetTag->offsetData = offset; });
     } else {
         stampData = DateStampCodec::exifDataFromDate(*newDate, local);
         if (stampData.size() != stampLength + 1)
@@ -124,13 +127,14 @@ void StampEdits::planGps(PlannedSave &plan)
     PicAttributes &a = m_pic.singlePicAttributes;
     const bool hasTime = a.GPSTimeStamp && a.GPSTimeStamp->dateOffset;
     const bool hasDay = a.GPSDateStamp && a.GPSDateStamp->dateOffset;
-    const QByteArray time = hasTime ? DateStampCodec::gpsTimeDataFromTimeStamp(
-                                          *moved, a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian
-                                                                            : QSysInfo::LittleEndian)
-                                    : QByteArray();
+    const QByteArray time =
+        hasTime
+            ? DateStampCodec::gpsTimeDataFromTimeStamp(
+                  *moved, a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
+            : QByteArray();
     const QByteArray day = hasDay ? DateStampCodec::gpsDateDataFromTimeStamp(*moved) : QByteArray();
-    if ((hasTime && time.size() != a.GPSTimeStamp->dateData.size())
-        || (hasDay && day.size() != a.GPSDateStamp->dateData.size()))
+    if ((hasTime && time.size() != a.GPSTimeStamp->dateData.size()) ||
+        (hasDay && day.size() != a.GPSDateStamp->dateData.size()))
         return;
     if (hasTime) {
         plan.add(a.GPSTimeStamp->dateOffset, time, a.GPSTimeStamp->dateData);
@@ -153,8 +157,8 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
     const qsizetype digits = withoutSeconds ? 16 : stampLength;
     const bool isLocal = record.type == XmpStampKind::Local;
     const TimeZone zone = record.type == XmpStampKind::Utc ? TimeZone::utc()
-                          : isLocal                         ? localZone
-                                                            : zoneOfXmpStamp(record, localZone);
+                          : isLocal                        ? localZone
+                                                           : zoneOfXmpStamp(record, localZone);
     if (withoutSeconds && zone.localCivil(date).second != 0) {
         needsExtension = true;
         return {};
@@ -162,11 +166,12 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
     const QString text = DateStampCodec::xmpTimeStampFromDate(date, zone, isLocal, record.subtype);
     const qsizetype zoneLength = (record.subtype & XmpStampKind::OffsetWithoutColon) ? 5 : 6;
     const bool hasOwnOffset = record.type == XmpStampKind::OwnOffset;
-    if (text.size() < (isLocal ? digits : digits + zoneLength)
-        || !DateStampCodec::seemsValidXMPString(text, record.subtype)
-        || record.data.size() < (hasOwnOffset ? digits + zoneLength : digits))
+    if (text.size() < (isLocal ? digits : digits + zoneLength) ||
+        !DateStampCodec::seemsValidXMPString(text, record.subtype) ||
+        record.data.size() < (hasOwnOffset ? digits + zoneLength : digits))
         return {};
-    std::vector<ByteEdit> edits{{record.offset, text.left(digits).toLatin1(), record.data.left(digits)}};
+    std::vector<ByteEdit> edits{
+        {record.offset, text.left(digits).toLatin1(), record.data.left(digits)}};
     // Fractions between the seconds and the offset stay; a "Z" stays too.
     if (hasOwnOffset)
         edits.push_back({record.offset + record.data.size() - zoneLength,
@@ -174,7 +179,8 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
     return edits;
 }
 
-void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key, OptionalDate date)
+void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key,
+                              OptionalDate date)
 {
     const auto found = infos.find(QLatin1String(key));
     if (found == infos.end() || !date || date->isSentinel())
@@ -205,11 +211,13 @@ void StampEdits::planXmpDates(PlannedSave &plan)
     };
     if (m_pic.isCreaXmp) {
         writeSlot("PhotoshopDateCreated", "ExifDateTimeOriginal", m_pic.exifDateTimeOriginalNEW);
-        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
+        plan.whenSaved.push_back(
+            [&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
     }
     if (m_pic.isDigiXmp) {
         writeSlot("XmpCreateDate", "ExifDateTimeDigitized", m_pic.exifDateTimeDigitizedNEW);
-        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeDigitizedOLD = pic.exifDateTimeDigitizedNEW; });
+        plan.whenSaved.push_back(
+            [&pic = m_pic] { pic.exifDateTimeDigitizedOLD = pic.exifDateTimeDigitizedNEW; });
     }
     if (m_pic.isModiXmp || m_pic.hasModiXmp) {
         writeSlot("XmpModifyDate", "TiffDateTime", m_pic.tiffDateTimeNEW);

@@ -28,13 +28,13 @@ bool holdsOffsetTag(FileReader &file, const std::optional<OffsetTagRecord> &tag)
 
 bool holdsLocation(FileReader &file, const GpsLocationRecord &r)
 {
-    return holds(file, r.latitudeRef_Offset, r.latitudeRef_Data)
-           && holds(file, r.latitude_Offset, r.latitude_Data)
-           && holds(file, r.longitudeRef_Offset, r.longitudeRef_Data)
-           && holds(file, r.longitude_Offset, r.longitude_Data)
-           && holds(file, r.altitudeRef_Offset, r.altitudeRef_Data)
-           && holds(file, r.altitude_Offset, r.altitude_Data)
-           && holds(file, r.hPositioningError_Offset, r.hPositioningError_Data);
+    return holds(file, r.latitudeRef_Offset, r.latitudeRef_Data) &&
+           holds(file, r.latitude_Offset, r.latitude_Data) &&
+           holds(file, r.longitudeRef_Offset, r.longitudeRef_Data) &&
+           holds(file, r.longitude_Offset, r.longitude_Data) &&
+           holds(file, r.altitudeRef_Offset, r.altitudeRef_Data) &&
+           holds(file, r.altitude_Offset, r.altitude_Data) &&
+           holds(file, r.hPositioningError_Offset, r.hPositioningError_Data);
 }
 
 } // namespace
@@ -48,14 +48,16 @@ bool StoredBytes::areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &fi
 
 bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
 {
-    return (!a.xmpDateInfos || areXmpInfosUnchanged(*a.xmpDateInfos, file))
-           && holdsStamp(file, a.TIFFDateTime) && holdsOffsetTag(file, a.TIFFOffsetTime)
-           && holdsStamp(file, a.ExifDateTimeOriginal) && holdsOffsetTag(file, a.ExifOffsetTimeOriginal)
-           && holdsStamp(file, a.ExifDateTimeDigitized) && holdsOffsetTag(file, a.ExifOffsetTimeDigitized)
-           && (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData))
-           && (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData))
-           && (!a.GPSLocation || holdsLocation(file, *a.GPSLocation))
-           && (!a.QTMetaDate || holds(file, a.QTMetaDate->dateOffset, a.QTMetaDate->dateData));
+    return (!a.xmpDateInfos || areXmpInfosUnchanged(*a.xmpDateInfos, file)) &&
+           holdsStamp(file, a.TIFFDateTime) && holdsOffsetTag(file, a.TIFFOffsetTime) &&
+           holdsStamp(file, a.ExifDateTimeOriginal) &&
+           holdsOffsetTag(file, a.ExifOffsetTimeOriginal) &&
+           holdsStamp(file, a.ExifDateTimeDigitized) &&
+           holdsOffsetTag(file, a.ExifOffsetTimeDigitized) &&
+           (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData)) &&
+           (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData)) &&
+           (!a.GPSLocation || holdsLocation(file, *a.GPSLocation)) &&
+           (!a.QTMetaDate || holds(file, a.QTMetaDate->dateOffset, a.QTMetaDate->dateData));
 }
 
 } // namespace orv

@@ -2,10 +2,8 @@
 
 #include <QDateTime>
 #include <QFileInfo>
-
 #include <cmath>
 #include <ranges>
-
 #include <unistd.h>
 
 namespace orv {

@@ -5,7 +5,6 @@
 #include <QByteArray>
 #include <QFile>
 #include <QString>
-
 #include <memory>
 #include <vector>
 

@@ -15,7 +15,6 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -28,7 +27,9 @@ const QStringList slotNames = {"exifDateTimeOriginal", "exifDateTimeDigitized", 
 
 double seconds(const QJsonValue &isoDate)
 {
-    return double(QDateTime::fromString(isoDate.toString(), Qt::ISODateWithMs).toMSecsSinceEpoch()) / 1000.0;
+    return double(
+               QDateTime::fromString(isoDate.toString(), Qt::ISODateWithMs).toMSecsSinceEpoch()) /
+           1000.0;
 }
 
 class ShiftCommand : public ::testing::Test
@@ -45,7 +46,10 @@ protected:
         return buildJpeg({.exif = tags}).write(work.path(), name);
     }
 
-    CliResult shift(const QStringList &arguments) { return runCli(QStringList{"shift"} + arguments, home.path()); }
+    CliResult shift(const QStringList &arguments)
+    {
+        return runCli(QStringList{"shift"} + arguments, home.path());
+    }
 };
 
 // The ranges a save may write into, from what scan reports of an item's stored values.
@@ -71,11 +75,13 @@ std::vector<Range> storedValueRanges(const QJsonObject &attributes)
     for (const char *gps : {"GPSTimeStamp", "GPSDateStamp"}) {
         const QJsonObject stamp = attributes.value(QLatin1String(gps)).toObject();
         if (!stamp.isEmpty())
-            ranges.push_back({stamp.value(QStringLiteral("dateOffset")).toInteger(), QByteArrayView(gps) == "GPSTimeStamp" ? 24 : 11});
+            ranges.push_back({stamp.value(QStringLiteral("dateOffset")).toInteger(),
+                              QByteArrayView(gps) == "GPSTimeStamp" ? 24 : 11});
     }
     const QJsonObject xmp = attributes.value(QStringLiteral("xmpDateInfos")).toObject();
     for (const QJsonValue &record : xmp)
-        ranges.push_back({record[QStringLiteral("offset")].toInteger(), record[QStringLiteral("data")].toString().size()});
+        ranges.push_back({record[QStringLiteral("offset")].toInteger(),
+                          record[QStringLiteral("data")].toString().size()});
     return ranges;
 }
 
@@ -85,11 +91,15 @@ TEST_F(ShiftCommand, AnythingButTheOffsetGrammarIsAUsageErrorAndTouchesNoFile)
 {
     const QString path = builtJpeg();
     const QByteArray before = fileBytes(path);
-    const QStringList badOffsets = {"1:00:00", "+1", "+1:5", "+1:60", "+1:00:60", "+1:00:0", "+1d", "++1:00",
-                                    "+1:00:00:00", "+ 1:00", "+1.5:00", "+d1:00", "", "+1h"};
+    const QStringList badOffsets = {"1:00:00", "+1",     "+1:5",   "+1:60",       "+1:00:60",
+                                    "+1:00:0", "+1d",    "++1:00", "+1:00:00:00", "+ 1:00",
+                                    "+1.5:00", "+d1:00", "",       "+1h"};
     for (const QString &offset : badOffsets)
         EXPECT_EQ(shift({"--by", offset, path}).exitCode, 2) << offset.toStdString();
-    const QList<QStringList> badUsage = {{path}, {"--by", "+1:00"}, {"--by"}, {"--by", "+1:00", "--frobnicate", path},
+    const QList<QStringList> badUsage = {{path},
+                                         {"--by", "+1:00"},
+                                         {"--by"},
+                                         {"--by", "+1:00", "--frobnicate", path},
                                          {"--by", "+1:00", "--pref", "novalue", path}};
     for (const QStringList &arguments : badUsage)
         EXPECT_EQ(shift(arguments).exitCode, 2) << arguments.join(' ').toStdString();
@@ -101,21 +111,28 @@ TEST_F(ShiftCommand, DryRunShowsOldAndNewOfEverySlotByTheOffsetAndWritesNothing)
     const QString path = builtJpeg();
     const QByteArray before = fileBytes(path);
     const QDateTime modified = QFileInfo(path).lastModified();
-    struct Case { const char *offset; double seconds; };
-    const Case cases[] = {{"+1:00:00", 3600}, {"-0:30", -1800}, {"+2d3:00:00", 183600},
-                          {"+0:00:05", 5}, {"-1d0:00", -86400}, {"+25:00", 90000}};
+    struct Case
+    {
+        const char *offset;
+        double seconds;
+    };
+    const Case cases[] = {{"+1:00:00", 3600}, {"-0:30", -1800},    {"+2d3:00:00", 183600},
+                          {"+0:00:05", 5},    {"-1d0:00", -86400}, {"+25:00", 90000}};
     for (const Case &c : cases) {
         const CliResult result = shift({"--dry-run", "--json", "--by", c.offset, path});
         ASSERT_EQ(result.exitCode, 0) << c.offset << result.err.toStdString();
         const QJsonObject item = result.json().first().toObject();
-        EXPECT_EQ(seconds(item["exifDateTimeOriginalNEW"]) - seconds(item["exifDateTimeOriginalOLD"]), c.seconds)
+        EXPECT_EQ(seconds(item["exifDateTimeOriginalNEW"]) -
+                      seconds(item["exifDateTimeOriginalOLD"]),
+                  c.seconds)
             << c.offset;
         EXPECT_EQ(item["path"].toString(), path);
         EXPECT_EQ(item["spName"].toString(), QStringLiteral("pic.jpg"));
         EXPECT_EQ(item["saved"], QJsonValue(false));
         EXPECT_EQ(item["errors"], QJsonValue(QJsonArray()));
         for (const QString &slot : slotNames)
-            EXPECT_TRUE(item.contains(slot + "OLD") && item.contains(slot + "NEW")) << slot.toStdString();
+            EXPECT_TRUE(item.contains(slot + "OLD") && item.contains(slot + "NEW"))
+                << slot.toStdString();
     }
     EXPECT_EQ(fileBytes(path), before);
     EXPECT_EQ(QFileInfo(path).lastModified(), modified);
@@ -125,8 +142,11 @@ TEST_F(ShiftCommand, APreferenceHoldsForThisRunOnlyAndIsNeverStored)
 {
     const QString path = builtJpeg();
     const auto tiffMove = [&](const QStringList &prefs) {
-        const QJsonObject item = shift(QStringList{"--dry-run", "--json", "--by", "+1:00:00"} + prefs + QStringList{path})
-                                     .json().first().toObject();
+        const QJsonObject item = shift(QStringList{"--dry-run", "--json", "--by", "+1:00:00"} +
+                                       prefs + QStringList{path})
+                                     .json()
+                                     .first()
+                                     .toObject();
         return seconds(item["tiffDateTimeNEW"]) - seconds(item["tiffDateTimeOLD"]);
     };
     EXPECT_EQ(tiffMove({}), 0.0) << "a TIFF date apart from the original is kept";
@@ -155,7 +175,8 @@ TEST_F(ShiftCommand, ASaveReportsWhatWasSavedAndFailedItemsByIdAndLogsThem)
     EXPECT_EQ(lockedItem["errors"], QJsonValue(QJsonArray{2}));
     EXPECT_EQ(savedItem["saved"], QJsonValue(true));
     EXPECT_EQ(savedItem["errors"], QJsonValue(QJsonArray()));
-    EXPECT_EQ(exiftoolTags(saved, ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"), "2024:05:01 11:00:00");
+    EXPECT_EQ(exiftoolTags(saved, ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+              "2024:05:01 11:00:00");
     QFile log(home.filePath(".local/share/orvelle/errorLog.txt"));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_TRUE(log.readAll().contains("\t" + QFile::encodeName(locked) + "\n"));
@@ -174,7 +195,8 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
     QStringList files;
     for (const QString &name : source.entryList(QDir::Files))
         files << work.filePath(name);
-    const std::map<QString, ExiftoolTags> before = exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+    const std::map<QString, ExiftoolTags> before =
+        exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
 
     const CliResult result = shift({"--json", "--by", "+1:00:00", work.path()});
 
@@ -185,10 +207,12 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
         anyFailed = anyFailed || !item["saved"].toBool();
     EXPECT_EQ(result.exitCode, anyFailed ? 1 : 0);
 
-    const std::map<QString, ExiftoolTags> after = exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+    const std::map<QString, ExiftoolTags> after =
+        exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
     QMap<QString, bool> readsStamp;
     for (const QJsonValue &item : scanned)
-        readsStamp[item["path"].toString()] = item["singlePicAttributes"].toObject().contains("ExifDateTimeOriginalOffset");
+        readsStamp[item["path"].toString()] =
+            item["singlePicAttributes"].toObject().contains("ExifDateTimeOriginalOffset");
     QMap<QString, bool> saved;
     for (const QJsonValue &item : items)
         saved[item["path"].toString()] = item["saved"].toBool();
@@ -205,9 +229,12 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
             if (!then.has(k))
                 continue;
             hasOriginal = true;
-            const Instant old = DateStampCodec::dateFromEXIFTimeStamp(then.string(k), TimeZone::utc());
-            const Instant shifted = DateStampCodec::dateFromEXIFTimeStamp(now.string(k), TimeZone::utc());
-            EXPECT_TRUE(shifted == old || shifted == old.addingSeconds(3600.0)) << file.toStdString() << " " << key;
+            const Instant old =
+                DateStampCodec::dateFromEXIFTimeStamp(then.string(k), TimeZone::utc());
+            const Instant shifted =
+                DateStampCodec::dateFromEXIFTimeStamp(now.string(k), TimeZone::utc());
+            EXPECT_TRUE(shifted == old || shifted == old.addingSeconds(3600.0))
+                << file.toStdString() << " " << key;
             movedAnHour = movedAnHour || shifted == old.addingSeconds(3600.0);
         }
         // Where the import finds no stamp (a container it cannot walk yet), the item is reported
@@ -216,7 +243,8 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
             EXPECT_TRUE(saved.value(file)) << file.toStdString();
             EXPECT_EQ(movedAnHour, hasOriginal) << file.toStdString();
         } else {
-            EXPECT_FALSE(movedAnHour || (hasOriginal && saved.value(file, true))) << file.toStdString();
+            EXPECT_FALSE(movedAnHour || (hasOriginal && saved.value(file, true)))
+                << file.toStdString();
         }
         moved += movedAnHour;
     }
@@ -234,7 +262,9 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
         const QByteArray original = fileBytes(source.filePath(QFileInfo(path).fileName()));
         for (const qint64 offset : differingOffsets(original, fileBytes(path))) {
             EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(),
-                                    [offset](const Range &r) { return offset >= r.begin && offset < r.begin + r.length; }))
+                                    [offset](const Range &r) {
+                                        return offset >= r.begin && offset < r.begin + r.length;
+                                    }))
                 << path.toStdString() << ": byte " << offset;
         }
     }

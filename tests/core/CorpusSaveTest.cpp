@@ -8,7 +8,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -33,7 +32,8 @@ std::vector<Range> stampRanges(const PicAttributes &a)
         if (*stamp)
             ranges.push_back({(*stamp)->dateOffset, 19});
     }
-    for (const auto *tag : {&a.ExifOffsetTimeOriginal, &a.ExifOffsetTimeDigitized, &a.TIFFOffsetTime}) {
+    for (const auto *tag :
+         {&a.ExifOffsetTimeOriginal, &a.ExifOffsetTimeDigitized, &a.TIFFOffsetTime}) {
         if (*tag)
             ranges.push_back({(*tag)->offsetOffset, 7});
     }
@@ -65,14 +65,17 @@ std::vector<Range> pngChecksumRanges(const QString &path)
 QString shiftedDigits(const QByteArray &stamp)
 {
     const Instant digits = DateStampCodec::dateFromExifData(stamp, TimeZone::utc());
-    return QString::fromLatin1(DateStampCodec::exifDataFromDate(digits.addingSeconds(shiftSeconds), TimeZone::utc()).left(19));
+    return QString::fromLatin1(
+        DateStampCodec::exifDataFromDate(digits.addingSeconds(shiftSeconds), TimeZone::utc())
+            .left(19));
 }
 
 bool zoneKeepsItsOffset(const QByteArray &stamp)
 {
     const TimeZone zone = TimeZone::systemZone();
     const Instant at = DateStampCodec::dateFromExifData(stamp, zone);
-    return zone.secondsFromGMTForDate(at) == zone.secondsFromGMTForDate(at.addingSeconds(shiftSeconds));
+    return zone.secondsFromGMTForDate(at) ==
+           zone.secondsFromGMTForDate(at.addingSeconds(shiftSeconds));
 }
 
 struct Imported
@@ -90,16 +93,18 @@ using CorpusSave = SaveFixture;
 TEST_F(CorpusSave, EveryStillFormatTakesTheShiftInPlaceAndKeepsEveryOtherByte)
 {
     ORV_SKIP_WITHOUT_CORPUS();
-    const QStringList stills = corpusFiles({"jpg", "jpeg", "tif", "tiff", "png", "webp", "dng", "nef", "cr2",
-                                            "rw2", "arw", "raf", "heic", "avif"});
+    const QStringList stills = corpusFiles({"jpg", "jpeg", "tif", "tiff", "png", "webp", "dng",
+                                            "nef", "cr2", "rw2", "arw", "raf", "heic", "avif"});
     std::vector<Imported> items;
     for (qsizetype i = 0; i < stills.size(); ++i) {
-        const QString copy = dir.filePath(QStringLiteral("%1-%2").arg(i).arg(QFileInfo(stills[i]).fileName()));
+        const QString copy =
+            dir.filePath(QStringLiteral("%1-%2").arg(i).arg(QFileInfo(stills[i]).fileName()));
         ASSERT_TRUE(QFile::copy(stills[i], copy));
         QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
         MySinglePic &pic = importPath(copy);
-        items.push_back({&pic, fileBytes(copy), stampRanges(pic.singlePicAttributes),
-                         pic.isCreaXmp ? std::nullopt : pic.singlePicAttributes.ExifDateTimeOriginal});
+        items.push_back(
+            {&pic, fileBytes(copy), stampRanges(pic.singlePicAttributes),
+             pic.isCreaXmp ? std::nullopt : pic.singlePicAttributes.ExifDateTimeOriginal});
     }
 
     const SaveOutcome outcome = shift(shiftSeconds);
@@ -107,7 +112,8 @@ TEST_F(CorpusSave, EveryStillFormatTakesTheShiftInPlaceAndKeepsEveryOtherByte)
     QStringList paths;
     for (const Imported &item : items)
         paths << item.pic->spPath();
-    const std::map<QString, ExiftoolTags> after = exiftoolTagsOfFiles(paths, ExiftoolGroups::Family1);
+    const std::map<QString, ExiftoolTags> after =
+        exiftoolTagsOfFiles(paths, ExiftoolGroups::Family1);
     int stampsChecked = 0;
     for (const Imported &item : items) {
         const QString path = item.pic->spPath();
@@ -116,16 +122,21 @@ TEST_F(CorpusSave, EveryStillFormatTakesTheShiftInPlaceAndKeepsEveryOtherByte)
         if (item.pic->fileFormatType == PngFormat) {
             const std::vector<Range> checksums = pngChecksumRanges(path);
             ranges.insert(ranges.end(), checksums.begin(), checksums.end());
-            EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter(QStringLiteral("CRC")).isEmpty())
+            EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate)
+                            .filter(QStringLiteral("CRC"))
+                            .isEmpty())
                 << path.toStdString();
         }
         EXPECT_EQ(bytes.size(), item.before.size()) << path.toStdString();
         for (const qint64 offset : differingOffsets(item.before, bytes)) {
-            EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(), [offset](const Range &r) { return r.contains(offset); }))
-                << path.toStdString() << ": byte " << offset << " changed outside the stored values";
+            EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(),
+                                    [offset](const Range &r) { return r.contains(offset); }))
+                << path.toStdString() << ": byte " << offset
+                << " changed outside the stored values";
         }
-        const bool savedStamp = item.original && item.original->dateOffset && outcome.savedPics.contains(item.pic)
-                                && zoneKeepsItsOffset(item.original->dateData);
+        const bool savedStamp = item.original && item.original->dateOffset &&
+                                outcome.savedPics.contains(item.pic) &&
+                                zoneKeepsItsOffset(item.original->dateData);
         if (!savedStamp)
             continue;
         // Some files carry the original date twice, in IFD0 and in the Exif IFD; the save writes

@@ -1,5 +1,6 @@
-#include "core/DateStampCodec.h"
 #include "core/PicSaver.h"
+
+#include "core/DateStampCodec.h"
 #include "core/SaveErrors.h"
 #include "support/Exiftool.h"
 #include "support/FailingDisk.h"
@@ -11,7 +12,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -44,16 +44,18 @@ struct Range
 
 // Every differing byte lies inside one of the ranges.
 ::testing::AssertionResult onlyRangesDiffer(const QByteArray &before, const QByteArray &after,
-                                           const std::vector<Range> &ranges)
+                                            const std::vector<Range> &ranges)
 {
     if (before.size() != after.size())
-        return ::testing::AssertionFailure() << "length " << before.size() << " became " << after.size();
+        return ::testing::AssertionFailure()
+               << "length " << before.size() << " became " << after.size();
     for (const qint64 offset : differingOffsets(before, after)) {
         const bool allowed = std::any_of(ranges.begin(), ranges.end(), [offset](const Range &r) {
             return offset >= r.begin && offset < r.begin + r.length;
         });
         if (!allowed)
-            return ::testing::AssertionFailure() << "byte " << offset << " changed outside the stamps";
+            return ::testing::AssertionFailure()
+                   << "byte " << offset << " changed outside the stamps";
     }
     return ::testing::AssertionSuccess();
 }
@@ -64,7 +66,8 @@ void tamper(const QString &path, qint64 offset, const QByteArray &bytes)
 {
     const QDateTime modified = QFileInfo(path).lastModified();
     QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(offset) && file.write(bytes) == bytes.size());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(offset) &&
+                file.write(bytes) == bytes.size());
     ASSERT_TRUE(file.setFileTime(modified, QFileDevice::FileModificationTime));
 }
 
@@ -107,7 +110,8 @@ TEST(FileAttributeProof, SizeEqualAndDatesWithinASecondUnlessDatesBefore1970Were
         pic.singlePicAttributes.NSFileCreationDate = Instant(c.storedCreation);
         pic.singlePicAttributes.NSFileModificationDate = Instant(c.storedModification);
         pic.singlePicAttributes.NSFileSize = 100;
-        const FileAttributes current{Instant(c.creation), Instant(c.modification), c.size, false, false};
+        const FileAttributes current{Instant(c.creation), Instant(c.modification), c.size, false,
+                                     false};
         EXPECT_EQ(PicSaver::areTheFileAttributesUnchanged(pic, current), c.unchanged) << c.what;
     }
 }
@@ -130,8 +134,11 @@ TEST_F(PicSaverTest, StampsOffsetTagAndGpsMoveInPlaceAndNothingElseChanges)
     EXPECT_TRUE(outcome.savedPics.contains(&pic));
     const MediaOffsets &at = jpeg.offsets;
     EXPECT_TRUE(onlyRangesDiffer(before, fileBytes(path),
-                                 {{at.dateTimeOriginal, 19}, {at.dateTimeDigitized, 19}, {at.dateTime, 19},
-                                  {at.gpsTimeStamp, 24}, {at.gpsDateStamp, 10}}));
+                                 {{at.dateTimeOriginal, 19},
+                                  {at.dateTimeDigitized, 19},
+                                  {at.dateTime, 19},
+                                  {at.gpsTimeStamp, 24},
+                                  {at.gpsDateStamp, 10}}));
     const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
     EXPECT_EQ(tags.string("ExifIFD:DateTimeOriginal"), "2024:05:02 00:30:00");
     EXPECT_EQ(tags.string("ExifIFD:OffsetTimeOriginal"), "+02:00");
@@ -140,8 +147,10 @@ TEST_F(PicSaverTest, StampsOffsetTagAndGpsMoveInPlaceAndNothingElseChanges)
 
     EXPECT_EQ(pic.spDateTimeOriginal, original.addingSeconds(oneHour));
     EXPECT_EQ(pic.exifDateTimeOriginalOLD, pic.exifDateTimeOriginalNEW);
-    EXPECT_EQ(pic.spDateTimeModified(), pic.spDateTimeOriginal) << "the offset was applied and cleared";
-    EXPECT_EQ(pic.singlePicAttributes.ExifDateTimeOriginal->dateData, QByteArray("2024:05:02 00:30:00", 20));
+    EXPECT_EQ(pic.spDateTimeModified(), pic.spDateTimeOriginal)
+        << "the offset was applied and cleared";
+    EXPECT_EQ(pic.singlePicAttributes.ExifDateTimeOriginal->dateData,
+              QByteArray("2024:05:02 00:30:00", 20));
     EXPECT_EQ(PicSaver::areTheFileAttributesUnchanged(pic, *FileAttributes::read(path)), true)
         << "the stored attributes are those of the saved file";
 }
@@ -158,10 +167,12 @@ TEST_F(PicSaverTest, ABlankStampTakesARealDateAndTheItemBecomesAnOriginalDateIte
 
     EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
     EXPECT_EQ(pic.spType, SpTypeExifOriginal);
-    const QByteArray expected = DateStampCodec::exifDataFromDate(*pic.spDateTimeOriginal, TimeZone::systemZone());
+    const QByteArray expected =
+        DateStampCodec::exifDataFromDate(*pic.spDateTimeOriginal, TimeZone::systemZone());
     EXPECT_EQ(fileBytes(pic.spPath()).mid(jpeg.offsets.dateTimeOriginal, 20), expected);
-    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
-              QString::fromLatin1(expected.left(19)));
+    EXPECT_EQ(
+        exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+        QString::fromLatin1(expected.left(19)));
 }
 
 TEST_F(PicSaverTest, XmpStampsKeepTheirZoneFormAndFractionsInPlace)
@@ -187,18 +198,20 @@ TEST_F(PicSaverTest, XmpStampsKeepTheirZoneFormAndFractionsInPlace)
         };
         EXPECT_EQ(textAt("photoshop:DateCreated", 29), "2024-05-01T11:00:00.250+02:00");
         EXPECT_EQ(textAt("xmp:CreateDate", 20), "2024-05-01T09:00:00Z");
-        EXPECT_EQ(textAt("xmp:ModifyDate", 19), localXmpStamp(capture.addingSeconds(oneHour)).toLatin1());
+        EXPECT_EQ(textAt("xmp:ModifyDate", 19),
+                  localXmpStamp(capture.addingSeconds(oneHour)).toLatin1());
         EXPECT_EQ(after.size(), before.size());
         EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("XMP-xmp:CreateDate"),
                   "2024:05:01 09:00:00Z");
-        EXPECT_EQ(pic.exifDateTimeOriginalOLD->wholeSeconds(), capture.addingSeconds(oneHour).wholeSeconds());
+        EXPECT_EQ(pic.exifDateTimeOriginalOLD->wholeSeconds(),
+                  capture.addingSeconds(oneHour).wholeSeconds());
     }
 }
 
 TEST_F(PicSaverTest, AnXmpStampWithoutSecondsTakesWholeMinutesOnlyTheRestWaitsForExiftool)
 {
-    const MediaFile jpeg =
-        buildJpeg({.xmp = buildXmp({.properties = {{"photoshop:DateCreated", "2024-05-01T10:00+02:00"}}})});
+    const MediaFile jpeg = buildJpeg(
+        {.xmp = buildXmp({.properties = {{"photoshop:DateCreated", "2024-05-01T10:00+02:00"}}})});
     MySinglePic &pic = import(jpeg);
     const QByteArray before = fileBytes(pic.spPath());
 
@@ -228,10 +241,12 @@ TEST_F(PicSaverTest, PngChunksStayValidAfterInPlaceWrites)
 
     EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
     for (const MySinglePic *pic : {&exif, &xmp})
-        EXPECT_TRUE(exiftoolWarnings(pic->spPath(), ExiftoolCheck::Validate).filter("CRC").isEmpty())
+        EXPECT_TRUE(
+            exiftoolWarnings(pic->spPath(), ExiftoolCheck::Validate).filter("CRC").isEmpty())
             << pic->spName.toStdString();
-    EXPECT_EQ(exiftoolTags(exif.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
-              "2024:05:01 11:00:00");
+    EXPECT_EQ(
+        exiftoolTags(exif.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+        "2024:05:01 11:00:00");
     EXPECT_EQ(exiftoolTags(xmp.spPath(), ExiftoolGroups::Family1).string("XMP-xmp:CreateDate"),
               "2024:05:01 11:00:00Z");
 }
@@ -269,7 +284,8 @@ TEST_F(PicSaverTest, ChangedStampBytesWithTheSameSizeAndDatesAreCaughtAndNothing
     EXPECT_EQ(pic.fileUnchangedState, 4);
     EXPECT_TRUE(outcome.preSaveErrors.contains(QStringLiteral("error_06_modifiedAfterImport")));
     EXPECT_EQ(pic.spDateTimeOriginal, original);
-    EXPECT_EQ(pic.spDateTimeModified(), original->addingSeconds(oneHour)) << "the change stays pending";
+    EXPECT_EQ(pic.spDateTimeModified(), original->addingSeconds(oneHour))
+        << "the change stays pending";
 }
 
 TEST_F(PicSaverTest, EachCauseGetsItsIdWhileTheOtherFilesAreSaved)
@@ -295,8 +311,9 @@ TEST_F(PicSaverTest, EachCauseGetsItsIdWhileTheOtherFilesAreSaved)
     }
     EXPECT_TRUE(errorIdsFor(fine).isEmpty());
     EXPECT_EQ(outcome.savedPics, QSet<const MySinglePic *>{&fine});
-    EXPECT_EQ(exiftoolTags(fine.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
-              "2024:05:02 00:30:00");
+    EXPECT_EQ(
+        exiftoolTags(fine.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+        "2024:05:02 00:30:00");
     EXPECT_EQ(folder.saveErrors, lock.isLocked() ? 3 : 2);
 }
 

@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QMutex>
-
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -39,7 +38,8 @@ class SaveRunTest : public SaveFixture
 protected:
     std::vector<MySinglePic *> importThree()
     {
-        return {&import(cameraJpeg(), QStringLiteral("a")), &import(cameraJpeg(), QStringLiteral("b")),
+        return {&import(cameraJpeg(), QStringLiteral("a")),
+                &import(cameraJpeg(), QStringLiteral("b")),
                 &import(cameraJpeg(), QStringLiteral("c"))};
     }
 };
@@ -195,14 +195,15 @@ TEST_F(SaveRunTest, TheSyncPassBringsXmpTwinsInStepWithTheSavedDates)
 {
     const Instant stamped = DateStampCodec::dateFromExifData(QByteArray("2024:05:01 10:00:00", 20),
                                                              TimeZone::systemZone());
-    const QString local = DateStampCodec::xmpTimeStampFromDate(stamped, TimeZone::systemZone(), true, 0);
+    const QString local =
+        DateStampCodec::xmpTimeStampFromDate(stamped, TimeZone::systemZone(), true, 0);
     TiffSpec tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
-    const MediaFile jpeg = buildJpeg(
-        {.exif = tags,
-         .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", local},
-                                         {"xmp:CreateDate", utcXmpStamp(stamped)}}})});
+    const MediaFile jpeg =
+        buildJpeg({.exif = tags,
+                   .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", local},
+                                                   {"xmp:CreateDate", utcXmpStamp(stamped)}}})});
     MySinglePic &pic = import(jpeg);
     SaveSettings settings = defaultSettings();
     settings.syncXMPDataOnSave = true;
@@ -212,9 +213,11 @@ TEST_F(SaveRunTest, TheSyncPassBringsXmpTwinsInStepWithTheSavedDates)
     EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
     const Instant moved = stamped.addingSeconds(oneHour);
     const QByteArray bytes = fileBytes(pic.spPath());
-    EXPECT_EQ(bytes.mid(jpeg.offsets.xmpValue("exif:DateTimeOriginal"), 19),
-              DateStampCodec::xmpTimeStampFromDate(moved, TimeZone::systemZone(), true, 0).toLatin1());
-    EXPECT_EQ(bytes.mid(jpeg.offsets.xmpValue("xmp:CreateDate"), 20), utcXmpStamp(moved).toLatin1());
+    EXPECT_EQ(
+        bytes.mid(jpeg.offsets.xmpValue("exif:DateTimeOriginal"), 19),
+        DateStampCodec::xmpTimeStampFromDate(moved, TimeZone::systemZone(), true, 0).toLatin1());
+    EXPECT_EQ(bytes.mid(jpeg.offsets.xmpValue("xmp:CreateDate"), 20),
+              utcXmpStamp(moved).toLatin1());
     EXPECT_TRUE(PicSaver::areTheFileAttributesUnchanged(pic, *FileAttributes::read(pic.spPath())))
         << "the sync leaves the file dates as the save set them";
     EXPECT_FALSE(pic.isVerifiedDuringSave);

@@ -18,7 +18,12 @@ QStringList texts(const MySingleFolder &folder)
 
 TEST(FolderOffset, TextsAndIntervalNameTheSameOffsetBothWays)
 {
-    struct Case { double interval; bool direction; QStringList texts; };
+    struct Case
+    {
+        double interval;
+        bool direction;
+        QStringList texts;
+    };
     const Case cases[] = {
         {0.0, false, {"+", "0", "0", "0", "0"}},
         {3600.0, false, {"+", "0", "1", "0", "0"}},

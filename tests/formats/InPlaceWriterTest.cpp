@@ -1,12 +1,12 @@
-#include "core/FileAttributes.h"
 #include "formats/InPlaceWriter.h"
+
+#include "core/FileAttributes.h"
 #include "support/FailingDisk.h"
 #include "support/ReadOnlyFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace orv;

@@ -22,7 +22,8 @@ CliResult runCli(const QStringList &arguments, const QString &home)
     cli.setProcessEnvironment(environment);
     cli.start(QStringLiteral(ORV_CLI_PATH), arguments);
     if (!cli.waitForFinished(300000) || cli.exitStatus() != QProcess::NormalExit)
-        throw std::runtime_error("orvelle-cli did not finish: " + arguments.join(u' ').toStdString());
+        throw std::runtime_error("orvelle-cli did not finish: " +
+                                 arguments.join(u' ').toStdString());
     return {cli.exitCode(), cli.readAllStandardOutput(), cli.readAllStandardError()};
 }
 

@@ -38,7 +38,8 @@ SaveOutcome SaveFixture::shift(double seconds, FileWriteAccess *disk, const Save
                                LogController *log)
 {
     folder.setSfDateModificationsFromTimeInterval(seconds, seconds < 0.0);
-    m_run = std::make_unique<SaveRun>(QList<MySingleFolder *>{&folder}, settings, m_proceed, log, disk);
+    m_run =
+        std::make_unique<SaveRun>(QList<MySingleFolder *>{&folder}, settings, m_proceed, log, disk);
     return m_run->run();
 }
 

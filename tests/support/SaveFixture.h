@@ -8,7 +8,6 @@
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <vector>
 
@@ -29,7 +28,8 @@ protected:
     MySinglePic &importPath(const QString &path);
     // Sets the folder's offset and runs a save that proceeds past pre-save findings.
     SaveOutcome shift(double seconds, FileWriteAccess *disk = nullptr,
-                      const SaveSettings &settings = defaultSettings(), LogController *log = nullptr);
+                      const SaveSettings &settings = defaultSettings(),
+                      LogController *log = nullptr);
     const SaveErrors &errors() const { return m_run->errors(); }
     QList<int> errorIdsFor(const MySinglePic &pic) const { return errors().errorIdsFor(pic); }
 
