@@ -2,6 +2,7 @@
 
 #include "app/Preferences.h"
 #include "cli/ItemJson.h"
+#include "cli/PathImport.h"
 #include "core/DateSourceText.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
@@ -130,41 +131,10 @@ int ScanCommand::run(const QStringList &arguments)
     if (!args)
         return 2;
 
-    // A script imports as the window would with these settings, and is never asked.
-    Preferences prefs(QString{});
-    prefs.overrideForThisRun(QStringLiteral("isAdvanced"), QStringLiteral("1"));
-    prefs.overrideForThisRun(QStringLiteral("skipEmptyTagImportOptions"), QStringLiteral("0"));
-    prefs.overrideForThisRun(QStringLiteral("subFolderAutoImportMaxDepth"), QString::number(args->subfolderDepth));
-    FixedImportAnswers answers(args->emptyTags);
-    MyDroppedFolders droppedFolders(prefs, answers);
-
-    bool failed = false;
-    QList<DropEntry> entries;
-    for (const QString &path : args->paths) {
-        const QFileInfo info(path);
-        if (!info.exists()) {
-            err << "orvelle-cli: " << path << ": no such file or folder\n";
-            failed = true;
-        } else if (info.isDir() && !info.isReadable()) {
-            err << "orvelle-cli: " << path << ": permission denied\n";
-            failed = true;
-        } else if (std::optional<DropEntry> entry = DropEntry::pathAndBookmarkFromAccessable(path)) {
-            entries.append(*entry);
-        }
-    }
-    QEventLoop waiting;
-    QObject::connect(&droppedFolders, &MyDroppedFolders::importEnded, &waiting, &QEventLoop::quit);
-    if (!entries.isEmpty())
-        droppedFolders.processDroppedFolders(entries, nullptr, 0, args->keys);
-    if (droppedFolders.isImportInProgress())
-        waiting.exec();
+    const PathImport imported(args->paths, {args->subfolderDepth, args->keys, args->emptyTags}, err);
 
     QJsonArray items;
-    for (const MySingleFolder *folder : droppedFolders.droppedFolders()) {
-        for (const QString &message : folder->importErrors.messages()) {
-            err << "orvelle-cli: " << folder->sfFolderPath << ": " << message << "\n";
-            failed = true;
-        }
+    for (const MySingleFolder *folder : imported.folders()) {
         for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
             if (args->json)
                 items.append(ItemJson::forPic(*pic));
@@ -174,7 +144,7 @@ int ScanCommand::run(const QStringList &arguments)
     }
     if (args->json)
         out << QJsonDocument(items).toJson(QJsonDocument::Compact) << "\n";
-    return failed ? 1 : 0;
+    return imported.failed() ? 1 : 0;
 }
 
 } // namespace orv

@@ -1,4 +1,5 @@
 #include "cli/ScanCommand.h"
+#include "cli/ShiftCommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -24,12 +25,19 @@ const char *const usage =
     "                          (default), or fixed:DATE:STEP with DATE as\n"
     "                          2024-05-01T10:00:00 (local) or ...Z (UTC) and STEP in\n"
     "                          seconds added from one such file to the next.\n"
+    "  shift --by OFFSET [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
+    "                          Move every date of the files by OFFSET and save it into\n"
+    "                          them in place. OFFSET is [+-][Nd]H:MM[:SS]: a sign, optional\n"
+    "                          days, hours, minutes and optional seconds, e.g. +1:00:00,\n"
+    "                          -0:30 (thirty minutes back), +2d3:00:00. --dry-run shows each\n"
+    "                          date slot's OLD and NEW and the pre-save findings and writes\n"
+    "                          nothing. --pref sets a preference for this run only.\n"
     "\n"
     "  --version               Print the version.\n"
     "  --help                  Print this help.\n"
     "\n"
-    "Exit codes: 0 success, 1 some path or file could not be read (the rest is\n"
-    "still imported; the problems are listed on stderr), 2 wrong usage.\n";
+    "Exit codes: 0 success, 1 some path or file could not be read or saved (the rest\n"
+    "is still done; the problems are listed on stderr), 2 wrong usage.\n";
 
 } // namespace
 
@@ -51,6 +59,8 @@ int main(int argc, char *argv[])
     }
     if (args.first() == QLatin1String("scan"))
         return orv::ScanCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("shift"))
+        return orv::ShiftCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
     return 2;
 }

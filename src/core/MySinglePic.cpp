@@ -27,6 +27,15 @@ QString MySinglePic::spPath() const
     return spSingleFolder ? QDir(spSingleFolder->sfFolderPath).filePath(spName) : spName;
 }
 
+QStringList MySinglePic::spSidecarPaths() const
+{
+    const QDir folder = spSingleFolder ? QDir(spSingleFolder->sfFolderPath) : QDir();
+    QStringList paths;
+    for (const QString &extension : spSidecarExtensions)
+        paths.append(folder.filePath(spBaseName + QLatin1Char('.') + extension));
+    return paths;
+}
+
 OptionalDate MySinglePic::singlePicModeDate() const
 {
     if (singlePicModification == 0.0 || !spDateTimeOriginal)

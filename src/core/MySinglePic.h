@@ -172,6 +172,8 @@ public:
 
     // --- Derived values ---
     QString spPath() const;
+    // The sidecars beside the file: its base name with each of spSidecarExtensions.
+    QStringList spSidecarPaths() const;
     OptionalDate spDateTimeModified() const;
     OptionalDate singlePicModeDate() const;
     const MySinglePic *sortPic() const;

@@ -1,9 +1,8 @@
 #include "core/NewDateCalculator.h"
 
+#include "core/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
-
-#include <QDateTime>
 
 #include <cmath>
 #include <cstdlib>
@@ -13,93 +12,6 @@
 namespace orv {
 
 namespace {
-
-// --- Stamp conversions -------------------------------------------------------------------------
-// The checks need a few writes and reads of date stamps. They stand here on QDateTime, under the
-// names and with the behaviour of the date stamp codec, so that each call can move to the codec
-// unchanged once it offers them.
-namespace stamps {
-
-QDateTime inZone(Instant date, const QTimeZone &zone)
-{
-    return QDateTime::fromMSecsSinceEpoch(qint64(date.wholeSeconds()) * 1000, zone);
-}
-
-Instant instantOf(const QDateTime &dateTime)
-{
-    return Instant(double(dateTime.toMSecsSinceEpoch()) / 1000.0);
-}
-
-// The wall-clock digits of the first 19 bytes of a stamp, read in the given zone.
-OptionalDate wallClockDate(const QByteArray &stamp, const QString &format, const QTimeZone &zone)
-{
-    const QDateTime digits = QDateTime::fromString(QString::fromLatin1(stamp.left(19)), format);
-    if (!digits.isValid())
-        return std::nullopt;
-    return instantOf(QDateTime(digits.date(), digits.time(), zone));
-}
-
-const QString exifFormat = QStringLiteral("yyyy:MM:dd HH:mm:ss");
-const QString mdtaFormat = QStringLiteral("yyyy-MM-dd'T'HH:mm:ss");
-
-QByteArray exifDataFromDate(Instant date, const QTimeZone &zone)
-{
-    return inZone(date, zone).toString(exifFormat).toLatin1();
-}
-
-OptionalDate dateFromExifData(const QByteArray &data, const QTimeZone &zone)
-{
-    return wallClockDate(data, exifFormat, zone);
-}
-
-// Length 20 is a UTC stamp ending in "Z"; 25 has an offset with a colon, 24 one without.
-QByteArray mdtaDataOfLength(int length, Instant date, const QTimeZone &zone)
-{
-    if (length == 20)
-        return (inZone(date, QTimeZone::utc()).toString(mdtaFormat) + QLatin1Char('Z')).toLatin1();
-    const QDateTime local = inZone(date, zone);
-    const int offset = local.offsetFromUtc();
-    const int minutes = std::abs(offset) / 60;
-    const QString separator = length == 25 ? QStringLiteral(":") : QString();
-    return QStringLiteral("%1%2%3%4%5")
-        .arg(local.toString(mdtaFormat), offset < 0 ? QStringLiteral("-") : QStringLiteral("+"))
-        .arg(minutes / 60, 2, 10, QLatin1Char('0'))
-        .arg(separator)
-        .arg(minutes % 60, 2, 10, QLatin1Char('0'))
-        .toLatin1();
-}
-
-OptionalDate dateIgnoringFromMDTATimeStamp(const QByteArray &stamp, const QTimeZone &zone)
-{
-    return wallClockDate(stamp, mdtaFormat, zone);
-}
-
-// A corrected movie header holds the zone's wall clock as if it were UTC.
-Instant mvhdDateFromCorrectedDate(Instant date, const QTimeZone &zone)
-{
-    const QDateTime local = inZone(date, zone);
-    return instantOf(QDateTime(local.date(), local.time(), QTimeZone::utc()));
-}
-
-// When the clocks go back by a step, every moment from one step before the transition to one
-// step after it shares its wall-clock digits with another, so a local stamp written then cannot
-// say which of the two moments it means.
-bool isRepeatedWallClockTime(Instant date, const QTimeZone &zone)
-{
-    const QDateTime at = inZone(date, QTimeZone::utc());
-    // Steps are hours, so a day to either side holds every transition that can matter.
-    const QTimeZone::OffsetDataList transitions = zone.transitions(at.addDays(-1), at.addDays(1));
-    for (const QTimeZone::OffsetData &transition : transitions) {
-        const int step =
-            zone.offsetFromUtc(transition.atUtc.addSecs(-1)) - transition.offsetFromUtc;
-        if (step > 0 && at >= transition.atUtc.addSecs(-step) &&
-            at < transition.atUtc.addSecs(step))
-            return true;
-    }
-    return false;
-}
-
-} // namespace stamps
 
 // --- Date arithmetic ---------------------------------------------------------------------------
 // Dates count as equal in whole seconds. A missing date is never near another one, never later
@@ -604,7 +516,7 @@ void removeExifDateTimeAddition(MySinglePic &pic)
 
 namespace {
 
-const Instant movieEpoch = Instant::fromUtc(1904, 1, 1);
+constexpr Instant movieEpoch = DateStampCodec::mvhdBaseDate();
 // Real movies never come close to the movie epoch; only dates this close pay for a conversion.
 constexpr double movieEpochNeighbourhood = 3624.0;
 
@@ -616,7 +528,7 @@ bool isMovieCorrectionEnabled(const MySinglePic &pic)
 // Whether a new date, written as a local stamp in the target zone, could be read back as
 // another moment. The field type chooses the slot: 1 creation, 2 digitized, other modification.
 bool hasDSTAmbiguityForDate(const MySinglePic &pic, OptionalDate date, int type,
-                            const QTimeZone &zone)
+                            const TimeZone &zone)
 {
     if (!isRealDate(date))
         return false;
@@ -632,7 +544,7 @@ bool hasDSTAmbiguityForDate(const MySinglePic &pic, OptionalDate date, int type,
     } else if (pic.spType != SpTypeRiff) {
         return false;
     }
-    return stamps::isRepeatedWallClockTime(*date, zone);
+    return zone.isWallClockRepeatedAtDate(*date);
 }
 
 // A Live Photo pair without proven identifiers is known only by its dates; the save must not
@@ -650,17 +562,19 @@ bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
     if (!movie->exifDateTimeOriginalNEW || !pic.exifDateTimeOriginalNEW)
         return false;
 
-    const QTimeZone &zone = context.targetTimeZone;
+    const TimeZone &zone = context.targetTimeZone;
     const qsizetype storedLength = movie->singlePicAttributes.QTMetaDate
                                        ? movie->singlePicAttributes.QTMetaDate->dateData.size()
                                        : 0;
     const int length = storedLength == 20 || storedLength == 25 ? int(storedLength) : 24;
-    const OptionalDate movieDate = stamps::dateIgnoringFromMDTATimeStamp(
-        stamps::mdtaDataOfLength(length, *movie->exifDateTimeOriginalNEW, zone), QTimeZone::utc());
-    const OptionalDate stillDate = stamps::dateFromExifData(
-        stamps::exifDataFromDate(*pic.exifDateTimeOriginalNEW, zone), QTimeZone::utc());
-    if (!movieDate || !stillDate ||
-        MySingleFolder::isBundlingAllowedForUtcDates(*movieDate, *stillDate))
+    const OptionalDate movieDate = DateStampCodec::dateIgnoringFromMDTATimeStamp(
+        QString::fromLatin1(
+            DateStampCodec::mdtaDataOfLength(length, *movie->exifDateTimeOriginalNEW, zone)),
+        TimeZone::utc());
+    const Instant stillDate = DateStampCodec::dateFromExifData(
+        DateStampCodec::exifDataFromDate(*pic.exifDateTimeOriginalNEW, zone), TimeZone::utc());
+    if (!movieDate || stillDate.isDistantPast() ||
+        MySingleFolder::isBundlingAllowedForUtcDates(*movieDate, stillDate))
         return false;
     return !(context.lateValidateLivePhoto && context.lateValidateLivePhoto(pic));
 }
@@ -670,7 +584,7 @@ bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
 QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveCheckContext &context)
 {
     QSet<QString> errors;
-    const QTimeZone &zone = context.targetTimeZone;
+    const TimeZone &zone = context.targetTimeZone;
 
     bool isOriginalBefore1904 = false;
     bool isTiffBefore1904 = false;
@@ -680,7 +594,7 @@ QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveChe
             if (!date || date->secondsSince(movieEpoch) >= movieEpochNeighbourhood)
                 return false;
             const Instant written =
-                isCorrected ? stamps::mvhdDateFromCorrectedDate(*date, zone) : *date;
+                isCorrected ? DateStampCodec::mvhdDateFromCorrectedDate(*date, zone) : *date;
             return written.secondsSince(movieEpoch) < 1.0;
         };
         isOriginalBefore1904 = isBeforeMovieEpoch(pic.exifDateTimeOriginalNEW);

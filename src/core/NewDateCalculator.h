@@ -2,10 +2,10 @@
 
 #include "core/Instant.h"
 #include "core/NewDateOptions.h"
+#include "time/TimeZone.h"
 
 #include <QSet>
 #include <QString>
-#include <QTimeZone>
 #include <functional>
 
 namespace orv {
@@ -49,7 +49,7 @@ Instant cleanDate(Instant date);
 struct SaveCheckContext
 {
     // The zone the new stamps will be written in.
-    QTimeZone targetTimeZone = QTimeZone::systemTimeZone();
+    TimeZone targetTimeZone = TimeZone::systemZone();
     // A fresh comparison of the content identifiers of a Live Photo pair; absent means no match.
     std::function<bool(MySinglePic &)> lateValidateLivePhoto;
 };

@@ -316,7 +316,7 @@ void MySingleFolder::setDirection(const QString &direction, const QString &days,
                              + hours.toInt() * 3600.0;
     const bool negative = direction == QLatin1String("-");
     sfDateModificationsTimeInterval = negative ? -magnitude : magnitude;
-    tempHasChangedDirection = negative;
+    hasChangedDirection = tempHasChangedDirection = negative;
     sfUpdatePicsFromAndTill();
 }
 

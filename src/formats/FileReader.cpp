@@ -4,9 +4,9 @@
 
 namespace orv {
 
-FileReader::FileReader(const QString &path, QIODevice::OpenMode mode) : m_file(path)
+FileReader::FileReader(const QString &path) : m_file(path)
 {
-    if (m_file.open(mode))
+    if (m_file.open(QIODevice::ReadOnly))
         m_length = m_file.size();
 }
 
@@ -25,14 +25,6 @@ quint16 FileReader::read16(qint64 offset, bool intel)
 quint32 FileReader::read32(qint64 offset, bool intel)
 {
     return get32(readDataOfLength(4, offset), 0, intel);
-}
-
-bool FileReader::writeData(const QByteArray &bytes, qint64 offset)
-{
-    if (!isOpen() || !m_file.isWritable() || offset < 0 || offset + bytes.size() > m_length
-        || !m_file.seek(offset))
-        return false;
-    return m_file.write(bytes) == bytes.size() && m_file.flush();
 }
 
 void FileReader::scanBlocks(qint64 start, int lookahead,

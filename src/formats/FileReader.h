@@ -8,7 +8,8 @@
 
 namespace orv {
 
-// The one door to a media file's bytes. Every locator reads through it, so that out-of-range
+// The one door for reading a media file's bytes (writes go through InPlaceWriter). Every locator
+// reads through it, so that out-of-range
 // offsets, short files and unreadable paths are handled in one place: a read past the end
 // yields short data and the numeric reads yield 0, never an error.
 class FileReader
@@ -16,7 +17,7 @@ class FileReader
 public:
     static constexpr qint64 blockSize = 131072;
 
-    explicit FileReader(const QString &path, QIODevice::OpenMode mode = QIODevice::ReadOnly);
+    explicit FileReader(const QString &path);
 
     bool isOpen() const { return m_file.isOpen(); }
     qint64 length() const { return m_length; }
@@ -24,8 +25,6 @@ public:
     QByteArray readDataOfLength(qint64 length, qint64 offset);
     quint16 read16(qint64 offset, bool intel);
     quint32 read32(qint64 offset, bool intel);
-    // Writes in place; never extends the file.
-    bool writeData(const QByteArray &bytes, qint64 offset);
 
     // One block of a forward scan. Positions below scanEnd are the ones this block is to test;
     // from each of them at least `lookahead` bytes are in `bytes`, except in the file's last

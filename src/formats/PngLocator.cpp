@@ -77,29 +77,40 @@ QMap<QString, QString> PngLocator::tEXtData()
     return texts;
 }
 
-bool PngLocator::lockPNGChunkOfType(ChunkKind kind, const QString &path)
+std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)
 {
-    FileReader file(path, QIODevice::ReadWrite);
-    const std::optional<quint32> dataStart = PngLocator(file).dataStartOfChunk(kind);
+    const std::optional<quint32> dataStart = dataStartOfChunk(kind);
     if (!dataStart)
-        return false;
+        return std::nullopt;
     const qint64 chunkStart = *dataStart - (kind == ChunkKind::Exif ? 8 : xmpKeywordEnd);
-    const qint64 length = file.read32(chunkStart, false);
+    const qint64 length = m_file.read32(chunkStart, false);
     // The CRC covers the type and the data; it is summed block by block.
     uLong crc = crc32(0L, Z_NULL, 0);
     const qint64 covered = length + 4;
     for (qint64 done = 0; done < covered;) {
         const QByteArray block =
-            file.readDataOfLength(qMin(covered - done, FileReader::blockSize), chunkStart + 4 + done);
+            m_file.readDataOfLength(qMin(covered - done, FileReader::blockSize), chunkStart + 4 + done);
         if (block.isEmpty())
-            return false;
+            return std::nullopt;
         crc = crc32(crc, reinterpret_cast<const Bytef *>(block.constData()), uInt(block.size()));
         done += block.size();
     }
+    const qint64 crcOffset = chunkStart + 4 + covered;
+    const QByteArray previous = m_file.readDataOfLength(4, crcOffset);
+    if (previous.size() != 4)
+        return std::nullopt;
     QByteArray stored(4, '\0');
     for (int i = 0; i < 4; ++i)
         stored[i] = char((crc >> (24 - 8 * i)) & 0xFF);
-    return file.writeData(stored, chunkStart + 4 + covered);
+    return ByteEdit{crcOffset, stored, previous};
+}
+
+bool PngLocator::lockPNGChunkOfType(ChunkKind kind, const QString &path)
+{
+    FileReader file(path);
+    const std::optional<ByteEdit> edit = PngLocator(file).chunkCrcEdit(kind);
+    const std::unique_ptr<InPlaceFile> writer = edit ? InPlaceFile::open(path) : nullptr;
+    return writer && writer->apply({*edit}) && writer->synchronize();
 }
 
 } // namespace orv

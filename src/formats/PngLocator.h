@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/FileReader.h"
+#include "formats/InPlaceWriter.h"
 
 #include <QMap>
 #include <QString>
@@ -27,8 +28,10 @@ public:
     QMap<QString, QString> tEXtData();
 
     // After a date was written in place into a chunk, its CRC must follow, or the PNG is
-    // invalid. Recomputes and writes the CRC of the eXIf or XMP iTXt chunk. The one write of
-    // the locators; answers whether it was written.
+    // invalid. The CRC of the eXIf or XMP iTXt chunk as its bytes stand now, as an edit of the
+    // stored CRC; nothing when the chunk is absent or cut short.
+    std::optional<ByteEdit> chunkCrcEdit(ChunkKind kind);
+    // Recomputes the CRC and writes it in place; answers whether it reached the disk.
     static bool lockPNGChunkOfType(ChunkKind kind, const QString &path);
 
 private:

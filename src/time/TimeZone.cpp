@@ -91,6 +91,21 @@ OptionalDate TimeZone::nextDaylightSavingTimeTransitionAfterDate(Instant after) 
     return std::nullopt;
 }
 
+bool TimeZone::isWallClockRepeatedAtDate(Instant at) const
+{
+    // Offsets change at most once within a day, so the offsets a day before and a day after are
+    // the only other ones that can give this wall clock to a second instant.
+    const Instant whole(at.wholeSeconds());
+    const Instant wall = whole.addingSeconds(secondsFromGMTForDate(whole));
+    for (const double probe : {-86400.0, 86400.0}) {
+        const int offset = secondsFromGMTForDate(whole.addingSeconds(probe));
+        const Instant other = wall.addingSeconds(-offset);
+        if (other != whole && secondsFromGMTForDate(other) == offset)
+            return true;
+    }
+    return false;
+}
+
 Instant::Civil TimeZone::localCivil(Instant at) const
 {
     return at.addingSeconds(secondsFromGMTForDate(at)).toUtcCivil();

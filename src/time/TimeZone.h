@@ -34,6 +34,11 @@ public:
     // transitions or past its last one.
     OptionalDate nextDaylightSavingTimeTransitionAfterDate(Instant after) const;
 
+    // Whether another instant shows the same wall clock: the hour that a change back to standard
+    // time repeats, on either side of the change. A local stamp written then cannot say which of
+    // the two moments it means.
+    bool isWallClockRepeatedAtDate(Instant at) const;
+
     // The wall clock of this zone at an instant, seconds floored, the rest in `fraction`.
     Instant::Civil localCivil(Instant at) const;
     // The instant a wall-clock reading of this zone names. A reading that a daylight-saving

@@ -583,7 +583,7 @@ TEST(ExifDateTimeAddition, EmptyOriginalTagLeavesTheItemsDateAlone)
 
 namespace {
 
-QSet<QString> errorsOf(MySinglePic &pic, const QTimeZone &zone,
+QSet<QString> errorsOf(MySinglePic &pic, const TimeZone &zone,
                        std::function<bool(MySinglePic &)> lateValidate = {})
 {
     return checkCalculatedValuesForSaveErrors(pic, SaveCheckContext{zone, std::move(lateValidate)});
@@ -596,7 +596,7 @@ const QSet<QString> noErrors;
 TEST(SaveErrorChecks, MovieDatesBeforeTheMovieEpoch)
 {
     const Instant epoch = Instant::fromUtc(1904, 1, 1);
-    const QTimeZone fiveWest(-5 * 3600);
+    const TimeZone fiveWest = *TimeZone::fromOffsetSeconds(-5 * 3600);
     struct Case { int type; bool correction; double afterEpoch; bool error; };
     const Case cases[] = {
         {SpTypeMvhdCreation, false, 0.5, true},
@@ -618,7 +618,7 @@ TEST(SaveErrorChecks, MovieDatesBeforeTheMovieEpoch)
     Scene s;
     MySinglePic &movie = s.add(SpTypeMvhdModification);
     movie.tiffDateTimeNEW = epoch;
-    EXPECT_EQ(errorsOf(movie, QTimeZone::utc()), QSet<QString>{QStringLiteral("error_02_pre1904")});
+    EXPECT_EQ(errorsOf(movie, TimeZone::utc()), QSet<QString>{QStringLiteral("error_02_pre1904")});
 }
 
 TEST(SaveErrorChecks, FileDatesBefore1970)
@@ -627,15 +627,16 @@ TEST(SaveErrorChecks, FileDatesBefore1970)
     MySinglePic &pic = s.add(SpTypeNoTagsFileDate);
     pic.fileCreationDateNEW = Instant::fromUtc(1970, 1, 1);
     pic.fileModificationDateNEW = Instant::fromUtc(1969, 12, 31, 23, 59, 59);
-    EXPECT_EQ(errorsOf(pic, QTimeZone::utc()), QSet<QString>{QStringLiteral("error_03_pre1970")});
+    EXPECT_EQ(errorsOf(pic, TimeZone::utc()), QSet<QString>{QStringLiteral("error_03_pre1970")});
     pic.fileModificationDateNEW = Instant::fromUtc(1970, 1, 1);
-    EXPECT_EQ(errorsOf(pic, QTimeZone::utc()), noErrors);
+    EXPECT_EQ(errorsOf(pic, TimeZone::utc()), noErrors);
 }
 
 TEST(SaveErrorChecks, LocalStampInTheRepeatedAutumnHour)
 {
-    const QTimeZone berlin("Europe/Berlin");
-    ASSERT_TRUE(berlin.isValid());
+    const std::optional<TimeZone> berlinZone = TimeZone::fromName(QStringLiteral("Europe/Berlin"));
+    ASSERT_TRUE(berlinZone);
+    const TimeZone &berlin = *berlinZone;
     // On 2023-10-29 Berlin's clocks went from 03:00 CEST back to 02:00 CET (01:00 UTC).
     struct Case { Instant date; bool ambiguous; };
     const Case cases[] = {
@@ -698,7 +699,7 @@ TEST(SaveErrorChecks, LivePhotoHalvesDriftingApart)
         MySinglePic &movie = s.group(still, SpTypeMdta, c.movie);
         still.exifDateTimeOriginalNEW = c.still;
         movie.exifDateTimeOriginalNEW = c.movie;
-        EXPECT_EQ(errorsOf(still, QTimeZone::utc()).contains(QStringLiteral("error_04_livePhotoDriftingApart")),
+        EXPECT_EQ(errorsOf(still, TimeZone::utc()).contains(QStringLiteral("error_04_livePhotoDriftingApart")),
                   c.drifting)
             << c.what;
     }
@@ -706,7 +707,7 @@ TEST(SaveErrorChecks, LivePhotoHalvesDriftingApart)
 
 TEST(SaveErrorChecks, LivePhotoDriftIsExcusedByIdentifiersAndComparedAsTheStampsWillRead)
 {
-    const QTimeZone twoEast(2 * 3600);
+    const TimeZone twoEast = *TimeZone::fromOffsetSeconds(2 * 3600);
     auto drifts = [&](auto &&setUp, std::function<bool(MySinglePic &)> lateValidate = {}) {
         Scene s;
         MySinglePic &still = s.add(SpTypeExifOriginal);

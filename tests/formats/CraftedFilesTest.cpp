@@ -5,6 +5,7 @@
 #include "support/Exiftool.h"
 #include "support/QtPrinters.h"
 
+#include "formats/InPlaceWriter.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "formats/TiffLocator.h"
 
@@ -241,10 +242,8 @@ TEST(PngChunks, ChecksumRepairMakesAnInPlaceWriteValid)
     MySingleFolderDataReader reader;
     const DatesData dates = reader.savereadDatesAtPath(path, PngFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
-    {
-        FileReader file(path, QIODevice::ReadWrite);
-        ASSERT_TRUE(file.writeData("2030:12:31 23:59:59", dates.exifDateTimeOriginal->dateOffset));
-    }
+    ASSERT_TRUE(InPlaceFile::open(path)->apply(
+        {{dates.exifDateTimeOriginal->dateOffset, "2030:12:31 23:59:59", dateStamp}}));
     EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC for eXIf").size() == 1);
 
     ASSERT_TRUE(reader.lockPNGChunkOfType(PngLocator::ChunkKind::Exif, path));
@@ -275,10 +274,7 @@ TEST(PngChunks, XmpChecksumRepairAndTextChunks)
     EXPECT_EQ(created.type, 3);
 
     EXPECT_EQ(reader.tEXtDataFromPNG(path), (QMap<QString, QString>{{"Title", "Harbour at dawn"}}));
-    {
-        FileReader file(path, QIODevice::ReadWrite);
-        ASSERT_TRUE(file.writeData("2031", created.offset));
-    }
+    ASSERT_TRUE(InPlaceFile::open(path)->apply({{created.offset, "2031", "2024"}}));
     ASSERT_TRUE(reader.lockPNGChunkOfType(PngLocator::ChunkKind::Xmp, path));
     EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC").isEmpty());
     EXPECT_EQ(exiftoolTags(path, ExiftoolGroups::Family1).string("XMP-xmp:CreateDate"),

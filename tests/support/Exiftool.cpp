@@ -46,20 +46,39 @@ double ExiftoolTags::number(const QString &key) const
     return value.isDouble() ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
 }
 
-ExiftoolTags exiftoolTags(const QString &path, ExiftoolGroups groups,
-                          const QStringList &extraArguments)
+namespace {
+
+QJsonArray exiftoolJson(const QStringList &paths, ExiftoolGroups groups, const QStringList &extraArguments)
 {
     QStringList arguments{QStringLiteral("-j"), QStringLiteral("-n"),
                           groups == ExiftoolGroups::Family0 ? QStringLiteral("-G")
                                                             : QStringLiteral("-G1")};
-    arguments << extraArguments << path;
+    arguments << extraArguments << paths;
     const QByteArray output = runExiftool(arguments);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(output, &error);
     if (!document.isArray() || document.array().isEmpty())
-        throw std::runtime_error("exiftool answered no JSON for " + path.toStdString() + ": " +
-                                 error.errorString().toStdString());
-    return {document.array().first().toObject()};
+        throw std::runtime_error("exiftool answered no JSON for " + paths.join(u' ').toStdString() +
+                                 ": " + error.errorString().toStdString());
+    return document.array();
+}
+
+} // namespace
+
+ExiftoolTags exiftoolTags(const QString &path, ExiftoolGroups groups,
+                          const QStringList &extraArguments)
+{
+    return {exiftoolJson({path}, groups, extraArguments).first().toObject()};
+}
+
+std::map<QString, ExiftoolTags> exiftoolTagsOfFiles(const QStringList &paths, ExiftoolGroups groups)
+{
+    std::map<QString, ExiftoolTags> tags;
+    for (const QJsonValue &file : exiftoolJson(paths, groups, {})) {
+        const QJsonObject object = file.toObject();
+        tags.emplace(object.value(QStringLiteral("SourceFile")).toString(), ExiftoolTags{object});
+    }
+    return tags;
 }
 
 QStringList exiftoolWarnings(const QString &path, ExiftoolCheck check)

@@ -29,6 +29,10 @@ struct ExiftoolTags
 ExiftoolTags exiftoolTags(const QString &path, ExiftoolGroups groups = ExiftoolGroups::Family0,
                           const QStringList &extraArguments = {});
 
+// The same for many files in one exiftool run, keyed by the path exiftool was given.
+std::map<QString, ExiftoolTags> exiftoolTagsOfFiles(const QStringList &paths,
+                                                    ExiftoolGroups groups = ExiftoolGroups::Family0);
+
 enum class ExiftoolCheck {
     Read,     // what any read reports
     Validate, // -validate: also checksums, tag order, required tags

@@ -165,3 +165,26 @@ TEST(TimeZone, SharedZonesAnswerAlikeFromManyThreads)
     pool.setMaxThreadCount(8);
     EXPECT_EQ(QtConcurrent::blockingMapped<QStringList>(&pool, instants, answers), serial);
 }
+
+TEST(TimeZone, RepeatedWallClockOnlyAroundAChangeBackToStandardTime)
+{
+    // Lord Howe Island steps back by half an hour: 02:00 LHDT (+11:00) becomes 01:30 LHST
+    // (+10:30) at 2023-04-01 15:00 UTC, so the wall clock 01:30-02:00 shows twice. Its spring
+    // change skips 02:00-02:30 and repeats nothing.
+    const TimeZone lordHowe = zone("Australia/Lord_Howe");
+    struct Case { Instant at; bool repeated; };
+    const Case cases[] = {
+        {Instant::fromUtc(2023, 4, 1, 14, 29, 59), false},
+        {Instant::fromUtc(2023, 4, 1, 14, 30, 0), true},
+        {Instant::fromUtc(2023, 4, 1, 14, 59, 59.9), true},
+        {Instant::fromUtc(2023, 4, 1, 15, 0, 0), true},
+        {Instant::fromUtc(2023, 4, 1, 15, 29, 59), true},
+        {Instant::fromUtc(2023, 4, 1, 15, 30, 0), false},
+        {Instant::fromUtc(2023, 9, 30, 15, 30, 0), false},
+        {Instant::fromUtc(2023, 9, 30, 16, 0, 0), false},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(lordHowe.isWallClockRepeatedAtDate(c.at), c.repeated) << c.at.secondsSinceEpoch();
+    EXPECT_FALSE(TimeZone::utc().isWallClockRepeatedAtDate(Instant::fromUtc(2023, 4, 1, 15, 0, 0)));
+    EXPECT_FALSE(TimeZone::fromOffsetSeconds(3600)->isWallClockRepeatedAtDate(Instant::fromUtc(2023, 10, 29, 1, 0, 0)));
+}

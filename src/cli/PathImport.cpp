@@ -1,0 +1,55 @@
+#include "cli/PathImport.h"
+
+#include "folders/DropEntry.h"
+#include "folders/MySingleFolder.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+
+namespace orv {
+
+ImportOptions PathImport::fileDateForEmptyTags()
+{
+    ImportOptions options;
+    options.withEmptyExifFixDate = ImportOptions::UseFileDate;
+    return options;
+}
+
+PathImport::PathImport(const QStringList &paths, const Settings &settings, QTextStream &err)
+    : m_prefs(QString{}), m_answers(settings.emptyTags), m_droppedFolders(m_prefs, m_answers)
+{
+    // The user's own settings never change what a script sees.
+    m_prefs.overrideForThisRun(QStringLiteral("isAdvanced"), QStringLiteral("1"));
+    m_prefs.overrideForThisRun(QStringLiteral("skipEmptyTagImportOptions"), QStringLiteral("0"));
+    m_prefs.overrideForThisRun(QStringLiteral("subFolderAutoImportMaxDepth"),
+                               QString::number(settings.subfolderDepth));
+
+    QList<DropEntry> entries;
+    for (const QString &path : paths) {
+        const QFileInfo info(path);
+        if (!info.exists()) {
+            err << "orvelle-cli: " << path << ": no such file or folder\n";
+            m_failed = true;
+        } else if (info.isDir() && !info.isReadable()) {
+            err << "orvelle-cli: " << path << ": permission denied\n";
+            m_failed = true;
+        } else if (std::optional<DropEntry> entry = DropEntry::pathAndBookmarkFromAccessable(path)) {
+            entries.append(*entry);
+        }
+    }
+    QEventLoop waiting;
+    QObject::connect(&m_droppedFolders, &MyDroppedFolders::importEnded, &waiting, &QEventLoop::quit);
+    if (!entries.isEmpty())
+        m_droppedFolders.processDroppedFolders(entries, nullptr, 0, settings.keys);
+    if (m_droppedFolders.isImportInProgress())
+        waiting.exec();
+
+    for (const MySingleFolder *folder : m_droppedFolders.droppedFolders()) {
+        for (const QString &message : folder->importErrors.messages()) {
+            err << "orvelle-cli: " << folder->sfFolderPath << ": " << message << "\n";
+            m_failed = true;
+        }
+    }
+}
+
+} // namespace orv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/Preferences.h"
+#include "folders/ImportKeyStates.h"
+#include "folders/ImportOptions.h"
+#include "folders/ImportQuestions.h"
+#include "folders/MyDroppedFolders.h"
+
+#include <QList>
+#include <QStringList>
+#include <QTextStream>
+
+namespace orv {
+
+class MySingleFolder;
+
+// The folders the command-line tool makes of its PATH arguments, imported through the same
+// driver as a drop on the window, to the end, with fixed answers: a script is never asked.
+// Problems are said on `err`, and the rest imports.
+class PathImport
+{
+public:
+    struct Settings
+    {
+        qint64 subfolderDepth = 0;
+        KeyStatesAtImport keys;
+        ImportOptions emptyTags = fileDateForEmptyTags();
+    };
+
+    PathImport(const QStringList &paths, const Settings &settings, QTextStream &err);
+
+    QList<MySingleFolder *> folders() const { return m_droppedFolders.droppedFolders(); }
+    // Some path did not exist, could not be read, or a file of it could not be imported.
+    bool failed() const { return m_failed; }
+
+    static ImportOptions fileDateForEmptyTags();
+
+private:
+    Preferences m_prefs;
+    FixedImportAnswers m_answers;
+    MyDroppedFolders m_droppedFolders;
+    bool m_failed = false;
+};
+
+} // namespace orv

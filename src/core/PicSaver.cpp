@@ -1,0 +1,354 @@
+#include "core/PicSaver.h"
+
+#include "core/ExiftoolSteps.h"
+#include "core/MySinglePic.h"
+#include "core/SaveErrors.h"
+#include "core/SaveSettings.h"
+#include "core/StampEdits.h"
+#include "core/StoredBytes.h"
+#include "folders/MySingleFolder.h"
+#include "formats/FileReader.h"
+#include "formats/InPlaceWriter.h"
+#include "formats/PngLocator.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <algorithm>
+#include <cmath>
+
+namespace orv {
+
+namespace {
+
+bool isPhotoType(int type)
+{
+    return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate;
+}
+bool isMovieType(int type)
+{
+    return type >= SpTypeRiff && type <= SpTypeMdta;
+}
+bool isDatedByCreation(int type)
+{
+    return type == SpTypeNoTagsFileDate || type == SpTypeNoTagsImportOptionDate ||
+           type == SpTypeMovieFileDate || type == SpTypeFileDatePreferredOverTiff ||
+           type == SpTypeFileDatePreferredOverMvhd;
+}
+bool isWithinASecond(double seconds)
+{
+    return seconds > -1.0 && seconds < 1.0;
+}
+
+bool allExist(const QStringList &paths)
+{
+    return std::all_of(paths.begin(), paths.end(),
+                       [](const QString &p) { return QFileInfo::exists(p); });
+}
+
+// A regular file at the path; a directory there is no file of ours.
+std::optional<FileAttributes> fileAt(const QString &path)
+{
+    std::optional<FileAttributes> attributes = FileAttributes::read(path);
+    if (attributes && attributes->isDirectory)
+        return std::nullopt;
+    return attributes;
+}
+
+} // namespace
+
+bool PicSaver::areTheFileAttributesUnchanged(MySinglePic &pic, const FileAttributes &current)
+{
+    pic.isExtensionHidden = current.isExtensionHidden;
+    const PicAttributes &a = pic.singlePicAttributes;
+    if (!a.NSFileCreationDate || !a.NSFileModificationDate || !a.NSFileSize ||
+        *a.NSFileSize != current.size)
+        return false;
+    const double c = a.NSFileCreationDate->secondsSince(current.creationDate);
+    const double m = a.NSFileModificationDate->secondsSince(current.modificationDate);
+    if (isWithinASecond(c) && isWithinASecond(m))
+        return true;
+    const bool creationReset = a.NSFileCreationDate->secondsSinceEpoch() < 0.0 &&
+                               current.creationDate.secondsSinceEpoch() == 0.0;
+    if (!creationReset)
+        return false;
+    const bool modificationReset = a.NSFileModificationDate->secondsSinceEpoch() < 0.0 &&
+                                   current.modificationDate.secondsSinceEpoch() == 0.0;
+    return modificationReset || isWithinASecond(m);
+}
+
+qint64 PicSaver::updatedUnchangedFileState()
+{
+    const OptionalDate lastChange =
+        m_pic.spSingleFolder ? m_pic.spSingleFolder->lastLocalChange : std::nullopt;
+    if (m_pic.lastCheckedAt && (!lastChange || *m_pic.lastCheckedAt >= *lastChange))
+        return m_pic.fileUnchangedState;
+    m_pic.lastCheckedAt = currentInstant();
+    if (m_pic.fileUnchangedState == 5)
+        return 5;
+
+    const QString path = m_pic.spPath();
+    const std::optional<FileAttributes> attributes = fileAt(path);
+    if (!attributes)
+        return 1;
+    if (!allExist(m_pic.spSidecarPaths()))
+        return 4;
+    FileReader file(path);
+    if (!file.isOpen())
+        return 2;
+    if (!areTheFileAttributesUnchanged(m_pic, *attributes))
+        return 3;
+    if (!m_pic.takesEdits())
+        return 0;
+    if (!StoredBytes::areUnchanged(m_pic.singlePicAttributes, file))
+        return 4;
+    return m_pic.wouldBenefitFromReImport ? 5 : 0;
+}
+
+bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                            bool isWithoutError)
+{
+    if (!saving)
+        return realValidatePicWithSavingChanges(false, onlySaveFilesOfType, isWithoutError);
+
+    m_pic.didRefreshTimesAfterSave = false;
+    const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled ||
+                          m_pic.isThisPureTimeUnsaved();
+    const bool tagsDue = m_pic.shouldAddExifDateTimeTags;
+    const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    if (locationDue && isWithoutError) {
+        for (const QString &sidecar : m_pic.spSidecarPaths()) {
+            if (!sidecar.endsWith(QLatin1String(".xmp"), Qt::CaseInsensitive))
+                continue;
+            if (!QFileInfo::exists(sidecar)) {
+                m_env.errors.addErrorID(SaveErrorId::XmpSidecarMissing, m_pic);
+                isWithoutError = false;
+            } else if (!QFileInfo(sidecar).isWritable()) {
+                m_env.errors.addErrorID(SaveErrorId::XmpSidecarUnusable, m_pic);
+                isWithoutError = false;
+            }
+        }
+    }
+
+    const bool success =
+        realValidatePicWithSavingChanges(true, onlySaveFilesOfType, isWithoutError);
+    if (success) {
+        m_pic.shouldReSaveLoc = false;
+        m_pic.saveErrorType = 0;
+        if (m_pic.normalizationType & NormalizationFileDates) {
+            m_pic.normalizationType &= ~quint64(NormalizationFileDates);
+            m_pic.validateFilesystemNormalization();
+        }
+    } else {
+        m_pic.saveErrorType = (locationDue ? quint64(SaveErrorLocation) : 0) |
+                              (timesDue ? quint64(SaveErrorTime) : 0) |
+                              (tagsDue ? quint64(SaveErrorTagAdd) : 0);
+    }
+    return success;
+}
+
+bool PicSaver::invalidPicErrorID(int savingId, int checkingId, bool saving)
+{
+    if (!m_pic.bundleMasterImage)
+        m_pic.isInvalidDueToChangesAfterImport = true;
+    m_env.errors.addErrorID(saving ? savingId : checkingId, m_pic);
+    return false;
+}
+
+bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                                bool isWithoutError)
+{
+    if (!saving && m_pic.isInvalidDueToChangesAfterImport)
+        return false;
+    const QString path = m_pic.spPath();
+    bool success = isWithoutError;
+    std::optional<FileReader> file;
+    const std::optional<FileAttributes> attributes = fileAt(path);
+    if (!attributes) {
+        m_pic.fileUnchangedState = 1;
+        if (success)
+            success =
+                invalidPicErrorID(SaveErrorId::SaveMissing, SaveErrorId::CheckMissing, saving);
+    } else if (success) {
+        file.emplace(path);
+        if (!file->isOpen()) {
+            file.reset();
+            success = invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
+                                        saving);
+        } else if (!allExist(m_pic.spSidecarPaths()) ||
+                   !areTheFileAttributesUnchanged(m_pic, *attributes)) {
+            m_pic.fileUnchangedState = 3;
+            success =
+                invalidPicErrorID(SaveErrorId::SaveChanged, SaveErrorId::CheckChanged, saving);
+        }
+    }
+
+    if (!m_pic.takesEdits())
+        return success;
+    if (m_pic.spType == SpTypeNoTagsImportOptionDate && saving && success)
+        m_pic.spType = SpTypeNoTagsFileDate;
+    if (isPhotoType(m_pic.spType))
+        return savePhoto(saving, onlySaveFilesOfType, success, file ? &*file : nullptr);
+    if (isMovieType(m_pic.spType))
+        return saveMovie(saving, success, file ? &*file : nullptr);
+    return saveFile(saving, onlySaveFilesOfType, success);
+}
+
+bool PicSaver::proveStoredBytes(bool saving, bool success, FileReader *file)
+{
+    if (success && !StoredBytes::areUnchanged(m_pic.singlePicAttributes, *file)) {
+        m_pic.fileUnchangedState = 4;
+        return invalidPicErrorID(SaveErrorId::SaveChanged, SaveErrorId::CheckChanged, saving);
+    }
+    // Bytes that a newer version of the system reads differently are not written over.
+    if (success && m_pic.fileUnchangedState == 5)
+        return invalidPicErrorID(SaveErrorId::SaveChanged, SaveErrorId::CheckChanged, saving);
+    return success;
+}
+
+bool PicSaver::visitDependent(bool saving, bool success)
+{
+    MySinglePic *dependent = m_pic.bundleDependentImage;
+    return !dependent || PicSaver(*dependent, m_env)
+                             .validatePicWithSavingChanges(saving, ItemAndDependent, success);
+}
+
+bool PicSaver::saveDependentFirst(int onlySaveFilesOfType)
+{
+    MySinglePic *dependent = m_pic.bundleDependentImage;
+    return onlySaveFilesOfType == ItemOnly || !dependent ||
+           PicSaver(*dependent, m_env).validatePicWithSavingChanges(true);
+}
+
+bool PicSaver::areTimesDue() const
+{
+    return m_pic.isThisTimeUnsaved() ||
+           m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled;
+}
+
+bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, FileReader *file)
+{
+    success = proveStoredBytes(saving, success, file);
+    if (!saving || !success) {
+        const bool dependentValid = visitDependent(saving, success);
+        return success && dependentValid;
+    }
+
+    const bool dependentSaved = saveDependentFirst(onlySaveFilesOfType);
+    const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    if (locationDue) {
+        if (!m_env.exiftool.saveLocationChange(m_pic))
+            return false;
+    } else if (!dependentSaved) {
+        return false;
+    }
+
+    PlannedSave plan = StampEdits(m_pic, m_env.settings).planPhoto();
+    if (m_pic.shouldAddExifDateTimeTags || plan.needsXmpExtension) {
+        const bool tagsAdded =
+            !m_pic.shouldAddExifDateTimeTags || m_env.exiftool.completeFullExifDateTags(m_pic);
+        if (!tagsAdded || (plan.needsXmpExtension && !m_env.exiftool.extendShortXmpDateTags(m_pic)))
+            return false;
+        plan = StampEdits(m_pic, m_env.settings).planPhoto();
+    }
+
+    const bool datesFollowLocation =
+        locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1;
+    if (!areTimesDue() && !datesFollowLocation) {
+        m_pic.needsInternalDataRefresh = false;
+        return true;
+    }
+    return writeAndFinish(std::move(plan));
+}
+
+bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
+{
+    success = proveStoredBytes(saving, success, file);
+    if (!saving || !success)
+        return success;
+    // Movies are dated by their file until the movie reader stores where their dates stand.
+    m_env.errors.addToolError(
+        ToolStep::WriteMovieDates, m_pic,
+        QCoreApplication::translate("SaveErrors", "movie dates are not written yet"));
+    return false;
+}
+
+bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
+{
+    if (!saving || !success)
+        return success;
+    if (!saveDependentFirst(onlySaveFilesOfType))
+        return false;
+    const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    if (locationDue && !m_env.exiftool.saveLocationChange(m_pic))
+        return false;
+    if (m_pic.shouldAddExifDateTimeTags && !m_env.exiftool.completeFullExifDateTags(m_pic))
+        return false;
+    if (!areTimesDue() && !locationDue)
+        return true;
+    return writeAndFinish({});
+}
+
+bool PicSaver::writeAndFinish(PlannedSave plan)
+{
+    const QString path = m_pic.spPath();
+    const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
+    if (!writer || !writer->apply(plan.edits))
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
+        FileReader written(path);
+        PngLocator chunks(written);
+        for (const auto &[touched, kind] :
+             {std::pair(plan.touchesExif, PngLocator::ChunkKind::Exif),
+              std::pair(plan.touchesXmp, PngLocator::ChunkKind::Xmp)}) {
+            const std::optional<ByteEdit> checksum =
+                touched ? chunks.chunkCrcEdit(kind) : std::nullopt;
+            if (checksum && !writer->apply({*checksum}))
+                return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
+                                         true);
+        }
+    }
+    // Only the modification date can be set here, after the bytes, whose writing moved it. No
+    // call sets a birth time on Linux: a file system that keeps one keeps the old one.
+    const bool modificationSet = !m_pic.fileModificationDateNEW ||
+                                 writer->setModificationDate(*m_pic.fileModificationDateNEW);
+    if (!writer->synchronize())
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+
+    for (const auto &taken : plan.whenSaved)
+        taken();
+    storeFileAttributes();
+    // Where the creation date is the item's date, a creation date the file system did not take
+    // would lose the change at the next import: it stays pending instead.
+    const bool creationHeld =
+        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
+        (m_pic.fileCreationDateOLD &&
+         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
+    if (!modificationSet || !creationHeld)
+        return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
+    takeSavedState();
+    return true;
+}
+
+void PicSaver::storeFileAttributes()
+{
+    const std::optional<FileAttributes> now = FileAttributes::read(m_pic.spPath());
+    if (!now)
+        return;
+    PicAttributes &a = m_pic.singlePicAttributes;
+    a.NSFileCreationDate = m_pic.fileCreationDateOLD = now->creationDate;
+    a.NSFileModificationDate = m_pic.fileModificationDateOLD = now->modificationDate;
+    a.NSFileSize = now->size;
+}
+
+void PicSaver::takeSavedState()
+{
+    if (m_pic.spDateTimeModified_tempFIX)
+        m_pic.spDateTimeOriginal = m_pic.spDateTimeModified_tempFIX;
+    // An empty tag that now holds the date is a tag like any other.
+    if (m_pic.isNullerFile() && isPhotoType(m_pic.spType))
+        m_pic.spType = SpTypeExifOriginal + (m_pic.spType - SpTypeEmptyOriginalFileDate) % 3;
+    m_pic.isUnsavedDueToTZC = false;
+    m_pic.didRefreshTimesAfterSave = true;
+}
+
+} // namespace orv

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "core/FileAttributes.h"
+
+#include <QtGlobal>
+
+namespace orv {
+
+class ExiftoolSteps;
+class FileReader;
+class FileWriteAccess;
+class MySinglePic;
+class SaveErrors;
+struct PlannedSave;
+struct SaveSettings;
+
+// What saving one item needs from the run around it.
+struct SaveEnvironment
+{
+    const SaveSettings &settings;
+    SaveErrors &errors;
+    FileWriteAccess &disk;
+    ExiftoolSteps &exiftool;
+};
+
+// The save of one item: proves that the file still holds what the import saw and only then
+// writes the item's NEW dates into it, in place, in the same number of bytes, and sets the file
+// dates. Without saving it only checks, as a rename or a verification does. A group's dependent
+// is saved through its master; a dependent that fails keeps its master's dates unwritten.
+class PicSaver
+{
+public:
+    // onlySaveFilesOfType: 0 the item and its dependent; 1 only the item; 2 the item is a
+    // dependent saved alone.
+    enum OnlySave : int { ItemAndDependent = 0, ItemOnly = 1, DependentAlone = 2 };
+
+    PicSaver(MySinglePic &pic, SaveEnvironment &environment) : m_pic(pic), m_env(environment) {}
+
+    // True on success. isWithoutError false: an earlier step failed, the item is not saved but
+    // its dependent is still visited.
+    bool validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType = ItemAndDependent,
+                                      bool isWithoutError = true);
+
+    // The value for fileUnchangedState, read-only: 0 unchanged, 1 missing, 2 unreadable, 3 file
+    // attributes changed, 4 bytes or a sidecar changed, 5 needs a new import. Repeated only when
+    // the folder changed since the last check.
+    qint64 updatedUnchangedFileState();
+
+    // Size equal and both dates within a second. A file system that cannot hold a date before
+    // 1970 gives it back as 0, which is no change.
+    static bool areTheFileAttributesUnchanged(MySinglePic &pic, const FileAttributes &current);
+
+private:
+    bool realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
+                                          bool isWithoutError);
+    bool savePhoto(bool saving, int onlySaveFilesOfType, bool success, FileReader *file);
+    bool saveFile(bool saving, int onlySaveFilesOfType, bool success);
+    bool saveMovie(bool saving, bool success, FileReader *file);
+    // Every stored value's bytes are still in the file; answers the success that remains.
+    bool proveStoredBytes(bool saving, bool success, FileReader *file);
+    bool areTimesDue() const;
+    // Writes the planned bytes, repairs PNG checksums, sets the file dates, reaches the disk;
+    // then the item takes on its saved state.
+    bool writeAndFinish(PlannedSave plan);
+    bool saveDependentFirst(int onlySaveFilesOfType);
+    bool visitDependent(bool saving, bool success);
+    bool invalidPicErrorID(int savingId, int checkingId, bool saving);
+    void storeFileAttributes();
+    void takeSavedState();
+
+    MySinglePic &m_pic;
+    SaveEnvironment &m_env;
+};
+
+} // namespace orv

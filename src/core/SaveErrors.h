@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/Instant.h"
+
+#include <QList>
+#include <QMutex>
+#include <QString>
+#include <map>
+
+namespace orv {
+
+class MySinglePic;
+
+// Error ids a save gives an item; the user reads them together at the end of the run.
+namespace SaveErrorId {
+constexpr int FileDatesNotSet = 0;
+constexpr int SaveCannotOpen = 2;
+constexpr int SaveChanged = 3;
+constexpr int SaveMissing = 4;
+constexpr int XmpInFileUnreadable = 6;
+constexpr int XmpSidecarUnusable = 7;
+constexpr int CheckCannotOpen = 10;
+constexpr int CheckChanged = 11;
+constexpr int CheckMissing = 12;
+constexpr int XmpSidecarMissing = 15;
+// Ids 3 and 11 of an item whose group holds an outdated reading.
+constexpr int SaveChangedOutdatedGroup = 27;
+constexpr int CheckChangedOutdatedGroup = 28;
+} // namespace SaveErrorId
+
+// Steps a save may need that this build cannot do yet. Those that change a file's structure go
+// through exiftool and carry its error types, so the bridge reports into the same lists.
+enum class ToolStep : int {
+    AddLocation = 1,
+    UpdateLocation = 3,
+    AddExifDateTags = 6,
+    ExtendShortXmpStamps = 7,
+    // In place, once the movie reader stores where a movie's dates stand.
+    WriteMovieDates = 20,
+};
+
+// The errors of one run: per error id the items that failed with it, and per step that could
+// not be done the items it left unsaved. Safe to fill from the run's worker threads at once.
+class SaveErrors
+{
+public:
+    struct Entry
+    {
+        MySinglePic *pic = nullptr;
+        QString path; // as it was when the error happened
+    };
+
+    // Counts the item's group once in its folder's saveErrors, turns ids 3 and 11 of a group
+    // with an outdated reading into 27 and 28, and lists the item under its id.
+    void addErrorID(int id, MySinglePic &pic);
+    void addToolError(ToolStep step, MySinglePic &pic, const QString &reason);
+
+    bool isEmpty() const;
+    // The ids and steps under which the item is listed.
+    QList<int> errorIdsFor(const MySinglePic &pic) const;
+    QList<ToolStep> toolStepsFor(const MySinglePic &pic) const;
+
+    // What the error log gets: the date and a summary, then each list with its description and
+    // one tab-indented path per line in path order, then the steps that could not be done.
+    QString logText(Instant now) const;
+
+    static QString descriptionForId(int id);
+
+private:
+    struct ToolEntry
+    {
+        Entry entry;
+        QString reason;
+    };
+
+    mutable QMutex m_mutex;
+    std::map<int, QList<Entry>> m_lists;
+    std::map<ToolStep, QList<ToolEntry>> m_toolErrors;
+};
+
+} // namespace orv

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+namespace orv {
+
+class MySinglePic;
+
+// What the pre-check found: an error key (error_01_ambiguousStamp, error_05_notFound, ...) to
+// the items it concerns, in the order they were checked.
+using PreSaveErrors = QMap<QString, QList<MySinglePic *>>;
+
+// Questions a save run asks the user. The window answers with its pre-save summary; tests and
+// the command-line tool with fixed choices. Called on the run's thread, which waits for the
+// answer, so a window implementation must hop to the main thread and block until the user
+// decided.
+class SaveQuestions
+{
+public:
+    virtual ~SaveQuestions() = default;
+    // The pre-check found values that cannot be written as they are, or files changed since
+    // import. True saves what can be saved; false cancels before any file is touched.
+    virtual bool proceedDespitePreSaveErrors(const PreSaveErrors &errors) = 0;
+};
+
+// Always the same answer.
+class FixedSaveAnswers : public SaveQuestions
+{
+public:
+    explicit FixedSaveAnswers(bool proceed) : m_proceed(proceed) {}
+    bool proceedDespitePreSaveErrors(const PreSaveErrors &) override { return m_proceed; }
+
+private:
+    bool m_proceed;
+};
+
+} // namespace orv

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "core/ExiftoolSteps.h"
+#include "core/SaveErrors.h"
+#include "core/SaveQuestions.h"
+#include "core/SaveSettings.h"
+
+#include <QFuture>
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QSet>
+#include <QThreadPool>
+
+namespace orv {
+
+class FileWriteAccess;
+class LogController;
+class MySingleFolder;
+class MySinglePic;
+
+// How a run ended.
+struct SaveOutcome
+{
+    bool cancelled = false;              // the pre-save question was answered with cancel
+    PreSaveErrors preSaveErrors;         // what the pre-check found
+    QSet<const MySinglePic *> savedPics; // items whose save succeeded, dependents included
+};
+
+// One save of the given folders: a pre-check of every item with one fixed "now" and one copy of
+// the options, the question when the pre-check found something, the write pass, the XMP sync
+// pass, and the folders' end (offsets cleared; a folder with failed items in together mode turns
+// to separate mode, its failed items keeping their pending offset). The errors go to the run's
+// lists and, as text, to the error log.
+//
+// run() works on the calling thread (and saves the items of a folder on a pool of its own);
+// start() runs it on a pool thread. Progress and status come
+// as signals from the run's thread, so a window connects them queued. While a run is going,
+// nothing else may touch its folders or items.
+class SaveRun : public QObject
+{
+    Q_OBJECT
+public:
+    SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQuestions &questions,
+            LogController *log = nullptr, FileWriteAccess *disk = nullptr);
+    ~SaveRun() override;
+
+    // Only the pre-check: the NEW values of every item and what stands in the way of writing
+    // them. Touches no file.
+    PreSaveErrors preProcess();
+    SaveOutcome run();
+    QFuture<SaveOutcome> start();
+
+    const SaveErrors &errors() const { return m_errors; }
+
+Q_SIGNALS:
+    // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP".
+    void statusChanged(const QString &statusKey);
+    void progressMaximumChanged(int maximum);
+    void progressChanged(int value);
+    void finished(bool cancelled);
+
+private:
+    QList<MySingleFolder *> foldersToSave() const;
+    bool isDue(const MySinglePic &pic) const;
+    void saveThread(SaveOutcome &outcome);
+    void syncXMPDataThread(const QList<MySingleFolder *> &folders);
+    void syncXmpDates(MySinglePic &pic);
+    void clearDateValuesAfterSavingFolder(MySingleFolder &folder);
+    void writeErrorLog();
+    void startProgress(int maximum);
+    void reportProgress(int done, int count, int step);
+
+    QList<MySingleFolder *> m_folders;
+    SaveSettings m_settings;
+    SaveQuestions &m_questions;
+    LogController *m_log;
+    FileWriteAccess &m_disk;
+    SaveErrors m_errors;
+    ExiftoolUnavailable m_exiftool{m_errors};
+    QThreadPool m_savePool;
+    QMutex m_progressMutex;
+    int m_progress = 0;
+};
+
+} // namespace orv

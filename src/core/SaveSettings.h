@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/Instant.h"
+#include "core/NewDateOptions.h"
+#include "time/TimeZone.h"
+
+#include <optional>
+
+namespace orv {
+
+class Preferences;
+
+// Everything a save run reads from the preferences, read once at its start: whatever the user
+// changes meanwhile reaches the next run, not this one.
+struct SaveSettings
+{
+    NewDateOptions options;
+    bool syncGPSDataOnSave = true;
+    // On: a GPS date moves by the item's offset. Off: it takes the item's new date.
+    bool syncGPSDataOnSaveType = true;
+    bool syncXMPDataOnSave = false;
+    // The zone every new stamp is written in once time zone correction chooses one. Without it a
+    // stamp keeps its own zone: the one its offset tag or XMP offset names, UTC for a "Z" stamp,
+    // the system zone for a local stamp, the zone the scan read it in.
+    std::optional<TimeZone> targetTimeZone;
+
+    static SaveSettings fromPreferences(const Preferences &prefs, Instant now);
+};
+
+// The present moment, to the millisecond.
+Instant currentInstant();
+
+} // namespace orv

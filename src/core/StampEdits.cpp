@@ -1,0 +1,250 @@
+#include "core/StampEdits.h"
+
+#include "core/DateStampCodec.h"
+#include "core/MySinglePic.h"
+#include "core/SaveSettings.h"
+#include "folders/MySingleFolder.h"
+
+#include <cmath>
+
+namespace orv {
+
+namespace {
+
+constexpr qsizetype stampLength = 19;
+
+// The fixed offset a zone-bearing stamp names: its digits read as UTC, less the instant it says.
+TimeZone zoneOfOffset(Instant stated, Instant digitsAsUtc, const TimeZone &fallback)
+{
+    if (stated.isDistantPast() || digitsAsUtc.isDistantPast())
+        return fallback;
+    return TimeZone::fromOffsetSeconds(int(std::lround(digitsAsUtc.secondsSince(stated))))
+        .value_or(fallback);
+}
+
+TimeZone zoneOfOffsetTag(const OffsetTagRecord &tag, const TimeZone &fallback)
+{
+    static const QByteArray reference("2000:01:01 12:00:00", 20);
+    return zoneOfOffset(DateStampCodec::dateFromExifData(reference, tag.offsetData, fallback),
+                        DateStampCodec::dateFromExifData(reference, TimeZone::utc()), fallback);
+}
+
+TimeZone zoneOfXmpStamp(const XmpStampRecord &record, const TimeZone &fallback)
+{
+    const XmpStampKind kind{record.type, record.subtype};
+    const OptionalDate stated = DateStampCodec::xmpDateFromStampInfos(record.data, kind, fallback);
+    const int digits = (record.subtype & XmpStampKind::WithoutSeconds) ? 16 : 19;
+    const OptionalDate asUtc = DateStampCodec::dateFromXmpTimeStamp(
+        QString::fromLatin1(record.data.left(digits)), TimeZone::utc(), true, record.subtype);
+    if (!stated || !asUtc)
+        return fallback;
+    return zoneOfOffset(*stated, *asUtc, fallback);
+}
+
+QByteArray patched(QByteArray data, qsizetype at, const QByteArray &bytes)
+{
+    return data.replace(at, bytes.size(), bytes);
+}
+
+} // namespace
+
+void PlannedSave::add(quint32 offset, const QByteArray &bytes, const QByteArray &previous)
+{
+    if (bytes != previous)
+        edits.push_back({offset, bytes, previous});
+}
+
+TimeZone StampEdits::localZone() const
+{
+    return m_settings.targetTimeZone.value_or(TimeZone::systemZone());
+}
+
+PlannedSave StampEdits::planPhoto()
+{
+    PlannedSave plan;
+    planXmpDates(plan);
+    planGps(plan);
+    PicAttributes &a = m_pic.singlePicAttributes;
+    planExifSlot(plan, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
+                 m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
+    planExifSlot(plan, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
+                 m_pic.exifDateTimeDigitizedOLD, m_pic.exifDateTimeDigitizedNEW, m_pic.isDigiXmp);
+    planExifSlot(plan, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
+                 m_pic.tiffDateTimeNEW, m_pic.isModiXmp);
+    return plan;
+}
+
+void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
+                              std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
+                              OptionalDate newDate, bool isXmpSlot)
+{
+    if (!stamp || stamp->dateOffset == 0 || !oldDate || isXmpSlot || !newDate)
+        return;
+    const TimeZone local = localZone();
+    QByteArray stampData;
+    if (offsetTag && offsetTag->offsetOffset) {
+        const TimeZone zone =
+            m_settings.targetTimeZone.value_or(zoneOfOffsetTag(*offsetTag, local));
+        const ExifStampWithOffset written =
+            DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
+        if (written.stamp.size() != stampLength + 1 || written.offset.size() != 7)
+            return;
+        stampData = written.stamp;
+        plan.add(offsetTag->offsetOffset, written.offset, offsetTag->offsetData);
+        plan.whenSaved.push_back(
+            [&offsetTag, offset = written.offset] { offsetTag->offsetData = offset; });
+    } else {
+        stampData = DateStampCodec::exifDataFromDate(*newDate, local);
+        if (stampData.size() != stampLength + 1)
+            return;
+    }
+    plan.add(stamp->dateOffset, stampData.left(stampLength), stamp->dateData.left(stampLength));
+    plan.touchesExif = true;
+    plan.whenSaved.push_back([&stamp, &oldDate, stampData, newDate] {
+        stamp->dateData = stampData;
+        oldDate = newDate;
+    });
+}
+
+OptionalDate StampEdits::movedGpsDate() const
+{
+    if (!m_settings.syncGPSDataOnSaveType)
+        return m_pic.spDateTimeModified_tempFIX;
+    const MySingleFolder *folder = m_pic.spSingleFolder;
+    const double offset = folder && folder->sfEditMode == MySingleFolder::EditTogether
+                              ? folder->sfDateModificationsTimeInterval
+                              : m_pic.singlePicModification;
+    return m_pic.spGpsUTCDate->addingSeconds(offset);
+}
+
+void StampEdits::planGps(PlannedSave &plan)
+{
+    if (!m_pic.spGpsUTCDate || m_pic.isGpsXmp || !m_settings.syncGPSDataOnSave)
+        return;
+    const OptionalDate moved = movedGpsDate();
+    if (!moved || moved->wholeSeconds() == m_pic.spGpsUTCDate->wholeSeconds())
+        return;
+    PicAttributes &a = m_pic.singlePicAttributes;
+    const bool hasTime = a.GPSTimeStamp && a.GPSTimeStamp->dateOffset;
+    const bool hasDay = a.GPSDateStamp && a.GPSDateStamp->dateOffset;
+    const QByteArray time =
+        hasTime
+            ? DateStampCodec::gpsTimeDataFromTimeStamp(
+                  *moved, a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
+            : QByteArray();
+    const QByteArray day = hasDay ? DateStampCodec::gpsDateDataFromTimeStamp(*moved) : QByteArray();
+    if ((hasTime && time.size() != a.GPSTimeStamp->dateData.size()) ||
+        (hasDay && day.size() != a.GPSDateStamp->dateData.size()))
+        return;
+    if (hasTime) {
+        plan.add(a.GPSTimeStamp->dateOffset, time, a.GPSTimeStamp->dateData);
+        plan.whenSaved.push_back([&a, time] { a.GPSTimeStamp->dateData = time; });
+    }
+    if (hasDay) {
+        plan.add(a.GPSDateStamp->dateOffset, day, a.GPSDateStamp->dateData);
+        plan.whenSaved.push_back([&a, day] { a.GPSDateStamp->dateData = day; });
+    }
+    plan.touchesExif = true;
+    plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
+}
+
+std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, Instant date,
+                                                const TimeZone &localZone, bool &needsExtension)
+{
+    if (record.data.isEmpty() || record.offset == 0)
+        return {};
+    const bool withoutSeconds = record.subtype & XmpStampKind::WithoutSeconds;
+    const qsizetype digits = withoutSeconds ? 16 : stampLength;
+    const bool isLocal = record.type == XmpStampKind::Local;
+    const TimeZone zone = record.type == XmpStampKind::Utc ? TimeZone::utc()
+                          : isLocal                        ? localZone
+                                                           : zoneOfXmpStamp(record, localZone);
+    if (withoutSeconds && zone.localCivil(date).second != 0) {
+        needsExtension = true;
+        return {};
+    }
+    const QString text = DateStampCodec::xmpTimeStampFromDate(date, zone, isLocal, record.subtype);
+    const qsizetype zoneLength = (record.subtype & XmpStampKind::OffsetWithoutColon) ? 5 : 6;
+    const bool hasOwnOffset = record.type == XmpStampKind::OwnOffset;
+    if (text.size() < (isLocal ? digits : digits + zoneLength) ||
+        !DateStampCodec::seemsValidXMPString(text, record.subtype) ||
+        record.data.size() < (hasOwnOffset ? digits + zoneLength : digits))
+        return {};
+    std::vector<ByteEdit> edits{
+        {record.offset, text.left(digits).toLatin1(), record.data.left(digits)}};
+    // Fractions between the seconds and the offset stay; a "Z" stays too.
+    if (hasOwnOffset)
+        edits.push_back({record.offset + record.data.size() - zoneLength,
+                         text.right(zoneLength).toLatin1(), record.data.right(zoneLength)});
+    return edits;
+}
+
+void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key,
+                              OptionalDate date)
+{
+    const auto found = infos.find(QLatin1String(key));
+    if (found == infos.end() || !date || date->isSentinel())
+        return;
+    XmpStampRecord &record = found->second;
+    QByteArray data = record.data;
+    for (const ByteEdit &edit : xmpStampEdits(record, *date, localZone(), plan.needsXmpExtension)) {
+        plan.add(quint32(edit.offset), edit.bytes, edit.previous);
+        data = patched(data, edit.offset - record.offset, edit.bytes);
+    }
+    if (data == record.data)
+        return;
+    plan.touchesXmp = true;
+    plan.whenSaved.push_back([&record, data] { record.data = data; });
+}
+
+void StampEdits::planXmpDates(PlannedSave &plan)
+{
+    if (!m_pic.singlePicAttributes.xmpDateInfos)
+        return;
+    XmpDateInfos &infos = *m_pic.singlePicAttributes.xmpDateInfos;
+    // The more specific tag is written; its twin too when the user keeps twins in step, or when
+    // it is the only one.
+    const auto writeSlot = [&](const char *preferred, const char *twin, OptionalDate date) {
+        planXmpStamp(plan, infos, preferred, date);
+        if (m_settings.syncXMPDataOnSave || !infos.count(QLatin1String(preferred)))
+            planXmpStamp(plan, infos, twin, date);
+    };
+    if (m_pic.isCreaXmp) {
+        writeSlot("PhotoshopDateCreated", "ExifDateTimeOriginal", m_pic.exifDateTimeOriginalNEW);
+        plan.whenSaved.push_back(
+            [&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
+    }
+    if (m_pic.isDigiXmp) {
+        writeSlot("XmpCreateDate", "ExifDateTimeDigitized", m_pic.exifDateTimeDigitizedNEW);
+        plan.whenSaved.push_back(
+            [&pic = m_pic] { pic.exifDateTimeDigitizedOLD = pic.exifDateTimeDigitizedNEW; });
+    }
+    if (m_pic.isModiXmp || m_pic.hasModiXmp) {
+        writeSlot("XmpModifyDate", "TiffDateTime", m_pic.tiffDateTimeNEW);
+        if (m_pic.isModiXmp)
+            plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
+    }
+    if (m_pic.isGpsXmp && m_pic.spGpsUTCDate && m_settings.syncGPSDataOnSave) {
+        const OptionalDate moved = movedGpsDate();
+        planXmpStamp(plan, infos, "GPSTimeStamp", moved);
+        plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
+    }
+}
+
+PlannedSave StampEdits::planXmpSync(XmpDateInfos &infos)
+{
+    PlannedSave plan;
+    const auto writeSlot = [&](const char *first, const char *second, OptionalDate date) {
+        planXmpStamp(plan, infos, first, date);
+        planXmpStamp(plan, infos, second, date);
+    };
+    writeSlot("ExifDateTimeOriginal", "PhotoshopDateCreated", m_pic.exifDateTimeOriginalOLD);
+    writeSlot("ExifDateTimeDigitized", "XmpCreateDate", m_pic.exifDateTimeDigitizedOLD);
+    writeSlot("TiffDateTime", "XmpModifyDate", m_pic.tiffDateTimeOLD);
+    const PicAttributes &a = m_pic.singlePicAttributes;
+    if (m_settings.syncGPSDataOnSave && a.GPSTimeStamp && a.GPSDateStamp)
+        planXmpStamp(plan, infos, "GPSTimeStamp", m_pic.spGpsUTCDate);
+    return plan;
+}
+
+} // namespace orv

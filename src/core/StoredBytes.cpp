@@ -1,0 +1,63 @@
+#include "core/StoredBytes.h"
+
+#include "formats/FileReader.h"
+
+#include <algorithm>
+
+namespace orv {
+
+namespace {
+
+bool holds(FileReader &file, quint64 offset, const QByteArray &stored)
+{
+    return offset == 0 || file.readDataOfLength(stored.size(), qint64(offset)) == stored;
+}
+
+// A stamp is read as 19 bytes; the NUL after it is the stored record's, whatever the file has.
+bool holdsStamp(FileReader &file, const std::optional<StampRecord> &stamp)
+{
+    if (!stamp || stamp->dateOffset == 0)
+        return true;
+    return file.readDataOfLength(19, stamp->dateOffset) + '\0' == stamp->dateData;
+}
+
+bool holdsOffsetTag(FileReader &file, const std::optional<OffsetTagRecord> &tag)
+{
+    return !tag || holds(file, tag->offsetOffset, tag->offsetData);
+}
+
+bool holdsLocation(FileReader &file, const GpsLocationRecord &r)
+{
+    return holds(file, r.latitudeRef_Offset, r.latitudeRef_Data) &&
+           holds(file, r.latitude_Offset, r.latitude_Data) &&
+           holds(file, r.longitudeRef_Offset, r.longitudeRef_Data) &&
+           holds(file, r.longitude_Offset, r.longitude_Data) &&
+           holds(file, r.altitudeRef_Offset, r.altitudeRef_Data) &&
+           holds(file, r.altitude_Offset, r.altitude_Data) &&
+           holds(file, r.hPositioningError_Offset, r.hPositioningError_Data);
+}
+
+} // namespace
+
+bool StoredBytes::areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &file)
+{
+    return std::all_of(infos.begin(), infos.end(), [&file](const auto &entry) {
+        return holds(file, entry.second.offset, entry.second.data);
+    });
+}
+
+bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
+{
+    return (!a.xmpDateInfos || areXmpInfosUnchanged(*a.xmpDateInfos, file)) &&
+           holdsStamp(file, a.TIFFDateTime) && holdsOffsetTag(file, a.TIFFOffsetTime) &&
+           holdsStamp(file, a.ExifDateTimeOriginal) &&
+           holdsOffsetTag(file, a.ExifOffsetTimeOriginal) &&
+           holdsStamp(file, a.ExifDateTimeDigitized) &&
+           holdsOffsetTag(file, a.ExifOffsetTimeDigitized) &&
+           (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData)) &&
+           (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData)) &&
+           (!a.GPSLocation || holdsLocation(file, *a.GPSLocation)) &&
+           (!a.QTMetaDate || holds(file, a.QTMetaDate->dateOffset, a.QTMetaDate->dateData));
+}
+
+} // namespace orv

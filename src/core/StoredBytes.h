@@ -1,0 +1,20 @@
+#pragma once
+
+#include "core/PicAttributes.h"
+
+namespace orv {
+
+class FileReader;
+
+// The proof that a file still holds what the import saw: every stored value, read again at its
+// offset with its stored length, is equal byte for byte. An offset of 0 stands for no value.
+class StoredBytes
+{
+public:
+    // EXIF and TIFF stamps, offset tags, GPS stamps and location, the QuickTime metadata date,
+    // and the XMP stamps.
+    static bool areUnchanged(const PicAttributes &attributes, FileReader &file);
+    static bool areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &file);
+};
+
+} // namespace orv

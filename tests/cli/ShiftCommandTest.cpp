@@ -1,0 +1,271 @@
+#include "core/DateStampCodec.h"
+#include "formats/FileReader.h"
+#include "formats/PngLocator.h"
+#include "support/CliRun.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/MediaFileBuilder.h"
+#include "support/QtPrinters.h"
+#include "support/ReadOnlyFile.h"
+#include "support/SaveFixture.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+const QStringList slotNames = {"exifDateTimeOriginal", "exifDateTimeDigitized", "tiffDateTime",
+                               "fileCreationDate", "fileModificationDate"};
+
+double seconds(const QJsonValue &isoDate)
+{
+    return double(
+               QDateTime::fromString(isoDate.toString(), Qt::ISODateWithMs).toMSecsSinceEpoch()) /
+           1000.0;
+}
+
+class ShiftCommand : public ::testing::Test
+{
+protected:
+    QTemporaryDir home;
+    QTemporaryDir work;
+
+    QString builtJpeg(const QString &name = QStringLiteral("pic"))
+    {
+        TiffSpec tags;
+        tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+        tags.dateTime = Stamp::text("2024:05:03 09:00:00");
+        return buildJpeg({.exif = tags}).write(work.path(), name);
+    }
+
+    CliResult shift(const QStringList &arguments)
+    {
+        return runCli(QStringList{"shift"} + arguments, home.path());
+    }
+};
+
+// The ranges a save may write into, from what scan reports of an item's stored values.
+struct Range
+{
+    qint64 begin;
+    qint64 length;
+};
+
+std::vector<Range> storedValueRanges(const QJsonObject &attributes)
+{
+    std::vector<Range> ranges;
+    const auto add = [&](const char *key, qint64 length) {
+        if (attributes.contains(QLatin1String(key)))
+            ranges.push_back({attributes.value(QLatin1String(key)).toInteger(), length});
+    };
+    add("ExifDateTimeOriginalOffset", 19);
+    add("ExifDateTimeDigitizedOffset", 19);
+    add("TIFFDateTimeOffset", 19);
+    add("ExifOffsetTimeOriginalOffset", 7);
+    add("ExifOffsetTimeDigitizedOffset", 7);
+    add("TIFFOffsetTimeOffset", 7);
+    for (const char *gps : {"GPSTimeStamp", "GPSDateStamp"}) {
+        const QJsonObject stamp = attributes.value(QLatin1String(gps)).toObject();
+        if (!stamp.isEmpty())
+            ranges.push_back({stamp.value(QStringLiteral("dateOffset")).toInteger(),
+                              QByteArrayView(gps) == "GPSTimeStamp" ? 24 : 11});
+    }
+    const QJsonObject xmp = attributes.value(QStringLiteral("xmpDateInfos")).toObject();
+    for (const QJsonValue &record : xmp)
+        ranges.push_back({record[QStringLiteral("offset")].toInteger(),
+                          record[QStringLiteral("data")].toString().size()});
+    return ranges;
+}
+
+} // namespace
+
+TEST_F(ShiftCommand, AnythingButTheOffsetGrammarIsAUsageErrorAndTouchesNoFile)
+{
+    const QString path = builtJpeg();
+    const QByteArray before = fileBytes(path);
+    const QStringList badOffsets = {"1:00:00", "+1",     "+1:5",   "+1:60",       "+1:00:60",
+                                    "+1:00:0", "+1d",    "++1:00", "+1:00:00:00", "+ 1:00",
+                                    "+1.5:00", "+d1:00", "",       "+1h"};
+    for (const QString &offset : badOffsets)
+        EXPECT_EQ(shift({"--by", offset, path}).exitCode, 2) << offset.toStdString();
+    const QList<QStringList> badUsage = {{path},
+                                         {"--by", "+1:00"},
+                                         {"--by"},
+                                         {"--by", "+1:00", "--frobnicate", path},
+                                         {"--by", "+1:00", "--pref", "novalue", path}};
+    for (const QStringList &arguments : badUsage)
+        EXPECT_EQ(shift(arguments).exitCode, 2) << arguments.join(' ').toStdString();
+    EXPECT_EQ(fileBytes(path), before);
+}
+
+TEST_F(ShiftCommand, DryRunShowsOldAndNewOfEverySlotByTheOffsetAndWritesNothing)
+{
+    const QString path = builtJpeg();
+    const QByteArray before = fileBytes(path);
+    const QDateTime modified = QFileInfo(path).lastModified();
+    struct Case
+    {
+        const char *offset;
+        double seconds;
+    };
+    const Case cases[] = {{"+1:00:00", 3600}, {"-0:30", -1800},    {"+2d3:00:00", 183600},
+                          {"+0:00:05", 5},    {"-1d0:00", -86400}, {"+25:00", 90000}};
+    for (const Case &c : cases) {
+        const CliResult result = shift({"--dry-run", "--json", "--by", c.offset, path});
+        ASSERT_EQ(result.exitCode, 0) << c.offset << result.err.toStdString();
+        const QJsonObject item = result.json().first().toObject();
+        EXPECT_EQ(seconds(item["exifDateTimeOriginalNEW"]) -
+                      seconds(item["exifDateTimeOriginalOLD"]),
+                  c.seconds)
+            << c.offset;
+        EXPECT_EQ(item["path"].toString(), path);
+        EXPECT_EQ(item["spName"].toString(), QStringLiteral("pic.jpg"));
+        EXPECT_EQ(item["saved"], QJsonValue(false));
+        EXPECT_EQ(item["errors"], QJsonValue(QJsonArray()));
+        for (const QString &slot : slotNames)
+            EXPECT_TRUE(item.contains(slot + "OLD") && item.contains(slot + "NEW"))
+                << slot.toStdString();
+    }
+    EXPECT_EQ(fileBytes(path), before);
+    EXPECT_EQ(QFileInfo(path).lastModified(), modified);
+}
+
+TEST_F(ShiftCommand, APreferenceHoldsForThisRunOnlyAndIsNeverStored)
+{
+    const QString path = builtJpeg();
+    const auto tiffMove = [&](const QStringList &prefs) {
+        const QJsonObject item = shift(QStringList{"--dry-run", "--json", "--by", "+1:00:00"} +
+                                       prefs + QStringList{path})
+                                     .json()
+                                     .first()
+                                     .toObject();
+        return seconds(item["tiffDateTimeNEW"]) - seconds(item["tiffDateTimeOLD"]);
+    };
+    EXPECT_EQ(tiffMove({}), 0.0) << "a TIFF date apart from the original is kept";
+    // Option 0: the TIFF date takes the newest metadata date, the moved original.
+    EXPECT_EQ(tiffMove({"--pref", "dateChangeEXIFEXIFModDate=0"}), -2 * 86400.0 + 2 * 3600.0);
+    EXPECT_EQ(tiffMove({}), 0.0);
+    EXPECT_FALSE(QFileInfo::exists(home.filePath(".config/orvelle/orvelle.conf")));
+}
+
+TEST_F(ShiftCommand, ASaveReportsWhatWasSavedAndFailedItemsByIdAndLogsThem)
+{
+    const QString saved = builtJpeg(QStringLiteral("saved"));
+    const QString locked = builtJpeg(QStringLiteral("locked"));
+    const ReadOnlyFile lock(locked);
+    if (!lock.isLocked())
+        GTEST_SKIP() << "this file system lets the process write any file";
+
+    const CliResult result = shift({"--json", "--by", "+1:00:00", work.path()});
+
+    EXPECT_EQ(result.exitCode, 1);
+    const QJsonArray items = result.json();
+    ASSERT_EQ(items.size(), 2);
+    const QJsonObject lockedItem = items[0].toObject();
+    const QJsonObject savedItem = items[1].toObject();
+    EXPECT_EQ(lockedItem["saved"], QJsonValue(false));
+    EXPECT_EQ(lockedItem["errors"], QJsonValue(QJsonArray{2}));
+    EXPECT_EQ(savedItem["saved"], QJsonValue(true));
+    EXPECT_EQ(savedItem["errors"], QJsonValue(QJsonArray()));
+    EXPECT_EQ(exiftoolTags(saved, ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+              "2024:05:01 11:00:00");
+    QFile log(home.filePath(".local/share/orvelle/errorLog.txt"));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("\t" + QFile::encodeName(locked) + "\n"));
+}
+
+TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeepsEveryOtherByte)
+{
+    ORV_SKIP_WITHOUT_CORPUS();
+    const QDir source(corpusFile(QStringLiteral("exiftool-t")));
+    for (const QString &name : source.entryList(QDir::Files)) {
+        ASSERT_TRUE(QFile::copy(source.filePath(name), work.filePath(name)));
+        QFile::setPermissions(work.filePath(name), QFile::ReadOwner | QFile::WriteOwner);
+    }
+    const QJsonArray scanned = runCli({"scan", "--json", work.path()}, home.path()).json();
+    ASSERT_FALSE(scanned.isEmpty());
+    QStringList files;
+    for (const QString &name : source.entryList(QDir::Files))
+        files << work.filePath(name);
+    const std::map<QString, ExiftoolTags> before =
+        exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+
+    const CliResult result = shift({"--json", "--by", "+1:00:00", work.path()});
+
+    const QJsonArray items = result.json();
+    ASSERT_EQ(items.size(), scanned.size());
+    bool anyFailed = false;
+    for (const QJsonValue &item : items)
+        anyFailed = anyFailed || !item["saved"].toBool();
+    EXPECT_EQ(result.exitCode, anyFailed ? 1 : 0);
+
+    const std::map<QString, ExiftoolTags> after =
+        exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+    QMap<QString, bool> readsStamp;
+    for (const QJsonValue &item : scanned)
+        readsStamp[item["path"].toString()] =
+            item["singlePicAttributes"].toObject().contains("ExifDateTimeOriginalOffset");
+    QMap<QString, bool> saved;
+    for (const QJsonValue &item : items)
+        saved[item["path"].toString()] = item["saved"].toBool();
+    int moved = 0;
+    for (const QString &file : files) {
+        // A file holding the original date twice, in IFD0 and in the Exif IFD, has the copy
+        // written that the import read; the other one still shows the old date.
+        const ExiftoolTags &then = before.at(file);
+        const ExiftoolTags &now = after.at(file);
+        bool hasOriginal = false;
+        bool movedAnHour = false;
+        for (const char *key : {"ExifIFD:DateTimeOriginal", "IFD0:DateTimeOriginal"}) {
+            const QString k = QLatin1String(key);
+            if (!then.has(k))
+                continue;
+            hasOriginal = true;
+            const Instant old =
+                DateStampCodec::dateFromEXIFTimeStamp(then.string(k), TimeZone::utc());
+            const Instant shifted =
+                DateStampCodec::dateFromEXIFTimeStamp(now.string(k), TimeZone::utc());
+            EXPECT_TRUE(shifted == old || shifted == old.addingSeconds(3600.0))
+                << file.toStdString() << " " << key;
+            movedAnHour = movedAnHour || shifted == old.addingSeconds(3600.0);
+        }
+        // Where the import finds no stamp (a container it cannot walk yet), the item is reported
+        // unsaved instead.
+        if (readsStamp.value(file)) {
+            EXPECT_TRUE(saved.value(file)) << file.toStdString();
+            EXPECT_EQ(movedAnHour, hasOriginal) << file.toStdString();
+        } else {
+            EXPECT_FALSE(movedAnHour || (hasOriginal && saved.value(file, true)))
+                << file.toStdString();
+        }
+        moved += movedAnHour;
+    }
+    EXPECT_GE(moved, 35);
+
+    for (const QJsonValue &item : scanned) {
+        const QString path = item["path"].toString();
+        std::vector<Range> ranges = storedValueRanges(item["singlePicAttributes"].toObject());
+        FileReader written(path);
+        PngLocator png(written);
+        for (const auto kind : {PngLocator::ChunkKind::Exif, PngLocator::ChunkKind::Xmp}) {
+            if (const std::optional<ByteEdit> checksum = png.chunkCrcEdit(kind))
+                ranges.push_back({checksum->offset, 4});
+        }
+        const QByteArray original = fileBytes(source.filePath(QFileInfo(path).fileName()));
+        for (const qint64 offset : differingOffsets(original, fileBytes(path))) {
+            EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(),
+                                    [offset](const Range &r) {
+                                        return offset >= r.begin && offset < r.begin + r.length;
+                                    }))
+                << path.toStdString() << ": byte " << offset;
+        }
+    }
+}

@@ -1,0 +1,30 @@
+#include "support/CliRun.h"
+
+#include <QJsonDocument>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <stdexcept>
+
+namespace orv::test {
+
+QJsonArray CliResult::json() const
+{
+    return QJsonDocument::fromJson(out).array();
+}
+
+CliResult runCli(const QStringList &arguments, const QString &home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/.config"));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
+    QProcess cli;
+    cli.setProcessEnvironment(environment);
+    cli.start(QStringLiteral(ORV_CLI_PATH), arguments);
+    if (!cli.waitForFinished(300000) || cli.exitStatus() != QProcess::NormalExit)
+        throw std::runtime_error("orvelle-cli did not finish: " +
+                                 arguments.join(u' ').toStdString());
+    return {cli.exitCode(), cli.readAllStandardOutput(), cli.readAllStandardError()};
+}
+
+} // namespace orv::test
