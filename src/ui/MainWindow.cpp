@@ -1,38 +1,289 @@
 #include "ui/MainWindow.h"
 
+#include "folders/MySingleFolder.h"
+#include "time/TimeZone.h"
+#include "ui/FolderListModel.h"
+#include "ui/ImportProgressPanel.h"
+#include "ui/ImportSheets.h"
+#include "ui/PicSortProxy.h"
+#include "ui/PicTableModel.h"
+#include "ui/StopGapImport.h"
+
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTreeView>
+#include <QVBoxLayout>
 
 namespace orv {
 
-MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
+namespace {
+
+enum Page : int { EmptyPage, FoldersPage };
+
+// The local files and folders of a drag from a file manager; remote URLs are not imported.
+QStringList localPaths(const QMimeData *mime)
+{
+    QStringList paths;
+    if (!mime || !mime->hasUrls())
+        return paths;
+    for (const QUrl &url : mime->urls())
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    return paths;
+}
+
+} // namespace
+
+MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
+    : QMainWindow(parent),
+      m_sheets(std::make_unique<ImportSheets>(this, prefs)),
+      m_import(new StopGapImport(*m_sheets, this)),
+      m_folderList(new FolderListModel(this)),
+      m_picModel(new PicTableModel(TimeZone::systemZone(), this)),
+      m_sortedPics(new PicSortProxy(this)),
+      m_pages(new QStackedWidget(this)),
+      m_folderView(new QTreeView(this)),
+      m_picView(new QTableView(this)),
+      m_summary(new QLabel(this)),
+      m_progress(new ImportProgressPanel(this))
 {
     setWindowTitle(tr("Orvelle"));
-    resize(1100, 700);
-    auto *placeholder = new QLabel(tr("Open a folder of photos and movies to begin."), this);
-    placeholder->setAlignment(Qt::AlignCenter);
-    setCentralWidget(placeholder);
+    resize(1280, 780);
+    setAcceptDrops(true);
+
+    buildFolderList();
+    buildPicTable();
+    auto *splitter = new QSplitter(this);
+    splitter->addWidget(m_folderView);
+    splitter->addWidget(m_picView);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({280, 1000});
+    m_pages->insertWidget(EmptyPage, buildEmptyState());
+    m_pages->insertWidget(FoldersPage, splitter);
+    setCentralWidget(m_pages);
+
+    statusBar()->addWidget(m_summary, 1);
+    statusBar()->addPermanentWidget(m_progress);
+    m_progress->hide();
+
     buildMenus();
+    connectImport();
+    updateSummary();
 }
+
+MainWindow::~MainWindow() = default;
 
 void MainWindow::buildMenus()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
-    QAction *open = file->addAction(tr("Open Folder…"));
+    QAction *open = file->addAction(tr("Open Folder…"), this, &MainWindow::openFolder);
     open->setShortcut(QKeySequence::Open);
-    connect(open, &QAction::triggered, this, [this] {
-        QFileDialog::getExistingDirectory(this, tr("Open Folder"));
-    });
+    QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
+    openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
     file->addSeparator();
-    QAction *quit = file->addAction(tr("Quit"));
+    QAction *quit = file->addAction(tr("Quit"), qApp, &QApplication::quit);
     quit->setShortcut(QKeySequence::Quit);
-    connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
-    connect(help->addAction(tr("About Orvelle")), &QAction::triggered, this, &MainWindow::showAbout);
+    help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
+}
+
+QWidget *MainWindow::buildEmptyState()
+{
+    auto *page = new QWidget(this);
+    auto *title = new QLabel(tr("Drop folders of photos and movies here"), page);
+    QFont titleFont = title->font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.6);
+    title->setFont(titleFont);
+    auto *hint = new QLabel(tr("Orvelle reads their dates, time zones and places. Nothing is "
+                               "written to your files until you save."),
+                            page);
+    hint->setEnabled(false);
+    auto *open = new QPushButton(tr("Open Folder…"), page);
+    connect(open, &QPushButton::clicked, this, &MainWindow::openFolder);
+
+    auto *layout = new QVBoxLayout(page);
+    layout->addStretch();
+    layout->addWidget(title, 0, Qt::AlignHCenter);
+    layout->addWidget(hint, 0, Qt::AlignHCenter);
+    layout->addSpacing(16);
+    layout->addWidget(open, 0, Qt::AlignHCenter);
+    layout->addStretch();
+    return page;
+}
+
+void MainWindow::buildFolderList()
+{
+    m_folderView->setModel(m_folderList);
+    m_folderView->setRootIsDecorated(false);
+    m_folderView->setUniformRowHeights(true);
+    m_folderView->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_folderView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_folderView->header()->setStretchLastSection(false);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::NameColumn, QHeaderView::Stretch);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::CountColumn, QHeaderView::ResizeToContents);
+    connect(m_folderView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MainWindow::showSelectedFolders);
+}
+
+void MainWindow::buildPicTable()
+{
+    m_sortedPics->setSourceModel(m_picModel);
+    m_picView->setModel(m_sortedPics);
+    m_picView->setSortingEnabled(true);
+    m_picView->sortByColumn(PicTableModel::DateColumn, Qt::AscendingOrder);
+    m_picView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_picView->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_picView->setShowGrid(false);
+    m_picView->setAlternatingRowColors(true);
+    m_picView->setWordWrap(false);
+    m_picView->verticalHeader()->hide();
+    // Fixed row heights let the view place 10,000 rows without measuring any of them.
+    m_picView->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_picView->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+
+    QHeaderView *header = m_picView->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    header->setStretchLastSection(true);
+    header->setHighlightSections(false);
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // Widths from typical contents rather than measured over all rows, which would read every item.
+    const auto widthOf = [this](const QString &sample) { return fontMetrics().horizontalAdvance(sample) + 24; };
+    header->resizeSection(PicTableModel::NameColumn, widthOf(QStringLiteral("IMG_20240501_123456.JPG")));
+    header->resizeSection(PicTableModel::DateColumn, widthOf(QStringLiteral("2024-05-01 10:00:00 CEST")));
+    header->resizeSection(PicTableModel::SourceColumn, widthOf(QStringLiteral("movie header creation date")));
+    header->resizeSection(PicTableModel::CameraColumn, widthOf(QStringLiteral("Canon EOS 5D Mark IV")));
+    header->resizeSection(PicTableModel::SizeColumn, widthOf(QStringLiteral("6000 × 4000")));
+    header->resizeSection(PicTableModel::LocationColumn, widthOf(QStringLiteral("48.85837° N, 122.29448° W")));
+}
+
+void MainWindow::connectImport()
+{
+    connect(m_import, &StopGapImport::addedFolder, this, &MainWindow::folderAdded);
+    connect(m_import, &StopGapImport::folderPublished, this, &MainWindow::folderPublished);
+    connect(m_import, &StopGapImport::removedFolder, this, &MainWindow::folderRemoved);
+    connect(m_import, &StopGapImport::progressChanged, this, [this](const QString &folderName, int waiting) {
+        const QString text = waiting > 0 ? tr("Importing “%1” (%n more waiting)", nullptr, waiting).arg(folderName)
+                                         : tr("Importing “%1”").arg(folderName);
+        m_progress->showProgress(text, 0, 0);
+        m_progress->show();
+    });
+    connect(m_import, &StopGapImport::importEnded, this, [this] {
+        m_progress->hide();
+        Q_EMIT importsFinished();
+    });
+    connect(m_progress, &ImportProgressPanel::cancelRequested, m_import, &StopGapImport::cancelImports);
+}
+
+void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers)
+{
+    if (!paths.isEmpty())
+        m_import->processDroppedFolders(paths);
+}
+
+void MainWindow::openFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"));
+    if (!folder.isEmpty())
+        importPaths({folder}, QGuiApplication::keyboardModifiers());
+}
+
+void MainWindow::openFiles()
+{
+    const QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Files"));
+    importPaths(files, QGuiApplication::keyboardModifiers());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!localPaths(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QStringList paths = localPaths(event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // The keys that came with the drop, not those held a moment later.
+    importPaths(paths, event->modifiers());
+}
+
+void MainWindow::folderAdded(const MySingleFolder *folder, int position)
+{
+    m_folderList->insertFolder(position, folder);
+    m_pages->setCurrentIndex(FoldersPage);
+    if (!m_folderView->selectionModel()->hasSelection()) {
+        const QModelIndex allFolders = m_folderList->index(0, 0);
+        m_folderView->selectionModel()->setCurrentIndex(
+            allFolders, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+    else if (showsAllFolders())
+        m_picModel->addFolder(folder);
+    updateSummary();
+}
+
+void MainWindow::folderPublished(const MySingleFolder *folder)
+{
+    m_folderList->folderChanged(folder);
+    m_picModel->folderGrew(folder);
+    updateSummary();
+}
+
+void MainWindow::folderRemoved(const MySingleFolder *folder)
+{
+    m_picModel->removeFolder(folder);
+    m_folderList->removeFolder(folder);
+    if (m_folderList->folders().isEmpty())
+        m_pages->setCurrentIndex(EmptyPage);
+    updateSummary();
+}
+
+bool MainWindow::showsAllFolders() const
+{
+    const QModelIndexList rows = m_folderView->selectionModel()->selectedRows();
+    return rows.isEmpty()
+           || std::any_of(rows.cbegin(), rows.cend(),
+                          [](const QModelIndex &row) { return FolderListModel::isAllFoldersRow(row.row()); });
+}
+
+void MainWindow::showSelectedFolders()
+{
+    if (showsAllFolders()) {
+        m_picModel->showFolders(m_folderList->folders());
+        setWindowTitle(tr("All Folders"));
+        updateSummary();
+        return;
+    }
+    QList<const MySingleFolder *> selected;
+    for (const MySingleFolder *folder : m_folderList->folders())
+        if (m_folderView->selectionModel()->isRowSelected(m_folderList->rowOf(folder)))
+            selected.append(folder);
+    m_picModel->showFolders(selected);
+    setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder : tr("%n Folders", nullptr, int(selected.size())));
+    updateSummary();
+}
+
+void MainWindow::updateSummary()
+{
+    const int shown = m_picModel->rowCount();
+    const int folders = int(m_folderList->folders().size());
+    m_summary->setText(folders == 0 ? QString()
+                                    : tr("%n items", nullptr, shown) + QStringLiteral("  ·  ")
+                                          + tr("%n folders", nullptr, folders));
 }
 
 void MainWindow::showAbout()
