@@ -1,20 +1,24 @@
 #include "cli/ScanCommand.h"
 
+#include "app/Preferences.h"
 #include "cli/ItemJson.h"
 #include "core/DateSourceText.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
-#include "folders/FolderScanner.h"
+#include "folders/DropEntry.h"
+#include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"
+#include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 
+#include <QDateTime>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTextStream>
 
-#include <memory>
-#include <vector>
+#include <optional>
 
 namespace orv {
 
@@ -33,73 +37,143 @@ QString readableLine(const MySinglePic &pic)
         .arg(pic.spName, date, DateSourceText::forPic(pic), camera, location);
 }
 
+// "file-date", or "fixed:DATE:STEP" with DATE as 2024-05-01T10:00:00 (local) or with Z or an
+// offset, and STEP in seconds.
+std::optional<ImportOptions> emptyTagOptionsFrom(const QString &text)
+{
+    ImportOptions options;
+    if (text == QLatin1String("file-date")) {
+        options.withEmptyExifFixDate = ImportOptions::UseFileDate;
+        return options;
+    }
+    const QString prefix = QStringLiteral("fixed:");
+    const qsizetype stepAt = text.lastIndexOf(QLatin1Char(':'));
+    if (!text.startsWith(prefix) || stepAt <= prefix.size())
+        return std::nullopt;
+    const QDateTime start = QDateTime::fromString(text.mid(prefix.size(), stepAt - prefix.size()), Qt::ISODate);
+    bool stepIsNumber = false;
+    const double step = text.mid(stepAt + 1).toDouble(&stepIsNumber);
+    if (!start.isValid() || !stepIsNumber)
+        return std::nullopt;
+    options.withEmptyExifFixDate = ImportOptions::UseFixedDate;
+    options.prefFixDateDate = Instant(double(start.toSecsSinceEpoch()));
+    options.prefFixDateStepValue = step;
+    options.prefFixDateStepperKind = 0;
+    return options;
+}
+
+struct ScanArguments
+{
+    bool json = false;
+    qint64 subfolderDepth = 0;
+    KeyStatesAtImport keys;
+    ImportOptions emptyTags;
+    QStringList paths;
+};
+
+// Usage errors are said on err; nothing then.
+std::optional<ScanArguments> parsed(const QStringList &arguments, QTextStream &err)
+{
+    ScanArguments parsedArguments;
+    parsedArguments.emptyTags.withEmptyExifFixDate = ImportOptions::UseFileDate;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments[i];
+        const bool takesValue = argument == QLatin1String("--subfolders") || argument == QLatin1String("--filter")
+                                || argument == QLatin1String("--exclude") || argument == QLatin1String("--empty-tags");
+        if (takesValue && i + 1 >= arguments.size()) {
+            err << "orvelle-cli scan: " << argument << " needs a value\n";
+            return std::nullopt;
+        }
+        if (argument == QLatin1String("--json")) {
+            parsedArguments.json = true;
+        } else if (argument == QLatin1String("--subfolders")) {
+            bool isNumber = false;
+            parsedArguments.subfolderDepth = arguments[++i].toLongLong(&isNumber);
+            if (!isNumber || parsedArguments.subfolderDepth < 0) {
+                err << "orvelle-cli scan: --subfolders takes a depth of 0 or more\n";
+                return std::nullopt;
+            }
+        } else if (argument == QLatin1String("--filter") || argument == QLatin1String("--exclude")) {
+            parsedArguments.keys.tioFilterValues = arguments[++i];
+            parsedArguments.keys.tioFilterType =
+                argument == QLatin1String("--filter") ? ImportFilter::KeepOnly : ImportFilter::LeaveOut;
+        } else if (argument == QLatin1String("--empty-tags")) {
+            const std::optional<ImportOptions> options = emptyTagOptionsFrom(arguments[++i]);
+            if (!options) {
+                err << "orvelle-cli scan: --empty-tags takes file-date or fixed:DATE:STEP "
+                       "(e.g. fixed:2024-05-01T10:00:00Z:60)\n";
+                return std::nullopt;
+            }
+            parsedArguments.emptyTags = *options;
+        } else if (argument.startsWith(QLatin1String("--"))) {
+            err << "orvelle-cli scan: unknown option " << argument << "\n";
+            return std::nullopt;
+        } else {
+            parsedArguments.paths.append(argument);
+        }
+    }
+    if (parsedArguments.paths.isEmpty()) {
+        err << "orvelle-cli scan: name at least one file or folder\n";
+        return std::nullopt;
+    }
+    parsedArguments.keys.isSubFolderAutoImportEnabled = parsedArguments.subfolderDepth > 0;
+    return parsedArguments;
+}
+
 } // namespace
 
 int ScanCommand::run(const QStringList &arguments)
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
-    bool json = false;
-    QStringList paths;
-    for (const QString &argument : arguments) {
-        if (argument == QLatin1String("--json"))
-            json = true;
-        else if (argument.startsWith(QLatin1String("--"))) {
-            err << "orvelle-cli scan: unknown option " << argument << "\n";
-            return 2;
-        } else
-            paths.append(argument);
-    }
-    if (paths.isEmpty()) {
-        err << "orvelle-cli scan: name at least one file or folder\n";
+    const std::optional<ScanArguments> args = parsed(arguments, err);
+    if (!args)
         return 2;
-    }
 
-    // Empty tags take the file's date: a script is never asked.
-    ImportOptions fileDate;
-    fileDate.withEmptyExifFixDate = ImportOptions::UseFileDate;
-    FixedImportAnswers answers(fileDate);
+    // A script imports as the window would with these settings, and is never asked.
+    Preferences prefs(QString{});
+    prefs.overrideForThisRun(QStringLiteral("isAdvanced"), QStringLiteral("1"));
+    prefs.overrideForThisRun(QStringLiteral("skipEmptyTagImportOptions"), QStringLiteral("0"));
+    prefs.overrideForThisRun(QStringLiteral("subFolderAutoImportMaxDepth"), QString::number(args->subfolderDepth));
+    FixedImportAnswers answers(args->emptyTags);
+    MyDroppedFolders droppedFolders(prefs, answers);
 
     bool failed = false;
-    std::vector<std::unique_ptr<MySingleFolder>> folders;
-    for (const QString &path : paths) {
+    QList<DropEntry> entries;
+    for (const QString &path : args->paths) {
         const QFileInfo info(path);
         if (!info.exists()) {
             err << "orvelle-cli: " << path << ": no such file or folder\n";
             failed = true;
-            continue;
-        }
-        if (!info.isReadable()) {
+        } else if (info.isDir() && !info.isReadable()) {
             err << "orvelle-cli: " << path << ": permission denied\n";
             failed = true;
-            continue;
+        } else if (std::optional<DropEntry> entry = DropEntry::pathAndBookmarkFromAccessable(path)) {
+            entries.append(*entry);
         }
-        const bool isFolder = info.isDir();
-        auto folder = std::make_unique<MySingleFolder>(isFolder ? info.absoluteFilePath() : info.absolutePath(), false);
-        folder->isAdvanced = !isFolder;
-        const QStringList files = isFolder ? FolderScanner::filesIn(info.absoluteFilePath())
-                                           : QStringList{info.absoluteFilePath()};
-        for (const QString &file : files) {
-            if (!QFileInfo(file).isReadable()) {
-                err << "orvelle-cli: " << file << ": cannot be read; dated by the file system only\n";
-                failed = true;
-            }
-        }
-        FolderScanner::scanFiles(*folder, files, answers);
-        folders.push_back(std::move(folder));
     }
+    QEventLoop waiting;
+    QObject::connect(&droppedFolders, &MyDroppedFolders::importEnded, &waiting, &QEventLoop::quit);
+    if (!entries.isEmpty())
+        droppedFolders.processDroppedFolders(entries, nullptr, 0, args->keys);
+    if (droppedFolders.isImportInProgress())
+        waiting.exec();
 
-    if (json) {
-        QJsonArray items;
-        for (const auto &folder : folders)
-            for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
+    QJsonArray items;
+    for (const MySingleFolder *folder : droppedFolders.droppedFolders()) {
+        for (const QString &message : folder->importErrors.messages()) {
+            err << "orvelle-cli: " << folder->sfFolderPath << ": " << message << "\n";
+            failed = true;
+        }
+        for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (args->json)
                 items.append(ItemJson::forPic(*pic));
-        out << QJsonDocument(items).toJson(QJsonDocument::Compact) << "\n";
-    } else {
-        for (const auto &folder : folders)
-            for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
+            else
                 out << readableLine(*pic) << "\n";
+        }
     }
+    if (args->json)
+        out << QJsonDocument(items).toJson(QJsonDocument::Compact) << "\n";
     return failed ? 1 : 0;
 }
 

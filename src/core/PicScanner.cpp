@@ -275,10 +275,7 @@ ImportOptions &emptyTagOptions(MySingleFolder &folder, ImportQuestions &question
         if (options.skipEmptyTagImportOptions) {
             options.withEmptyExifFixDate = ImportOptions::UseFileDate;
         } else {
-            const ImportOptions answer = questions.emptyTagOptions(folder);
-            options = answer;
-            if (!options.isChosen())
-                options.withEmptyExifFixDate = ImportOptions::UseFileDate;
+            options.takeEmptyTagAnswer(questions.emptyTagOptions(folder));
         }
     }
     return options;

@@ -1,21 +1,64 @@
 #pragma once
 
+#include "folders/FolderToken.h"
+
+#include <QList>
+#include <QString>
 #include <QStringList>
+
+#include <functional>
 
 namespace orv {
 
 class ImportQuestions;
 class MySingleFolder;
+struct ImportDefaults;
 
-// Scans a list of files into a folder: the bytes of many files are read at once on all cores,
-// then the items are made in the order of the list, so that dates drawn from import options
-// come out the same on every run.
+// The scan of one folder on the scan thread: which names to read (a waiting batch, or the
+// directory's listing through the filter), the subfolders to queue, and the items. The bytes of
+// many files are read at once on all cores, then the items are made in the order of the list, so
+// that dates drawn from import options come out the same on every run. Items wait in the
+// folder's picsImportedAndTempStoredUntilAllReady for their publication on the main thread.
 class FolderScanner
 {
 public:
-    // The regular files directly inside a directory, in name order; empty when unreadable.
-    static QStringList filesIn(const QString &directory);
-    static void scanFiles(MySingleFolder &folder, const QStringList &paths, ImportQuestions &questions);
+    struct Subfolder
+    {
+        QString path;
+        FolderToken token;
+    };
+
+    struct Result
+    {
+        QList<Subfolder> subfolders;
+        bool wasStopped = false; // shouldStopImport was seen; the staged items are incomplete
+    };
+
+    // Steps done and their total: one per name read, one per name turned into an item, and
+    // the last one is the publication's.
+    using ProgressCallback = std::function<void(qint64 done, qint64 total)>;
+
+    FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults);
+
+    Result updatePicData(const ProgressCallback &progress);
+
+    // The names in a directory, files and subfolders, in the order a person would sort them.
+    static QStringList namesIn(const QString &directory);
+    // How many files are read at once between two looks at shouldStopImport.
+    static constexpr qsizetype filesPerRound = 128;
+
+private:
+    void prepareImportOptions();
+    // Nothing when the directory cannot be listed; the error is recorded.
+    std::optional<QStringList> namesToImport(const QString &directory);
+    void takeSubfolder(const QString &path, Result &result);
+    bool readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
+                      const ProgressCallback &progress);
+    void reportMissingFiles(const QString &directory, const QStringList &missing);
+
+    MySingleFolder &m_folder;
+    ImportQuestions &m_questions;
+    const ImportDefaults &m_defaults;
 };
 
 } // namespace orv

@@ -25,6 +25,16 @@ struct ImportOptions
     int dateComparisonThresold = 1;
 
     bool isChosen() const { return withEmptyExifFixDate != NotChosen; }
+    // Takes the user's empty-tag answer and keeps the rest, which came from the preferences;
+    // an answer without a choice means the file date.
+    void takeEmptyTagAnswer(const ImportOptions &answer)
+    {
+        withEmptyExifFixDate = answer.isChosen() ? answer.withEmptyExifFixDate : int(UseFileDate);
+        prefFixDateDate = answer.prefFixDateDate;
+        prefFixDateStepValue = answer.prefFixDateStepValue;
+        prefFixDateStepperKind = answer.prefFixDateStepperKind;
+        intervalStepper = 0.0;
+    }
     // Values below 3 read as "use the file date".
     bool usesFixedDate() const { return withEmptyExifFixDate >= UseFixedDate; }
     double stepInSeconds() const

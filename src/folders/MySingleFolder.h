@@ -1,25 +1,56 @@
 #pragma once
 
 #include "core/Instant.h"
+#include "folders/FolderTimeZones.h"
+#include "folders/FolderToken.h"
+#include "folders/ImportErrors.h"
+#include "folders/ImportKeyStates.h"
 #include "folders/ImportOptions.h"
+#include "time/TimeZone.h"
 
 #include <QList>
+#include <QMap>
+#include <QMutex>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
+#include <atomic>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orv {
 
+class DateSequence;
+class ImportFilter;
 class MySinglePic;
 
+// The folder offset as the five date controls show it: "dmDirection" ("+" or "-"), "dmDays",
+// "dmHours", "dmMinutes", "dmSeconds", all text.
+using DateModifications = QMap<QString, QString>;
+namespace dateModificationKey {
+inline const QString direction = QStringLiteral("dmDirection");
+inline const QString days = QStringLiteral("dmDays");
+inline const QString hours = QStringLiteral("dmHours");
+inline const QString minutes = QStringLiteral("dmMinutes");
+inline const QString seconds = QStringLiteral("dmSeconds");
+} // namespace dateModificationKey
+
 // One imported directory: it owns its items and holds the date offset that applies to them
-// as a whole, its import options and its counts.
+// as a whole, its zones, its import state and the counts the rest of the system reads instead of
+// walking the items. Counters, items and zones change on the main thread; the scan thread only
+// fills picsImportedAndTempStoredUntilAllReady and the batches of imagesToImport.
 class MySingleFolder
 {
 public:
     enum EditMode : int { EditTogether = 1, EditSeparately = 2 };
+    enum MediaTypesState : qint64 { NoMedia = 0, ImagesOnly = 1, MoviesOnly = 2, ImagesAndMovies = 3 };
+    static constexpr quint16 noColorIndex = 65535;
+    // Item coder version of a folder that was connected when made.
+    static constexpr qint64 currentConnectedState = 90;
+    // tempFullMediaCountBeforeImport of a folder's first import.
+    static constexpr qint64 firstImportMarker = -5;
 
     MySingleFolder(const QString &path, bool separateMode);
     ~MySingleFolder();
@@ -27,27 +58,165 @@ public:
     MySingleFolder(const MySingleFolder &) = delete;
     MySingleFolder &operator=(const MySingleFolder &) = delete;
 
+    // --- The directory and the access to it ---
     QString sfFolder;
     QString sfFolderPath;
-    int sfEditMode = EditTogether;
-    double sfDateModificationsTimeInterval = 0.0;
-    int modifyImportBecauseOfCommand = 0;
+    QString sfLastKnownFolderPath;
+    FolderToken sfSecBookmark;
+    FolderAccessError errorType = FolderAccessError::None;
+    bool didProcessUnlockError = false;
+    bool isDisconnected = false;
+    bool isReconnectionHandled = false;
+    int folderFileDescriptor = -1;
+    qint64 lastConnectedState = currentConnectedState;
+    OptionalDate lastKnownModDateTime;
+    OptionalDate lastLocalChange;
+
+    // The folder's path with access open, after re-resolving its token: empty when the
+    // directory cannot be reached. A failure is handled once (didProcessUnlockError) and marks a
+    // folder with items as disconnected; the next success clears it and takes the directory's
+    // present path. Safe from any thread.
+    QString unlockedSecUrl();
+    // The directory can be written and, with checkingTrashed, is not in the trash.
+    bool isWriteableCheckingTrashed(bool checkingTrashed);
+
+    // --- Import ---
+    int modifyImportBecauseOfCommand = 0; // 0 normal, 1 express, 3 and 4 slideshow-only
     bool isEXIFIgnored() const { return modifyImportBecauseOfCommand >= 3; }
+    bool isImportSheetDone = false;
+    bool isMovieImportSheetDone = false;
+    bool isAdvanced = false;     // holds only some of the directory's files
+    bool isAdvancedOver = false; // a partial folder being widened to the whole directory
+    bool wasChangedFromImportFilter = false;
+    std::atomic<bool> shouldStopImport{false};
+    KeyStatesAtImport keyStatesAtImport;
+    ImportOptions perFolderImportOptions;
+    QList<ImportOptions> perImportImportOptions; // one per pending import run, oldest first
+    qint64 importDepth = 0;                       // below the dropped folder; -1 unlimited
+    qint64 tempFullMediaCountBeforeImport = 0;
+    qint64 folderSortGeneral = 0;
+    ImportErrors importErrors;
+    QSet<QString> gpxAddedPaths;
+    // Sidecars seen by the scan, matched to their items once the folder is read.
+    QSet<QString> xmpSidecarPaths, aaeSidecarPaths;
+    // The directories above this one in the running import, to refuse a subfolder that leads back.
+    QList<FileIdentity> importAncestors;
+    std::shared_ptr<DateSequence> picsDelayedAtImportDueToCombAction;
+    // Scanned but not yet published; only the scan thread touches it until the publication.
+    std::vector<std::unique_ptr<MySinglePic>> picsImportedAndTempStoredUntilAllReady;
+
+    // Batches of file names waiting for a partial import, guarded by their own lock.
+    void addImagesToImport(const QStringList &names, const ImportFilter &filter);
+    std::optional<QStringList> takeImagesToImport();
+    bool hasImagesToImport() const;
+    void clearImagesToImport();
+
+    // --- Items ---
+    // Masters and ungrouped items, in import order. Dependents are reached through their master.
+    QList<MySinglePic *> sfPicDetails_fullArray;
+    QList<MySinglePic *> bundleDependentsRawAndJPG;
+    QList<MySinglePic *> bundleDependentsLivePhotos;
+    QSet<const MySinglePic *> quickSelection;
+
+    qsizetype count() const { return sfPicDetails_fullArray.size(); }
+    MySinglePic *sfPicDetailsAtIndex(qsizetype index) const { return sfPicDetails_fullArray.at(index); }
+    qsizetype fullMediaCount() const;
+    // The items with those a running scan holds back.
+    QList<MySinglePic *> allImportRelevantFiles() const;
+    QList<MySinglePic *> sortedSfPicDetails_Full() const;
+    qint64 sfFromIndexInSource() const;
+    qint64 sfTillIndexInSource() const;
+
+    // Takes ownership; a master or single item also joins the visible list.
+    MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
+    // The file names of all items the folder owns, dependents and sidecars included.
+    QSet<QString> itemNames() const;
+
+    // --- Counts ---
+    qint64 sfPics = -1; // -1 until the first import has finished
+    qint64 singlePicModeImages = 0;
+    qint64 firstChangedPicIndex = -1;
+    qint64 lastChangedPicIndex = -2;
+    qint64 locationMovedImages = 0;
+    qint64 ofWhichAddedByTrack = 0;
+    qint64 exifDateTimeAddedImages = 0;
+    qint64 distinctChanges = 0;
+    int fixedDates = 0;
+    int saveErrors = 0;
+    int renameErrors = 0;
+    int keepers = 0;
+    int rejects = 0;
+    qint64 imageCounter = 0;
+    qint64 mediaTypesState = NoMedia;
+    quint16 colorIndex = noColorIndex;
+    OptionalDate sfFrom, sfTill;
+
+    // Item count, first and last date. When the last item has left a folder in folder mode
+    // outside a re-import, its offset goes back to zero.
+    void sfUpdatePicsFromAndTill(bool isReimportRunning = false);
+    // Recounts media kinds, moved locations, tags to add and the zone state after items changed.
+    void updateFolderValuesOnPicMove();
+    void recountKeepersAndRejects();
+
+    bool isUnsavedFolder() const;
+    bool isUnsavedFolderIgnoringErrorsAndFixedDates() const;
+    qint64 unsavedImagesCount() const;
+    bool isInconsistent() const;
+    bool hasQTMvhd() const;
+    bool hasGroupHarmonizationRelevancy() const { return !bundleDependentsRawAndJPG.isEmpty(); }
+
+    // --- Edit mode and offset ---
+    int sfEditMode = EditTogether;
+    DateModifications sfDateModifications;
+    double sfDateModificationsTimeInterval = 0.0;
+    bool hasChangedDirection = false;
+    bool tempHasChangedDirection = false;
+    qint64 hasDSTJumperType = 0;
+
+    bool isDateModified() const;
+    bool isTogetherDateUIModified() const;
+    // 1 together, 2 separate, 3 and 4 the same for slideshow-only folders.
+    int folderSortMode() const { return sfEditMode + (isEXIFIgnored() ? 2 : 0); }
+
+    // The five texts as given; the interval follows from them.
+    void setDirection(const QString &direction, const QString &days, const QString &hours, const QString &minutes,
+                      const QString &seconds);
+    // The interval; the texts follow. A zero interval keeps the direction given, so "-0" stays.
+    void setSfDateModificationsFromTimeInterval(double interval, bool direction);
+
+    // Separate mode: moves one item by a difference and keeps singlePicModeImages.
+    void updateSinglePicModificationBy(MySinglePic &pic, double difference);
+    // Every item loses its own offset, except one whose last save failed on its time: the next
+    // save must retry it.
+    void clearSinglePicModeImages();
+
+    // --- Time zones ---
+    FolderTimeZones sourceTimeZones;
+    FolderTimeZones targetTimeZones;
+    bool isUnsavedDueToTZC = false;
+
+    // Nothing for a zone name the tz database does not know.
+    std::optional<TimeZone> sourceTimeZoneForPic(const MySinglePic &pic) const;
+    std::optional<TimeZone> targetTimeZoneForPic(const MySinglePic &pic,
+                                                 const std::optional<TimeZone> &knownSource = std::nullopt) const;
+    // The names behind them, with the folder forms resolved; nothing stands for the system zone.
+    std::optional<QString> sourceTimeZoneNameForPic(const MySinglePic &pic) const;
+    std::optional<QString> targetTimeZoneNameForPic(const MySinglePic &pic) const;
+    static bool validateTZCUnsavedForPic(const MySinglePic &pic, const std::optional<QString> &source,
+                                         const std::optional<QString> &target);
+    void validateTZCUnsaved();
+    void cleanupTimeZones();
+    // An adapted zone from the import sheet, taken only by a folder without zones yet.
+    void setTZDefaultsSource(const QString &zone, bool useAltMode);
+
+    // --- Groups, movies, tracks ---
     bool isQuicktimeMDTADateEnabled = true;
     bool isQuicktimeMVHDTimezoneCorrectionEnabled = true;
     qint64 harmonizingRawJpgsType = -1;
     qint64 sortLPsByMovModifier = -1;
+    qint64 rawJpgDisplayType = -1;
     bool globalSortLPsByMov = false;
-    int fixedDates = 0;
-    qint64 sfPics = -1;
-    bool isAdvanced = false;
-    ImportOptions perFolderImportOptions;
-    QSet<QString> gpxAddedPaths;
-    // Sidecars seen by the scan, matched to their items once the folder is read.
-    QSet<QString> xmpSidecarPaths, aaeSidecarPaths;
-
-    // Masters and ungrouped items, in import order. Dependents are reached through their master.
-    QList<MySinglePic *> sfPicDetails_fullArray;
+    QSet<QString> linkedTracksKeys;
 
     bool sortFolderLPsByMov() const
     {
@@ -59,11 +228,11 @@ public:
     static bool isBundlingAllowedForUtcDates(Instant first, Instant second);
     static bool isDstExceptionForUtcDate(Instant first, Instant second);
 
-    // Takes ownership; a master or single item also joins the visible list.
-    MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
-
 private:
     std::vector<std::unique_ptr<MySinglePic>> m_ownedPics;
+    mutable QMutex m_imagesToImportLock;
+    QList<QStringList> m_imagesToImport;
+    QMutex m_accessLock;
 };
 
 } // namespace orv

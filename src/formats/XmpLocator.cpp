@@ -1,5 +1,6 @@
 #include "formats/XmpLocator.h"
 
+#include "core/DateStampCodec.h"
 #include "formats/ByteOrder.h"
 #include "formats/JpegLocator.h"
 #include "formats/TiffIfd.h"
@@ -13,52 +14,6 @@ namespace orv {
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isSign(char c) { return c == '+' || c == '-'; }
-
-bool allDigits(const QByteArray &text, qsizetype from, qsizetype to)
-{
-    for (qsizetype i = from; i < to; ++i) {
-        if (!isDigit(text[i]))
-            return false;
-    }
-    return true;
-}
-
-// The zone part that ends a stamp whose date and time end before `zoneFrom`.
-XmpStampClass classifyZone(const QByteArray &stamp, qsizetype zoneFrom)
-{
-    const qsizetype n = stamp.size();
-    if (stamp.endsWith('Z'))
-        return {1, 0};
-    if (n - 6 >= zoneFrom && isSign(stamp[n - 6]) && allDigits(stamp, n - 5, n - 3)
-        && stamp[n - 3] == ':' && allDigits(stamp, n - 2, n))
-        return {2, 0};
-    if (n - 5 >= zoneFrom && isSign(stamp[n - 5]) && allDigits(stamp, n - 4, n))
-        return {2, 1};
-    for (qsizetype i = zoneFrom; i < n; ++i) {
-        if (isSign(stamp[i]) || stamp[i] == ':' || stamp[i] == 'Z')
-            return {};
-    }
-    return {3, 0};
-}
-
-// "YYYY-MM-DDTHH:MM" with only digits besides its separators, and from `restFrom` on only
-// characters that may follow in a time, fraction or zone.
-bool hasStampShape(const QByteArray &stamp, qsizetype restFrom)
-{
-    for (qsizetype i = 0; i < 16; ++i) {
-        const char c = stamp[i];
-        const char expected = (i == 4 || i == 7) ? '-' : i == 10 ? 'T' : i == 13 ? ':' : 0;
-        if (expected ? c != expected : !isDigit(c))
-            return false;
-    }
-    for (qsizetype i = restFrom; i < stamp.size(); ++i) {
-        const char c = stamp[i];
-        if (!isDigit(c) && !isSign(c) && c != '.' && c != ':' && c != 'Z')
-            return false;
-    }
-    return true;
-}
 
 struct SearchedTag
 {
@@ -114,24 +69,6 @@ bool isXmpPacketStart(FileReader &file, qint64 offset)
 {
     const QByteArray head = file.readDataOfLength(16, offset);
     return head.startsWith("<?xpacket begin=") || head.startsWith("<x:xmpmeta ");
-}
-
-XmpStampClass classifyXmpStamp(const QByteArray &stamp)
-{
-    const qsizetype n = stamp.size();
-    if (n < 16)
-        return {};
-    if (n == 16 || stamp[16] != ':') {
-        if (n > 26 || !hasStampShape(stamp, 16))
-            return {};
-        XmpStampClass result = classifyZone(stamp, 16);
-        if (result.type != 0)
-            result.subtype |= 2;
-        return result;
-    }
-    if (n < 19 || n > 29 || !hasStampShape(stamp, 17))
-        return {};
-    return classifyZone(stamp, 19);
 }
 
 bool verifiedXmpLocationRefDataType(const QByteArray &text)
@@ -247,7 +184,7 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
                 ++takenCount;
                 const qint64 valueAt = block.fileOffset + pos + tag.text.size();
                 if (const auto value = valueAfterName(m_file, valueAt, valueWindow)) {
-                    const XmpStampClass kind = classifyXmpStamp(value->text);
+                    const XmpStampKind kind = DateStampCodec::verifiedXmpDateDataType(value->text);
                     if (kind.type != 0)
                         infos[QLatin1String(tag.key)] =
                             XmpStampRecord{value->text, value->offset, kind.type, kind.subtype};

@@ -14,16 +14,6 @@ namespace orv {
 // The XMP start test: a packet begins with "<?xpacket begin=" or "<x:xmpmeta ".
 bool isXmpPacketStart(FileReader &file, qint64 offset);
 
-// How an XMP date stamp carries its zone. type 1 ends in "Z" (UTC), 2 ends in a signed offset
-// (own zone), 3 has no zone (local time); 0 is no stamp. subtype bits: 1 the offset has no
-// colon, 2 the stamp has no seconds.
-struct XmpStampClass
-{
-    int type = 0;
-    int subtype = 0;
-};
-XmpStampClass classifyXmpStamp(const QByteArray &stamp);
-
 struct XmpTextValue
 {
     QByteArray text;

@@ -3,11 +3,13 @@
 #include "support/MediaFileBuilder.h"
 
 #include <QDir>
+#include <QFile>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -18,29 +20,60 @@ using namespace orv::test;
 
 namespace {
 
-struct CliResult
+struct CliRun
 {
     int exitCode = -1;
-    QByteArray out, err;
+    QByteArray out;
+    QString err;
+    QJsonArray items() const { return QJsonDocument::fromJson(out).array(); }
+    QStringList names() const
+    {
+        QStringList result;
+        for (const QJsonValue &item : items())
+            result.append(item[QStringLiteral("spName")].toString());
+        return result;
+    }
 };
 
-// Runs the built tool in UTC, so that stamps without a zone read the same on every machine.
-CliResult runCli(const QStringList &arguments)
+CliRun runCli(const QStringList &arguments)
 {
+    // In UTC, so that stamps without a zone read the same on every machine.
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
     process.setProcessEnvironment(env);
     process.start(QStringLiteral(ORV_CLI_PATH), arguments);
     process.waitForFinished(120000);
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    return {process.exitCode(), process.readAllStandardOutput(), QString::fromUtf8(process.readAllStandardError())};
 }
 
-QJsonArray scanJson(const QStringList &paths)
+class ScanCommandTest : public ::testing::Test
 {
-    const CliResult r = runCli(QStringList{QStringLiteral("scan"), QStringLiteral("--json")} + paths);
-    return QJsonDocument::fromJson(r.out).array();
-}
+protected:
+    void SetUp() override { ASSERT_TRUE(root.isValid()); }
+
+    QString photo(const QString &relativeDir, const QString &baseName, TiffSpec tags = withOriginal())
+    {
+        const QString dir = root.filePath(relativeDir);
+        QDir().mkpath(dir);
+        return buildJpeg({.exif = tags}).write(dir, baseName);
+    }
+    static TiffSpec withOriginal()
+    {
+        TiffSpec tags;
+        tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+        return tags;
+    }
+    static TiffSpec withBlankOriginal()
+    {
+        TiffSpec tags;
+        tags.dateTimeOriginal = Stamp::blank();
+        return tags;
+    }
+    QString path(const QString &relative) const { return root.filePath(relative); }
+
+    QTemporaryDir root;
+};
 
 // "2003:12:04 06:46:52" as the tool writes an instant read in UTC.
 QString isoFromExifStamp(const QString &stamp)
@@ -66,7 +99,93 @@ const QHash<QString, const char *> knownDisagreements{
 
 } // namespace
 
-TEST(ScanCommand, JsonKeysFormsAndExitCodeOnCraftedFiles)
+TEST_F(ScanCommandTest, AFolderGivesOneObjectPerFileWithTheStableKeys)
+{
+    photo(QStringLiteral("f"), QStringLiteral("b"));
+    photo(QStringLiteral("f"), QStringLiteral("a"));
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), path(QStringLiteral("f"))});
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(run.names(), (QStringList{QStringLiteral("a.jpg"), QStringLiteral("b.jpg")}));
+    const QJsonObject first = run.items().first().toObject();
+    EXPECT_EQ(first[QStringLiteral("spDateTimeOriginal")].toString(), QStringLiteral("2024-05-01T10:00:00Z"));
+    for (const char *key : {"path", "spType", "fileFormatType", "exifDateTimeOriginalOLD", "singlePicAttributes"})
+        EXPECT_TRUE(first.contains(QLatin1String(key))) << key;
+}
+
+TEST_F(ScanCommandTest, SubfoldersAreTakenToTheGivenDepthOnly)
+{
+    photo(QStringLiteral("f"), QStringLiteral("top"));
+    photo(QStringLiteral("f/one"), QStringLiteral("first"));
+    photo(QStringLiteral("f/one/two"), QStringLiteral("second"));
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--json"), path(QStringLiteral("f"))}).names(),
+              QStringList{QStringLiteral("top.jpg")});
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--json"), QStringLiteral("--subfolders"),
+                      QStringLiteral("1"), path(QStringLiteral("f"))})
+                  .names(),
+              (QStringList{QStringLiteral("top.jpg"), QStringLiteral("first.jpg")}));
+}
+
+TEST_F(ScanCommandTest, FiltersKeepOrLeaveOutExtensions)
+{
+    photo(QStringLiteral("f"), QStringLiteral("a"));
+    QFile::copy(photo(QStringLiteral("f"), QStringLiteral("b")), path(QStringLiteral("f/c.png")));
+    const QStringList scan{QStringLiteral("scan"), QStringLiteral("--json")};
+    EXPECT_EQ(runCli(scan + QStringList{QStringLiteral("--filter"), QStringLiteral(".png"), path(QStringLiteral("f"))})
+                  .names(),
+              QStringList{QStringLiteral("c.png")});
+    EXPECT_EQ(runCli(scan + QStringList{QStringLiteral("--exclude"), QStringLiteral("png"), path(QStringLiteral("f"))})
+                  .names(),
+              (QStringList{QStringLiteral("a.jpg"), QStringLiteral("b.jpg")}));
+}
+
+TEST_F(ScanCommandTest, EmptyTagsTakeFixedDatesInSteps)
+{
+    photo(QStringLiteral("f"), QStringLiteral("1"), withBlankOriginal());
+    photo(QStringLiteral("f"), QStringLiteral("2"), withBlankOriginal());
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), QStringLiteral("--empty-tags"),
+                               QStringLiteral("fixed:2024-05-01T10:00:00Z:90"), path(QStringLiteral("f"))});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    ASSERT_EQ(run.items().size(), 2);
+    EXPECT_EQ(run.items()[0][QStringLiteral("spDateTimeOriginal")].toString(), QStringLiteral("2024-05-01T10:00:00Z"));
+    EXPECT_EQ(run.items()[1][QStringLiteral("spDateTimeOriginal")].toString(), QStringLiteral("2024-05-01T10:01:30Z"));
+    EXPECT_EQ(run.items()[1][QStringLiteral("spType")].toInt(), 8);
+}
+
+TEST_F(ScanCommandTest, ImportProblemsGoToStderrWithExitOneWhileTheRestIsListed)
+{
+    photo(QStringLiteral("f"), QStringLiteral("good"));
+    QFile empty(path(QStringLiteral("f/empty.jpg")));
+    ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+    empty.close();
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), path(QStringLiteral("f")),
+                               path(QStringLiteral("missing"))});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.names(), (QStringList{QStringLiteral("empty.jpg"), QStringLiteral("good.jpg")}));
+    EXPECT_TRUE(run.err.contains(QStringLiteral("empty (0 bytes)"))) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("missing: no such file or folder"))) << run.err.toStdString();
+}
+
+TEST_F(ScanCommandTest, SingleFilesStillScanAsBefore)
+{
+    const QString file = photo(QStringLiteral("f"), QStringLiteral("only"));
+    photo(QStringLiteral("f"), QStringLiteral("other"));
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--json"), file}).names(),
+              QStringList{QStringLiteral("only.jpg")});
+}
+
+TEST_F(ScanCommandTest, WrongUsageIsExitTwo)
+{
+    EXPECT_EQ(runCli({QStringLiteral("scan")}).exitCode, 2);
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--subfolders"), QStringLiteral("x"), root.path()}).exitCode,
+              2);
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--empty-tags"), QStringLiteral("fixed:yesterday:5"),
+                      root.path()})
+                  .exitCode,
+              2);
+    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--subfolders")}).exitCode, 2);
+}
+
+TEST(ScanCommandJson, OffsetsStampsAndLocationOfACraftedFile)
 {
     QTemporaryDir dir;
     TiffSpec tags;
@@ -77,10 +196,10 @@ TEST(ScanCommand, JsonKeysFormsAndExitCodeOnCraftedFiles)
     jpeg.write(dir.path(), QStringLiteral("tower"));
     const QString missing = dir.filePath(QStringLiteral("nowhere.jpg"));
 
-    const CliResult r = runCli({QStringLiteral("scan"), QStringLiteral("--json"), dir.path(), missing});
+    const CliRun r = runCli({QStringLiteral("scan"), QStringLiteral("--json"), dir.path(), missing});
     EXPECT_EQ(r.exitCode, 1) << "a missing path fails the run at the end";
-    EXPECT_TRUE(r.err.contains("nowhere.jpg"));
-    const QJsonArray items = QJsonDocument::fromJson(r.out).array();
+    EXPECT_TRUE(r.err.contains(QStringLiteral("nowhere.jpg")));
+    const QJsonArray items = r.items();
     ASSERT_EQ(items.size(), 1) << "the other paths are still scanned";
     const QJsonObject item = items.first().toObject();
 
@@ -102,19 +221,9 @@ TEST(ScanCommand, JsonKeysFormsAndExitCodeOnCraftedFiles)
               QStringLiteral("N"));
 }
 
-TEST(ScanCommand, UsageErrorsExitWith2)
-{
-    EXPECT_EQ(runCli({QStringLiteral("scan")}).exitCode, 2);
-    EXPECT_EQ(runCli({QStringLiteral("scan"), QStringLiteral("--bogus"), QStringLiteral("/tmp")}).exitCode, 2);
-    EXPECT_EQ(runCli({QStringLiteral("frobnicate")}).exitCode, 2);
-    const CliResult help = runCli({QStringLiteral("--help")});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.out.contains("scan"));
-}
-
 // Every still of the corpus: the date slots, the chosen date and the location that the tool
 // prints agree with exiftool's reading of the same file.
-TEST(ScanCommand, CorpusAgreesWithExiftool)
+TEST(ScanCommandJson, CorpusAgreesWithExiftool)
 {
     ORV_SKIP_WITHOUT_CORPUS();
     const QStringList stills = corpusFiles({QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("tif"),
@@ -122,7 +231,7 @@ TEST(ScanCommand, CorpusAgreesWithExiftool)
                                             QStringLiteral("nef"), QStringLiteral("dng"), QStringLiteral("rw2"),
                                             QStringLiteral("arw"), QStringLiteral("orf"), QStringLiteral("pef")});
     ASSERT_FALSE(stills.isEmpty());
-    const QJsonArray items = scanJson(stills);
+    const QJsonArray items = runCli(QStringList{QStringLiteral("scan"), QStringLiteral("--json")} + stills).items();
     ASSERT_EQ(items.size(), stills.size());
 
     int compared = 0;

@@ -15,19 +15,16 @@ using namespace orv::test;
 namespace {
 
 // Counts the questions, so a test can tell that the folder asked exactly once.
-class CountingAnswers : public ImportQuestions
+class CountingAnswers : public FixedImportAnswers
 {
 public:
-    explicit CountingAnswers(ImportOptions answer) : m_answer(answer) {}
-    ImportOptions emptyTagOptions(const MySingleFolder &) override
+    explicit CountingAnswers(ImportOptions answer) : FixedImportAnswers(answer) {}
+    ImportOptions emptyTagOptions(const MySingleFolder &folder) override
     {
         ++asked;
-        return m_answer;
+        return FixedImportAnswers::emptyTagOptions(folder);
     }
     int asked = 0;
-
-private:
-    ImportOptions m_answer;
 };
 
 ImportOptions fileDateOption()

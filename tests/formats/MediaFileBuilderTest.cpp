@@ -132,8 +132,8 @@ TEST_F(BuiltFile, ExifDatesAndOffsetsReadBackInBothByteOrders)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
         SCOPED_TRACE(orderName(order));
-        const TiffSpec spec = cameraTags(order);
-        const MediaFile file = buildJpeg({.exif = spec});
+        const TiffSpec recipe = cameraTags(order);
+        const MediaFile file = buildJpeg({.exif = recipe});
         const QString path = write(file);
 
         const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
@@ -159,16 +159,16 @@ TEST_F(BuiltFile, ExifDatesAndOffsetsReadBackInBothByteOrders)
         const MediaOffsets &at = file.offsets;
         EXPECT_TRUE(placed.stamp("IFD0:Make", at.make, Stamp::text("Maker")));
         EXPECT_TRUE(placed.stamp("IFD0:Model", at.model, Stamp::text("Model X")));
-        EXPECT_TRUE(placed.stamp("IFD0:ModifyDate", at.dateTime, *spec.dateTime));
+        EXPECT_TRUE(placed.stamp("IFD0:ModifyDate", at.dateTime, *recipe.dateTime));
         EXPECT_TRUE(
-            placed.stamp("ExifIFD:DateTimeOriginal", at.dateTimeOriginal, *spec.dateTimeOriginal));
+            placed.stamp("ExifIFD:DateTimeOriginal", at.dateTimeOriginal, *recipe.dateTimeOriginal));
         EXPECT_TRUE(
-            placed.stamp("ExifIFD:CreateDate", at.dateTimeDigitized, *spec.dateTimeDigitized));
-        EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTime", at.offsetTime, *spec.offsetTime));
+            placed.stamp("ExifIFD:CreateDate", at.dateTimeDigitized, *recipe.dateTimeDigitized));
+        EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTime", at.offsetTime, *recipe.offsetTime));
         EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTimeOriginal", at.offsetTimeOriginal,
-                                 *spec.offsetTimeOriginal));
+                                 *recipe.offsetTimeOriginal));
         EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTimeDigitized", at.offsetTimeDigitized,
-                                 *spec.offsetTimeDigitized));
+                                 *recipe.offsetTimeDigitized));
         EXPECT_EQ(at.tiffHeader + placed.pointer("IFD0:ExifOffset", order), at.exifIfd);
         EXPECT_EQ(at.tiffHeader + u32At(file.bytes, at.tiffHeader + 4, order), at.ifd0);
     }
@@ -184,10 +184,10 @@ TEST_F(BuiltFile, GpsValuesReadBackWhereTheyWerePlaced)
         gps.timeStamp = RationalTriple{Rational{8, 1}, Rational{30, 1}, Rational{15, 1}};
         gps.dateStamp = Stamp::text("2024:05:01");
         gps.hPositioningError = Rational{5, 2};
-        TiffSpec spec;
-        spec.order = order;
-        spec.gps = gps;
-        const MediaFile file = buildJpeg({.exif = spec});
+        TiffSpec recipe;
+        recipe.order = order;
+        recipe.gps = gps;
+        const MediaFile file = buildJpeg({.exif = recipe});
         const QString path = write(file);
 
         const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
@@ -219,21 +219,21 @@ TEST_F(BuiltFile, GpsValuesReadBackWhereTheyWerePlaced)
 
 TEST_F(BuiltFile, StampsKeepTheirExactBytes)
 {
-    TiffSpec spec;
-    spec.order = ByteOrder::Motorola;
-    spec.dateTime = Stamp::blank();
-    spec.dateTimeOriginal = Stamp::zeros();
-    spec.dateTimeDigitized = Stamp::padded("2024:05:01 10:00", 20);
-    spec.offsetTime = Stamp::raw("+02:00");
-    spec.offsetTimeOriginal = Stamp::raw(QByteArray("+0\0\0", 4));
+    TiffSpec recipe;
+    recipe.order = ByteOrder::Motorola;
+    recipe.dateTime = Stamp::blank();
+    recipe.dateTimeOriginal = Stamp::zeros();
+    recipe.dateTimeDigitized = Stamp::padded("2024:05:01 10:00", 20);
+    recipe.offsetTime = Stamp::raw("+02:00");
+    recipe.offsetTimeOriginal = Stamp::raw(QByteArray("+0\0\0", 4));
     GpsSpec gps;
     gps.dateStamp = Stamp::raw("2024:05:01");
-    spec.gps = gps;
-    const MediaFile file = buildJpeg({.exif = spec});
+    recipe.gps = gps;
+    const MediaFile file = buildJpeg({.exif = recipe});
     const QString path = write(file);
 
-    EXPECT_EQ(spec.dateTime->bytes, QByteArray("    :  :     :  :  \0", 20));
-    EXPECT_EQ(spec.dateTimeDigitized->bytes, QByteArray("2024:05:01 10:00\0\0\0\0", 20));
+    EXPECT_EQ(recipe.dateTime->bytes, QByteArray("    :  :     :  :  \0", 20));
+    EXPECT_EQ(recipe.dateTimeDigitized->bytes, QByteArray("2024:05:01 10:00\0\0\0\0", 20));
     const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
     EXPECT_EQ(tags.string("IFD0:ModifyDate"), "    :  :     :  :  ");
     EXPECT_EQ(tags.string("ExifIFD:DateTimeOriginal"), "0000:00:00 00:00:00");
@@ -243,14 +243,14 @@ TEST_F(BuiltFile, StampsKeepTheirExactBytes)
 
     const Placement placed(file, path);
     const MediaOffsets &at = file.offsets;
-    EXPECT_TRUE(placed.stamp("IFD0:ModifyDate", at.dateTime, *spec.dateTime));
+    EXPECT_TRUE(placed.stamp("IFD0:ModifyDate", at.dateTime, *recipe.dateTime));
     EXPECT_TRUE(
-        placed.stamp("ExifIFD:DateTimeOriginal", at.dateTimeOriginal, *spec.dateTimeOriginal));
-    EXPECT_TRUE(placed.stamp("ExifIFD:CreateDate", at.dateTimeDigitized, *spec.dateTimeDigitized));
-    EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTime", at.offsetTime, *spec.offsetTime));
+        placed.stamp("ExifIFD:DateTimeOriginal", at.dateTimeOriginal, *recipe.dateTimeOriginal));
+    EXPECT_TRUE(placed.stamp("ExifIFD:CreateDate", at.dateTimeDigitized, *recipe.dateTimeDigitized));
+    EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTime", at.offsetTime, *recipe.offsetTime));
     // Four bytes fit in the entry itself.
     EXPECT_TRUE(placed.stamp("ExifIFD:OffsetTimeOriginal", at.offsetTimeOriginal,
-                             *spec.offsetTimeOriginal));
+                             *recipe.offsetTimeOriginal));
     EXPECT_TRUE(placed.stamp("GPS:GPSDateStamp", at.gpsDateStamp, *gps.dateStamp));
 }
 
@@ -258,10 +258,10 @@ TEST_F(BuiltFile, ExifDatesInIfd0StandAfterOrAheadOfThePointers)
 {
     for (const ExifDatePlace place : {ExifDatePlace::Ifd0, ExifDatePlace::Ifd0BeforePointers}) {
         SCOPED_TRACE(int(place));
-        TiffSpec spec = cameraTags(ByteOrder::Intel);
-        spec.exifDatePlace = place;
-        spec.gps = GpsSpec::at(1, 2);
-        const MediaFile file = buildJpeg({.exif = spec});
+        TiffSpec recipe = cameraTags(ByteOrder::Intel);
+        recipe.exifDatePlace = place;
+        recipe.gps = GpsSpec::at(1, 2);
+        const MediaFile file = buildJpeg({.exif = recipe});
         const QString path = write(file);
 
         const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
@@ -275,10 +275,10 @@ TEST_F(BuiltFile, ExifDatesInIfd0StandAfterOrAheadOfThePointers)
 
         const Placement placed(file, path);
         EXPECT_TRUE(placed.stamp("IFD0:DateTimeOriginal", file.offsets.dateTimeOriginal,
-                                 *spec.dateTimeOriginal));
+                                 *recipe.dateTimeOriginal));
         EXPECT_TRUE(placed.stamp("IFD0:CreateDate", file.offsets.dateTimeDigitized,
-                                 *spec.dateTimeDigitized));
-        EXPECT_TRUE(placed.stamp("IFD0:OffsetTime", file.offsets.offsetTime, *spec.offsetTime));
+                                 *recipe.dateTimeDigitized));
+        EXPECT_TRUE(placed.stamp("IFD0:OffsetTime", file.offsets.offsetTime, *recipe.offsetTime));
     }
 }
 
@@ -417,14 +417,14 @@ TEST_F(BuiltFile, XmpSidecarHoldsEveryTagTheReadersSearchInBothForms)
         {"photoshop:SidecarForExtension", "CR2", "XMP-photoshop:SidecarForExtension", "CR2"},
         {"crs:RawFileName", "IMG_0001.CR2", "XMP-crs:RawFileName", "IMG_0001.CR2"},
     };
-    XmpSpec spec{.wrapped = false};
+    XmpSpec recipe{.wrapped = false};
     for (const Case &c : cases)
-        spec.properties.push_back({c.name, c.value});
+        recipe.properties.push_back({c.name, c.value});
 
     for (const XmpForm form : {XmpForm::Attributes, XmpForm::Elements}) {
         SCOPED_TRACE(int(form));
-        spec.form = form;
-        const MediaFile file = buildXmpSidecar(spec);
+        recipe.form = form;
+        const MediaFile file = buildXmpSidecar(recipe);
         const QString path = write(file);
         EXPECT_EQ(path.right(4), ".xmp");
         const ExiftoolTags tags = exiftoolTags(path, ExiftoolGroups::Family1);
@@ -461,9 +461,9 @@ TEST(XmpBuilder, UnknownPrefixIsRefused)
 
 TEST_F(BuiltFile, PngCarriesExifXmpAndTextWithRightCrcs)
 {
-    const TiffSpec spec = cameraTags(ByteOrder::Motorola);
+    const TiffSpec recipe = cameraTags(ByteOrder::Motorola);
     const MediaFile file = buildPng({.size = {10, 6},
-                                     .exif = spec,
+                                     .exif = recipe,
                                      .xmp = xmpWithOriginalDate(),
                                      .texts = {{"Comment", "built for a test"}}});
     const QString path = write(file);

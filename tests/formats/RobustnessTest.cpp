@@ -8,6 +8,7 @@
 #include "support/QtPrinters.h"
 #include "RecordDecoding.h"
 
+#include "core/DateStampCodec.h"
 #include "formats/MySingleFolderDataReader.h"
 
 #include <QFile>
@@ -87,7 +88,7 @@ public:
         ASSERT_TRUE(infos); // the file exists, so it opens
         for (const auto &[key, record] : *infos) {
             expectRecord(record.data, record.offset, "XMP stamp");
-            EXPECT_NE(classifyXmpStamp(record.data).type, 0);
+            EXPECT_NE(DateStampCodec::verifiedXmpDateDataType(record.data).type, 0);
         }
     }
 

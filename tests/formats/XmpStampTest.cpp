@@ -1,6 +1,7 @@
 // The XMP stamp forms decide how a date is read and rewritten in place; a wrong class would
 // shift a time by its zone or break a value's length.
 
+#include "core/DateStampCodec.h"
 #include "formats/XmpLocator.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@ class XmpStampClasses : public testing::TestWithParam<StampCase>
 TEST_P(XmpStampClasses, ClassifyByZoneAndSeconds)
 {
     const StampCase &c = GetParam();
-    const XmpStampClass kind = classifyXmpStamp(QByteArray(c.stamp));
+    const XmpStampKind kind = DateStampCodec::verifiedXmpDateDataType(QByteArray(c.stamp));
     EXPECT_EQ(kind.type, c.type) << c.stamp;
     EXPECT_EQ(kind.subtype, c.subtype) << c.stamp;
 }

@@ -45,35 +45,35 @@ QByteArray encodeJpegImage(QSize size, bool progressive)
     return encodeGradient(size, "jpeg", 85, progressive);
 }
 
-MediaFile buildJpeg(const JpegSpec &spec)
+MediaFile buildJpeg(const JpegSpec &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("jpg")};
     ByteWriter out(ByteOrder::Motorola);
     out.u8(0xFF);
     out.u8(0xD8);
-    if (spec.jfif)
+    if (recipe.jfif)
         appendSegment(out, kApp0, QByteArray("JFIF\0\x01\x01\0\0\x01\0\x01\0\0", 14));
 
     const auto appendExif = [&] {
-        const MediaFile block = buildExifBlock(*spec.exif, out.size() + 10);
+        const MediaFile block = buildExifBlock(*recipe.exif, out.size() + 10);
         static_cast<TiffOffsets &>(file.offsets) = block.offsets;
         file.offsets.exifSegment = out.size();
         appendSegment(out, kApp1, QByteArray("Exif\0\0", 6) + block.bytes);
     };
     const auto appendXmp = [&] {
         file.offsets.xmpSegment = out.size();
-        placeXmp(file.offsets, out.size() + 4 + sizeof kXmpNamespace, *spec.xmp);
+        placeXmp(file.offsets, out.size() + 4 + sizeof kXmpNamespace, *recipe.xmp);
         appendSegment(out, kApp1,
-                      QByteArray(kXmpNamespace, sizeof kXmpNamespace) + spec.xmp->bytes);
+                      QByteArray(kXmpNamespace, sizeof kXmpNamespace) + recipe.xmp->bytes);
     };
-    if (spec.xmp && spec.xmpBeforeExif)
+    if (recipe.xmp && recipe.xmpBeforeExif)
         appendXmp();
-    if (spec.exif)
+    if (recipe.exif)
         appendExif();
-    if (spec.xmp && !spec.xmpBeforeExif)
+    if (recipe.xmp && !recipe.xmpBeforeExif)
         appendXmp();
 
-    out.bytes(imageSegments(encodeJpegImage(spec.size, spec.progressive)));
+    out.bytes(imageSegments(encodeJpegImage(recipe.size, recipe.progressive)));
     file.bytes = out.data();
     return file;
 }

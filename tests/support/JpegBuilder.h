@@ -21,7 +21,7 @@ struct JpegSpec
     bool progressive = false; // SOF2 instead of SOF0
 };
 
-MediaFile buildJpeg(const JpegSpec &spec);
+MediaFile buildJpeg(const JpegSpec &recipe);
 
 // A plain JPEG as an encoder writes it: SOI, JFIF APP0, tables, SOF, scan, EOI. Fit to serve as
 // an embedded preview.

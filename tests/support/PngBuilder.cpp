@@ -79,14 +79,14 @@ quint32 pngChunkCrc(QByteArrayView typeAndData)
                          uInt(typeAndData.size())));
 }
 
-MediaFile buildPng(const PngSpec &spec)
+MediaFile buildPng(const PngSpec &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("png")};
-    PngWriter png(spec.wrongCrcChunk);
-    png.chunk("IHDR", header(spec.size));
+    PngWriter png(recipe.wrongCrcChunk);
+    png.chunk("IHDR", header(recipe.size));
 
     const auto writeExif = [&] {
-        const MediaFile block = buildExifBlock(*spec.exif, png.position() + kChunkHeader);
+        const MediaFile block = buildExifBlock(*recipe.exif, png.position() + kChunkHeader);
         static_cast<TiffOffsets &>(file.offsets) = block.offsets;
         file.offsets.exifSegment = png.position();
         png.chunk("eXIf", block.bytes);
@@ -94,20 +94,20 @@ MediaFile buildPng(const PngSpec &spec)
     const auto writeXmp = [&] {
         const QByteArray prefix = xmpTextPrefix();
         file.offsets.xmpSegment = png.position();
-        placeXmp(file.offsets, png.position() + kChunkHeader + quint32(prefix.size()), *spec.xmp);
-        png.chunk("iTXt", prefix + spec.xmp->bytes);
+        placeXmp(file.offsets, png.position() + kChunkHeader + quint32(prefix.size()), *recipe.xmp);
+        png.chunk("iTXt", prefix + recipe.xmp->bytes);
     };
     const auto writeAt = [&](ChunkPosition position) {
-        if (spec.exif && spec.exifPosition == position)
+        if (recipe.exif && recipe.exifPosition == position)
             writeExif();
-        if (spec.xmp && spec.xmpPosition == position)
+        if (recipe.xmp && recipe.xmpPosition == position)
             writeXmp();
     };
 
     writeAt(ChunkPosition::BeforeImageData);
-    for (const PngText &text : spec.texts)
+    for (const PngText &text : recipe.texts)
         png.chunk("tEXt", text.keyword + '\0' + text.text);
-    png.chunk("IDAT", compressedRows(spec.size));
+    png.chunk("IDAT", compressedRows(recipe.size));
     writeAt(ChunkPosition::AfterImageData);
     png.chunk("IEND", {});
     file.bytes = png.bytes();

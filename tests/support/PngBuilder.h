@@ -32,7 +32,7 @@ struct PngSpec
     QByteArray wrongCrcChunk{};
 };
 
-MediaFile buildPng(const PngSpec &spec);
+MediaFile buildPng(const PngSpec &recipe);
 
 // The CRC a PNG chunk must carry: zlib crc32 over its type and data.
 quint32 pngChunkCrc(QByteArrayView typeAndData);

@@ -70,14 +70,14 @@ bool isExifDateTag(quint16 tag)
     return tag == 36867 || tag == 36868 || (tag >= 36880 && tag <= 36882);
 }
 
-std::vector<TiffEntry> exifDateEntries(const TiffSpec &spec)
+std::vector<TiffEntry> exifDateEntries(const TiffSpec &recipe)
 {
     std::vector<TiffEntry> entries;
-    addIf(entries, spec.dateTimeOriginal, 36867, &MediaOffsets::dateTimeOriginal);
-    addIf(entries, spec.dateTimeDigitized, 36868, &MediaOffsets::dateTimeDigitized);
-    addIf(entries, spec.offsetTime, 36880, &MediaOffsets::offsetTime);
-    addIf(entries, spec.offsetTimeOriginal, 36881, &MediaOffsets::offsetTimeOriginal);
-    addIf(entries, spec.offsetTimeDigitized, 36882, &MediaOffsets::offsetTimeDigitized);
+    addIf(entries, recipe.dateTimeOriginal, 36867, &MediaOffsets::dateTimeOriginal);
+    addIf(entries, recipe.dateTimeDigitized, 36868, &MediaOffsets::dateTimeDigitized);
+    addIf(entries, recipe.offsetTime, 36880, &MediaOffsets::offsetTime);
+    addIf(entries, recipe.offsetTimeOriginal, 36881, &MediaOffsets::offsetTimeOriginal);
+    addIf(entries, recipe.offsetTimeDigitized, 36882, &MediaOffsets::offsetTimeDigitized);
     return entries;
 }
 
@@ -109,55 +109,55 @@ void sortIfd0(std::vector<TiffEntry> &entries, ExifDatePlace place)
                      [&](const TiffEntry &a, const TiffEntry &b) { return key(a) < key(b); });
 }
 
-// Adds IFD0 and the Exif and GPS IFDs the spec needs; answers IFD0's entries, unsorted, so a
+// Adds IFD0 and the Exif and GPS IFDs the recipe needs; answers IFD0's entries, unsorted, so a
 // file can add its image tags before they are placed.
-std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffSpec &spec)
+std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffSpec &recipe)
 {
     std::vector<TiffEntry> entries;
-    if (spec.make)
-        entries.push_back(ascii(271, Stamp::text(*spec.make), &MediaOffsets::make));
-    if (spec.model)
-        entries.push_back(ascii(272, Stamp::text(*spec.model), &MediaOffsets::model));
-    if (spec.orientation)
-        entries.push_back(numbers(274, TiffType::Short, {*spec.orientation}));
-    addIf(entries, spec.dateTime, 306, &MediaOffsets::dateTime);
-    if (spec.xmp)
+    if (recipe.make)
+        entries.push_back(ascii(271, Stamp::text(*recipe.make), &MediaOffsets::make));
+    if (recipe.model)
+        entries.push_back(ascii(272, Stamp::text(*recipe.model), &MediaOffsets::model));
+    if (recipe.orientation)
+        entries.push_back(numbers(274, TiffType::Short, {*recipe.orientation}));
+    addIf(entries, recipe.dateTime, 306, &MediaOffsets::dateTime);
+    if (recipe.xmp)
         entries.push_back(
-            bytes(kXmpTag, TiffType::Byte, spec.xmp->bytes, &MediaOffsets::xmpPacket));
-    if (spec.embeddedJpeg)
+            bytes(kXmpTag, TiffType::Byte, recipe.xmp->bytes, &MediaOffsets::xmpPacket));
+    if (recipe.embeddedJpeg)
         entries.push_back(
-            bytes(46, TiffType::Undefined, *spec.embeddedJpeg, &MediaOffsets::embeddedJpeg));
+            bytes(46, TiffType::Undefined, *recipe.embeddedJpeg, &MediaOffsets::embeddedJpeg));
 
     std::vector<TiffEntry> exif;
-    std::vector<TiffEntry> dates = exifDateEntries(spec);
+    std::vector<TiffEntry> dates = exifDateEntries(recipe);
     std::vector<TiffEntry> &datesGoTo =
-        spec.exifDatePlace == ExifDatePlace::ExifIfd ? exif : entries;
+        recipe.exifDatePlace == ExifDatePlace::ExifIfd ? exif : entries;
     datesGoTo.insert(datesGoTo.end(), dates.begin(), dates.end());
-    if (spec.pixelSize) {
-        exif.push_back(numbers(40962, TiffType::Long, {quint32(spec.pixelSize->width())}));
-        exif.push_back(numbers(40963, TiffType::Long, {quint32(spec.pixelSize->height())}));
+    if (recipe.pixelSize) {
+        exif.push_back(numbers(40962, TiffType::Long, {quint32(recipe.pixelSize->width())}));
+        exif.push_back(numbers(40963, TiffType::Long, {quint32(recipe.pixelSize->height())}));
     }
     if (!exif.empty()) {
         const int exifIfd = layout.addDirectory(&MediaOffsets::exifIfd);
         layout.setEntries(exifIfd, exif);
         entries.push_back(pointer(kExifPointer, exifIfd));
     }
-    if (spec.gps) {
+    if (recipe.gps) {
         const int gpsIfd = layout.addDirectory(&MediaOffsets::gpsIfd);
-        layout.setEntries(gpsIfd, gpsEntries(*spec.gps));
+        layout.setEntries(gpsIfd, gpsEntries(*recipe.gps));
         entries.push_back(pointer(kGpsPointer, gpsIfd));
     }
     return entries;
 }
 
-MediaFile finish(TiffLayout &layout, const TiffSpec &spec, quint32 fileOffset)
+MediaFile finish(TiffLayout &layout, const TiffSpec &recipe, quint32 fileOffset)
 {
     MediaFile file;
     file.suffix = QStringLiteral("tif");
-    file.bytes = layout.write(spec.order, fileOffset, file.offsets);
+    file.bytes = layout.write(recipe.order, fileOffset, file.offsets);
     file.offsets.tiffHeader = fileOffset;
-    if (spec.xmp)
-        placeXmp(file.offsets, file.offsets.xmpPacket, *spec.xmp);
+    if (recipe.xmp)
+        placeXmp(file.offsets, file.offsets.xmpPacket, *recipe.xmp);
     return file;
 }
 
@@ -224,32 +224,32 @@ GpsSpec GpsSpec::at(double latitude, double longitude)
     return gps;
 }
 
-MediaFile buildExifBlock(const TiffSpec &spec, quint32 fileOffset)
+MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset)
 {
     TiffLayout layout;
     const int ifd0 = layout.addDirectory(&MediaOffsets::ifd0);
-    std::vector<TiffEntry> entries = addMetadata(layout, spec);
-    sortIfd0(entries, spec.exifDatePlace);
+    std::vector<TiffEntry> entries = addMetadata(layout, recipe);
+    sortIfd0(entries, recipe.exifDatePlace);
     layout.setEntries(ifd0, std::move(entries));
-    return finish(layout, spec, fileOffset);
+    return finish(layout, recipe, fileOffset);
 }
 
-MediaFile buildTiffFile(const TiffFileSpec &spec)
+MediaFile buildTiffFile(const TiffFileSpec &recipe)
 {
     TiffLayout layout;
     const int ifd0 = layout.addDirectory(&MediaOffsets::ifd0);
-    std::vector<TiffEntry> entries = addMetadata(layout, spec.tags);
-    const QByteArray pixels = stripPixels(spec.imageSize);
+    std::vector<TiffEntry> entries = addMetadata(layout, recipe.tags);
+    const QByteArray pixels = stripPixels(recipe.imageSize);
     const int strip = layout.addBlob(pixels);
     const std::vector<TiffEntry> image =
-        imageEntries(spec.imageSize, strip, quint32(pixels.size()));
+        imageEntries(recipe.imageSize, strip, quint32(pixels.size()));
     entries.insert(entries.end(), image.begin(), image.end());
-    sortIfd0(entries, spec.tags.exifDatePlace);
+    sortIfd0(entries, recipe.tags.exifDatePlace);
     layout.setEntries(ifd0, std::move(entries));
 
     std::vector<int> previewBlobs;
     int previous = ifd0;
-    for (const QByteArray &jpeg : spec.previews) {
+    for (const QByteArray &jpeg : recipe.previews) {
         const int directory = layout.addDirectory();
         previewBlobs.push_back(layout.addBlob(jpeg));
         layout.setEntries(directory, previewEntries(previewBlobs.back(), quint32(jpeg.size())));
@@ -257,10 +257,10 @@ MediaFile buildTiffFile(const TiffFileSpec &spec)
         previous = directory;
     }
 
-    MediaFile file = finish(layout, spec.tags, 0);
-    for (std::size_t i = 0; i < spec.previews.size(); ++i) {
+    MediaFile file = finish(layout, recipe.tags, 0);
+    for (std::size_t i = 0; i < recipe.previews.size(); ++i) {
         const quint32 begin = layout.sectionOffset(previewBlobs[i]);
-        file.offsets.previews.push_back({begin, begin + quint32(spec.previews[i].size())});
+        file.offsets.previews.push_back({begin, begin + quint32(recipe.previews[i].size())});
     }
     return file;
 }

@@ -87,7 +87,7 @@ struct TiffSpec
 
 // A bare TIFF block, to be embedded at fileOffset of a container (offsets are reported as if
 // it stood there). Without an image it is also a metadata-only TIFF file.
-MediaFile buildExifBlock(const TiffSpec &spec, quint32 fileOffset = 0);
+MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset = 0);
 
 struct TiffFileSpec
 {
@@ -96,7 +96,7 @@ struct TiffFileSpec
     std::vector<QByteArray> previews{}; // JPEGs, each in its own IFD chained after IFD0, as in RAWs
 };
 
-// A TIFF file: header at 0, IFD0 describing a real strip image plus the spec's tags.
-MediaFile buildTiffFile(const TiffFileSpec &spec);
+// A TIFF file: header at 0, IFD0 describing a real strip image plus the recipe's tags.
+MediaFile buildTiffFile(const TiffFileSpec &recipe);
 
 } // namespace orv::test

@@ -46,7 +46,7 @@ void appendChunk(ByteWriter &out, QByteArrayView type, const QByteArray &data)
 
 } // namespace
 
-MediaFile buildWebp(const WebpSpec &spec)
+MediaFile buildWebp(const WebpSpec &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("webp")};
     ByteWriter out(ByteOrder::Intel);
@@ -54,23 +54,23 @@ MediaFile buildWebp(const WebpSpec &spec)
     out.u32(0); // patched below
     out.bytes("WEBP");
     appendChunk(out, "VP8X",
-                extendedHeader(spec.size, spec.exif.has_value(), spec.xmp.has_value()));
-    out.bytes(imageChunk(spec.size, spec.lossless));
-    if (spec.strayPadByte)
+                extendedHeader(recipe.size, recipe.exif.has_value(), recipe.xmp.has_value()));
+    out.bytes(imageChunk(recipe.size, recipe.lossless));
+    if (recipe.strayPadByte)
         out.u8(0);
 
-    if (spec.exif) {
-        const QByteArray header = spec.exifWithHeader ? QByteArray("Exif\0\0", 6) : QByteArray();
+    if (recipe.exif) {
+        const QByteArray header = recipe.exifWithHeader ? QByteArray("Exif\0\0", 6) : QByteArray();
         const MediaFile block =
-            buildExifBlock(*spec.exif, out.size() + kChunkHeader + quint32(header.size()));
+            buildExifBlock(*recipe.exif, out.size() + kChunkHeader + quint32(header.size()));
         static_cast<TiffOffsets &>(file.offsets) = block.offsets;
         file.offsets.exifSegment = out.size();
         appendChunk(out, "EXIF", header + block.bytes);
     }
-    if (spec.xmp) {
+    if (recipe.xmp) {
         file.offsets.xmpSegment = out.size();
-        placeXmp(file.offsets, out.size() + kChunkHeader, *spec.xmp);
-        appendChunk(out, "XMP ", spec.xmp->bytes);
+        placeXmp(file.offsets, out.size() + kChunkHeader, *recipe.xmp);
+        appendChunk(out, "XMP ", recipe.xmp->bytes);
     }
 
     file.bytes = out.data();

@@ -21,6 +21,6 @@ struct WebpSpec
         false; // a zero byte no chunk accounts for, ahead of the first metadata chunk
 };
 
-MediaFile buildWebp(const WebpSpec &spec);
+MediaFile buildWebp(const WebpSpec &recipe);
 
 } // namespace orv::test

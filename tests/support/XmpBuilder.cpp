@@ -35,23 +35,23 @@ QByteArray namespaceDeclarations(const std::vector<XmpProperty> &properties)
 
 } // namespace
 
-XmpPacket buildXmp(const XmpSpec &spec)
+XmpPacket buildXmp(const XmpSpec &recipe)
 {
     XmpPacket packet;
     QByteArray &out = packet.bytes;
-    if (spec.wrapped)
+    if (recipe.wrapped)
         out += "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n";
     out += "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
            " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n"
            "  <rdf:Description rdf:about=\"\"";
-    out += namespaceDeclarations(spec.properties);
+    out += namespaceDeclarations(recipe.properties);
 
     const auto placeValue = [&](const XmpProperty &property) {
         packet.valueOffsets[property.name] = quint32(out.size());
         out += property.value.toUtf8();
     };
-    if (spec.form == XmpForm::Attributes) {
-        for (const XmpProperty &property : spec.properties) {
+    if (recipe.form == XmpForm::Attributes) {
+        for (const XmpProperty &property : recipe.properties) {
             out += "\n   " + property.name.toUtf8() + "=\"";
             placeValue(property);
             out += '"';
@@ -59,7 +59,7 @@ XmpPacket buildXmp(const XmpSpec &spec)
         out += "/>\n";
     } else {
         out += ">\n";
-        for (const XmpProperty &property : spec.properties) {
+        for (const XmpProperty &property : recipe.properties) {
             const QByteArray name = property.name.toUtf8();
             out += "   <" + name + '>';
             placeValue(property);
@@ -68,7 +68,7 @@ XmpPacket buildXmp(const XmpSpec &spec)
         out += "  </rdf:Description>\n";
     }
     out += " </rdf:RDF>\n</x:xmpmeta>\n";
-    if (spec.wrapped)
+    if (recipe.wrapped)
         out += "<?xpacket end=\"w\"?>";
     return packet;
 }
@@ -81,9 +81,9 @@ void placeXmp(MediaOffsets &offsets, quint32 packetStart, const XmpPacket &packe
         offsets.xmpValues[name] = packetStart + offset;
 }
 
-MediaFile buildXmpSidecar(const XmpSpec &spec)
+MediaFile buildXmpSidecar(const XmpSpec &recipe)
 {
-    const XmpPacket packet = buildXmp(spec);
+    const XmpPacket packet = buildXmp(recipe);
     MediaFile file{packet.bytes, {}, QStringLiteral("xmp")};
     placeXmp(file.offsets, 0, packet);
     return file;

@@ -41,12 +41,12 @@ struct XmpPacket
     static XmpPacket raw(QByteArray bytes) { return {std::move(bytes), {}}; }
 };
 
-XmpPacket buildXmp(const XmpSpec &spec);
+XmpPacket buildXmp(const XmpSpec &recipe);
 
 // Records a packet placed at the absolute offset packetStart: xmpPacket and every xmpValues entry.
 void placeXmp(MediaOffsets &offsets, quint32 packetStart, const XmpPacket &packet);
 
 // A standalone .xmp sidecar file holding the packet.
-MediaFile buildXmpSidecar(const XmpSpec &spec);
+MediaFile buildXmpSidecar(const XmpSpec &recipe);
 
 } // namespace orv::test
