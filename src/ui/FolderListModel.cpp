@@ -4,15 +4,34 @@
 
 #include <QFont>
 #include <QLocale>
+#include <QColor>
 
 namespace orv {
 
 namespace {
 // Folders start at the row after "All Folders".
 constexpr int firstFolderRow = 1;
+
+QString mediaMix(qint64 mediaTypesState)
+{
+    switch (mediaTypesState) {
+    case MySingleFolder::ImagesOnly:
+        return FolderListModel::tr("Photos");
+    case MySingleFolder::MoviesOnly:
+        return FolderListModel::tr("Movies");
+    case MySingleFolder::ImagesAndMovies:
+        return FolderListModel::tr("Photos, movies");
+    default:
+        return FolderListModel::tr("Empty");
+    }
+}
+
 } // namespace
 
-FolderListModel::FolderListModel(QObject *parent) : QAbstractTableModel(parent) {}
+FolderListModel::FolderListModel(FolderPalette palette, QObject *parent)
+    : QAbstractTableModel(parent), m_palette(std::move(palette))
+{
+}
 
 void FolderListModel::insertFolder(int position, const MySingleFolder *folder)
 {
@@ -92,7 +111,9 @@ QVariant FolderListModel::allFoldersData(int column, int role) const
     }
     if (role == Qt::TextAlignmentRole && column == CountColumn)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    if (role != Qt::DisplayRole)
+    if (role == Qt::DecorationRole && column == NameColumn)
+        return QColor(Qt::transparent); // keeps "All Folders" in line with the coloured names
+    if (role != Qt::DisplayRole || column == MediaColumn)
         return {};
     if (column == NameColumn)
         return tr("All Folders");
@@ -110,7 +131,14 @@ QVariant FolderListModel::folderData(const MySingleFolder &folder, int column, i
     case Qt::DisplayRole:
         if (column == NameColumn)
             return folder.sfFolder;
-        return importing ? QStringLiteral("…") : QLocale().toString(folder.sfPics);
+        if (importing)
+            return column == CountColumn ? QStringLiteral("…") : QString();
+        return column == CountColumn ? QLocale().toString(folder.sfPics) : mediaMix(folder.mediaTypesState);
+    case Qt::DecorationRole:
+        // Qt draws a colour as a small square; a colourless folder keeps the space empty.
+        if (column != NameColumn)
+            return {};
+        return m_palette.colorFor(folder.colorIndex).value_or(QColor(Qt::transparent));
     case Qt::ToolTipRole:
         return importing ? tr("%1\nImporting…").arg(folder.sfFolderPath) : folder.sfFolderPath;
     case Qt::TextAlignmentRole:
@@ -124,7 +152,14 @@ QVariant FolderListModel::headerData(int section, Qt::Orientation orientation, i
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, orientation, role);
-    return section == NameColumn ? tr("Folder") : tr("Items");
+    switch (section) {
+    case NameColumn:
+        return tr("Folder");
+    case CountColumn:
+        return tr("Items");
+    default:
+        return tr("Media");
+    }
 }
 
 } // namespace orv

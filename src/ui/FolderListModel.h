@@ -1,5 +1,7 @@
 #pragma once
 
+#include "folders/FolderPalette.h"
+
 #include <QAbstractTableModel>
 #include <QList>
 
@@ -8,14 +10,15 @@ namespace orv {
 class MySingleFolder;
 
 // The sidebar's rows: "All Folders" first, then the imported folders in list order, each with
-// its item count. Holds the folders it is told of; the import owns them.
+// its colour, its item count and its mix of photos and movies. Holds the folders it is told of;
+// the import owns them.
 class FolderListModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
-    enum Column : int { NameColumn, CountColumn, ColumnCount };
+    enum Column : int { NameColumn, CountColumn, MediaColumn, ColumnCount };
 
-    explicit FolderListModel(QObject *parent = nullptr);
+    explicit FolderListModel(FolderPalette palette, QObject *parent = nullptr);
 
     void insertFolder(int position, const MySingleFolder *folder);
     // Its count or name changed.
@@ -37,6 +40,7 @@ private:
     QVariant allFoldersData(int column, int role) const;
     QVariant folderData(const MySingleFolder &folder, int column, int role) const;
 
+    FolderPalette m_palette;
     QList<const MySingleFolder *> m_folders;
 };
 

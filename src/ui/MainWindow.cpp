@@ -1,5 +1,7 @@
 #include "ui/MainWindow.h"
 
+#include "folders/FolderPalette.h"
+#include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "time/TimeZone.h"
 #include "ui/FolderListModel.h"
@@ -7,7 +9,6 @@
 #include "ui/ImportSheets.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
-#include "ui/StopGapImport.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -15,6 +16,7 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -23,6 +25,7 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTableView>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -49,8 +52,8 @@ QStringList localPaths(const QMimeData *mime)
 MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     : QMainWindow(parent),
       m_sheets(std::make_unique<ImportSheets>(this, prefs)),
-      m_import(new StopGapImport(*m_sheets, this)),
-      m_folderList(new FolderListModel(this)),
+      m_import(new MyDroppedFolders(prefs, *m_sheets, this)),
+      m_folderList(new FolderListModel(FolderPalette::fromPreferences(prefs), this)),
       m_picModel(new PicTableModel(TimeZone::systemZone(), this)),
       m_sortedPics(new PicSortProxy(this)),
       m_pages(new QStackedWidget(this)),
@@ -69,7 +72,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     splitter->addWidget(m_folderView);
     splitter->addWidget(m_picView);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({280, 1000});
+    splitter->setSizes({240, 1040});
     m_pages->insertWidget(EmptyPage, buildEmptyState());
     m_pages->insertWidget(FoldersPage, splitter);
     setCentralWidget(m_pages);
@@ -161,36 +164,43 @@ void MainWindow::buildPicTable()
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     // Widths from typical contents rather than measured over all rows, which would read every item.
     const auto widthOf = [this](const QString &sample) { return fontMetrics().horizontalAdvance(sample) + 24; };
-    header->resizeSection(PicTableModel::NameColumn, widthOf(QStringLiteral("IMG_20240501_123456.JPG")));
+    header->resizeSection(PicTableModel::NameColumn, widthOf(QStringLiteral("DSC_0001-Edit.jpg")));
     header->resizeSection(PicTableModel::DateColumn, widthOf(QStringLiteral("2024-05-01 10:00:00 CEST")));
-    header->resizeSection(PicTableModel::SourceColumn, widthOf(QStringLiteral("movie header creation date")));
+    header->resizeSection(PicTableModel::SourceColumn, widthOf(QStringLiteral("EXIF digitized date")));
     header->resizeSection(PicTableModel::CameraColumn, widthOf(QStringLiteral("Canon EOS 5D Mark IV")));
     header->resizeSection(PicTableModel::SizeColumn, widthOf(QStringLiteral("6000 × 4000")));
-    header->resizeSection(PicTableModel::LocationColumn, widthOf(QStringLiteral("48.85837° N, 122.29448° W")));
+    header->resizeSection(PicTableModel::LocationColumn, widthOf(QStringLiteral("48.85837° N, 2.29448° W")));
 }
 
 void MainWindow::connectImport()
 {
-    connect(m_import, &StopGapImport::addedFolder, this, &MainWindow::folderAdded);
-    connect(m_import, &StopGapImport::folderPublished, this, &MainWindow::folderPublished);
-    connect(m_import, &StopGapImport::removedFolder, this, &MainWindow::folderRemoved);
-    connect(m_import, &StopGapImport::progressChanged, this, [this](const QString &folderName, int waiting) {
-        const QString text = waiting > 0 ? tr("Importing “%1” (%n more waiting)", nullptr, waiting).arg(folderName)
-                                         : tr("Importing “%1”").arg(folderName);
-        m_progress->showProgress(text, 0, 0);
-        m_progress->show();
+    connect(m_import, &MyDroppedFolders::folderAdded, this, &MainWindow::folderAdded);
+    connect(m_import, &MyDroppedFolders::folderImported, this, &MainWindow::folderImported);
+    connect(m_import, &MyDroppedFolders::folderRemoved, this, &MainWindow::folderRemoved);
+    connect(m_import, &MyDroppedFolders::folderEditModeChanged, this, [this](const MySingleFolder *folder) {
+        m_picModel->folderChanged(folder);
+        m_folderList->folderChanged(folder);
     });
-    connect(m_import, &StopGapImport::importEnded, this, [this] {
-        m_progress->hide();
-        Q_EMIT importsFinished();
+    connect(m_import, &MyDroppedFolders::importStarted, m_progress, &QWidget::show);
+    connect(m_import, &MyDroppedFolders::importProgressChanged, this, &MainWindow::showProgress);
+    connect(m_import, &MyDroppedFolders::importEnded, this, &MainWindow::importEnded);
+    connect(m_progress, &ImportProgressPanel::cancelRequested, m_import, &MyDroppedFolders::cancelImports);
+    connect(m_import, &MyDroppedFolders::dropRefused, this, &QApplication::beep);
+    connect(m_import, &MyDroppedFolders::photosLibraryRefused, this, [this] {
+        statusBar()->showMessage(tr("Files inside a photo library package are left out."), 8000);
     });
-    connect(m_progress, &ImportProgressPanel::cancelRequested, m_import, &StopGapImport::cancelImports);
+    connect(m_import, &MyDroppedFolders::tracksDropped, this, [this](const QStringList &paths) {
+        statusBar()->showMessage(tr("GPX tracks cannot be used yet; left aside: %1").arg(paths.size()), 8000);
+    });
+    connect(m_import, &MyDroppedFolders::statesDropped, this, [this](const QStringList &paths) {
+        statusBar()->showMessage(tr("Saved states cannot be opened yet; left aside: %1").arg(paths.size()), 8000);
+    });
 }
 
-void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers)
+void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys)
 {
     if (!paths.isEmpty())
-        m_import->processDroppedFolders(paths);
+        m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
 }
 
 void MainWindow::openFolder()
@@ -218,28 +228,33 @@ void MainWindow::dropEvent(QDropEvent *event)
     if (paths.isEmpty())
         return;
     event->acceptProposedAction();
-    // The keys that came with the drop, not those held a moment later.
-    importPaths(paths, event->modifiers());
+    // The keys that came with the drop, not those held a moment later. The import may ask
+    // questions first; they wait until the file manager has seen its drop accepted.
+    const Qt::KeyboardModifiers keys = event->modifiers();
+    QTimer::singleShot(0, this, [this, paths, keys] { importPaths(paths, keys); });
 }
 
-void MainWindow::folderAdded(const MySingleFolder *folder, int position)
+void MainWindow::folderAdded(const MySingleFolder *folder)
 {
-    m_folderList->insertFolder(position, folder);
+    // Subfolders stand right after their parent, not at the end.
+    m_folderList->insertFolder(int(m_import->droppedFolders().indexOf(folder)), folder);
     m_pages->setCurrentIndex(FoldersPage);
     if (!m_folderView->selectionModel()->hasSelection()) {
         const QModelIndex allFolders = m_folderList->index(0, 0);
         m_folderView->selectionModel()->setCurrentIndex(
             allFolders, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    }
-    else if (showsAllFolders())
+    } else if (showsAllFolders()) {
         m_picModel->addFolder(folder);
+    }
     updateSummary();
 }
 
-void MainWindow::folderPublished(const MySingleFolder *folder)
+void MainWindow::folderImported(const MySingleFolder *folder)
 {
     m_folderList->folderChanged(folder);
-    m_picModel->folderGrew(folder);
+    m_picModel->folderChanged(folder);
+    if (!folder->importErrors.isEmpty())
+        m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
     updateSummary();
 }
 
@@ -250,6 +265,31 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
     if (m_folderList->folders().isEmpty())
         m_pages->setCurrentIndex(EmptyPage);
     updateSummary();
+}
+
+void MainWindow::showProgress(const ImportProgress &progress)
+{
+    if (progress.foldersLeft == 0)
+        return;
+    const int waiting = progress.foldersLeft - 1;
+    const QString text = waiting > 0
+                             ? tr("Importing “%1” (folders waiting: %2)").arg(progress.folderName).arg(waiting)
+                             : tr("Importing “%1”").arg(progress.folderName);
+    m_progress->showProgress(text, int(progress.stepsDone), int(progress.stepsTotal));
+    // An express import cannot stop halfway through a folder, but the folders waiting can.
+    m_progress->setCancellable(progress.canAbort || waiting > 0);
+}
+
+void MainWindow::importEnded()
+{
+    m_progress->hide();
+    if (!m_importErrors.isEmpty()) {
+        auto *report = new ImportErrorsDialog(m_importErrors, this);
+        report->setAttribute(Qt::WA_DeleteOnClose);
+        report->open();
+        m_importErrors.clear();
+    }
+    Q_EMIT importsFinished();
 }
 
 bool MainWindow::showsAllFolders() const
@@ -273,17 +313,20 @@ void MainWindow::showSelectedFolders()
         if (m_folderView->selectionModel()->isRowSelected(m_folderList->rowOf(folder)))
             selected.append(folder);
     m_picModel->showFolders(selected);
-    setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder : tr("%n Folders", nullptr, int(selected.size())));
+    setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder
+                                        : tr("Folders: %1").arg(QLocale().toString(selected.size())));
     updateSummary();
 }
 
 void MainWindow::updateSummary()
 {
+    // Which folder an item is in matters only while more than one is on show.
+    m_picView->setColumnHidden(PicTableModel::FolderColumn, m_picModel->shownFolders().size() < 2);
     const int shown = m_picModel->rowCount();
     const int folders = int(m_folderList->folders().size());
     m_summary->setText(folders == 0 ? QString()
-                                    : tr("%n items", nullptr, shown) + QStringLiteral("  ·  ")
-                                          + tr("%n folders", nullptr, folders));
+                                    : tr("Items: %1  ·  Folders: %2")
+                                          .arg(QLocale().toString(shown), QLocale().toString(folders)));
 }
 
 void MainWindow::showAbout()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/ImportErrorsDialog.h"
+
 #include <QMainWindow>
 
 #include <memory>
@@ -14,11 +16,12 @@ namespace orv {
 class FolderListModel;
 class ImportProgressPanel;
 class ImportSheets;
+class MyDroppedFolders;
 class MySingleFolder;
+struct ImportProgress;
 class PicSortProxy;
 class PicTableModel;
 class Preferences;
-class StopGapImport;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
 // a sortable list, the import's progress in the status bar. Folders come in by the File menu,
@@ -56,15 +59,19 @@ private:
     void openFiles();
     void showAbout();
 
-    void folderAdded(const MySingleFolder *folder, int position);
-    void folderPublished(const MySingleFolder *folder);
+    void folderAdded(const MySingleFolder *folder);
+    void folderImported(const MySingleFolder *folder);
     void folderRemoved(const MySingleFolder *folder);
+    void showProgress(const ImportProgress &progress);
+    void importEnded();
     void showSelectedFolders();
     bool showsAllFolders() const;
     void updateSummary();
 
     std::unique_ptr<ImportSheets> m_sheets;
-    StopGapImport *m_import;
+    MyDroppedFolders *m_import;
+    // Collected while an import runs, shown once at its end.
+    QList<FolderImportErrors> m_importErrors;
     FolderListModel *m_folderList;
     PicTableModel *m_picModel;
     PicSortProxy *m_sortedPics;

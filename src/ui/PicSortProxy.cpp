@@ -26,13 +26,23 @@ PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_c
 
 bool PicSortProxy::lessThan(const QModelIndex &left, const QModelIndex &right) const
 {
+    if (const int order = compare(left, right); order != 0)
+        return order < 0;
+    const int tieColumn = left.column() == PicTableModel::NameColumn ? PicTableModel::DateColumn
+                                                                      : PicTableModel::NameColumn;
+    return compare(left.siblingAtColumn(tieColumn), right.siblingAtColumn(tieColumn)) < 0;
+}
+
+int PicSortProxy::compare(const QModelIndex &left, const QModelIndex &right) const
+{
     const QVariant a = left.data(sortRole());
     const QVariant b = right.data(sortRole());
     if (!a.isValid() || !b.isValid())
-        return a.isValid() && !b.isValid();
+        return int(b.isValid()) - int(a.isValid());
     if (a.typeId() == QMetaType::QString && b.typeId() == QMetaType::QString)
-        return m_collator.compare(a.toString(), b.toString()) < 0;
-    return QVariant::compare(a, b) == QPartialOrdering::Less;
+        return m_collator.compare(a.toString(), b.toString());
+    const QPartialOrdering order = QVariant::compare(a, b);
+    return order == QPartialOrdering::Less ? -1 : order == QPartialOrdering::Greater ? 1 : 0;
 }
 
 } // namespace orv

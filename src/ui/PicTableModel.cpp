@@ -55,16 +55,19 @@ void PicTableModel::addFolder(const MySingleFolder *folder)
         return;
     m_folders.append(folder);
     m_shownCounts.append(0);
-    folderGrew(folder);
+    folderChanged(folder);
 }
 
-void PicTableModel::folderGrew(const MySingleFolder *folder)
+void PicTableModel::folderChanged(const MySingleFolder *folder)
 {
     const qsizetype index = m_folders.indexOf(folder);
     if (index < 0)
         return;
     const QList<MySinglePic *> &items = folder->sfPicDetails_fullArray;
     const qsizetype shown = m_shownCounts[index];
+    if (shown > 0)
+        Q_EMIT dataChanged(this->index(firstRowOf(index), 0),
+                           this->index(firstRowOf(index) + int(shown) - 1, ColumnCount - 1));
     if (items.size() <= shown)
         return;
     const int first = firstRowOf(index) + int(shown);
@@ -120,7 +123,12 @@ QVariant PicTableModel::data(const QModelIndex &index, int role) const
     case SortRole:
         return sortValue(pic, index.column());
     case Qt::ToolTipRole:
-        return index.column() == NameColumn ? QVariant(pic.spPath()) : QVariant();
+        // Long sources and camera names are cut short in their cells.
+        if (index.column() == NameColumn)
+            return pic.spPath();
+        if (index.column() == SourceColumn || index.column() == CameraColumn)
+            return text(pic, index.column());
+        return {};
     case Qt::TextAlignmentRole:
         return index.column() == SizeColumn ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     default:

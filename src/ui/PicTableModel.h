@@ -35,9 +35,9 @@ public:
     void showFolders(const QList<const MySingleFolder *> &folders);
     // Shows one more folder after the others, with the items it has now.
     void addFolder(const MySingleFolder *folder);
-    // A folder on show got items at the end of its list (its import finished); others are
-    // ignored.
-    void folderGrew(const MySingleFolder *folder);
+    // A folder on show was imported again or its dates moved: new items at the end of its list
+    // get rows, the others fresh cells. Folders not on show are ignored.
+    void folderChanged(const MySingleFolder *folder);
     void removeFolder(const MySingleFolder *folder);
 
     const MySinglePic *picAt(int row) const { return m_pics.at(row); }

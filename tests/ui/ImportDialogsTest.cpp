@@ -1,22 +1,20 @@
-// The dialogs that answer the import's questions, and their way across threads.
+// The dialogs that answer the import's questions, on their own.
 
-#include "app/Preferences.h"
 #include "folders/MySingleFolder.h"
 #include "support/QtPrinters.h"
 #include "ui/DateSequenceFields.h"
 #include "ui/EmptyTagOptionsDialog.h"
-#include "ui/ImportSheets.h"
+#include "ui/ImportErrorsDialog.h"
 #include "ui/InstantEdit.h"
+#include "ui/TemporaryImportOptionsDialog.h"
 
-#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QRadioButton>
-#include <QTimer>
-#include <QWidget>
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 using namespace orv;
 
@@ -41,25 +39,13 @@ ImportOptions fixedDatesPreset()
     return preset;
 }
 
-// Accepts the next dialog that opens modally, as a user clicking its default button would, and
-// tells which class it was and over which window it opened.
-struct SeenDialog
+template <typename Widget>
+Widget *field(QWidget &dialog, const char *name)
 {
-    QString className;
-    QWidget *parent = nullptr;
-};
-
-void acceptNextModalDialog(SeenDialog *seen)
-{
-    auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, seen] {
-        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
-            *seen = {QString::fromLatin1(dialog->metaObject()->className()), dialog->parentWidget()};
-            dialog->accept();
-            poll->deleteLater();
-        }
-    });
-    poll->start(10);
+    auto *widget = dialog.findChild<Widget *>(QLatin1String(name));
+    if (!widget)
+        throw std::runtime_error(std::string("no field ") + name);
+    return widget;
 }
 
 } // namespace
@@ -111,38 +97,74 @@ TEST(EmptyTagOptionsDialog, NotAskingAgainOnlyEverMeansTheFileDate)
     EXPECT_TRUE(dialog.dontAskAgain());
 }
 
-TEST(ImportSheets, AScanThreadWaitsForTheAnswerGivenOnTheMainThread)
+TEST(TemporaryImportOptionsDialog, GivesBackThePresetWithTheUsersChanges)
 {
-    Preferences prefs{QString()};
-    prefs.setDate(QStringLiteral("prefFixDateDate"), Instant::fromUtc(2024, 7, 1, 8));
-    prefs.setInteger(QStringLiteral("prefFixDateStepperKind"), 1);
-    prefs.setInteger(QStringLiteral("withEmptyExifFixDate"), ImportOptions::UseFixedDate);
-    QWidget window;
-    ImportSheets sheets(&window, prefs);
-    MySingleFolder folder(QStringLiteral("/trip/camera"), false);
-    folder.perFolderImportOptions.withEmptyExifFixDate = ImportOptions::UseFixedDate;
+    TemporaryImportOptions preset;
+    preset.tioFolderType = FolderKind::Express;
+    preset.tioEditMode = 1;
+    preset.tioGroupFiles = false;
+    preset.prefFixDateDate = Instant::fromUtc(2024, 7, 1, 8);
+    preset.prefFixDateStepValue = 30;
+    preset.tioFilterValues = QStringLiteral(" .mov, .mp4");
+    preset.tioAddToShelf = true;
+    TemporaryImportOptionsDialog dialog(preset, true, berlin());
 
-    SeenDialog seen;
-    acceptNextModalDialog(&seen);
-    std::optional<ImportOptions> answer;
-    std::thread scan([&] { answer = sheets.emptyTagOptions(folder); });
-    while (!answer)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    scan.join();
+    TemporaryImportOptions answer = dialog.options();
+    EXPECT_EQ(answer.tioFolderType, FolderKind::Express);
+    EXPECT_EQ(answer.tioEditMode, 1);
+    EXPECT_FALSE(answer.tioGroupFiles);
+    EXPECT_FALSE(answer.tioFilterEnabled);
+    EXPECT_EQ(answer.prefFixDateDate, preset.prefFixDateDate);
+    EXPECT_TRUE(answer.tioAddToShelf) << "what the sheet does not show passes through";
+    EXPECT_TRUE(dialog.alwaysShown());
 
-    EXPECT_EQ(seen.className, QStringLiteral("orv::EmptyTagOptionsDialog"));
-    EXPECT_EQ(seen.parent, &window);
-    EXPECT_EQ(answer->withEmptyExifFixDate, ImportOptions::UseFixedDate);
-    EXPECT_EQ(answer->prefFixDateDate, Instant::fromUtc(2024, 7, 1, 8)) << "preset from the preferences";
-    EXPECT_EQ(answer->stepInSeconds(), 600.0) << "10 minutes, the registered step";
+    field<QCheckBox>(dialog, "subfolders")->setChecked(true);
+    field<QCheckBox>(dialog, "filterEnabled")->setChecked(true);
+    field<QComboBox>(dialog, "filterType")->setCurrentIndex(1);
+    field<QLineEdit>(dialog, "filterText")->setText(QStringLiteral(".png"));
+    field<QCheckBox>(dialog, "alwaysShown")->setChecked(false);
+    answer = dialog.options();
+    EXPECT_TRUE(answer.tioAddSubfolders);
+    EXPECT_TRUE(answer.tioFilterEnabled);
+    EXPECT_EQ(answer.tioFilterType, 1);
+    EXPECT_EQ(answer.tioFilterValues, QStringLiteral(".png"));
+    EXPECT_FALSE(dialog.alwaysShown());
+    EXPECT_EQ(answer.keyStatesAtImport().tioFilterValues, QStringLiteral(".png")) << "the import sees the filter";
 }
 
-TEST(ImportSheets, AfterDontAskAgainTheFileDateIsTakenWithoutADialog)
+TEST(TemporaryImportOptionsDialog, WarnsWhenADateSequenceMeetsASlideshowOnlyImport)
 {
-    Preferences prefs{QString()};
-    prefs.setBool(QStringLiteral("skipEmptyTagImportOptions"), true);
-    ImportSheets sheets(nullptr, prefs);
-    MySingleFolder folder(QStringLiteral("/trip/camera"), false);
-    EXPECT_EQ(sheets.emptyTagOptions(folder).withEmptyExifFixDate, ImportOptions::UseFileDate);
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    TemporaryImportOptions preset;
+    preset.tioFolderType = FolderKind::SlideshowOnly;
+    TemporaryImportOptionsDialog dialog(preset, true, berlin());
+    auto *warning = field<QLabel>(dialog, "warning");
+    EXPECT_TRUE(warning->isHidden());
+    field<QCheckBox>(dialog, "sequenceEnabled")->setChecked(true);
+    EXPECT_FALSE(warning->isHidden());
+}
+
+TEST(ImportErrorsDialog, ListsEveryFileUnderItsFolderAndProblem)
+{
+    ImportErrors errors;
+    errors.add(ImportErrors::FileEmpty, QStringLiteral("/trip/camera/broken.jpg"));
+    errors.add(ImportErrors::FileUnreadable, QStringLiteral("/trip/camera/locked.jpg"));
+    errors.add(ImportErrors::FileEmpty, QStringLiteral("/trip/camera/day 2/empty.jpg"));
+    ImportErrors other;
+    other.add(ImportErrors::FolderUnreadable, QStringLiteral("/trip/phone/private"));
+    const ImportErrorsDialog dialog({{QStringLiteral("camera"), QStringLiteral("/trip/camera"), errors},
+                                     {QStringLiteral("phone"), QStringLiteral("/trip/phone"), other}});
+
+    EXPECT_EQ(dialog.reportText(),
+              QStringLiteral("/trip/camera\n"
+                             "  %1\n"
+                             "    /trip/camera/broken.jpg\n"
+                             "    /trip/camera/day 2/empty.jpg\n"
+                             "  %2\n"
+                             "    /trip/camera/locked.jpg\n"
+                             "/trip/phone\n"
+                             "  %3\n"
+                             "    /trip/phone/private\n")
+                  .arg(ImportErrors::describe(ImportErrors::FileEmpty, 2),
+                       ImportErrors::describe(ImportErrors::FileUnreadable, 1),
+                       ImportErrors::describe(ImportErrors::FolderUnreadable, 1)));
 }

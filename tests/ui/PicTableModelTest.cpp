@@ -60,7 +60,7 @@ TEST_F(PicTableModelTest, ItemsOfSeveralFoldersSortByTheDateInForceNotByFolder)
 
     // The phone's clock ran two and a half hours late: its pending offset moves its items.
     phone.sfDateModificationsTimeInterval = 2.5 * 3600;
-    proxy.invalidate();
+    model.folderChanged(&phone);
     EXPECT_EQ(column(PicTableModel::NameColumn),
               (QStringList{"camera-1.jpg", "camera-2.jpg", "phone-1.jpg", "phone-2.jpg"}));
     EXPECT_EQ(column(PicTableModel::DateColumn).at(2), QStringLiteral("2024-05-01 04:30:00 UTC"));
@@ -88,6 +88,16 @@ TEST_F(PicTableModelTest, NamesSortAsAFileManagerSortsThem)
     proxy.sort(PicTableModel::NameColumn, Qt::AscendingOrder);
     EXPECT_EQ(column(PicTableModel::NameColumn),
               (QStringList{"IMG_1.jpg", "img_9.jpg", "IMG_10.jpg", "IMG_100.jpg"}));
+}
+
+TEST_F(PicTableModelTest, ItemsOfTheSameSecondStandInNameOrder)
+{
+    for (const char *name : {"burst_10.jpg", "burst_9.jpg", "burst_1.jpg"})
+        addPic(camera, name, may1);
+    addPic(phone, "burst_2.jpg", may1);
+    model.showFolders({&camera, &phone});
+    EXPECT_EQ(column(PicTableModel::NameColumn),
+              (QStringList{"burst_1.jpg", "burst_2.jpg", "burst_9.jpg", "burst_10.jpg"}));
 }
 
 TEST_F(PicTableModelTest, SizesSortByPixelCountAndUnknownOnesGoLast)
@@ -126,9 +136,9 @@ TEST_F(PicTableModelTest, AFolderThatFinishesImportingJoinsTheSortedRows)
     EXPECT_EQ(proxy.rowCount(), 2) << "a folder still importing has no rows yet";
 
     addPic(phone, "phone-1.jpg", may1.addingSeconds(20));
-    model.folderGrew(&phone);
+    model.folderChanged(&phone);
     addPic(camera, "camera-3.jpg", may1);
-    model.folderGrew(&camera);
+    model.folderChanged(&camera);
     EXPECT_EQ(column(PicTableModel::NameColumn),
               (QStringList{"camera-3.jpg", "camera-1.jpg", "phone-1.jpg", "camera-2.jpg"}));
 
