@@ -8,7 +8,8 @@ corpus=${ORV_CORPUS_DIR:-$root/../shared/corpus}
 # fill_with_jpegs DIR COUNT: COUNT copies of the corpus JPEGs, named IMG_00000.jpg and on.
 fill_with_jpegs() {
   local dir=$1 count=$2 i
-  mapfile -t sources < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) | sort)
+  # Empty files in the corpus would only measure the error path.
+  mapfile -t sources < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) -size +0 | sort)
   [ ${#sources[@]} -gt 0 ] || { echo "no JPEGs under $corpus" >&2; exit 1; }
   mkdir -p "$dir"
   for ((i = 0; i < count; i++)); do
