@@ -20,7 +20,7 @@ QString mediaMix(qint64 mediaTypesState)
     case MySingleFolder::MoviesOnly:
         return FolderListModel::tr("Movies");
     case MySingleFolder::ImagesAndMovies:
-        return FolderListModel::tr("Photos, movies");
+        return FolderListModel::tr("Photos & movies");
     default:
         return FolderListModel::tr("Empty");
     }

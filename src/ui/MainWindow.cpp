@@ -59,6 +59,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_pages(new QStackedWidget(this)),
       m_folderView(new QTreeView(this)),
       m_picView(new QTableView(this)),
+      m_emptyNote(new QLabel(this)),
       m_summary(new QLabel(this)),
       m_progress(new ImportProgressPanel(this))
 {
@@ -72,7 +73,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     splitter->addWidget(m_folderView);
     splitter->addWidget(m_picView);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({240, 1040});
+    splitter->setSizes({300, 980});
     m_pages->insertWidget(EmptyPage, buildEmptyState());
     m_pages->insertWidget(FoldersPage, splitter);
     setCentralWidget(m_pages);
@@ -83,7 +84,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
 
     buildMenus();
     connectImport();
-    updateSummary();
+    refreshListState();
 }
 
 MainWindow::~MainWindow() = default;
@@ -113,7 +114,7 @@ QWidget *MainWindow::buildEmptyState()
     auto *hint = new QLabel(tr("Orvelle reads their dates, time zones and places. Nothing is "
                                "written to your files until you save."),
                             page);
-    hint->setEnabled(false);
+    hint->setForegroundRole(QPalette::PlaceholderText);
     auto *open = new QPushButton(tr("Open Folder…"), page);
     connect(open, &QPushButton::clicked, this, &MainWindow::openFolder);
 
@@ -137,6 +138,7 @@ void MainWindow::buildFolderList()
     m_folderView->header()->setStretchLastSection(false);
     m_folderView->header()->setSectionResizeMode(FolderListModel::NameColumn, QHeaderView::Stretch);
     m_folderView->header()->setSectionResizeMode(FolderListModel::CountColumn, QHeaderView::ResizeToContents);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::MediaColumn, QHeaderView::ResizeToContents);
     connect(m_folderView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainWindow::showSelectedFolders);
 }
@@ -163,13 +165,18 @@ void MainWindow::buildPicTable()
     header->setHighlightSections(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     // Widths from typical contents rather than measured over all rows, which would read every item.
-    const auto widthOf = [this](const QString &sample) { return fontMetrics().horizontalAdvance(sample) + 24; };
+    const auto widthOf = [this](const QString &sample) { return fontMetrics().horizontalAdvance(sample) + 16; };
+    header->setMinimumSectionSize(widthOf(QStringLiteral("Folder")));
     header->resizeSection(PicTableModel::NameColumn, widthOf(QStringLiteral("DSC_0001-Edit.jpg")));
     header->resizeSection(PicTableModel::DateColumn, widthOf(QStringLiteral("2024-05-01 10:00:00 CEST")));
     header->resizeSection(PicTableModel::SourceColumn, widthOf(QStringLiteral("EXIF digitized date")));
-    header->resizeSection(PicTableModel::CameraColumn, widthOf(QStringLiteral("Canon EOS 5D Mark IV")));
+    header->resizeSection(PicTableModel::CameraColumn, widthOf(QStringLiteral("Canon EOS 5D Mark")));
     header->resizeSection(PicTableModel::SizeColumn, widthOf(QStringLiteral("6000 × 4000")));
     header->resizeSection(PicTableModel::LocationColumn, widthOf(QStringLiteral("48.85837° N, 2.29448° W")));
+
+    m_emptyNote->setForegroundRole(QPalette::PlaceholderText);
+    auto *overlay = new QVBoxLayout(m_picView->viewport());
+    overlay->addWidget(m_emptyNote, 0, Qt::AlignCenter);
 }
 
 void MainWindow::connectImport()
@@ -239,14 +246,11 @@ void MainWindow::folderAdded(const MySingleFolder *folder)
     // Subfolders stand right after their parent, not at the end.
     m_folderList->insertFolder(int(m_import->droppedFolders().indexOf(folder)), folder);
     m_pages->setCurrentIndex(FoldersPage);
-    if (!m_folderView->selectionModel()->hasSelection()) {
-        const QModelIndex allFolders = m_folderList->index(0, 0);
-        m_folderView->selectionModel()->setCurrentIndex(
-            allFolders, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    } else if (showsAllFolders()) {
+    if (!m_folderView->selectionModel()->hasSelection())
+        showSelectedFolders();
+    else if (showsAllFolders())
         m_picModel->addFolder(folder);
-    }
-    updateSummary();
+    refreshListState();
 }
 
 void MainWindow::folderImported(const MySingleFolder *folder)
@@ -255,7 +259,7 @@ void MainWindow::folderImported(const MySingleFolder *folder)
     m_picModel->folderChanged(folder);
     if (!folder->importErrors.isEmpty())
         m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
-    updateSummary();
+    refreshListState();
 }
 
 void MainWindow::folderRemoved(const MySingleFolder *folder)
@@ -264,7 +268,8 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
     m_folderList->removeFolder(folder);
     if (m_folderList->folders().isEmpty())
         m_pages->setCurrentIndex(EmptyPage);
-    updateSummary();
+    // The folder may have been the one selected.
+    showSelectedFolders();
 }
 
 void MainWindow::showProgress(const ImportProgress &progress)
@@ -302,10 +307,17 @@ bool MainWindow::showsAllFolders() const
 
 void MainWindow::showSelectedFolders()
 {
+    // A click beside the rows clears the selection; the list then stands for all folders, and
+    // the sidebar says so.
+    if (!m_folderView->selectionModel()->hasSelection() && !m_folderList->folders().isEmpty()) {
+        m_folderView->selectionModel()->select(m_folderList->index(0, 0),
+                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        return;
+    }
     if (showsAllFolders()) {
         m_picModel->showFolders(m_folderList->folders());
         setWindowTitle(tr("All Folders"));
-        updateSummary();
+        refreshListState();
         return;
     }
     QList<const MySingleFolder *> selected;
@@ -315,14 +327,20 @@ void MainWindow::showSelectedFolders()
     m_picModel->showFolders(selected);
     setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder
                                         : tr("Folders: %1").arg(QLocale().toString(selected.size())));
-    updateSummary();
+    refreshListState();
 }
 
-void MainWindow::updateSummary()
+void MainWindow::refreshListState()
 {
+    const QList<const MySingleFolder *> &shownFolders = m_picModel->shownFolders();
     // Which folder an item is in matters only while more than one is on show.
-    m_picView->setColumnHidden(PicTableModel::FolderColumn, m_picModel->shownFolders().size() < 2);
+    m_picView->setColumnHidden(PicTableModel::FolderColumn, shownFolders.size() < 2);
     const int shown = m_picModel->rowCount();
+    // An empty list says why rather than look broken.
+    const bool importing = std::any_of(shownFolders.cbegin(), shownFolders.cend(),
+                                       [](const MySingleFolder *folder) { return folder->sfPics < 0; });
+    m_emptyNote->setText(importing ? tr("Importing…") : tr("No photos or movies here"));
+    m_emptyNote->setVisible(shown == 0);
     const int folders = int(m_folderList->folders().size());
     m_summary->setText(folders == 0 ? QString()
                                     : tr("Items: %1  ·  Folders: %2")

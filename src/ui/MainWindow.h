@@ -66,7 +66,7 @@ private:
     void importEnded();
     void showSelectedFolders();
     bool showsAllFolders() const;
-    void updateSummary();
+    void refreshListState();
 
     std::unique_ptr<ImportSheets> m_sheets;
     MyDroppedFolders *m_import;
@@ -78,6 +78,7 @@ private:
     QStackedWidget *m_pages;
     QTreeView *m_folderView;
     QTableView *m_picView;
+    QLabel *m_emptyNote;
     QLabel *m_summary;
     ImportProgressPanel *m_progress;
 };

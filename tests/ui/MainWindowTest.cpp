@@ -5,6 +5,7 @@
 
 #include "app/Preferences.h"
 #include "folders/ImportOptions.h"
+#include "folders/MySingleFolder.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
 #include "ui/FolderListModel.h"
@@ -234,4 +235,31 @@ TEST_F(MainWindowTest, ProblemsOfAnImportAreReportedOnceAtItsEnd)
     EXPECT_TRUE(reports.first()->isVisible());
     EXPECT_TRUE(reports.first()->reportText().contains(dir.filePath(QStringLiteral("broken.jpg"))));
     EXPECT_EQ(shownColumn(PicTableModel::NameColumn).size(), 2) << "the empty file is still imported, dated by the file system";
+}
+
+TEST_F(MainWindowTest, StopDropsTheFoldersStillWaiting)
+{
+    QDir(dir.path()).mkdir(QStringLiteral("a-first"));
+    QDir(dir.path()).mkdir(QStringLiteral("b-waiting"));
+    TiffSpec blank;
+    blank.dateTimeOriginal = Stamp::blank();
+    buildJpeg({.exif = blank}).write(dir.filePath(QStringLiteral("a-first")), QStringLiteral("a"));
+    buildJpeg({}).write(dir.filePath(QStringLiteral("b-waiting")), QStringLiteral("b"));
+
+    // The scan of the first folder waits for the empty-tag question; the user stops meanwhile.
+    answers.answerNext([this](QDialog &question) {
+        for (QPushButton *button : window->findChildren<QPushButton *>())
+            if (button->text() == QLatin1String("Stop"))
+                button->click();
+        question.accept();
+    });
+    ASSERT_TRUE(waitForImport([&] {
+        window->importPaths({dir.filePath(QStringLiteral("a-first")), dir.filePath(QStringLiteral("b-waiting"))});
+    }));
+
+    QStringList listed;
+    for (const MySingleFolder *folder : window->folderList().folders())
+        listed.append(folder->sfFolder);
+    EXPECT_FALSE(listed.contains(QStringLiteral("b-waiting"))) << "never started, so left out";
+    EXPECT_FALSE(shownColumn(PicTableModel::NameColumn).contains(QStringLiteral("b.jpg")));
 }
