@@ -4,7 +4,6 @@
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>

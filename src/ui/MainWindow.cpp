@@ -87,7 +87,11 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     refreshListState();
 }
 
-MainWindow::~MainWindow() = default;
+// The import goes first: its scan thread may still call on the sheets and the models.
+MainWindow::~MainWindow()
+{
+    delete m_import;
+}
 
 void MainWindow::buildMenus()
 {
@@ -208,6 +212,11 @@ void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers key
 {
     if (!paths.isEmpty())
         m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
+}
+
+bool MainWindow::isImporting() const
+{
+    return m_import->isImportInProgress();
 }
 
 void MainWindow::openFolder()

@@ -36,6 +36,7 @@ public:
     // Imports folders, and single files into the folders that hold them, with the keys held
     // when they were chosen or dropped.
     void importPaths(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier);
+    bool isImporting() const;
 
     PicTableModel &picModel() const { return *m_picModel; }
     PicSortProxy &sortedPics() const { return *m_sortedPics; }

@@ -40,7 +40,6 @@ public:
     void folderChanged(const MySingleFolder *folder);
     void removeFolder(const MySingleFolder *folder);
 
-    const MySinglePic *picAt(int row) const { return m_pics.at(row); }
     const QList<const MySingleFolder *> &shownFolders() const { return m_folders; }
 
     int rowCount(const QModelIndex &parent = {}) const override;

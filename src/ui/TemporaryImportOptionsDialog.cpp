@@ -89,6 +89,8 @@ TemporaryImportOptionsDialog::TemporaryImportOptionsDialog(const TemporaryImport
     m_sequenceEnabled->setChecked(preset.tioDateSequenceEnabled);
     m_sequence->setValues(preset.prefFixDateDate.value_or(Instant(double(QDateTime::currentSecsSinceEpoch()))),
                           preset.prefFixDateStepValue, preset.prefFixDateStepperKind);
+    // Step 0 would give every file of the drop the same date.
+    m_sequence->setZeroStepAllowed(false);
     m_sequence->setEnabled(preset.tioDateSequenceEnabled);
     connect(m_sequenceEnabled, &QCheckBox::toggled, m_sequence, &QWidget::setEnabled);
     connect(m_sequenceEnabled, &QCheckBox::toggled, this, &TemporaryImportOptionsDialog::updateWarning);

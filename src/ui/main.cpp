@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
 
@@ -31,17 +32,28 @@ int main(int argc, char *argv[])
     orv::Preferences prefs(orv::Preferences::defaultSettingsPath());
     prefs.applyStartClamps();
     orv::MainWindow window(prefs);
-    if (parser.isSet(importAndQuit)) {
-        // The count lets the benchmark see that the list really holds every item.
-        QObject::connect(&window, &orv::MainWindow::importsFinished, &app, [&window] {
-            QTextStream(stdout) << window.picModel().rowCount() << " items listed\n";
-            QCoreApplication::quit();
-        }, Qt::QueuedConnection);
-    }
+    const bool quitAfterImport = parser.isSet(importAndQuit);
+    // The count lets the benchmark see that the list really holds every item.
+    const auto reportAndQuit = [&window] {
+        QTextStream(stdout) << window.picModel().rowCount() << " items listed\n";
+        QCoreApplication::quit();
+    };
+    if (quitAfterImport)
+        QObject::connect(&window, &orv::MainWindow::importsFinished, &app, reportAndQuit, Qt::QueuedConnection);
     window.show();
 
-    const QStringList paths = parser.positionalArguments();
-    if (!paths.isEmpty())
-        QTimer::singleShot(0, &window, [&window, paths] { window.importPaths(paths); });
+    QStringList paths;
+    for (const QString &path : parser.positionalArguments()) {
+        if (QFileInfo::exists(path))
+            paths.append(path);
+        else
+            QTextStream(stderr) << "orvelle: no such file or folder: " << path << "\n";
+    }
+    QTimer::singleShot(0, &window, [&window, paths, quitAfterImport, reportAndQuit] {
+        window.importPaths(paths);
+        // Nothing to import (no path, or none that could be read): nothing will finish either.
+        if (quitAfterImport && !window.isImporting())
+            reportAndQuit();
+    });
     return app.exec();
 }

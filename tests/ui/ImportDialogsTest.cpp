@@ -132,6 +132,14 @@ TEST(TemporaryImportOptionsDialog, GivesBackThePresetWithTheUsersChanges)
     EXPECT_EQ(answer.keyStatesAtImport().tioFilterValues, QStringLiteral(".png")) << "the import sees the filter";
 }
 
+TEST(TemporaryImportOptionsDialog, ADateSequenceNeverStepsByZero)
+{
+    TemporaryImportOptions preset;
+    preset.prefFixDateStepValue = 0;
+    const TemporaryImportOptionsDialog dialog(preset, true, berlin());
+    EXPECT_EQ(dialog.options().prefFixDateStepValue, 1) << "every file of the drop would get the same date";
+}
+
 TEST(TemporaryImportOptionsDialog, WarnsWhenADateSequenceMeetsASlideshowOnlyImport)
 {
     TemporaryImportOptions preset;
