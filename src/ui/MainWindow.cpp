@@ -192,7 +192,10 @@ void MainWindow::connectImport()
         m_picModel->folderChanged(folder);
         m_folderList->folderChanged(folder);
     });
-    connect(m_import, &MyDroppedFolders::importStarted, m_progress, &QWidget::show);
+    connect(m_import, &MyDroppedFolders::importStarted, this, [this] {
+        m_progress->showProgress(tr("Starting the import…"), 0, 0);
+        m_progress->show();
+    });
     connect(m_import, &MyDroppedFolders::importProgressChanged, this, &MainWindow::showProgress);
     connect(m_import, &MyDroppedFolders::importEnded, this, &MainWindow::importEnded);
     connect(m_progress, &ImportProgressPanel::cancelRequested, m_import, &MyDroppedFolders::cancelImports);
