@@ -1,9 +1,12 @@
 #include "core/DateStampCodec.h"
 
+#include "support/Zones.h"
+
 #include <QtEndian>
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace orv {
 // Seconds and the UTC calendar, so that a failing date reads as one.
@@ -23,13 +26,7 @@ using C = orv::DateStampCodec;
 
 namespace {
 
-TimeZone zone(const char *name)
-{
-    const std::optional<TimeZone> found = TimeZone::fromName(QString::fromLatin1(name));
-    if (!found)
-        throw std::runtime_error(std::string("time zone missing from the tz database: ") + name);
-    return *found;
-}
+using orv::test::zone;
 
 TimeZone fixed(int secondsAheadOfUtc)
 {

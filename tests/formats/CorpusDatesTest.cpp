@@ -217,18 +217,8 @@ TEST_P(CorpusDates, GpsLocationMatchesExiftool)
     }
 }
 
-std::string testNameOf(const testing::TestParamInfo<QString> &info)
-{
-    std::string name = QFileInfo(info.param).fileName().toStdString();
-    for (char &c : name) {
-        if (!std::isalnum(static_cast<unsigned char>(c)))
-            c = '_';
-    }
-    return name + "_" + std::to_string(info.index);
-}
-
 INSTANTIATE_TEST_SUITE_P(Corpus, CorpusDates, testing::ValuesIn(corpusFiles(stillSuffixes)),
-                         testNameOf);
+                         corpusTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusDates);
 
 } // namespace

@@ -73,18 +73,8 @@ TEST_P(CorpusImageTags, MatchExiftool)
     EXPECT_EQ(tags.contentIdentifier, exif.string("Apple:MediaGroupUUID"));
 }
 
-std::string testNameOf(const testing::TestParamInfo<QString> &info)
-{
-    std::string name = QFileInfo(info.param).fileName().toStdString();
-    for (char &c : name) {
-        if (!std::isalnum(static_cast<unsigned char>(c)))
-            c = '_';
-    }
-    return name + "_" + std::to_string(info.index);
-}
-
 INSTANTIATE_TEST_SUITE_P(Corpus, CorpusImageTags,
-                         testing::ValuesIn(corpusFiles(tiffCarrierSuffixes)), testNameOf);
+                         testing::ValuesIn(corpusFiles(tiffCarrierSuffixes)), corpusTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusImageTags);
 
 TEST(CorpusImageTags, LivePhotoStillCarriesTheMovieIdentifier)

@@ -115,18 +115,8 @@ TEST_P(CorpusXmp, DatesMatchExiftoolAndStandAtTheirOffsets)
     }
 }
 
-std::string testNameOf(const testing::TestParamInfo<QString> &info)
-{
-    std::string name = QFileInfo(info.param).fileName().toStdString();
-    for (char &c : name) {
-        if (!std::isalnum(static_cast<unsigned char>(c)))
-            c = '_';
-    }
-    return name + "_" + std::to_string(info.index);
-}
-
 INSTANTIATE_TEST_SUITE_P(Corpus, CorpusXmp, testing::ValuesIn(corpusFiles(xmpCarrierSuffixes)),
-                         testNameOf);
+                         corpusTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusXmp);
 
 double signedDegrees(const XmpTextValue &value, int type, const std::optional<XmpTextValue> &ref)

@@ -4,6 +4,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+
+#include <cctype>
 #include <QTemporaryDir>
 #include <stdexcept>
 
@@ -49,6 +51,16 @@ QString copyToTemporary(const QString &path, const QTemporaryDir &dir)
         throw std::runtime_error("cannot copy " + path.toStdString() + " to " + copy.toStdString());
     QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
     return copy;
+}
+
+std::string corpusTestName(const testing::TestParamInfo<QString> &info)
+{
+    std::string name = QFileInfo(info.param).fileName().toStdString();
+    for (char &c : name) {
+        if (!std::isalnum(static_cast<unsigned char>(c)))
+            c = '_';
+    }
+    return name + "_" + std::to_string(info.index);
 }
 
 } // namespace orv::test

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include <string>
+
 class QTemporaryDir;
 
 namespace orv::test {
@@ -23,6 +25,10 @@ QString corpusFile(const QString &relativePath);
 // A writable copy of path inside dir, under the same file name; throws std::runtime_error on
 // failure.
 QString copyToTemporary(const QString &path, const QTemporaryDir &dir);
+
+// A readable GoogleTest name for a test parameterised over corpus files: the file name with
+// anything but letters and digits turned into "_", and the index, which keeps it unique.
+std::string corpusTestName(const testing::TestParamInfo<QString> &info);
 
 } // namespace orv::test
 

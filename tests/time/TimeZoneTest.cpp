@@ -1,7 +1,10 @@
 #include "time/TimeZone.h"
 
+#include "support/Zones.h"
+
 #include <QtConcurrent/QtConcurrent>
 #include <gtest/gtest.h>
+
 #include <vector>
 
 using orv::Instant;
@@ -9,13 +12,7 @@ using orv::TimeZone;
 
 namespace {
 
-TimeZone zone(const char *name)
-{
-    const std::optional<TimeZone> found = TimeZone::fromName(QString::fromLatin1(name));
-    if (!found)
-        throw std::runtime_error(std::string("time zone missing from the tz database: ") + name);
-    return *found;
-}
+using orv::test::zone;
 
 Instant::Civil civil(int year, int month, int day, int hour, int minute, int second = 0)
 {
