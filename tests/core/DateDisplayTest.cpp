@@ -1,5 +1,7 @@
 #include "core/DateDisplay.h"
 
+#include "support/Zones.h"
+
 #include <gtest/gtest.h>
 
 using orv::DateDisplay;
@@ -7,15 +9,7 @@ using orv::Instant;
 using orv::TimeZone;
 
 namespace {
-
-TimeZone berlin()
-{
-    const std::optional<TimeZone> zone = TimeZone::fromName(QStringLiteral("Europe/Berlin"));
-    if (!zone)
-        throw std::runtime_error("Europe/Berlin missing from the tz database");
-    return *zone;
-}
-
+TimeZone berlin() { return orv::test::zone("Europe/Berlin"); }
 } // namespace
 
 TEST(DateDisplay, WallClockWithTheAbbreviationInForceAtThatMoment)

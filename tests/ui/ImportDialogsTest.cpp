@@ -2,6 +2,7 @@
 
 #include "folders/MySingleFolder.h"
 #include "support/QtPrinters.h"
+#include "support/Zones.h"
 #include "ui/DateSequenceFields.h"
 #include "ui/EmptyTagOptionsDialog.h"
 #include "ui/ImportErrorsDialog.h"
@@ -20,13 +21,7 @@ using namespace orv;
 
 namespace {
 
-TimeZone berlin()
-{
-    const std::optional<TimeZone> zone = TimeZone::fromName(QStringLiteral("Europe/Berlin"));
-    if (!zone)
-        throw std::runtime_error("Europe/Berlin missing from the tz database");
-    return *zone;
-}
+TimeZone berlin() { return test::zone("Europe/Berlin"); }
 
 ImportOptions fixedDatesPreset()
 {
