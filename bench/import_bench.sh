@@ -3,24 +3,14 @@
 # `orvelle-cli scan --json` (output discarded), reported in files per second. Run by hand:
 #   bench/import_bench.sh [BUILD_DIR] [FILE_COUNT]
 set -euo pipefail
-root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build}
+source "$(dirname "$0")/common.sh"
+cli=${1:-$root/build}/src/orvelle-cli
 count=${2:-10000}
-cli=$build/src/orvelle-cli
-corpus=${ORV_CORPUS_DIR:-$root/../shared/corpus}
 [ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
 
 work=$(mktemp -d /tmp/orvelle-import-bench.XXXXXX)
 trap 'rm -rf "$work"' EXIT
-mapfile -t sources < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) -size +0 | sort)
-[ ${#sources[@]} -gt 0 ] || { echo "no JPEGs under $corpus" >&2; exit 1; }
-for ((i = 0; i < count; i++)); do
-  cp "${sources[i % ${#sources[@]}]}" "$work/$(printf 'IMG_%05d.jpg' "$i")"
-done
-# The first run reads the files into the page cache, so the timed run measures the import, not the disk.
-"$cli" scan --json "$work" > /dev/null || true
-start=$(date +%s.%N)
-"$cli" scan --json "$work" > /dev/null || true
-end=$(date +%s.%N)
-awk -v n="$count" -v s="$start" -v e="$end" -v src="${#sources[@]}" \
-  'BEGIN { t = e - s; printf "orvelle-cli scan: %d files (copies of %d corpus JPEGs) in %.2f s: %.0f files/s\n", n, src, t, n / t }'
+fill_with_jpegs "$work" "$count"
+"$cli" scan --json "$work" > /dev/null || true   # warm the binary
+took=$(seconds "$cli" scan --json "$work")
+echo "orvelle-cli scan: $count files in $took s: $(rate "$count" "$took") files/s"

@@ -8,7 +8,9 @@ namespace {
 
 constexpr qsizetype namedPathsPerMessage = 5;
 
-QString describe(ImportErrors::Kind kind, qsizetype count)
+} // namespace
+
+QString ImportErrors::describe(Kind kind, qsizetype count)
 {
     const char *context = "ImportErrors";
     switch (kind) {
@@ -46,8 +48,6 @@ QString describe(ImportErrors::Kind kind, qsizetype count)
     }
     return {};
 }
-
-} // namespace
 
 void ImportErrors::addErrorID(int id, const QString &path)
 {

@@ -42,6 +42,8 @@ public:
 
     // One readable line per kind that occurred, naming the paths (the first few of many).
     QStringList messages() const;
+    // What a kind of problem did to count files or folders, in words.
+    static QString describe(Kind kind, qsizetype count);
 
 private:
     QList<Problem> m_problems;

@@ -1,38 +1,362 @@
 #include "ui/MainWindow.h"
 
+#include "folders/FolderPalette.h"
+#include "folders/MyDroppedFolders.h"
+#include "folders/MySingleFolder.h"
+#include "time/TimeZone.h"
+#include "ui/FolderListModel.h"
+#include "ui/ImportProgressPanel.h"
+#include "ui/ImportSheets.h"
+#include "ui/PicSortProxy.h"
+#include "ui/PicTableModel.h"
+
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTimer>
+#include <QTreeView>
+#include <QVBoxLayout>
 
 namespace orv {
 
-MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
+namespace {
+
+enum Page : int { EmptyPage, FoldersPage };
+
+// The local files and folders of a drag from a file manager; remote URLs are not imported.
+QStringList localPaths(const QMimeData *mime)
+{
+    QStringList paths;
+    if (!mime || !mime->hasUrls())
+        return paths;
+    for (const QUrl &url : mime->urls())
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    return paths;
+}
+
+} // namespace
+
+MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
+    : QMainWindow(parent),
+      m_sheets(std::make_unique<ImportSheets>(this, prefs)),
+      m_import(new MyDroppedFolders(prefs, *m_sheets, this)),
+      m_folderList(new FolderListModel(FolderPalette::fromPreferences(prefs), this)),
+      m_picModel(new PicTableModel(TimeZone::systemZone(), this)),
+      m_sortedPics(new PicSortProxy(this)),
+      m_pages(new QStackedWidget(this)),
+      m_folderView(new QTreeView(this)),
+      m_picView(new QTableView(this)),
+      m_emptyNote(new QLabel(this)),
+      m_summary(new QLabel(this)),
+      m_progress(new ImportProgressPanel(this))
 {
     setWindowTitle(tr("Orvelle"));
-    resize(1100, 700);
-    auto *placeholder = new QLabel(tr("Open a folder of photos and movies to begin."), this);
-    placeholder->setAlignment(Qt::AlignCenter);
-    setCentralWidget(placeholder);
+    resize(1280, 780);
+    setAcceptDrops(true);
+
+    buildFolderList();
+    buildPicTable();
+    auto *splitter = new QSplitter(this);
+    splitter->addWidget(m_folderView);
+    splitter->addWidget(m_picView);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({300, 980});
+    m_pages->insertWidget(EmptyPage, buildEmptyState());
+    m_pages->insertWidget(FoldersPage, splitter);
+    setCentralWidget(m_pages);
+
+    statusBar()->addWidget(m_summary, 1);
+    statusBar()->addPermanentWidget(m_progress);
+    m_progress->hide();
+
     buildMenus();
+    connectImport();
+    refreshListState();
+}
+
+// The import goes first: its scan thread may still call on the sheets and the models.
+MainWindow::~MainWindow()
+{
+    delete m_import;
 }
 
 void MainWindow::buildMenus()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
-    QAction *open = file->addAction(tr("Open Folder…"));
+    QAction *open = file->addAction(tr("Open Folder…"), this, &MainWindow::openFolder);
     open->setShortcut(QKeySequence::Open);
-    connect(open, &QAction::triggered, this, [this] {
-        QFileDialog::getExistingDirectory(this, tr("Open Folder"));
-    });
+    QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
+    openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
     file->addSeparator();
-    QAction *quit = file->addAction(tr("Quit"));
+    QAction *quit = file->addAction(tr("Quit"), qApp, &QApplication::quit);
     quit->setShortcut(QKeySequence::Quit);
-    connect(quit, &QAction::triggered, qApp, &QApplication::quit);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
-    connect(help->addAction(tr("About Orvelle")), &QAction::triggered, this, &MainWindow::showAbout);
+    help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
+}
+
+QWidget *MainWindow::buildEmptyState()
+{
+    auto *page = new QWidget(this);
+    auto *title = new QLabel(tr("Drop folders of photos and movies here"), page);
+    QFont titleFont = title->font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.6);
+    title->setFont(titleFont);
+    auto *hint = new QLabel(tr("Orvelle reads their dates, time zones and places. Nothing is "
+                               "written to your files until you save."),
+                            page);
+    hint->setForegroundRole(QPalette::PlaceholderText);
+    auto *open = new QPushButton(tr("Open Folder…"), page);
+    connect(open, &QPushButton::clicked, this, &MainWindow::openFolder);
+
+    auto *layout = new QVBoxLayout(page);
+    layout->addStretch();
+    layout->addWidget(title, 0, Qt::AlignHCenter);
+    layout->addWidget(hint, 0, Qt::AlignHCenter);
+    layout->addSpacing(16);
+    layout->addWidget(open, 0, Qt::AlignHCenter);
+    layout->addStretch();
+    return page;
+}
+
+void MainWindow::buildFolderList()
+{
+    m_folderView->setModel(m_folderList);
+    m_folderView->setRootIsDecorated(false);
+    m_folderView->setUniformRowHeights(true);
+    m_folderView->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_folderView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_folderView->header()->setStretchLastSection(false);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::NameColumn, QHeaderView::Stretch);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::CountColumn, QHeaderView::ResizeToContents);
+    m_folderView->header()->setSectionResizeMode(FolderListModel::MediaColumn, QHeaderView::ResizeToContents);
+    connect(m_folderView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MainWindow::showSelectedFolders);
+}
+
+void MainWindow::buildPicTable()
+{
+    m_sortedPics->setSourceModel(m_picModel);
+    m_picView->setModel(m_sortedPics);
+    m_picView->setSortingEnabled(true);
+    m_picView->sortByColumn(PicTableModel::DateColumn, Qt::AscendingOrder);
+    m_picView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_picView->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_picView->setShowGrid(false);
+    m_picView->setAlternatingRowColors(true);
+    m_picView->setWordWrap(false);
+    m_picView->verticalHeader()->hide();
+    // Fixed row heights let the view place 10,000 rows without measuring any of them.
+    m_picView->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_picView->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+
+    QHeaderView *header = m_picView->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    header->setStretchLastSection(true);
+    header->setHighlightSections(false);
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // Widths from typical contents rather than measured over all rows, which would read every item.
+    const auto widthOf = [this](const QString &sample) { return fontMetrics().horizontalAdvance(sample) + 16; };
+    header->setMinimumSectionSize(widthOf(QStringLiteral("Folder")));
+    header->resizeSection(PicTableModel::NameColumn, widthOf(QStringLiteral("DSC_0001-Edit.jpg")));
+    header->resizeSection(PicTableModel::DateColumn, widthOf(QStringLiteral("2024-05-01 10:00:00 CEST")));
+    header->resizeSection(PicTableModel::SourceColumn, widthOf(QStringLiteral("EXIF digitized date")));
+    header->resizeSection(PicTableModel::CameraColumn, widthOf(QStringLiteral("Canon EOS 5D Mark")));
+    header->resizeSection(PicTableModel::SizeColumn, widthOf(QStringLiteral("6000 × 4000")));
+    header->resizeSection(PicTableModel::LocationColumn, widthOf(QStringLiteral("48.85837° N, 2.29448° W")));
+
+    m_emptyNote->setForegroundRole(QPalette::PlaceholderText);
+    auto *overlay = new QVBoxLayout(m_picView->viewport());
+    overlay->addWidget(m_emptyNote, 0, Qt::AlignCenter);
+}
+
+void MainWindow::connectImport()
+{
+    connect(m_import, &MyDroppedFolders::folderAdded, this, &MainWindow::folderAdded);
+    connect(m_import, &MyDroppedFolders::folderImported, this, &MainWindow::folderImported);
+    connect(m_import, &MyDroppedFolders::folderRemoved, this, &MainWindow::folderRemoved);
+    connect(m_import, &MyDroppedFolders::folderEditModeChanged, this, [this](const MySingleFolder *folder) {
+        m_picModel->folderChanged(folder);
+        m_folderList->folderChanged(folder);
+    });
+    connect(m_import, &MyDroppedFolders::importStarted, this, [this] {
+        m_progress->showProgress(tr("Starting the import…"), 0, 0);
+        m_progress->show();
+    });
+    connect(m_import, &MyDroppedFolders::importProgressChanged, this, &MainWindow::showProgress);
+    connect(m_import, &MyDroppedFolders::importEnded, this, &MainWindow::importEnded);
+    connect(m_progress, &ImportProgressPanel::cancelRequested, m_import, &MyDroppedFolders::cancelImports);
+    connect(m_import, &MyDroppedFolders::dropRefused, this, &QApplication::beep);
+    connect(m_import, &MyDroppedFolders::photosLibraryRefused, this, [this] {
+        statusBar()->showMessage(tr("Files inside a photo library package are left out."), 8000);
+    });
+    connect(m_import, &MyDroppedFolders::tracksDropped, this, [this](const QStringList &paths) {
+        statusBar()->showMessage(tr("GPX tracks cannot be used yet; left aside: %1").arg(paths.size()), 8000);
+    });
+    connect(m_import, &MyDroppedFolders::statesDropped, this, [this](const QStringList &paths) {
+        statusBar()->showMessage(tr("Saved states cannot be opened yet; left aside: %1").arg(paths.size()), 8000);
+    });
+}
+
+void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys)
+{
+    if (!paths.isEmpty())
+        m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
+}
+
+bool MainWindow::isImporting() const
+{
+    return m_import->isImportInProgress();
+}
+
+void MainWindow::openFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Folder"));
+    if (!folder.isEmpty())
+        importPaths({folder}, QGuiApplication::keyboardModifiers());
+}
+
+void MainWindow::openFiles()
+{
+    const QStringList files = QFileDialog::getOpenFileNames(this, tr("Open Files"));
+    importPaths(files, QGuiApplication::keyboardModifiers());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!localPaths(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QStringList paths = localPaths(event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // The keys that came with the drop, not those held a moment later. The import may ask
+    // questions first; they wait until the file manager has seen its drop accepted.
+    const Qt::KeyboardModifiers keys = event->modifiers();
+    QTimer::singleShot(0, this, [this, paths, keys] { importPaths(paths, keys); });
+}
+
+void MainWindow::folderAdded(const MySingleFolder *folder)
+{
+    // Subfolders stand right after their parent, not at the end.
+    m_folderList->insertFolder(int(m_import->droppedFolders().indexOf(folder)), folder);
+    m_pages->setCurrentIndex(FoldersPage);
+    if (!m_folderView->selectionModel()->hasSelection())
+        showSelectedFolders();
+    else if (showsAllFolders())
+        m_picModel->addFolder(folder);
+    refreshListState();
+}
+
+void MainWindow::folderImported(const MySingleFolder *folder)
+{
+    m_folderList->folderChanged(folder);
+    m_picModel->folderChanged(folder);
+    if (!folder->importErrors.isEmpty())
+        m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
+    refreshListState();
+}
+
+void MainWindow::folderRemoved(const MySingleFolder *folder)
+{
+    m_picModel->removeFolder(folder);
+    m_folderList->removeFolder(folder);
+    if (m_folderList->folders().isEmpty())
+        m_pages->setCurrentIndex(EmptyPage);
+    // The folder may have been the one selected.
+    showSelectedFolders();
+}
+
+void MainWindow::showProgress(const ImportProgress &progress)
+{
+    if (progress.foldersLeft == 0)
+        return;
+    const int waiting = progress.foldersLeft - 1;
+    const QString text = waiting > 0
+                             ? tr("Importing “%1” (folders waiting: %2)").arg(progress.folderName).arg(waiting)
+                             : tr("Importing “%1”").arg(progress.folderName);
+    m_progress->showProgress(text, int(progress.stepsDone), int(progress.stepsTotal));
+    // An express import cannot stop halfway through a folder, but the folders waiting can.
+    m_progress->setCancellable(progress.canAbort || waiting > 0);
+}
+
+void MainWindow::importEnded()
+{
+    m_progress->hide();
+    if (!m_importErrors.isEmpty()) {
+        auto *report = new ImportErrorsDialog(m_importErrors, this);
+        report->setAttribute(Qt::WA_DeleteOnClose);
+        report->open();
+        m_importErrors.clear();
+    }
+    Q_EMIT importsFinished();
+}
+
+bool MainWindow::showsAllFolders() const
+{
+    const QModelIndexList rows = m_folderView->selectionModel()->selectedRows();
+    return rows.isEmpty()
+           || std::any_of(rows.cbegin(), rows.cend(),
+                          [](const QModelIndex &row) { return FolderListModel::isAllFoldersRow(row.row()); });
+}
+
+void MainWindow::showSelectedFolders()
+{
+    // A click beside the rows clears the selection; the list then stands for all folders, and
+    // the sidebar says so.
+    if (!m_folderView->selectionModel()->hasSelection() && !m_folderList->folders().isEmpty()) {
+        m_folderView->selectionModel()->select(m_folderList->index(0, 0),
+                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        return;
+    }
+    if (showsAllFolders()) {
+        m_picModel->showFolders(m_folderList->folders());
+        setWindowTitle(tr("All Folders"));
+        refreshListState();
+        return;
+    }
+    QList<const MySingleFolder *> selected;
+    for (const MySingleFolder *folder : m_folderList->folders())
+        if (m_folderView->selectionModel()->isRowSelected(m_folderList->rowOf(folder)))
+            selected.append(folder);
+    m_picModel->showFolders(selected);
+    setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder
+                                        : tr("Folders: %1").arg(QLocale().toString(selected.size())));
+    refreshListState();
+}
+
+void MainWindow::refreshListState()
+{
+    const QList<const MySingleFolder *> &shownFolders = m_picModel->shownFolders();
+    // Which folder an item is in matters only while more than one is on show.
+    m_picView->setColumnHidden(PicTableModel::FolderColumn, shownFolders.size() < 2);
+    const int shown = m_picModel->rowCount();
+    // An empty list says why rather than look broken.
+    const bool importing = std::any_of(shownFolders.cbegin(), shownFolders.cend(),
+                                       [](const MySingleFolder *folder) { return folder->sfPics < 0; });
+    m_emptyNote->setText(importing ? tr("Importing…") : tr("No photos or movies here"));
+    m_emptyNote->setVisible(shown == 0);
+    const int folders = int(m_folderList->folders().size());
+    m_summary->setText(folders == 0 ? QString()
+                                    : tr("Items: %1  ·  Folders: %2")
+                                          .arg(QLocale().toString(shown), QLocale().toString(folders)));
 }
 
 void MainWindow::showAbout()

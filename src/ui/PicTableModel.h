@@ -1,0 +1,62 @@
+#pragma once
+
+#include "time/TimeZone.h"
+
+#include <QAbstractTableModel>
+#include <QList>
+
+namespace orv {
+
+class MySingleFolder;
+class MySinglePic;
+
+// The items of the folders on show, one row each, folder after folder. Cells are the model's
+// values as text; SortRole carries the raw values so that dates sort as dates and sizes as
+// numbers. Rows are only read here: items change on the main thread, between calls.
+class PicTableModel : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column : int {
+        NameColumn,
+        DateColumn,
+        SourceColumn,
+        CameraColumn,
+        SizeColumn,
+        LocationColumn,
+        FolderColumn,
+        ColumnCount
+    };
+    static constexpr int SortRole = Qt::UserRole;
+
+    explicit PicTableModel(TimeZone displayZone, QObject *parent = nullptr);
+
+    // Replaces what is shown.
+    void showFolders(const QList<const MySingleFolder *> &folders);
+    // Shows one more folder after the others, with the items it has now.
+    void addFolder(const MySingleFolder *folder);
+    // A folder on show was imported again or its dates moved: new items at the end of its list
+    // get rows, the others fresh cells. Folders not on show are ignored.
+    void folderChanged(const MySingleFolder *folder);
+    void removeFolder(const MySingleFolder *folder);
+
+    const QList<const MySingleFolder *> &shownFolders() const { return m_folders; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QString text(const MySinglePic &pic, int column) const;
+    QVariant sortValue(const MySinglePic &pic, int column) const;
+    // The first row of a shown folder's items.
+    int firstRowOf(qsizetype folderIndex) const;
+
+    TimeZone m_zone;
+    QList<const MySingleFolder *> m_folders;
+    QList<qsizetype> m_shownCounts; // per folder, how many of its items have rows
+    QList<const MySinglePic *> m_pics;
+};
+
+} // namespace orv
