@@ -30,8 +30,8 @@ struct TagOffsets
     Found latitudeRef, latitude, longitudeRef, longitude, altitudeRef, altitude;
     Found timeStamp, dateStamp, hPositioningError;
 
-    // Takes one of the five Exif tags, which may stand in the Exif IFD or in IFD0. The first
-    // occurrence wins. Answers whether the tag was one of them.
+    // Takes one of the five Exif tags, which may stand in the Exif IFD or in IFD0. Within one
+    // IFD the first occurrence wins. Answers whether the tag was one of them.
     bool takeExifTag(const IfdEntry &entry, qint64 base)
     {
         Found *slot = nullptr;
@@ -46,6 +46,17 @@ struct TagOffsets
         if (!*slot)
             *slot = base + entry.value;
         return true;
+    }
+
+    // Some cameras write a date both into IFD0 and into the Exif IFD. Every reader takes the
+    // Exif IFD's copy as the date, so that is the one a save must move.
+    void preferExifTagsOf(const TagOffsets &exifIfd)
+    {
+        for (auto member : {&TagOffsets::dateTimeOriginal, &TagOffsets::dateTimeDigitized, &TagOffsets::offsetTime,
+                            &TagOffsets::offsetTimeOriginal, &TagOffsets::offsetTimeDigitized}) {
+            if (exifIfd.*member)
+                this->*member = exifIfd.*member;
+        }
     }
 
     bool hasAllExifTags() const
@@ -255,10 +266,12 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
 
     if (exifIfd) {
         const TiffIfd exif(m_file, base + *exifIfd, intel);
+        TagOffsets inExifIfd;
         for (const IfdEntry &entry : exif.entries()) {
-            if (tags.takeExifTag(entry, base) && tags.hasAllExifTags())
+            if (inExifIfd.takeExifTag(entry, base) && inExifIfd.hasAllExifTags())
                 break;
         }
+        tags.preferExifTagsOf(inExifIfd);
     }
     if (gpsIfd) {
         const TiffIfd gps(m_file, base + *gpsIfd, intel);
