@@ -76,6 +76,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     resize(1280, 780);
     setAcceptDrops(true);
 
+    // The actions first: the bar above the list shows Save.
+    buildMenus();
     buildFolderList();
     buildPicTable();
     auto *splitter = new QSplitter(this);
@@ -91,7 +93,6 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     statusBar()->addPermanentWidget(m_progress);
     m_progress->hide();
 
-    buildMenus();
     connectImport();
     connect(m_offsetBar, &OffsetBar::offsetChanged, this, &MainWindow::offsetChanged);
     refreshListState();

@@ -59,7 +59,6 @@ QSpinBox *OffsetBar::addField(const QString &suffix, int maximum, const QString 
     field->setRange(0, maximum);
     field->setSuffix(suffix);
     field->setToolTip(toolTip);
-    field->setSpecialValueText(QStringLiteral("–"));
     field->setAlignment(Qt::AlignRight);
     // One change per finished entry, not one per digit typed.
     field->setKeyboardTracking(false);
@@ -111,6 +110,7 @@ void OffsetBar::showValue(QSpinBox *field, const QString &text)
     const QSignalBlocker blocker(field);
     const bool differs = text == MyCompoundFolder::differingValue;
     field->setMinimum(differs ? untouched : 0);
+    field->setSpecialValueText(differs ? QStringLiteral("–") : QString());
     field->setValue(differs ? untouched : text.toInt());
 }
 

@@ -13,7 +13,9 @@ PreSaveSummaryDialog::PreSaveSummaryDialog(const QList<PreSaveFinding> &findings
     : QDialog(parent)
 {
     setWindowTitle(tr("Before Saving"));
-    auto *heading = new QLabel(tr("<b>%n problem(s) found before saving</b>", nullptr, int(entryCount)), this);
+    auto *heading = new QLabel(entryCount == 1 ? tr("<b>One problem found before saving</b>")
+                                               : tr("<b>%1 problems found before saving</b>").arg(entryCount),
+                               this);
     auto *subline = new QLabel(tr("The files listed may not be saved as you expect. Everything else "
                                   "is saved as shown."),
                                this);
