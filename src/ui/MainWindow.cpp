@@ -1,5 +1,6 @@
 #include "ui/MainWindow.h"
 
+#include "app/LogController.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
@@ -7,13 +8,17 @@
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
+#include "ui/OffsetBar.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
+#include "ui/SaveSession.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
@@ -26,6 +31,7 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -51,6 +57,8 @@ QStringList localPaths(const QMimeData *mime)
 
 MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     : QMainWindow(parent),
+      m_log(std::make_unique<LogController>(prefs, LogController::defaultLogFilePath())),
+      m_prefs(prefs),
       m_sheets(std::make_unique<ImportSheets>(this, prefs)),
       m_import(new MyDroppedFolders(prefs, *m_sheets, this)),
       m_folderList(new FolderListModel(FolderPalette::fromPreferences(prefs), this)),
@@ -61,17 +69,20 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_picView(new QTableView(this)),
       m_emptyNote(new QLabel(this)),
       m_summary(new QLabel(this)),
-      m_progress(new ImportProgressPanel(this))
+      m_progress(new ImportProgressPanel(this)),
+      m_offsetBar(new OffsetBar(this))
 {
-    setWindowTitle(tr("Orvelle"));
+    setTitle(tr("Orvelle"));
     resize(1280, 780);
     setAcceptDrops(true);
 
+    // The actions first: the bar above the list shows Save.
+    buildMenus();
     buildFolderList();
     buildPicTable();
     auto *splitter = new QSplitter(this);
     splitter->addWidget(m_folderView);
-    splitter->addWidget(m_picView);
+    splitter->addWidget(buildListPane());
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({300, 980});
     m_pages->insertWidget(EmptyPage, buildEmptyState());
@@ -82,14 +93,17 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     statusBar()->addPermanentWidget(m_progress);
     m_progress->hide();
 
-    buildMenus();
     connectImport();
+    connect(m_offsetBar, &OffsetBar::offsetChanged, this, &MainWindow::offsetChanged);
     refreshListState();
+    refreshUnsavedState();
 }
 
-// The import goes first: its scan thread may still call on the sheets and the models.
+// A running save and the import go first: their threads may still use the folders, the sheets
+// and the models.
 MainWindow::~MainWindow()
 {
+    delete m_save;
     delete m_import;
 }
 
@@ -101,7 +115,14 @@ void MainWindow::buildMenus()
     QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
     openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
     file->addSeparator();
-    QAction *quit = file->addAction(tr("Quit"), qApp, &QApplication::quit);
+    m_saveAction = file->addAction(tr("Save"), this, &MainWindow::save);
+    m_saveAction->setObjectName(QStringLiteral("saveAction"));
+    m_saveAction->setShortcut(QKeySequence::Save);
+    m_saveAction->setToolTip(tr("Write the changed dates into the files"));
+    file->addSeparator();
+    // Through the window's close, so that unsaved changes are asked about.
+    QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
+    quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(QKeySequence::Quit);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
@@ -183,6 +204,26 @@ void MainWindow::buildPicTable()
     overlay->addWidget(m_emptyNote, 0, Qt::AlignCenter);
 }
 
+QWidget *MainWindow::buildListPane()
+{
+    auto *pane = new QWidget(this);
+    auto *save = new QToolButton(pane);
+    save->setDefaultAction(m_saveAction);
+    save->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    save->setObjectName(QStringLiteral("saveButton"));
+
+    auto *bar = new QHBoxLayout;
+    bar->setContentsMargins(8, 6, 8, 6);
+    bar->addWidget(m_offsetBar, 1);
+    bar->addWidget(save);
+    auto *layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(bar);
+    layout->addWidget(m_picView, 1);
+    return pane;
+}
+
 void MainWindow::connectImport()
 {
     connect(m_import, &MyDroppedFolders::folderAdded, this, &MainWindow::folderAdded);
@@ -195,6 +236,7 @@ void MainWindow::connectImport()
     connect(m_import, &MyDroppedFolders::importStarted, this, [this] {
         m_progress->showProgress(tr("Starting the import…"), 0, 0);
         m_progress->show();
+        refreshUnsavedState();
     });
     connect(m_import, &MyDroppedFolders::importProgressChanged, this, &MainWindow::showProgress);
     connect(m_import, &MyDroppedFolders::importEnded, this, &MainWindow::importEnded);
@@ -213,8 +255,14 @@ void MainWindow::connectImport()
 
 void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys)
 {
-    if (!paths.isEmpty())
-        m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
+    if (paths.isEmpty())
+        return;
+    // A save owns its folders until it ends.
+    if (isSaving()) {
+        QApplication::beep();
+        return;
+    }
+    m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
 }
 
 bool MainWindow::isImporting() const
@@ -244,7 +292,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 void MainWindow::dropEvent(QDropEvent *event)
 {
     const QStringList paths = localPaths(event->mimeData());
-    if (paths.isEmpty())
+    if (paths.isEmpty() || isSaving())
         return;
     event->acceptProposedAction();
     // The keys that came with the drop, not those held a moment later. The import may ask
@@ -260,8 +308,10 @@ void MainWindow::folderAdded(const MySingleFolder *folder)
     m_pages->setCurrentIndex(FoldersPage);
     if (!m_folderView->selectionModel()->hasSelection())
         showSelectedFolders();
-    else if (showsAllFolders())
+    else if (showsAllFolders()) {
         m_picModel->addFolder(folder);
+        m_offsetBar->showFolders(m_import->droppedFolders());
+    }
     refreshListState();
 }
 
@@ -269,6 +319,7 @@ void MainWindow::folderImported(const MySingleFolder *folder)
 {
     m_folderList->folderChanged(folder);
     m_picModel->folderChanged(folder);
+    m_offsetBar->refresh();
     if (!folder->importErrors.isEmpty())
         m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
     refreshListState();
@@ -300,6 +351,8 @@ void MainWindow::showProgress(const ImportProgress &progress)
 void MainWindow::importEnded()
 {
     m_progress->hide();
+    m_offsetBar->refresh();
+    refreshUnsavedState();
     if (!m_importErrors.isEmpty()) {
         auto *report = new ImportErrorsDialog(m_importErrors, this);
         report->setAttribute(Qt::WA_DeleteOnClose);
@@ -328,7 +381,8 @@ void MainWindow::showSelectedFolders()
     }
     if (showsAllFolders()) {
         m_picModel->showFolders(m_folderList->folders());
-        setWindowTitle(tr("All Folders"));
+        m_offsetBar->showFolders(m_import->droppedFolders());
+        setTitle(tr("All Folders"));
         refreshListState();
         return;
     }
@@ -337,8 +391,9 @@ void MainWindow::showSelectedFolders()
         if (m_folderView->selectionModel()->isRowSelected(m_folderList->rowOf(folder)))
             selected.append(folder);
     m_picModel->showFolders(selected);
-    setWindowTitle(selected.size() == 1 ? selected.first()->sfFolder
-                                        : tr("Folders: %1").arg(QLocale().toString(selected.size())));
+    m_offsetBar->showFolders(selectedFolders());
+    setTitle(selected.size() == 1 ? selected.first()->sfFolder
+                                  : tr("Folders: %1").arg(QLocale().toString(selected.size())));
     refreshListState();
 }
 
@@ -357,6 +412,105 @@ void MainWindow::refreshListState()
     m_summary->setText(folders == 0 ? QString()
                                     : tr("Items: %1  ·  Folders: %2")
                                           .arg(QLocale().toString(shown), QLocale().toString(folders)));
+}
+
+QList<MySingleFolder *> MainWindow::selectedFolders() const
+{
+    QList<MySingleFolder *> selected;
+    for (MySingleFolder *folder : m_import->droppedFolders())
+        if (m_folderView->selectionModel()->isRowSelected(m_folderList->rowOf(folder)))
+            selected.append(folder);
+    return selected;
+}
+
+void MainWindow::setTitle(const QString &title)
+{
+    // "[*]" is where the window shows that changes are not saved yet.
+    setWindowTitle(title + QStringLiteral("[*]"));
+}
+
+void MainWindow::offsetChanged(const QList<MySingleFolder *> &folders)
+{
+    for (const MySingleFolder *folder : folders) {
+        m_picModel->folderChanged(folder);
+        m_folderList->folderChanged(folder);
+    }
+    refreshUnsavedState();
+}
+
+void MainWindow::refreshUnsavedState()
+{
+    const QList<MySingleFolder *> &folders = m_import->droppedFolders();
+    const bool unsaved = std::any_of(folders.cbegin(), folders.cend(),
+                                     [](const MySingleFolder *folder) { return folder->isUnsavedFolder(); });
+    setWindowModified(unsaved);
+    m_saveAction->setEnabled(unsaved && !isSaving() && !isImporting());
+}
+
+void MainWindow::save()
+{
+    if (isSaving() || isImporting())
+        return;
+    QList<MySingleFolder *> unsaved;
+    for (MySingleFolder *folder : m_import->droppedFolders())
+        if (folder->isUnsavedFolder())
+            unsaved.append(folder);
+    if (unsaved.isEmpty())
+        return;
+    m_save = new SaveSession(unsaved, m_prefs, *m_log, this);
+    connect(m_save, &SaveSession::finished, this, &MainWindow::saveEnded);
+    m_saveAction->setEnabled(false);
+    // The run changes items underneath; the window keeps its last picture until it ends.
+    m_pages->setUpdatesEnabled(false);
+    m_save->start();
+}
+
+void MainWindow::saveEnded(bool completed)
+{
+    m_save->deleteLater();
+    m_save = nullptr;
+    m_pages->setUpdatesEnabled(true);
+    for (const MySingleFolder *folder : m_import->droppedFolders()) {
+        m_picModel->folderChanged(folder);
+        m_folderList->folderChanged(folder);
+    }
+    // A folder whose failed items keep their change may have turned to separate mode.
+    m_offsetBar->refresh();
+    refreshUnsavedState();
+    Q_EMIT saveFinished();
+    if (std::exchange(m_closeAfterSave, false) && completed)
+        close();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (isSaving() || !askToSaveBeforeClosing())
+        event->ignore();
+    else
+        event->accept();
+}
+
+// True when the window may close now.
+bool MainWindow::askToSaveBeforeClosing()
+{
+    if (!isWindowModified())
+        return true;
+    QMessageBox question(QMessageBox::Warning, tr("Unsaved Changes"),
+                         tr("Do you want to save the changed dates before quitting?"),
+                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+    question.setInformativeText(tr("If you don't save, your changes will be lost. No file has been changed yet."));
+    question.button(QMessageBox::Discard)->setText(tr("Don't Save"));
+    question.setDefaultButton(QMessageBox::Save);
+    switch (question.exec()) {
+    case QMessageBox::Discard:
+        return true;
+    case QMessageBox::Save:
+        save();
+        m_closeAfterSave = isSaving();
+        return false;
+    default:
+        return false;
+    }
 }
 
 void MainWindow::showAbout()

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class QAction;
 class QLabel;
 class QStackedWidget;
 class QTableView;
@@ -16,16 +17,20 @@ namespace orv {
 class FolderListModel;
 class ImportProgressPanel;
 class ImportSheets;
+class LogController;
 class MyDroppedFolders;
 class MySingleFolder;
 struct ImportProgress;
 class PicSortProxy;
+class OffsetBar;
 class PicTableModel;
 class Preferences;
+class SaveSession;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
-// a sortable list, the import's progress in the status bar. Folders come in by the File menu,
-// by drops from the file manager and from the command line.
+// a sortable list under the controls that shift their dates, the import's progress in the status
+// bar. Folders come in by the File menu, by drops from the file manager and from the command
+// line; their changes reach the files only by File > Save.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -37,6 +42,9 @@ public:
     // when they were chosen or dropped.
     void importPaths(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier);
     bool isImporting() const;
+    bool isSaving() const { return m_save != nullptr; }
+    // Saves every folder with unsaved changes.
+    void save();
 
     PicTableModel &picModel() const { return *m_picModel; }
     PicSortProxy &sortedPics() const { return *m_sortedPics; }
@@ -45,16 +53,20 @@ public:
 Q_SIGNALS:
     // Every import asked for has ended and what it found is on show.
     void importsFinished();
+    // A save has ended and the list shows what the files now hold.
+    void saveFinished();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void buildMenus();
     QWidget *buildEmptyState();
     void buildFolderList();
     void buildPicTable();
+    QWidget *buildListPane();
     void connectImport();
     void openFolder();
     void openFiles();
@@ -68,7 +80,16 @@ private:
     void showSelectedFolders();
     bool showsAllFolders() const;
     void refreshListState();
+    QList<MySingleFolder *> selectedFolders() const;
+    void setTitle(const QString &title);
+    void offsetChanged(const QList<MySingleFolder *> &folders);
+    void saveEnded(bool completed);
+    // The unsaved mark in the title and the Save action follow the folders.
+    void refreshUnsavedState();
+    bool askToSaveBeforeClosing();
 
+    std::unique_ptr<LogController> m_log;
+    Preferences &m_prefs;
     std::unique_ptr<ImportSheets> m_sheets;
     MyDroppedFolders *m_import;
     // Collected while an import runs, shown once at its end.
@@ -82,6 +103,11 @@ private:
     QLabel *m_emptyNote;
     QLabel *m_summary;
     ImportProgressPanel *m_progress;
+    OffsetBar *m_offsetBar;
+    QAction *m_saveAction = nullptr;
+    SaveSession *m_save = nullptr; // while a save runs
+    // The user chose Save when closing: the window closes once the save has gone through.
+    bool m_closeAfterSave = false;
 };
 
 } // namespace orv

@@ -1,7 +1,7 @@
 // The real window, offscreen: imports through the menu's entry and through drops, the questions
 // the import asks on the way, and what the list and the sidebar then show.
 
-#include "DialogAnswers.h"
+#include "WindowFixture.h"
 
 #include "app/Preferences.h"
 #include "folders/ImportOptions.h"
@@ -33,36 +33,9 @@ using namespace orv::test;
 
 namespace {
 
-class MainWindowTest : public ::testing::Test
+class MainWindowTest : public WindowFixture
 {
 protected:
-    MainWindowTest()
-    {
-        // The import asks neither for options nor about single files unless a test wants it.
-        prefs.setBool(QStringLiteral("isAlwaysShowOptionsDisabled"), true);
-        prefs.setBool(QStringLiteral("isAdvanced"), true);
-        window = std::make_unique<MainWindow>(prefs);
-        window->show();
-    }
-
-    // A JPEG whose EXIF original date holds the given stamp; without one it has no date tags.
-    QString writeJpeg(const QString &baseName, const char *originalStamp = nullptr)
-    {
-        TiffSpec tags;
-        tags.make = QByteArray("Canon");
-        tags.model = QByteArray("Canon EOS R6");
-        if (originalStamp)
-            tags.dateTimeOriginal = Stamp::text(originalStamp);
-        return buildJpeg({.exif = tags}).write(dir.path(), baseName);
-    }
-
-    bool waitForImport(const std::function<void()> &start)
-    {
-        QSignalSpy finished(window.get(), &MainWindow::importsFinished);
-        start();
-        return finished.wait(20000);
-    }
-
     // As a file manager drops: the drag enters the window, then ends on it.
     void drop(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier)
     {
@@ -76,30 +49,7 @@ protected:
         QDropEvent event(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, keys);
         QApplication::sendEvent(window.get(), &event);
     }
-
-    QStringList shownColumn(int column) const
-    {
-        const PicSortProxy &rows = window->sortedPics();
-        QStringList cells;
-        for (int row = 0; row < rows.rowCount(); ++row)
-            cells.append(rows.index(row, column).data().toString());
-        return cells;
-    }
-
-    QTemporaryDir dir;
-    Preferences prefs{QString()};
-    DialogAnswers answers;
-    std::unique_ptr<MainWindow> window;
 };
-
-void clickButton(QDialog &dialog, const QString &text)
-{
-    for (QPushButton *button : dialog.findChildren<QPushButton *>())
-        if (button->text() == text)
-            return button->click();
-    ADD_FAILURE() << "no button " << text.toStdString();
-    dialog.reject();
-}
 
 } // namespace
 

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "folders/MySingleFolder.h"
+
+#include <QList>
+#include <QWidget>
+
+class QComboBox;
+class QLabel;
+class QSpinBox;
+
+namespace orv {
+
+struct OffsetEntry;
+
+// The five controls that move every date of the selected folders by one offset: direction,
+// days, hours, minutes, seconds. Where the folders differ a control shows no value, and leaving
+// it untouched keeps each folder's own.
+class OffsetBar : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit OffsetBar(QWidget *parent = nullptr);
+
+    // Shows the offset of these folders, or why it cannot be changed.
+    void showFolders(const QList<MySingleFolder *> &folders);
+    // Shows again what the folders hold, after something else changed them.
+    void refresh();
+
+Q_SIGNALS:
+    // The folders' offset changed: their items' dates in force moved.
+    void offsetChanged(const QList<MySingleFolder *> &folders);
+
+private:
+    QSpinBox *addField(const QString &suffix, int maximum, const QString &toolTip);
+    void showValue(QSpinBox *field, const QString &text);
+    OffsetEntry entry() const;
+    void applyEntry();
+
+    QList<MySingleFolder *> m_folders;
+    QComboBox *m_direction;
+    QSpinBox *m_days;
+    QSpinBox *m_hours;
+    QSpinBox *m_minutes;
+    QSpinBox *m_seconds;
+    QLabel *m_note;
+};
+
+} // namespace orv

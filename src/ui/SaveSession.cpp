@@ -1,0 +1,71 @@
+#include "ui/SaveSession.h"
+
+#include "app/LogController.h"
+#include "core/PreSaveFindings.h"
+#include "core/SaveSettings.h"
+#include "ui/PreSaveSummaryDialog.h"
+#include "ui/SaveErrorsDialog.h"
+#include "ui/SaveProgressSheet.h"
+
+namespace orv {
+
+SaveSession::SaveSession(QList<MySingleFolder *> folders, const Preferences &prefs, LogController &log,
+                         QWidget *window)
+    : QObject(window),
+      m_window(window),
+      m_log(log),
+      m_sheet(new SaveProgressSheet(window)),
+      m_run(std::make_unique<SaveRun>(std::move(folders), SaveSettings::fromPreferences(prefs, currentInstant()),
+                                      *this, &log))
+{
+    // The run reports from its own threads.
+    connect(m_run.get(), &SaveRun::statusChanged, m_sheet, &SaveProgressSheet::showStatus, Qt::QueuedConnection);
+    connect(m_run.get(), &SaveRun::progressMaximumChanged, m_sheet, &SaveProgressSheet::setMaximum,
+            Qt::QueuedConnection);
+    connect(m_run.get(), &SaveRun::progressChanged, m_sheet, &SaveProgressSheet::setValue, Qt::QueuedConnection);
+    connect(&m_watcher, &QFutureWatcher<SaveOutcome>::finished, this, &SaveSession::runEnded);
+}
+
+SaveSession::~SaveSession()
+{
+    m_watcher.waitForFinished();
+    delete m_sheet;
+}
+
+void SaveSession::start()
+{
+    m_sheet->show();
+    m_watcher.setFuture(m_run->start());
+}
+
+bool SaveSession::proceedDespitePreSaveErrors(const PreSaveErrors &errors)
+{
+    bool proceed = false;
+    QMetaObject::invokeMethod(
+        this,
+        [&] {
+            // The question replaces the progress for as long as the user decides.
+            m_sheet->hide();
+            PreSaveSummaryDialog question(describePreSaveErrors(errors), preSaveEntryCount(errors), m_window);
+            proceed = question.exec() == QDialog::Accepted;
+            if (proceed)
+                m_sheet->show();
+        },
+        Qt::BlockingQueuedConnection);
+    return proceed;
+}
+
+void SaveSession::runEnded()
+{
+    m_sheet->hide();
+    const bool cancelled = m_watcher.result().cancelled;
+    const bool failed = !m_run->errors().isEmpty();
+    if (failed) {
+        auto *alert = new SaveErrorsDialog(m_log.currentError(), m_window);
+        alert->setAttribute(Qt::WA_DeleteOnClose);
+        alert->open();
+    }
+    Q_EMIT finished(!cancelled && !failed);
+}
+
+} // namespace orv

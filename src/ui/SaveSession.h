@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/SaveQuestions.h"
+#include "core/SaveRun.h"
+
+#include <QFutureWatcher>
+#include <QObject>
+
+#include <memory>
+
+namespace orv {
+
+class LogController;
+class Preferences;
+class SaveProgressSheet;
+
+// One save from the window: the run on a pool thread behind the modal progress sheet, the
+// pre-save question on the way, and the error alert at the end. The folders must not change
+// until finished() comes.
+class SaveSession : public QObject, public SaveQuestions
+{
+    Q_OBJECT
+public:
+    SaveSession(QList<MySingleFolder *> folders, const Preferences &prefs, LogController &log, QWidget *window);
+    // Waits for a run still going: it holds the folders.
+    ~SaveSession() override;
+
+    void start();
+
+    // Asked on the run's thread; the user answers on the main thread while the run waits.
+    bool proceedDespitePreSaveErrors(const PreSaveErrors &errors) override;
+
+Q_SIGNALS:
+    // The run has ended and the files it wrote are synced. completed: it was not cancelled and
+    // every file was saved; otherwise the problems are on show.
+    void finished(bool completed);
+
+private:
+    void runEnded();
+
+    QWidget *m_window;
+    LogController &m_log;
+    SaveProgressSheet *m_sheet;
+    std::unique_ptr<SaveRun> m_run;
+    QFutureWatcher<SaveOutcome> m_watcher;
+};
+
+} // namespace orv
