@@ -99,15 +99,21 @@ void SaveRun::reportProgress(int done, int count, int step)
     Q_EMIT progressChanged(done);
 }
 
-PreSaveErrors SaveRun::preProcess()
+int SaveRun::countDue(const QList<MySingleFolder *> &folders) const
 {
-    Q_EMIT statusChanged(QStringLiteral("workPanelPreSave"));
-    const QList<MySingleFolder *> folders = foldersToSave();
     int count = 0;
     for (const MySingleFolder *folder : folders)
         count += int(std::count_if(folder->sfPicDetails_fullArray.begin(),
                                    folder->sfPicDetails_fullArray.end(),
                                    [this](const MySinglePic *p) { return isDue(*p); }));
+    return count;
+}
+
+PreSaveErrors SaveRun::preProcess()
+{
+    Q_EMIT statusChanged(QStringLiteral("workPanelPreSave"));
+    const QList<MySingleFolder *> folders = foldersToSave();
+    const int count = countDue(folders);
     startProgress(count);
 
     PreSaveErrors errors;
@@ -162,11 +168,7 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     // A change of the preference during the run reaches the next one.
     const bool syncsXmp = m_settings.syncXMPDataOnSave;
     const QList<MySingleFolder *> folders = foldersToSave();
-    int count = 0;
-    for (const MySingleFolder *folder : folders)
-        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(),
-                                   folder->sfPicDetails_fullArray.end(),
-                                   [this](const MySinglePic *p) { return isDue(*p); }));
+    const int count = countDue(folders);
     startProgress(count);
     const int step = progressStep(count);
 

@@ -63,6 +63,7 @@ Q_SIGNALS:
 private:
     QList<MySingleFolder *> foldersToSave() const;
     bool isDue(const MySinglePic &pic) const;
+    int countDue(const QList<MySingleFolder *> &folders) const;
     void saveThread(SaveOutcome &outcome);
     void syncXMPDataThread(const QList<MySingleFolder *> &folders);
     void syncXmpDates(MySinglePic &pic);
