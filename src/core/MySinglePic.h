@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
 
 #include <atomic>
 #include <limits>
@@ -120,12 +121,15 @@ public:
     bool hasMinorDateDifference = false;
     quint64 majorDateDifferenceType = 0;
     quint64 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0;
+    qint64 usesAltTimeAtAmbiguityReason = 0; // not 0: the user chose the other hour of a repeated one
+    qint64 dstOffsetState = 0;               // timeline marker cache: 0 unknown, -1, 1, 2
 
     // --- Live preview of a change; never a pending edit ---
     // The timeline time the item would take (that of its sortPic), and the move that gives it;
     // empty outside a preview and wherever the present date stands.
     OptionalDate tempTimeDuringLiveMod;
     double tempMoveDateByDuringLiveMod = 0.0;
+    qint64 tempIdxFullDuringLiveMod = -1;
 
     // --- Bytes ---
     PicAttributes singlePicAttributes;
@@ -136,6 +140,11 @@ public:
     // --- Movie ---
     double movDuration = -1.0;
     MediaTime movCurrentTime, movChapterTime, livePhotoStillImageTime{0, 0, 0, 0};
+    // The movie header's reading, kept until the folder's movie options are known.
+    QVariantMap qTMovieLateReadingInfo;
+    // Neighbours in a compound Live Photo.
+    MySinglePic *compoundLivePhotoPrev = nullptr;
+    MySinglePic *compoundLivePhotoNext = nullptr;
 
     // --- Location ---
     std::optional<double> gpsLat, gpsLong;
@@ -145,6 +154,9 @@ public:
     qint64 hasAddedLocation = 0; // 0 from the file, 1 by the user, 2 by a track
     std::optional<QString> locAddedByTrackKey, lastSave_locAddedByTrackKey;
     std::optional<double> lastSave_trackTimeCorrection;
+    qint64 linkedToFolderTracksType = 0;
+    bool isTrackLinkingPrevented = false;
+    bool needsTrackLocationRefresh = false;
     bool shouldReSaveLoc = false;
 
     // --- Save run state ---
@@ -158,6 +170,8 @@ public:
     bool didRefreshTimesAfterSave = false;
     bool isAffectedBySave = false;
     bool needsInternalDataRefresh = false;
+    // Per-save scratch values, such as the stamps exiftool must write for short XMP dates.
+    QVariantMap tempCache;
 
     // --- Rating, source position, groups ---
     bool isKeeper = false, isRejected = false;
@@ -167,8 +181,20 @@ public:
     bool isPossibleBundlePic = false;
     MySinglePic *bundleDependentImage = nullptr;
     MySinglePic *bundleMasterImage = nullptr;
+    bool isPossibleBundlePicTemp = false;
     qint64 wouldBenefitFromReImport = 0;
+    // Late-load progress: 1 still to check, 2 reimport advised, 3 and 4 applied new data, 5 up
+    // to date, 7 reimported, 9 forced check.
     qint64 importedState = 0;
+    qint64 metaDataIncludedState = 0;
+    qint64 importStateRefreshId = 0;
+    qint64 reimportId = 0, marker = 0, forceGroupInView = 0;
+    // Values to reapply after a reimport (date in force, location, tags to add).
+    QVariantMap tempDataAtReimport;
+    // Values read from a sidecar, and the platform properties kept for the info panel.
+    QVariantMap relevantSidecarInfos;
+    QVariantMap exifDict, exifAuxDict, tiffDict, customDict;
+    QString metasReadOnSystem;
 
     // --- Derived values ---
     QString spPath() const;
