@@ -40,15 +40,19 @@ QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
     return offset ? offset->offsetData : QByteArray();
 }
 
-// The XMP packet's place depends on the container.
+// The XMP packet's place depends on the container: a TIFF-based file names it in IFD0, which
+// the reader walks from the TIFF header.
 quint32 xmpPacketStart(const ScanFacts &facts)
 {
     if (facts.dates.cr3XmpOffset)
         return facts.dates.cr3XmpOffset;
     if (facts.xmpHeaderStartOffset)
         return facts.xmpHeaderStartOffset;
-    if (facts.format.fileFormatType == JpegFormat)
+    const int format = facts.format.fileFormatType;
+    if (format == JpegFormat)
         return facts.dates.jpgXMPOffset;
+    if ((format == TiffFormat || format == RawFormat) && facts.dates.hasHeader())
+        return facts.dates.tiffHeaderStartOffset;
     return noXmpOffset;
 }
 
@@ -59,9 +63,8 @@ void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
         return;
     const int format = facts.format.fileFormatType;
     const quint32 start = xmpPacketStart(facts);
-    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat
-                                     || format == TiffFormat || format == RawFormat
-                                     || format == HeicFormat;
+    // PNG finds its packet itself, from the iTXt chunk.
+    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat;
     if (start == noXmpOffset && !searchWithoutOffset)
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
