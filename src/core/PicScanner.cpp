@@ -16,8 +16,6 @@ namespace orv {
 
 namespace {
 
-constexpr quint32 noXmpOffset = 0;
-
 bool isStillFormat(int type) { return type >= 1 && type <= 15; }
 
 // An EXIF stamp that exists and can be read as a date. Empty stamps (blanks, zeros, short
@@ -42,18 +40,19 @@ QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
 
 // The XMP packet's place depends on the container: a TIFF-based file names it in IFD0, which
 // the reader walks from the TIFF header.
-quint32 xmpPacketStart(const ScanFacts &facts)
+std::optional<quint32> xmpPacketStart(const ScanFacts &facts)
 {
     if (facts.dates.cr3XmpOffset)
         return facts.dates.cr3XmpOffset;
     if (facts.xmpHeaderStartOffset)
         return facts.xmpHeaderStartOffset;
     const int format = facts.format.fileFormatType;
-    if (format == JpegFormat)
+    if (format == JpegFormat && facts.dates.jpgXMPOffset)
         return facts.dates.jpgXMPOffset;
+    // A TIFF file's header stands at offset 0, so 0 is a place here and not "none".
     if ((format == TiffFormat || format == RawFormat) && facts.dates.hasHeader())
         return facts.dates.tiffHeaderStartOffset;
-    return noXmpOffset;
+    return std::nullopt;
 }
 
 void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
@@ -62,13 +61,13 @@ void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
     if (d.exifDateTimeOriginal || d.exifDateTimeDigitized)
         return;
     const int format = facts.format.fileFormatType;
-    const quint32 start = xmpPacketStart(facts);
+    const std::optional<quint32> start = xmpPacketStart(facts);
     // PNG finds its packet itself, from the iTXt chunk.
     const bool searchWithoutOffset = format == PngFormat || format == AvifFormat;
-    if (start == noXmpOffset && !searchWithoutOffset)
+    if (!start && !searchWithoutOffset)
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
-    std::optional<XmpDateInfos> infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start);
+    std::optional<XmpDateInfos> infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start.value_or(0));
     if (!infos)
         return;
     // A packet counts only when it can give the item a date.

@@ -277,3 +277,16 @@ TEST_F(PicScannerTest, SidecarsTracksAndUnknownFilesMakeNoItem)
     notes.close();
     EXPECT_FALSE(PicScanner::scanFile(notes.fileName(), folder, fileDate));
 }
+
+TEST_F(PicScannerTest, TiffFindsItsXmpDatesThroughIfd0)
+{
+    TiffSpec tags;
+    tags.dateTime = Stamp::text("2024:06:01 00:00:00");
+    tags.xmp = buildXmp({.properties = {{QStringLiteral("xmp:CreateDate"), QStringLiteral("2024-05-01T10:00:00")}}});
+    const auto pic = scan(buildTiffFile({.tags = tags}), QStringLiteral("t"));
+    ASSERT_TRUE(pic);
+    EXPECT_EQ(pic->fileFormatType, TiffFormat);
+    EXPECT_EQ(pic->spType, SpTypeExifDigitized) << "the XMP create date is the digitized twin";
+    EXPECT_TRUE(pic->isDigiXmp);
+    EXPECT_TRUE(pic->isDataSourceLocal()) << "a stamp without zone is local";
+}
