@@ -157,7 +157,8 @@ QString SaveErrors::logText(Instant now) const
         count += entries.size();
     QString text =
         localStamp(now) + QLatin1String(" - ") +
-        QCoreApplication::translate("SaveErrors", "Saving: %n problem(s)", nullptr, int(count)) +
+        (count == 1 ? QCoreApplication::translate("SaveErrors", "Saving: 1 problem")
+                    : QCoreApplication::translate("SaveErrors", "Saving: %1 problems").arg(count)) +
         QLatin1Char('\n');
     for (const auto &[id, list] : m_lists) {
         QList<Entry> entries = list;
