@@ -2,18 +2,13 @@
 
 #include "app/Preferences.h"
 
+#include "support/QtPrinters.h"
+
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
-#include <ostream>
-
-// Readable QStrings in failure messages.
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace orv::test {
 

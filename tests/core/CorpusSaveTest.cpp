@@ -1,3 +1,4 @@
+#include "ByteRanges.h"
 #include "core/DateStampCodec.h"
 #include "formats/FileReader.h"
 #include "formats/PngLocator.h"
@@ -17,17 +18,10 @@ namespace {
 
 constexpr double shiftSeconds = 3661.0; // 1:01:01
 
-struct Range
-{
-    qint64 begin;
-    qint64 length;
-    bool contains(qint64 offset) const { return offset >= begin && offset < begin + length; }
-};
-
 // Where a save may write: the stored values the import found, nothing else.
-std::vector<Range> stampRanges(const PicAttributes &a)
+std::vector<StampSpan> stampRanges(const PicAttributes &a)
 {
-    std::vector<Range> ranges;
+    std::vector<StampSpan> ranges;
     for (const auto *stamp : {&a.ExifDateTimeOriginal, &a.ExifDateTimeDigitized, &a.TIFFDateTime}) {
         if (*stamp)
             ranges.push_back({(*stamp)->dateOffset, 19});
@@ -49,9 +43,9 @@ std::vector<Range> stampRanges(const PicAttributes &a)
 }
 
 // The checksum of the chunk a write went into.
-std::vector<Range> pngChecksumRanges(const QString &path)
+std::vector<StampSpan> pngChecksumRanges(const QString &path)
 {
-    std::vector<Range> ranges;
+    std::vector<StampSpan> ranges;
     FileReader file(path);
     PngLocator png(file);
     for (const auto kind : {PngLocator::ChunkKind::Exif, PngLocator::ChunkKind::Xmp}) {
@@ -82,7 +76,7 @@ struct Imported
 {
     MySinglePic *pic;
     QByteArray before;
-    std::vector<Range> ranges;
+    std::vector<StampSpan> ranges;
     std::optional<StampRecord> original;
 };
 
@@ -118,22 +112,16 @@ TEST_F(CorpusSave, EveryStillFormatTakesTheShiftInPlaceAndKeepsEveryOtherByte)
     for (const Imported &item : items) {
         const QString path = item.pic->spPath();
         const QByteArray bytes = fileBytes(path);
-        std::vector<Range> ranges = item.ranges;
+        std::vector<StampSpan> ranges = item.ranges;
         if (item.pic->fileFormatType == PngFormat) {
-            const std::vector<Range> checksums = pngChecksumRanges(path);
+            const std::vector<StampSpan> checksums = pngChecksumRanges(path);
             ranges.insert(ranges.end(), checksums.begin(), checksums.end());
             EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate)
                             .filter(QStringLiteral("CRC"))
                             .isEmpty())
                 << path.toStdString();
         }
-        EXPECT_EQ(bytes.size(), item.before.size()) << path.toStdString();
-        for (const qint64 offset : differingOffsets(item.before, bytes)) {
-            EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(),
-                                    [offset](const Range &r) { return r.contains(offset); }))
-                << path.toStdString() << ": byte " << offset
-                << " changed outside the stored values";
-        }
+        EXPECT_TRUE(onlyRangesDiffer(item.before, bytes, ranges)) << path.toStdString();
         const bool savedStamp = item.original && item.original->dateOffset &&
                                 outcome.savedPics.contains(item.pic) &&
                                 zoneKeepsItsOffset(item.original->dateData);

@@ -435,16 +435,15 @@ TEST(DateStampCodecGps, RationalsAreNormalisedAndMissingHalvesCompleted)
                                         QSysInfo::BigEndian),
             QSysInfo::BigEndian, creation);
     };
-    EXPECT_EQ(onlyTime(0, 10, Instant::fromUtc(2024, 7, 1, 10)),
-              Instant::fromUtc(2024, 7, 1, 0, 10));
-    EXPECT_EQ(onlyTime(0, 10, Instant::fromUtc(2024, 7, 1, 12, 10)),
-              Instant::fromUtc(2024, 7, 1, 0, 10));
-    EXPECT_EQ(onlyTime(0, 10, Instant::fromUtc(2024, 7, 1, 12, 10, 1)),
-              Instant::fromUtc(2024, 7, 2, 0, 10));
-    EXPECT_EQ(onlyTime(23, 50, Instant::fromUtc(2024, 7, 1, 11, 50)),
-              Instant::fromUtc(2024, 7, 1, 23, 50));
-    EXPECT_EQ(onlyTime(23, 50, Instant::fromUtc(2024, 3, 1, 0, 5)),
-              Instant::fromUtc(2024, 2, 29, 23, 50));
+    const std::pair<Instant, Instant> creationAndRead[] = {
+        {Instant::fromUtc(2024, 7, 1, 10), Instant::fromUtc(2024, 7, 1, 0, 10)},
+        {Instant::fromUtc(2024, 7, 1, 12, 10), Instant::fromUtc(2024, 7, 1, 0, 10)},
+        {Instant::fromUtc(2024, 7, 1, 12, 10, 1), Instant::fromUtc(2024, 7, 2, 0, 10)},
+        {Instant::fromUtc(2024, 7, 1, 11, 50), Instant::fromUtc(2024, 7, 1, 23, 50)},
+        {Instant::fromUtc(2024, 3, 1, 0, 5), Instant::fromUtc(2024, 2, 29, 23, 50)},
+    };
+    for (const auto &[creation, read] : creationAndRead)
+        EXPECT_EQ(onlyTime(read.toUtcCivil().hour, read.toUtcCivil().minute, creation), read);
 
     // A date alone takes the creation's UTC time of day, with no day correction.
     EXPECT_EQ(C::updatedGpsDateWithCreationDate(cString("2024:07:03"), QByteArray(),

@@ -53,10 +53,8 @@ TEST(MySinglePicDateInForce, ItemsWithoutDatesTakeNoEdits)
 {
     FolderWithPics f;
     f.folder.sfDateModificationsTimeInterval = 3600.0;
-    MySinglePic *unsupported = f.add(SpTypeUnsupportedPhoto, Instant::distantPast());
-    MySinglePic *ignoredMovie = f.add(SpTypeMovieExifIgnored, Instant::distantPast());
-    EXPECT_EQ(unsupported->spDateTimeModified(), Instant::distantPast());
-    EXPECT_EQ(ignoredMovie->spDateTimeModified(), Instant::distantPast());
+    for (const int type : {SpTypeUnsupportedPhoto, SpTypeMovieExifIgnored})
+        EXPECT_EQ(f.add(type, Instant::distantPast())->spDateTimeModified(), Instant::distantPast()) << type;
 }
 
 TEST(MySinglePicDateInForce, SeparateModeUsesOnlyTheItemsOwnModification)

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 #include <ostream>
 
@@ -24,6 +25,8 @@ const Instant now = Instant::fromUtc(2024, 6, 1, 8, 0, 0);
 // What a slot held before a calculation that must leave it alone.
 const Instant untouched = Instant::fromUtc(2001, 1, 1);
 constexpr double dayAfterNow = 32.0 * 86400.0;
+const std::array metadataSlots = {&MySinglePic::exifDateTimeOriginalNEW,
+                                 &MySinglePic::exifDateTimeDigitizedNEW, &MySinglePic::tiffDateTimeNEW};
 
 Instant at(double secondsFromNoon)
 {
@@ -344,9 +347,8 @@ TEST(NewDatesWithTags, PhotoWithoutDatesChangesOnlyItsFileDates)
     s.options.dateChangeEXIFChangeFinderWhenChangingEXIF = 0;
     s.calculate(pic);
     EXPECT_TRUE(pic.isAffectedBySave);
-    EXPECT_EQ(pic.exifDateTimeOriginalNEW, std::nullopt);
-    EXPECT_EQ(pic.exifDateTimeDigitizedNEW, std::nullopt);
-    EXPECT_EQ(pic.tiffDateTimeNEW, std::nullopt);
+    for (OptionalDate MySinglePic::*slot : metadataSlots)
+        EXPECT_EQ(pic.*slot, std::nullopt);
     EXPECT_EQ(pic.fileCreationDateNEW, noon);
     EXPECT_EQ(pic.fileModificationDateNEW, noon);
 }
@@ -648,9 +650,7 @@ TEST(SaveErrorChecks, LocalStampInTheRepeatedAutumnHour)
         {Instant::fromUtc(2023, 3, 26, 1, 30, 0), false},    // spring: every time exists once
     };
     for (const Case &c : cases) {
-        for (OptionalDate MySinglePic::*slot : {&MySinglePic::exifDateTimeOriginalNEW,
-                                                 &MySinglePic::exifDateTimeDigitizedNEW,
-                                                 &MySinglePic::tiffDateTimeNEW}) {
+        for (OptionalDate MySinglePic::*slot : metadataSlots) {
             Scene s;
             MySinglePic &pic = s.add(SpTypeExifOriginal);
             pic.*slot = c.date;

@@ -19,12 +19,17 @@ namespace {
 
 constexpr double oneHour = 3600.0;
 
-MediaFile cameraJpeg(const char *stamp = "2024:05:01 10:00:00")
+TiffSpec cameraTags()
 {
     TiffSpec tags;
-    tags.dateTimeOriginal = Stamp::text(stamp);
-    tags.dateTimeDigitized = Stamp::text(stamp);
-    return buildJpeg({.exif = tags});
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
+    return tags;
+}
+
+MediaFile cameraJpeg()
+{
+    return buildJpeg({.exif = cameraTags()});
 }
 
 // "2024-05-01T08:00:00Z"
@@ -177,14 +182,14 @@ TEST_F(SaveRunTest, RunsOnAPoolThreadAndReportsStatusAndProgress)
         const QMutexLocker lock(&mutex);
         statuses << key;
     });
-    QObject::connect(&run, &SaveRun::progressMaximumChanged, [&](int value) {
-        const QMutexLocker lock(&mutex);
-        maximum = value;
-    });
-    QObject::connect(&run, &SaveRun::progressChanged, [&](int value) {
-        const QMutexLocker lock(&mutex);
-        progress = value;
-    });
+    const auto storeIn = [&mutex](int &slot) {
+        return [&mutex, &slot](int value) {
+            const QMutexLocker lock(&mutex);
+            slot = value;
+        };
+    };
+    QObject::connect(&run, &SaveRun::progressMaximumChanged, storeIn(maximum));
+    QObject::connect(&run, &SaveRun::progressChanged, storeIn(progress));
     QObject::connect(&run, &SaveRun::finished, [&](bool cancelled) { finished = !cancelled; });
 
     const SaveOutcome outcome = run.start().result();
@@ -202,11 +207,8 @@ TEST_F(SaveRunTest, TheSyncPassBringsXmpTwinsInStepWithTheSavedDates)
                                                              TimeZone::systemZone());
     const QString local =
         DateStampCodec::xmpTimeStampFromDate(stamped, TimeZone::systemZone(), true, 0);
-    TiffSpec tags;
-    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
-    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     const MediaFile jpeg =
-        buildJpeg({.exif = tags,
+        buildJpeg({.exif = cameraTags(),
                    .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", local},
                                                    {"xmp:CreateDate", utcXmpStamp(stamped)}}})});
     MySinglePic &pic = import(jpeg);
