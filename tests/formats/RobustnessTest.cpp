@@ -175,31 +175,27 @@ class DamagedCorpusFile : public testing::TestWithParam<QString>
 {
 };
 
-TEST_P(DamagedCorpusFile, CutAtManyLengths)
+TEST_P(DamagedCorpusFile, CutAtManyLengthsOrWithBytesOverwrittenNearTheStart)
 {
     const QString path = GetParam();
     const QByteArray bytes = contentsOf(path);
     QTemporaryDir dir;
+    const auto read = [&](const QByteArray &damaged) {
+        const MediaFile file{damaged, {}, QFileInfo(path).suffix()};
+        DamagedFiles(damaged).readWithEveryLocator(file.write(dir.path()));
+    };
     for (qsizetype length : cutLengths(path, bytes.size())) {
         SCOPED_TRACE("length " + std::to_string(length));
-        const MediaFile cut{bytes.left(length), {}, QFileInfo(path).suffix()};
-        DamagedFiles(cut.bytes).readWithEveryLocator(cut.write(dir.path()));
+        read(bytes.left(length));
     }
-}
-
-TEST_P(DamagedCorpusFile, BytesOverwrittenNearTheStart)
-{
-    const QString path = GetParam();
-    const QByteArray bytes = contentsOf(path);
-    QTemporaryDir dir;
     QRandomGenerator random(qHash(QFileInfo(path).fileName()));
     const qsizetype region = qMin<qsizetype>(bytes.size(), 65536);
     for (int round = 0; round < 6 && region > 0; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
-        MediaFile noisy{bytes, {}, QFileInfo(path).suffix()};
+        QByteArray noisy = bytes;
         for (int i = 0; i < 24; ++i)
-            noisy.bytes[random.bounded(int(region))] = char(random.bounded(256));
-        DamagedFiles(noisy.bytes).readWithEveryLocator(noisy.write(dir.path()));
+            noisy[random.bounded(int(region))] = char(random.bounded(256));
+        read(noisy);
     }
 }
 
