@@ -185,14 +185,10 @@ TEST_F(BuiltFile, ExifDatesInIfd0StandAfterOrAheadOfThePointers)
 // warnings, and every segment, header and value where the builder says.
 TEST_F(BuiltFile, ContainersCarryExifAndXmpAroundARealImage)
 {
-    struct Layout
-    {
-        quint32 markAt; // past a JPEG marker and length or a PNG length; RIFF types lead
-        QByteArray exifMark;
-        quint32 tiffHeaderAfterSegment;
-        QByteArray xmpMark;
-        quint32 packetAfterSegment;
-    };
+    // Per suffix: where the marks start past a JPEG marker and length or a PNG length (RIFF
+    // types lead), the Exif mark, the TIFF header's distance from the segment, the XMP mark,
+    // and the packet's distance from the segment.
+    using Layout = std::tuple<quint32, QByteArray, quint32, QByteArray, quint32>;
     const std::map<QString, Layout> layouts = {
         {"jpg",
          {4, QByteArray("Exif\0\0", 6), 10, QByteArray("http://ns.adobe.com/xap/1.0/", 29), 33}},
@@ -221,7 +217,8 @@ TEST_F(BuiltFile, ContainersCarryExifAndXmpAroundARealImage)
             SCOPED_TRACE(file.suffix.toStdString() + " " + orderName(order) +
                          std::to_string(&file - files));
             const MediaOffsets &at = file.offsets;
-            const Layout &layout = layouts.at(file.suffix);
+            const auto &[markAt, exifMark, headerAfter, xmpMark, packetAfter] =
+                layouts.at(file.suffix);
             read(file, file.suffix == "png" ? at.tiffHeader : 0);
 
             EXPECT_EQ(QImage(m_path).size(), size);
@@ -235,13 +232,11 @@ TEST_F(BuiltFile, ContainersCarryExifAndXmpAroundARealImage)
             EXPECT_TRUE(placed("ExifIFD:OffsetTimeOriginal", at.offsetTimeOriginal,
                                tags.offsetTimeOriginal->bytes));
             EXPECT_EQ(file.bytes.mid(at.tiffHeader, 2), orderName(order));
-            EXPECT_EQ(at.tiffHeader, at.exifSegment + layout.tiffHeaderAfterSegment);
-            EXPECT_EQ(file.bytes.mid(at.exifSegment + layout.markAt, layout.exifMark.size()),
-                      layout.exifMark);
-            EXPECT_EQ(file.bytes.mid(at.xmpSegment + layout.markAt, layout.xmpMark.size()),
-                      layout.xmpMark);
-            if (layout.packetAfterSegment) {
-                EXPECT_EQ(at.xmpPacket, at.xmpSegment + layout.packetAfterSegment);
+            EXPECT_EQ(at.tiffHeader, at.exifSegment + headerAfter);
+            EXPECT_EQ(file.bytes.mid(at.exifSegment + markAt, exifMark.size()), exifMark);
+            EXPECT_EQ(file.bytes.mid(at.xmpSegment + markAt, xmpMark.size()), xmpMark);
+            if (packetAfter) {
+                EXPECT_EQ(at.xmpPacket, at.xmpSegment + packetAfter);
             }
             if (file.suffix == "jpg") {
                 EXPECT_EQ(at.xmpSegment < at.exifSegment, &file != files);
