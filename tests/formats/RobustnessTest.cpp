@@ -9,6 +9,7 @@
 #include "support/Corpus.h"
 #include "support/MediaFile.h"
 #include "support/QtPrinters.h"
+#include "support/SaveFixture.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -145,13 +146,6 @@ private:
     QByteArray m_bytes;
 };
 
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
 // Short lengths byte by byte, then growing steps, and cuts a few bytes into each value found.
 std::set<qsizetype> cutLengths(const QString &path, qsizetype size)
 {
@@ -178,7 +172,7 @@ class DamagedCorpusFile : public testing::TestWithParam<QString>
 TEST_P(DamagedCorpusFile, CutAtManyLengthsOrWithBytesOverwrittenNearTheStart)
 {
     const QString path = GetParam();
-    const QByteArray bytes = contentsOf(path);
+    const QByteArray bytes = fileBytes(path);
     QTemporaryDir dir;
     const auto read = [&](const QByteArray &damaged) {
         const MediaFile file{damaged, {}, QFileInfo(path).suffix()};
