@@ -1,250 +1,204 @@
-// Edge cases of the containers, on hand-made files whose every offset is known.
-
-#include "CraftedBytes.h"
-#include "support/Corpus.h"
-#include "support/Exiftool.h"
-#include "support/QtPrinters.h"
+// Edge cases of the containers, on built files whose every offset is known.
 
 #include "formats/InPlaceWriter.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "formats/TiffLocator.h"
+#include "support/Exiftool.h"
+#include "support/MediaFileBuilder.h"
+#include "support/QtPrinters.h"
 
-#include <QImageWriter>
-
+#include <QTemporaryDir>
+#include <QtEndian>
 #include <gtest/gtest.h>
 
 using namespace orv;
 using namespace orv::test;
-using namespace orv::crafted;
 
 namespace {
 
 const QByteArray dateStamp = "2024:05:01 10:00:00";
-const QByteArray blankStamp = "    :  :     :  :  ";
-constexpr quint16 typeShort = 3;
 
-// IFD0 with DateTime and the two pointers, an Exif IFD, a GPS IFD holding a date stamp.
-TiffBlock exifBlock(bool intel, std::vector<TiffEntry> exifEntries,
-                    const QByteArray &gpsDate = "2024:05:01")
+class CraftedFile : public ::testing::Test
 {
-    return TiffBlock(intel, {{TiffEntry::ascii(306, dateStamp), TiffEntry::pointer(34665, 1),
-                              TiffEntry::pointer(34853, 2)},
-                             std::move(exifEntries),
-                             {TiffEntry::ascii(29, gpsDate)}});
+protected:
+    QString write(const MediaFile &file) { return file.write(m_dir.path(), "crafted"); }
+
+    DatesData readDates(const MediaFile &file, int format)
+    {
+        return MySingleFolderDataReader().savereadDatesAtPath(write(file), format);
+    }
+
+    QTemporaryDir m_dir;
+};
+
+TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
+{
+    return {.order = order, .dateTimeOriginal = stamp};
 }
 
-DatesData readTiff(const QTemporaryDir &dir, const QByteArray &bytes)
+TEST_F(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
 {
-    return MySingleFolderDataReader().savereadDatesAtPath(writeTemporary(dir, "crafted.tif", bytes),
-                                                          TiffFormat);
-}
-
-TEST(TiffWalk, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
-{
-    const TiffBlock block(true, {{TiffEntry::ascii(306, dateStamp), TiffEntry::pointer(34665, 1),
-                                  TiffEntry::pointer(34853, 2),
-                                  TiffEntry::ascii(36867, "2024:05:01 09:00:00"),
-                                  TiffEntry::ascii(36868, "2024:05:01 09:30:00")},
-                                 {{40962, typeShort, 1, QByteArray("\x10\0", 2)}},
-                                 {TiffEntry::ascii(29, "2024:05:01")}});
-    quint32 originalAt = 0;
-    const QByteArray bytes = block.bytes(&originalAt, 36867);
-    QTemporaryDir dir;
-    const DatesData dates = readTiff(dir, bytes);
-    ASSERT_TRUE(dates.exifDateTimeOriginal);
-    EXPECT_EQ(dates.exifDateTimeOriginal->dateData, QByteArray("2024:05:01 09:00:00\0", 20));
-    EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset, originalAt);
-    ASSERT_TRUE(dates.exifDateTimeDigitized);
-    EXPECT_EQ(dates.exifDateTimeDigitized->dateData.left(19), "2024:05:01 09:30:00");
+    TiffSpec recipe = originalDate(ByteOrder::Intel);
+    recipe.dateTime = Stamp::text("2024:05:01 08:00:00");
+    recipe.dateTimeDigitized = Stamp::text("2024:05:01 09:30:00");
+    recipe.exifDatePlace = ExifDatePlace::Ifd0;
+    recipe.pixelSize = QSize(16, 16);
+    recipe.gps = GpsSpec{.dateStamp = Stamp::text("2024:05:01")};
+    const MediaFile file = buildExifBlock(recipe);
+    const DatesData dates = readDates(file, TiffFormat);
+    ASSERT_TRUE(dates.exifDateTimeOriginal && dates.exifDateTimeDigitized);
+    EXPECT_EQ(dates.exifDateTimeOriginal->dateData, recipe.dateTimeOriginal->bytes);
+    EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset, file.offsets.dateTimeOriginal);
+    EXPECT_EQ(dates.exifDateTimeDigitized->dateOffset, file.offsets.dateTimeDigitized);
     EXPECT_TRUE(dates.tiffDateTime);
-    // exiftool sees them in the same place.
-    const ExiftoolTags exif = exiftoolTags(dir.filePath("crafted.tif"), ExiftoolGroups::Family1);
-    EXPECT_EQ(exif.string("IFD0:DateTimeOriginal"), "2024:05:01 09:00:00");
 }
 
-TEST(TiffWalk, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
+TEST_F(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
 {
-    QTemporaryDir dir;
     const DatesData dates =
-        readTiff(dir, exifBlock(false, {TiffEntry::ascii(36867, blankStamp)}).bytes());
+        readDates(buildExifBlock(originalDate(ByteOrder::Motorola, Stamp::blank())), TiffFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
-    EXPECT_EQ(dates.exifDateTimeOriginal->dateData.left(19), blankStamp);
+    EXPECT_EQ(dates.exifDateTimeOriginal->dateData, Stamp::blank().bytes);
     EXPECT_FALSE(dates.isHeaderIntel);
 }
 
-TEST(TiffWalk, MotorolaRationalsNeedConversion)
+TEST_F(CraftedFile, MotorolaRationalsNeedConversion)
 {
-    for (bool intel : {true, false}) {
-        const ByteOrderWriter w(intel);
-        const QByteArray time = w.u32(10) + w.u32(1) + w.u32(20) + w.u32(1) + w.u32(30) + w.u32(1);
-        const TiffBlock block(intel, {{TiffEntry::pointer(34853, 1)}, {{7, 5, 3, time}}});
-        QTemporaryDir dir;
-        const DatesData dates = readTiff(dir, block.bytes());
+    for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
+        GpsSpec gps;
+        gps.timeStamp = RationalTriple{Rational{10, 1}, Rational{20, 1}, Rational{30, 1}};
+        const MediaFile file = buildExifBlock({.order = order, .gps = gps});
+        const DatesData dates = readDates(file, TiffFormat);
         ASSERT_TRUE(dates.gpsTimeStamp);
-        EXPECT_EQ(dates.gpsTimeStamp->dateData, time);
-        EXPECT_EQ(dates.gpsTimeStamp->needsConv, !intel);
+        EXPECT_EQ(dates.gpsTimeStamp->dateData, file.bytes.mid(file.offsets.gpsTimeStamp, 24));
+        EXPECT_EQ(dates.gpsTimeStamp->needsConv, order == ByteOrder::Motorola);
     }
 }
 
-TEST(TiffWalk, GpsDateNeedsItsNulAtByteTen)
+TEST_F(CraftedFile, GpsDateNeedsItsNulAtByteTen)
 {
-    QTemporaryDir dir;
-    const DatesData withNul = readTiff(dir, exifBlock(true, {}, "2024:05:01").bytes());
-    ASSERT_TRUE(withNul.gpsDateStamp);
-    EXPECT_EQ(withNul.gpsDateStamp->dateData, QByteArray("2024:05:01\0", 11));
-    // Eleven characters and no NUL: the stamp does not end where the verifier wants it to.
-    const TiffBlock noNul(true, {{TiffEntry::pointer(34853, 1)},
-                                 {{29, 2, 11, QByteArray("2024:05:011")}}});
-    EXPECT_FALSE(readTiff(dir, noNul.bytes()).gpsDateStamp);
+    const auto gpsDate = [&](const Stamp &stamp) {
+        return readDates(buildExifBlock({.gps = GpsSpec{.dateStamp = stamp}}), TiffFormat)
+            .gpsDateStamp;
+    };
+    const auto withNul = gpsDate(Stamp::text("2024:05:01"));
+    ASSERT_TRUE(withNul);
+    EXPECT_EQ(withNul->dateData, QByteArray("2024:05:01\0", 11));
+    EXPECT_FALSE(gpsDate(Stamp::raw("2024:05:011")));
 }
 
-TEST(TiffWalk, ValuesPointingOutsideTheFileAreAbsent)
+TEST_F(CraftedFile, ValuesPointingOutsideTheFileAreAbsent)
 {
-    const ByteOrderWriter w(true);
-    const TiffBlock block(true, {{{306, 2, 20, {}, -1}}});
-    QByteArray bytes = block.bytes();
-    bytes.replace(8 + 2 + 8, 4, w.u32(0xFFFFFF00)); // DateTime's value offset
-    QTemporaryDir dir;
-    const DatesData dates = readTiff(dir, bytes);
+    MediaFile file = buildExifBlock({.dateTime = Stamp::text(dateStamp)});
+    // DateTime is IFD0's only entry; its value offset follows tag, type and count.
+    qToLittleEndian<quint32>(0xFFFFFF00, file.bytes.data() + file.offsets.ifd0 + 2 + 8);
+    const DatesData dates = readDates(file, TiffFormat);
     EXPECT_TRUE(dates.hasHeader());
     EXPECT_FALSE(dates.tiffDateTime);
 }
 
 // A file without its own DateTime may carry one in the Exif block of an embedded JPEG (tag 46).
 // The magic there is compared in the file's order, which only Intel files can pass.
-TEST(TiffWalk, NestedJpegDateIsReadInIntelFilesOnly)
+TEST_F(CraftedFile, NestedJpegDateIsReadInIntelFilesOnly)
 {
-    for (bool intel : {true, false}) {
-        quint32 innerDateAt = 0;
-        const QByteArray inner =
-            TiffBlock(intel, {{TiffEntry::ascii(306, dateStamp)}}).bytes(&innerDateAt, 306);
-        const QByteArray embedded = QByteArray("\xFF\xD8", 2) + exifApp1(inner);
-        quint32 embeddedAt = 0;
-        const QByteArray bytes =
-            TiffBlock(intel, {{{46, 7, quint32(embedded.size()), embedded}}}).bytes(&embeddedAt, 46);
-        QTemporaryDir dir;
-        const DatesData dates = readTiff(dir, bytes);
-        if (intel) {
+    for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
+        const MediaFile inner = buildJpeg(
+            {.jfif = false, .exif = TiffSpec{.order = order, .dateTime = Stamp::text(dateStamp)}});
+        const MediaFile file = buildExifBlock({.order = order, .embeddedJpeg = inner.bytes});
+        const DatesData dates = readDates(file, TiffFormat);
+        if (order == ByteOrder::Intel) {
             ASSERT_TRUE(dates.tiffDateTime);
-            EXPECT_EQ(dates.tiffDateTime->dateOffset, embeddedAt + 12 + innerDateAt);
+            EXPECT_EQ(dates.tiffDateTime->dateOffset,
+                      file.offsets.embeddedJpeg + inner.offsets.dateTime);
         } else {
             EXPECT_FALSE(dates.tiffDateTime);
         }
     }
 }
 
-TEST(StampVerifiers, DateStamps)
+TEST(StampVerifiers, OnlyWellFormedStampsPass)
 {
-    EXPECT_TRUE(verifyDateData(dateStamp + '\0'));
-    EXPECT_TRUE(verifyDateData(blankStamp + '\0'));
-    EXPECT_TRUE(verifyDateData("0000:00:00 00:00:00" + QByteArray(1, '\0')));
-    EXPECT_FALSE(verifyDateData(QByteArray(20, ' ')));
-    EXPECT_FALSE(verifyDateData("2024-05-01 10:00:00" + QByteArray(1, '\0')));
-    EXPECT_FALSE(verifyDateData("2024:05:01T10:00:00" + QByteArray(1, '\0')));
-    EXPECT_FALSE(verifyDateData("2024:05:01 10:00"));
+    using Verifier = bool (*)(const QByteArray &);
+    const Verifier date = verifyDateData, offset = verifyOffsetData, gps = verifyGpsDateStampData;
+    const std::tuple<Verifier, QByteArray, bool> cases[] = {
+        {date, Stamp::text(dateStamp).bytes, true},
+        {date, Stamp::blank().bytes, true},
+        {date, Stamp::zeros().bytes, true},
+        {date, QByteArray(20, ' '), false},
+        {date, Stamp::text("2024-05-01 10:00:00").bytes, false},
+        {date, Stamp::text("2024:05:01T10:00:00").bytes, false},
+        {date, "2024:05:01 10:00", false},
+        {offset, QByteArray("+02:00\0", 7), true},
+        {offset, QByteArray("-05:30\0", 7), true},
+        {offset, QByteArray("+02:00", 6), false},
+        {offset, QByteArray(" 02:00\0", 7), false},
+        {offset, QByteArray("+0200\0\0", 7), false},
+        {offset, QByteArray("+02:0a\0", 7), false},
+        {gps, QByteArray("2024:05:01\0", 11), true},
+        {gps, QByteArray("2024:05:011", 11), false},
+        {gps, QByteArray("2024-05-01\0", 11), false},
+        {gps, QByteArray("2024:05:01", 10), false},
+        {gps, QByteArray("2024:0 :01\0", 11), false}};
+    for (const auto &[verify, data, valid] : cases)
+        EXPECT_EQ(verify(data), valid) << data.toHex(' ').toStdString();
 }
 
-TEST(StampVerifiers, OffsetTags)
+TEST_F(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
 {
-    EXPECT_TRUE(verifyOffsetData(QByteArray("+02:00\0", 7)));
-    EXPECT_TRUE(verifyOffsetData(QByteArray("-05:30\0", 7)));
-    EXPECT_FALSE(verifyOffsetData(QByteArray("+02:00", 6)));
-    EXPECT_FALSE(verifyOffsetData(QByteArray(" 02:00\0", 7)));
-    EXPECT_FALSE(verifyOffsetData(QByteArray("+0200\0\0", 7)));
-    EXPECT_FALSE(verifyOffsetData(QByteArray("+02:0a\0", 7)));
-}
-
-TEST(StampVerifiers, GpsDateStamps)
-{
-    EXPECT_TRUE(verifyGpsDateStampData(QByteArray("2024:05:01\0", 11)));
-    EXPECT_FALSE(verifyGpsDateStampData(QByteArray("2024:05:011", 11)));
-    EXPECT_FALSE(verifyGpsDateStampData(QByteArray("2024-05-01\0", 11)));
-    EXPECT_FALSE(verifyGpsDateStampData(QByteArray("2024:05:01", 10)));
-    EXPECT_FALSE(verifyGpsDateStampData(QByteArray("2024:0 :01\0", 11)));
-}
-
-// The segments go right after SOI of a real encoded image.
-QByteArray jpegWithSegments(const QByteArray &segments, const QByteArray &image = encodedJpeg(8, 8))
-{
-    return image.left(2) + segments + image.mid(2);
-}
-
-TEST(JpegWalk, FindsExifInASecondApp1AfterXmp)
-{
-    const QByteArray packet = "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-                              "</x:xmpmeta><?xpacket end=\"w\"?>";
-    const QByteArray xmpSegment = xmpApp1(packet);
-    const QByteArray bytes = jpegWithSegments(
-        xmpSegment + exifApp1(exifBlock(true, {TiffEntry::ascii(36867, dateStamp)}).bytes()));
-    QTemporaryDir dir;
-    const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(
-        writeTemporary(dir, "crafted.jpg", bytes), JpegFormat);
-    EXPECT_EQ(dates.jpgXMPOffset, quint32(bytes.indexOf(packet)));
-    EXPECT_EQ(dates.tiffHeaderStartOffset, quint32(2 + xmpSegment.size() + 10));
+    const MediaFile file =
+        buildJpeg({.exif = originalDate(ByteOrder::Intel),
+                   .xmp = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}}}),
+                   .xmpBeforeExif = true});
+    const DatesData dates = readDates(file, JpegFormat);
+    EXPECT_EQ(dates.jpgXMPOffset, file.offsets.xmpPacket);
+    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
-    EXPECT_EQ(dates.exifDateTimeOriginal->dateData.left(19), dateStamp);
+    EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset, file.offsets.dateTimeOriginal);
 }
 
-TEST(JpegWalk, WithoutApp1ItStopsAtTheFrameAndFindsNothing)
+TEST_F(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
 {
     // A TIFF block behind the image data must not be taken for the file's Exif.
-    const QByteArray trailer = "Exif" + exifBlock(true, {TiffEntry::ascii(36867, dateStamp)}).bytes();
-    QByteArray progressive;
-    {
-        QBuffer buffer(&progressive);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter writer(&buffer, "jpeg");
-        writer.setProgressiveScanWrite(true);
-        QImage image(8, 8, QImage::Format_RGB32);
-        image.fill(Qt::blue);
-        ASSERT_TRUE(writer.write(image));
-    }
-    QTemporaryDir dir;
-    for (const QByteArray &image : {encodedJpeg(8, 8), progressive}) {
-        const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(
-            writeTemporary(dir, "plain.jpg", image + trailer), JpegFormat);
+    const QByteArray trailer = "Exif" + buildExifBlock(originalDate(ByteOrder::Intel)).bytes;
+    for (const bool progressive : {false, true}) {
+        MediaFile file = buildJpeg({.progressive = progressive});
+        file.bytes += trailer;
+        const DatesData dates = readDates(file, JpegFormat);
         EXPECT_FALSE(dates.hasHeader());
         EXPECT_EQ(dates.jpgXMPOffset, 0u);
         EXPECT_FALSE(dates.exifDateTimeOriginal);
     }
 }
 
-QByteArray pngWithExif(bool beforeImageData, const QByteArray &tiff)
+TEST_F(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
 {
-    const QByteArray png = encodedPng();
-    const qsizetype at = pngChunkOffset(png, beforeImageData ? "IDAT" : "IEND");
-    return png.left(at) + pngChunk("eXIf", tiff) + png.mid(at);
+    for (const ChunkPosition position :
+         {ChunkPosition::BeforeImageData, ChunkPosition::AfterImageData}) {
+        const MediaFile file =
+            buildPng({.exif = originalDate(ByteOrder::Intel), .exifPosition = position});
+        const QString path = write(file);
+        FileReader reader(path);
+        const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(path, PngFormat);
+        if (position == ChunkPosition::BeforeImageData) {
+            EXPECT_EQ(PngLocator(reader).exifStartOffset(), file.offsets.tiffHeader);
+            EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+            EXPECT_TRUE(dates.exifDateTimeOriginal);
+        } else {
+            EXPECT_FALSE(PngLocator(reader).exifStartOffset());
+            EXPECT_FALSE(dates.hasHeader());
+        }
+    }
 }
 
-TEST(PngChunks, ExifAfterTheImageDataGivesNoOffset)
+TEST_F(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
 {
-    const QByteArray tiff = exifBlock(true, {TiffEntry::ascii(36867, dateStamp)}).bytes();
-    QTemporaryDir dir;
-    MySingleFolderDataReader reader;
-    const QString before = writeTemporary(dir, "before.png", pngWithExif(true, tiff));
-    FileReader beforeFile(before);
-    const auto offset = PngLocator(beforeFile).exifStartOffset();
-    ASSERT_TRUE(offset);
-    EXPECT_EQ(reader.savereadDatesAtPath(before, PngFormat).tiffHeaderStartOffset, *offset);
-    EXPECT_TRUE(reader.savereadDatesAtPath(before, PngFormat).exifDateTimeOriginal);
-
-    const QString after = writeTemporary(dir, "after.png", pngWithExif(false, tiff));
-    FileReader afterFile(after);
-    EXPECT_FALSE(PngLocator(afterFile).exifStartOffset());
-    EXPECT_FALSE(reader.savereadDatesAtPath(after, PngFormat).hasHeader());
-}
-
-TEST(PngChunks, ChecksumRepairMakesAnInPlaceWriteValid)
-{
-    const QByteArray tiff = exifBlock(false, {TiffEntry::ascii(36867, dateStamp)}).bytes();
-    QTemporaryDir dir;
-    const QString path = writeTemporary(dir, "written.png", pngWithExif(true, tiff));
+    const QString path = write(buildPng({.exif = originalDate(ByteOrder::Motorola)}));
     MySingleFolderDataReader reader;
     const DatesData dates = reader.savereadDatesAtPath(path, PngFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     ASSERT_TRUE(InPlaceFile::open(path)->apply(
         {{dates.exifDateTimeOriginal->dateOffset, "2030:12:31 23:59:59", dateStamp}}));
-    EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC for eXIf").size() == 1);
+    EXPECT_EQ(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC for eXIf").size(), 1);
 
     ASSERT_TRUE(reader.lockPNGChunkOfType(PngLocator::ChunkKind::Exif, path));
     EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC").isEmpty());
@@ -252,25 +206,18 @@ TEST(PngChunks, ChecksumRepairMakesAnInPlaceWriteValid)
               "2030:12:31 23:59:59");
 }
 
-TEST(PngChunks, XmpChecksumRepairAndTextChunks)
+TEST_F(CraftedFile, PngXmpChecksumRepairAndTextChunks)
 {
-    const QByteArray packet = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://"
-                              "www.w3.org/1999/02/22-rdf-syntax-ns#\"><rdf:Description xmlns:xmp=\""
-                              "http://ns.adobe.com/xap/1.0/\" xmp:CreateDate=\"2024-05-01T10:00:00\""
-                              "/></rdf:RDF></x:xmpmeta>";
-    const QByteArray png = encodedPng();
-    const qsizetype at = pngChunkOffset(png, "IDAT");
-    const QByteArray bytes = png.left(at)
-        + pngChunk("iTXt", QByteArray("XML:com.adobe.xmp\0\0\0\0\0", 22) + packet)
-        + pngChunk("tEXt", QByteArray("Title\0Harbour at dawn", 21))
-        + pngChunk("tEXt", QByteArray("Empty\0", 6)) + png.mid(at);
-    QTemporaryDir dir;
-    const QString path = writeTemporary(dir, "xmp.png", bytes);
+    const MediaFile file =
+        buildPng({.xmp = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}},
+                                   .wrapped = false}),
+                  .texts = {{"Title", "Harbour at dawn"}, {"Empty", ""}}});
+    const QString path = write(file);
     MySingleFolderDataReader reader;
     const auto infos = reader.savereadXMPDatesAtPath(path, PngFormat, 0);
     ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
     const XmpStampRecord &created = infos->at("XmpCreateDate");
-    EXPECT_EQ(created.offset, quint32(bytes.indexOf("2024-05-01T10:00:00")));
+    EXPECT_EQ(created.offset, file.offsets.xmpValue("xmp:CreateDate"));
     EXPECT_EQ(created.type, 3);
 
     EXPECT_EQ(reader.tEXtDataFromPNG(path), (QMap<QString, QString>{{"Title", "Harbour at dawn"}}));
@@ -281,39 +228,28 @@ TEST(PngChunks, XmpChecksumRepairAndTextChunks)
               "2031:05:01 10:00:00");
 }
 
-QByteArray riffChunk(const QByteArray &type, const QByteArray &data)
+TEST_F(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
 {
-    const ByteOrderWriter le(true);
-    return type + le.u32(quint32(data.size())) + data;
-}
-
-TEST(WebpChunks, APadByteAfterAnOddChunkIsStepped)
-{
-    const QByteArray tiff = exifBlock(true, {TiffEntry::ascii(36867, dateStamp)}).bytes();
-    const QByteArray packet = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\" exif:DateTimeOriginal="
-                              "\"2024-05-01T10:00:00+02:00\"></x:xmpmeta>";
-    // An odd chunk and its pad byte, as libwebp writes them; the walk steps by size alone.
-    const QByteArray body = QByteArray("WEBP") + riffChunk("VP8X", QByteArray(10, '\0'))
-        + riffChunk("ALPH", "abc") + QByteArray(1, '\0') + riffChunk("EXIF", tiff)
-        + riffChunk("XMP ", packet);
-    const QByteArray bytes = riffChunk("RIFF", body);
-    QTemporaryDir dir;
-    const QString path = writeTemporary(dir, "crafted.webp", bytes);
+    MediaFile file = buildWebp(
+        {.exif = originalDate(ByteOrder::Intel),
+         .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", "2024-05-01T10:00:00+02:00"}}}),
+         .strayPadByte = true});
+    const QString path = write(file);
     MySingleFolderDataReader reader;
     const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
     ASSERT_TRUE(chunks.exifOffset && chunks.xmpOffset);
-    EXPECT_EQ(*chunks.exifOffset, quint32(bytes.indexOf("EXIF")));
-    EXPECT_EQ(*chunks.xmpOffset, quint32(bytes.indexOf("XMP ")));
+    EXPECT_EQ(*chunks.exifOffset, file.offsets.exifSegment);
+    EXPECT_EQ(*chunks.xmpOffset, file.offsets.xmpSegment);
 
     const DatesData dates = reader.savereadDatesAtPath(path, WebpFormat, *chunks.exifOffset);
-    EXPECT_EQ(dates.tiffHeaderStartOffset, *chunks.exifOffset + 8);
+    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
     EXPECT_TRUE(dates.exifDateTimeOriginal);
     const auto infos = reader.savereadXMPDatesAtPath(path, WebpFormat, *chunks.xmpOffset);
     ASSERT_TRUE(infos && infos->count("ExifDateTimeOriginal"));
     EXPECT_EQ(infos->at("ExifDateTimeOriginal").type, 2);
 
-    EXPECT_FALSE(reader.riffHeaderDataForWebPFileAtPath(
-        writeTemporary(dir, "not.webp", "RIFF\0\0\0\0AVI " + riffChunk("EXIF", tiff))).exifOffset);
+    file.bytes.replace(8, 4, "AVI ");
+    EXPECT_FALSE(reader.riffHeaderDataForWebPFileAtPath(write(file)).exifOffset);
 }
 
 } // namespace

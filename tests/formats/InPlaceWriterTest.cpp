@@ -3,6 +3,7 @@
 #include "core/FileAttributes.h"
 #include "support/FailingDisk.h"
 #include "support/ReadOnlyFile.h"
+#include "support/SaveFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,12 +26,6 @@ QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArra
     return path;
 }
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 TEST(InPlaceWriter, WritesExactBytesAtExactOffsetsAndKeepsTheLength)
@@ -41,7 +36,7 @@ TEST(InPlaceWriter, WritesExactBytesAtExactOffsetsAndKeepsTheLength)
     ASSERT_TRUE(writer);
     EXPECT_TRUE(writer->apply({{2, "XY", "23"}, {18, "ZZ", "ij"}}));
     EXPECT_TRUE(writer->synchronize());
-    EXPECT_EQ(contents(path), QByteArray("01XY456789abcdefghZZ"));
+    EXPECT_EQ(fileBytes(path), QByteArray("01XY456789abcdefghZZ"));
 }
 
 TEST(InPlaceWriter, AnEditPastTheEndIsRefusedAndUndoesTheEditsBeforeIt)
@@ -52,7 +47,7 @@ TEST(InPlaceWriter, AnEditPastTheEndIsRefusedAndUndoesTheEditsBeforeIt)
     ASSERT_TRUE(writer);
     EXPECT_TRUE(writer->apply({{0, "AB", "01"}}));
     EXPECT_FALSE(writer->apply({{5, "CD", "56"}, {19, "EF", "j"}}));
-    EXPECT_EQ(contents(path), original) << "the file never grows and is left as it was";
+    EXPECT_EQ(fileBytes(path), original) << "the file never grows and is left as it was";
 }
 
 TEST(InPlaceWriter, NeverCreatesTruncatesOrOpensWhatIsNoWritableFile)
@@ -64,7 +59,7 @@ TEST(InPlaceWriter, NeverCreatesTruncatesOrOpensWhatIsNoWritableFile)
     EXPECT_FALSE(InPlaceFile::open(dir.filePath("folder.jpg")));
     const QString kept = writeFile(dir, "kept.jpg");
     EXPECT_EQ(InPlaceFile::open(kept)->length(), original.size());
-    EXPECT_EQ(contents(kept), original);
+    EXPECT_EQ(fileBytes(kept), original);
 
     const QString locked = writeFile(dir, "locked.jpg");
     const ReadOnlyFile lock(locked);
@@ -95,7 +90,7 @@ TEST(InPlaceWriter, AFailingDiskLeavesTheFileAsItWas)
     const auto writer = disk.openForUpdate(path);
     EXPECT_TRUE(writer->apply({{0, "AB", "01"}, {4, "CD", "45"}}));
     EXPECT_FALSE(writer->apply({{8, "EF", "89"}}));
-    EXPECT_EQ(contents(path), original);
+    EXPECT_EQ(fileBytes(path), original);
 
     FailingDisk neverSyncs;
     neverSyncs.failingName = "a.bin";
@@ -103,5 +98,5 @@ TEST(InPlaceWriter, AFailingDiskLeavesTheFileAsItWas)
     const auto unsynced = neverSyncs.openForUpdate(path);
     EXPECT_TRUE(unsynced->apply({{0, "AB", "01"}}));
     EXPECT_FALSE(unsynced->synchronize());
-    EXPECT_EQ(contents(path), original) << "what never reached the disk is put back";
+    EXPECT_EQ(fileBytes(path), original) << "what never reached the disk is put back";
 }

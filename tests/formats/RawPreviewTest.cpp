@@ -1,14 +1,14 @@
 // The preview scan in RAW files the platform cannot read: the largest decodable embedded JPEG,
 // found by its markers, and the scan stops only at one larger than 640 on both sides.
 
-#include "CraftedBytes.h"
-
 #include "formats/MySingleFolderDataReader.h"
+#include "support/MediaFileBuilder.h"
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace orv;
-using namespace orv::crafted;
+using namespace orv::test;
 
 namespace {
 
@@ -17,17 +17,17 @@ std::optional<RawPreviewInfo> previewOf(const QByteArray &bytes,
 {
     QTemporaryDir dir;
     return MySingleFolderDataReader().savereadInternalJPGs(
-        writeTemporary(dir, "crafted.raw", bytes), header);
+        MediaFile{bytes, {}, "raw"}.write(dir.path()), header);
 }
 
 const QByteArray rawHead = QByteArray(300, '\x11');
 
 TEST(RawPreviews, APreviewOf640By480DoesNotStopTheScan)
 {
-    const QByteArray small = encodedJpeg(640, 480);
-    const QByteArray wide = encodedJpeg(700, 480);
-    const QByteArray large = encodedJpeg(800, 656);
-    const QByteArray bytes = rawHead + small + wide + large + encodedJpeg(1024, 768);
+    const QByteArray small = encodeJpegImage({640, 480});
+    const QByteArray wide = encodeJpegImage({700, 480});
+    const QByteArray large = encodeJpegImage({800, 656});
+    const QByteArray bytes = rawHead + small + wide + large + encodeJpegImage({1024, 768});
     const auto preview = previewOf(bytes);
     ASSERT_TRUE(preview && preview->hasPreview());
     // 700 by 480 is larger on one side only; 800 by 656 is the first above 640 on both.
@@ -39,8 +39,8 @@ TEST(RawPreviews, APreviewOf640By480DoesNotStopTheScan)
 
 TEST(RawPreviews, OnlyAPreviewLargerOnBothSidesReplacesTheBest)
 {
-    const QByteArray bytes =
-        rawHead + encodedJpeg(320, 240) + encodedJpeg(400, 200) + encodedJpeg(160, 120);
+    const QByteArray bytes = rawHead + encodeJpegImage({320, 240}) + encodeJpegImage({400, 200}) +
+                             encodeJpegImage({160, 120});
     const auto preview = previewOf(bytes);
     ASSERT_TRUE(preview);
     EXPECT_EQ(preview->jpgSize, QSize(320, 240));
@@ -49,30 +49,37 @@ TEST(RawPreviews, OnlyAPreviewLargerOnBothSidesReplacesTheBest)
 TEST(RawPreviews, NestedImagesCountAsOneAndAFourthLevelStops)
 {
     // A thumbnail inside a preview's own segment, as Exif thumbnails stand.
-    const QByteArray thumbnail = encodedJpeg(32, 24);
-    const QByteArray outer = encodedJpeg(200, 100);
-    const QByteArray nested = outer.left(2) + jpegSegment(0xE1, thumbnail) + outer.mid(2);
+    const QByteArray thumbnail = encodeJpegImage({32, 24});
+    const QByteArray outer = encodeJpegImage({200, 100});
+    ByteWriter app1(ByteOrder::Motorola);
+    app1.bytes("\xFF\xE1");
+    app1.u16(quint16(thumbnail.size() + 2));
+    app1.bytes(thumbnail);
+    const QByteArray nested = outer.left(2) + app1.data() + outer.mid(2);
     auto preview = previewOf(rawHead + nested);
     ASSERT_TRUE(preview);
     EXPECT_EQ(preview->jpgSize, QSize(200, 100));
     EXPECT_EQ(preview->jpgData, nested);
 
     const QByteArray opening("\xFF\xD8\xFF", 3);
-    EXPECT_FALSE(previewOf(rawHead + opening + opening + opening + opening + encodedJpeg(64, 64)));
+    EXPECT_FALSE(
+        previewOf(rawHead + opening + opening + opening + opening + encodeJpegImage({64, 64})));
 }
 
 TEST(RawPreviews, AnUndecodableRangeStopsTheScan)
 {
-    const QByteArray broken = QByteArray("\xFF\xD8\xFF\xE0", 4) + QByteArray(64, '\x22') + "\xFF\xD9";
-    EXPECT_FALSE(previewOf(rawHead + broken + encodedJpeg(800, 700)));
+    const QByteArray broken =
+        QByteArray("\xFF\xD8\xFF\xE0", 4) + QByteArray(64, '\x22') + "\xFF\xD9";
+    EXPECT_FALSE(previewOf(rawHead + broken + encodeJpegImage({800, 700})));
 }
 
 TEST(RawPreviews, MakeAndModelComeFromTheTiffHeader)
 {
-    const QByteArray tiff = TiffBlock(false, {{TiffEntry::ascii(271, "NIKON CORPORATION"),
-                                               TiffEntry::ascii(272, "NIKON D70")}})
-                                .bytes();
-    const auto preview = previewOf(tiff + encodedJpeg(96, 64), TiffHeader{0, false});
+    const QByteArray tiff =
+        buildExifBlock(
+            {.order = ByteOrder::Motorola, .make = "NIKON CORPORATION", .model = "NIKON D70"})
+            .bytes;
+    const auto preview = previewOf(tiff + encodeJpegImage({96, 64}), TiffHeader{0, false});
     ASSERT_TRUE(preview);
     EXPECT_EQ(preview->make, "NIKON CORPORATION");
     EXPECT_EQ(preview->model, "NIKON D70");

@@ -9,18 +9,15 @@
 #include <QFileInfo>
 #include <QString>
 #include <QStringList>
+#include <QtEndian>
 
 namespace orv::test {
 
 inline double rationalOf(const QByteArray &data, qsizetype at, bool motorola)
 {
     const auto u32 = [&](qsizetype pos) {
-        quint32 value = 0;
-        for (int i = 0; i < 4; ++i) {
-            const quint32 byte = quint8(data.at(pos + i));
-            value |= motorola ? byte << (24 - 8 * i) : byte << (8 * i);
-        }
-        return value;
+        const char *bytes = data.constData() + pos;
+        return motorola ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
     };
     const quint32 denominator = u32(at + 4);
     return denominator == 0 ? 0.0 : double(u32(at)) / denominator;
@@ -28,15 +25,15 @@ inline double rationalOf(const QByteArray &data, qsizetype at, bool motorola)
 
 inline double degreesOf(const QByteArray &data, bool motorola)
 {
-    return rationalOf(data, 0, motorola) + rationalOf(data, 8, motorola) / 60.0
-        + rationalOf(data, 16, motorola) / 3600.0;
+    return rationalOf(data, 0, motorola) + rationalOf(data, 8, motorola) / 60.0 +
+           rationalOf(data, 16, motorola) / 3600.0;
 }
 
 inline double gpsTimeSeconds(const GpsStampRecord &record)
 {
-    return rationalOf(record.dateData, 0, record.needsConv) * 3600.0
-        + rationalOf(record.dateData, 8, record.needsConv) * 60.0
-        + rationalOf(record.dateData, 16, record.needsConv);
+    return rationalOf(record.dateData, 0, record.needsConv) * 3600.0 +
+           rationalOf(record.dateData, 8, record.needsConv) * 60.0 +
+           rationalOf(record.dateData, 16, record.needsConv);
 }
 
 // "14:28:17.24" as seconds of the day.
@@ -44,8 +41,8 @@ inline double secondsOfClockText(const QString &text)
 {
     const QStringList parts = text.split(':');
     return parts.size() == 3
-        ? parts[0].toDouble() * 3600.0 + parts[1].toDouble() * 60.0 + parts[2].toDouble()
-        : -1.0;
+               ? parts[0].toDouble() * 3600.0 + parts[1].toDouble() * 60.0 + parts[2].toDouble()
+               : -1.0;
 }
 
 inline int formatForSuffix(const QString &path)

@@ -3,21 +3,19 @@
 // sanitizer build runs this too), and whatever is reported must lie inside the file and equal
 // the bytes found there, since a save trusts exactly that.
 
-#include "support/Corpus.h"
-#include "support/Exiftool.h"
-#include "support/QtPrinters.h"
 #include "RecordDecoding.h"
-
 #include "core/DateStampCodec.h"
 #include "formats/MySingleFolderDataReader.h"
+#include "support/Corpus.h"
+#include "support/MediaFile.h"
+#include "support/QtPrinters.h"
+#include "support/SaveFixture.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
-
 #include <set>
 
 using namespace orv;
@@ -25,8 +23,8 @@ using namespace orv::test;
 
 namespace {
 
-const QStringList damagedSuffixes{"jpg", "jpeg", "tif", "tiff", "cr2", "cr3", "nef", "dng",
-                                  "arw", "rw2", "raf", "png", "webp", "heic", "avif", "xmp"};
+const QStringList damagedSuffixes{"jpg", "jpeg", "tif", "tiff", "cr2",  "cr3",  "nef",  "dng",
+                                  "arw", "rw2",  "raf", "png",  "webp", "heic", "avif", "xmp"};
 // Above this the preview scan, which decodes every candidate, is left to the full-size files.
 constexpr qsizetype previewScanLimit = 512 * 1024;
 
@@ -115,8 +113,8 @@ public:
     {
         MySingleFolderDataReader reader;
         std::set<quint32> xmpStarts{0};
-        for (int format : {JpegFormat, HeicFormat, RawFormat, TiffFormat, PngFormat, AvifFormat,
-                           GifFormat}) {
+        for (int format :
+             {JpegFormat, HeicFormat, RawFormat, TiffFormat, PngFormat, AvifFormat, GifFormat}) {
             const DatesData dates = reader.savereadDatesAtPath(path, format);
             expectConsistent(dates);
             xmpStarts.insert(dates.jpgXMPOffset);
@@ -148,15 +146,6 @@ private:
     QByteArray m_bytes;
 };
 
-QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
-{
-    const QString path = dir.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        ADD_FAILURE() << "cannot write " << path.toStdString();
-    return path;
-}
-
 // Short lengths byte by byte, then growing steps, and cuts a few bytes into each value found.
 std::set<qsizetype> cutLengths(const QString &path, qsizetype size)
 {
@@ -166,8 +155,8 @@ std::set<qsizetype> cutLengths(const QString &path, qsizetype size)
     for (double n = 32; n < size; n *= 1.8)
         lengths.insert(qsizetype(n));
     const DatesData dates = readDatesAsTheScanDoes(path);
-    for (const auto *stamp : {&dates.tiffDateTime, &dates.exifDateTimeOriginal,
-                              &dates.exifDateTimeDigitized}) {
+    for (const auto *stamp :
+         {&dates.tiffDateTime, &dates.exifDateTimeOriginal, &dates.exifDateTimeDigitized}) {
         if (*stamp)
             lengths.insert((*stamp)->dateOffset + 10);
     }
@@ -180,29 +169,19 @@ class DamagedCorpusFile : public testing::TestWithParam<QString>
 {
 };
 
-TEST_P(DamagedCorpusFile, CutAtManyLengths)
+TEST_P(DamagedCorpusFile, CutAtManyLengthsOrWithBytesOverwrittenNearTheStart)
 {
     const QString path = GetParam();
-    QFile original(path);
-    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
-    const QByteArray bytes = original.readAll();
+    const QByteArray bytes = fileBytes(path);
     QTemporaryDir dir;
-    const QString name = QStringLiteral("cut.") + QFileInfo(path).suffix();
+    const auto read = [&](const QByteArray &damaged) {
+        const MediaFile file{damaged, {}, QFileInfo(path).suffix()};
+        DamagedFiles(damaged).readWithEveryLocator(file.write(dir.path()));
+    };
     for (qsizetype length : cutLengths(path, bytes.size())) {
         SCOPED_TRACE("length " + std::to_string(length));
-        const QByteArray cut = bytes.left(length);
-        DamagedFiles(cut).readWithEveryLocator(writeFile(dir, name, cut));
+        read(bytes.left(length));
     }
-}
-
-TEST_P(DamagedCorpusFile, BytesOverwrittenNearTheStart)
-{
-    const QString path = GetParam();
-    QFile original(path);
-    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
-    const QByteArray bytes = original.readAll();
-    QTemporaryDir dir;
-    const QString name = QStringLiteral("noisy.") + QFileInfo(path).suffix();
     QRandomGenerator random(qHash(QFileInfo(path).fileName()));
     const qsizetype region = qMin<qsizetype>(bytes.size(), 65536);
     for (int round = 0; round < 6 && region > 0; ++round) {
@@ -210,7 +189,7 @@ TEST_P(DamagedCorpusFile, BytesOverwrittenNearTheStart)
         QByteArray noisy = bytes;
         for (int i = 0; i < 24; ++i)
             noisy[random.bounded(int(region))] = char(random.bounded(256));
-        DamagedFiles(noisy).readWithEveryLocator(writeFile(dir, name, noisy));
+        read(noisy);
     }
 }
 
@@ -225,7 +204,9 @@ TEST(NoiseFiles, RandomBytesBehindEachContainerSignature)
         QByteArray("II*\0", 4),
         QByteArray("MM\0*", 4),
         QByteArray("II*\0\x08\0\0\0", 8),
-        QByteArray("\xFF\xD8\xFF\xE1\x00\x40" "Exif\0\0II*\0", 16),
+        QByteArray("\xFF\xD8\xFF\xE1\x00\x40"
+                   "Exif\0\0II*\0",
+                   16),
         QByteArray("\x89PNG\r\n\x1a\n", 8),
         QByteArray("RIFF\0\0\0\0WEBPEXIF", 16),
         QByteArray("<x:xmpmeta <?xpacket begin="),
@@ -240,7 +221,7 @@ TEST(NoiseFiles, RandomBytesBehindEachContainerSignature)
                 bytes.append(char(random.bounded(256)));
             for (const char *suffix : {"jpg", "tif", "png", "webp", "cr3", "xmp"})
                 DamagedFiles(bytes).readWithEveryLocator(
-                    writeFile(dir, QStringLiteral("noise.") + suffix, bytes));
+                    MediaFile{bytes, {}, suffix}.write(dir.path()));
         }
     }
 }

@@ -1,14 +1,14 @@
 // The XMP text search on hand-made packets: both value forms, first occurrences, the packet's
 // end, and offsets that point at the first stamp byte.
 
-#include "CraftedBytes.h"
-
 #include "formats/MySingleFolderDataReader.h"
+#include "support/MediaFileBuilder.h"
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace orv;
-using namespace orv::crafted;
+using namespace orv::test;
 
 namespace {
 
@@ -16,7 +16,7 @@ XmpDateInfos datesOfSidecar(const QByteArray &bytes)
 {
     QTemporaryDir dir;
     const auto infos = MySingleFolderDataReader().savereadXMPDatesAtPath(
-        writeTemporary(dir, "crafted.xmp", bytes), UnknownFormat, 0);
+        MediaFile{bytes, {}, "xmp"}.write(dir.path()), UnknownFormat, 0);
     EXPECT_TRUE(infos);
     return infos.value_or(XmpDateInfos{});
 }
@@ -72,8 +72,9 @@ TEST(XmpSearch, AStampAcrossABlockBoundaryIsFound)
 {
     // The tag name straddles the end of the first 131072-byte block.
     const QByteArray filler(FileReader::blockSize - 30, ' ');
-    const QByteArray bytes = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">" + filler
-        + "<rdf:Description xmp:CreateDate=\"2024-05-01T10:00:00Z\"/></x:xmpmeta>";
+    const QByteArray bytes =
+        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">" + filler +
+        "<rdf:Description xmp:CreateDate=\"2024-05-01T10:00:00Z\"/></x:xmpmeta>";
     const XmpDateInfos infos = datesOfSidecar(bytes);
     ASSERT_TRUE(infos.count("XmpCreateDate"));
     EXPECT_EQ(infos.at("XmpCreateDate").offset, quint32(bytes.indexOf("2024-05-01T10")));
@@ -81,14 +82,12 @@ TEST(XmpSearch, AStampAcrossABlockBoundaryIsFound)
 
 TEST(XmpSearch, TiffFilesNameTheirPacketInTag700)
 {
-    const QByteArray packet =
-        "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\" "
-        "xmp:CreateDate=\"2024-05-01T10:00:00\"/><?xpacket end=\"w\"?>";
-    quint32 packetAt = 0;
-    const QByteArray tiff =
-        TiffBlock(true, {{{700, 1, quint32(packet.size()), packet}}}).bytes(&packetAt, 700);
+    const QByteArray packet = "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\" "
+                              "xmp:CreateDate=\"2024-05-01T10:00:00\"/><?xpacket end=\"w\"?>";
+    const MediaFile tiff = buildExifBlock({.xmp = XmpPacket::raw(packet)});
+    const quint32 packetAt = tiff.offsets.xmpPacket;
     QTemporaryDir dir;
-    const QString path = writeTemporary(dir, "crafted.tif", tiff);
+    const QString path = tiff.write(dir.path());
     FileReader file(path);
     EXPECT_EQ(XmpLocator(file).xmpStartOffsetFromTIFHeader(0), packetAt);
     const auto infos = MySingleFolderDataReader().savereadXMPDatesAtPath(path, TiffFormat, 0);
@@ -98,14 +97,13 @@ TEST(XmpSearch, TiffFilesNameTheirPacketInTag700)
 
 TEST(XmpSearch, SidecarLocationNeedsAValueAfterTheName)
 {
-    const QByteArray packet =
-        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description "
-        "exif:GPSLatitudeRef=\"S\" exif:GPSLatitude=\"33.8568\" "
-        "exif:GPSLongitude=\"151,12.5E\" exif:GPSHPositioningError=\"5/1\" "
-        "photoshop:SidecarForExtension=\"NEF\"/></x:xmpmeta>";
+    const QByteArray packet = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description "
+                              "exif:GPSLatitudeRef=\"S\" exif:GPSLatitude=\"33.8568\" "
+                              "exif:GPSLongitude=\"151,12.5E\" exif:GPSHPositioningError=\"5/1\" "
+                              "photoshop:SidecarForExtension=\"NEF\"/></x:xmpmeta>";
     QTemporaryDir dir;
     const XmpSidecarMetadata metadata = MySingleFolderDataReader().metadataFromXMPSidecarAtPath(
-        writeTemporary(dir, "crafted.xmp", packet));
+        MediaFile{packet, {}, "xmp"}.write(dir.path()));
     ASSERT_TRUE(metadata.gpsLatRef && metadata.gpsLat && metadata.gpsLon && metadata.gpsPosError);
     EXPECT_EQ(metadata.gpsLatRef->text, "S");
     EXPECT_EQ(metadata.gpsLat->text, "33.8568");
@@ -117,9 +115,10 @@ TEST(XmpSearch, SidecarLocationNeedsAValueAfterTheName)
 
     // A decimal coordinate without its ref says nothing of the hemisphere.
     const QByteArray noRef = "<x:xmpmeta exif:GPSLongitude=\"151.2\"/></x:xmpmeta>";
-    EXPECT_FALSE(MySingleFolderDataReader()
-                     .metadataFromXMPSidecarAtPath(writeTemporary(dir, "noref.xmp", noRef))
-                     .gpsLon);
+    EXPECT_FALSE(
+        MySingleFolderDataReader()
+            .metadataFromXMPSidecarAtPath(MediaFile{noRef, {}, "xmp"}.write(dir.path(), "noref"))
+            .gpsLon);
 }
 
 } // namespace
