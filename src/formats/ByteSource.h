@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace orv {
+
+// Where a locator reads bytes from: a file opened once and read with pread at absolute offsets,
+// or bytes already in memory. Every locator is a function of a ByteSource, so the same walk runs
+// on a file and, in tests and fuzzers, on a buffer.
+//
+// A read never fails loudly: past the end, or when the disk answers short, it returns fewer
+// bytes. The numeric reads answer nothing unless every byte was there, so a short read is never
+// taken for a real zero.
+class ByteSource
+{
+public:
+    virtual ~ByteSource() = default;
+
+    virtual qint64 length() const = 0;
+    // Up to `length` bytes from `offset`; fewer at the end or on a read error, none when the
+    // offset lies outside the source.
+    virtual QByteArray read(qint64 offset, qint64 length) const = 0;
+
+    std::optional<quint8> read8(qint64 offset) const;
+    std::optional<quint16> read16(qint64 offset, bool intel) const;
+    std::optional<quint32> read32(qint64 offset, bool intel) const;
+    std::optional<quint64> read64(qint64 offset, bool intel) const;
+
+    bool contains(qint64 offset, qint64 length) const
+    {
+        return offset >= 0 && length >= 0 && offset <= this->length()
+            && length <= this->length() - offset;
+    }
+};
+
+class MemoryByteSource final : public ByteSource
+{
+public:
+    explicit MemoryByteSource(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+
+    qint64 length() const override { return m_bytes.size(); }
+    QByteArray read(qint64 offset, qint64 length) const override;
+
+private:
+    QByteArray m_bytes;
+};
+
+// A regular file, opened once read-only and never seeked. The first `headSize` bytes are read
+// in one call at open and served from memory: the JPEG, TIFF, PNG and WebP walks all begin
+// there, and most of them end there too.
+class FileByteSource final : public ByteSource
+{
+public:
+    static constexpr qint64 headSize = 65536;
+
+    // Opens the file if it is a regular file (or a link to one). Devices, pipes and sockets are
+    // refused before any open, since opening a pipe can block forever.
+    explicit FileByteSource(const QString &path);
+    ~FileByteSource() override;
+    FileByteSource(const FileByteSource &) = delete;
+    FileByteSource &operator=(const FileByteSource &) = delete;
+
+    bool isOpen() const { return m_fd >= 0; }
+    bool isRegularFile() const { return m_isRegular; }
+
+    qint64 length() const override { return m_length; }
+    QByteArray read(qint64 offset, qint64 length) const override;
+
+private:
+    int m_fd = -1;
+    bool m_isRegular = false;
+    qint64 m_length = 0;
+    QByteArray m_head;
+};
+
+} // namespace orv
