@@ -1,5 +1,7 @@
 #include "formats/MySingleFolderDataReader.h"
 
+#include "formats/Cr3Locator.h"
+#include "formats/HeifLocator.h"
 #include "formats/JpegLocator.h"
 #include "formats/TiffLocator.h"
 
@@ -11,19 +13,36 @@ namespace {
 // Packet offsets at or above this mean "none" to every caller.
 constexpr quint32 firstInvalidXmpOffset = 0xFFFFFFFE;
 
-bool isCr3(const QString &path) { return QFileInfo(path).suffix() == QLatin1String("cr3"); }
+bool isCr3(const QString &path) { return QFileInfo(path).suffix().compare(QLatin1String("cr3"), Qt::CaseInsensitive) == 0; }
 } // namespace
 
-std::optional<MySingleFolderDataReader::BmffOffsets>
-MySingleFolderDataReader::preparedBMFFOffsetsAtFD(FileReader &)
+void MySingleFolderDataReader::readCr3Dates(FileReader &file, const QString &path,
+                                            DatesData &result)
 {
-    return std::nullopt;
-}
-
-std::optional<MySingleFolderDataReader::Cr3Offsets>
-MySingleFolderDataReader::preparedCF3OffsetsAtFD(FileReader &)
-{
-    return std::nullopt;
+    const std::optional<Cr3Offsets> cr3 = preparedCF3Offsets(FileByteSource(path));
+    if (!cr3)
+        return;
+    result.cr3XmpOffset = cr3->xmpOffset.value_or(0);
+    TiffLocator tiff(file);
+    const auto headerOf = [&](std::optional<quint32> offset) {
+        return offset ? tiff.headerAt(*offset) : std::nullopt;
+    };
+    if (const std::optional<TiffHeader> ifd0 = headerOf(cr3->CMT1Offset))
+        tiff.readDates(*ifd0, result);
+    // CMT2's first directory is the Exif IFD: its date tags stand where IFD0's would.
+    if (const std::optional<TiffHeader> exif = headerOf(cr3->CMT2Offset)) {
+        DatesData exifDates;
+        tiff.readDates(*exif, exifDates);
+        result.exifDateTimeOriginal = exifDates.exifDateTimeOriginal;
+        result.exifDateTimeDigitized = exifDates.exifDateTimeDigitized;
+        result.exifOffsetTIFFTime = exifDates.exifOffsetTIFFTime;
+        result.exifOffsetTimeOriginal = exifDates.exifOffsetTimeOriginal;
+        result.exifOffsetTimeDigitized = exifDates.exifOffsetTimeDigitized;
+        if (!result.hasHeader()) {
+            result.tiffHeaderStartOffset = exifDates.tiffHeaderStartOffset;
+            result.isHeaderIntel = exifDates.isHeaderIntel;
+        }
+    }
 }
 
 std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &file,
@@ -42,13 +61,9 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
     }
     case HeicFormat:
     case AvifFormat: {
-        const std::optional<BmffOffsets> boxes = preparedBMFFOffsetsAtFD(file);
-        if (!boxes)
-            return std::nullopt;
-        if (boxes->exif)
-            if (const auto header = tiff.headerAt(*boxes->exif))
-                return header;
-        return tiff.scanForHeader(0);
+        // Without an Exif item nothing is searched: a TIFF magic in the image data is none.
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(FileByteSource(path));
+        return items && items->exif ? tiff.headerAt(*items->exif) : std::nullopt;
     }
     case PngFormat: {
         // Without an eXIf chunk in front of the image data there is nothing to write into
@@ -61,11 +76,6 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
         return tiff.scanForHeader(0);
     }
     case RawFormat:
-        if (isCr3(path)) {
-            if (const auto cr3 = preparedCF3OffsetsAtFD(file); cr3 && cr3->xmpOffset)
-                result.cr3XmpOffset = *cr3->xmpOffset;
-            return std::nullopt;
-        }
         return tiff.scanForHeader(startingFrom == 0 ? 0 : qint64(startingFrom) + 4);
     default:
         return tiff.scanForHeader(startingFrom == 0 ? 0 : qint64(startingFrom) + 4);
@@ -79,12 +89,17 @@ DatesData MySingleFolderDataReader::savereadDatesAtPath(const QString &path, int
     FileReader file(path);
     if (!file.isOpen())
         return result;
+    if (fileFormatType == RawFormat && isCr3(path)) {
+        readCr3Dates(file, path, result);
+        return result;
+    }
     if (const auto header = headerForFormat(file, path, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
     return result;
 }
 
 std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file,
+                                                                const QString &path,
                                                                 int fileFormatType,
                                                                 quint32 startingFrom)
 {
@@ -98,8 +113,8 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file
         return xmp.xmpStartOffsetFromJPGHeader();
     case HeicFormat:
     case AvifFormat: {
-        const auto boxes = preparedBMFFOffsetsAtFD(file);
-        return boxes ? boxes->xmp : std::nullopt;
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(FileByteSource(path));
+        return items ? items->xmp : std::nullopt;
     }
     case WebpFormat:
         return xmp.xmpStartOffsetFromWebPHeader(startingFrom);
@@ -118,7 +133,7 @@ std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
     FileReader file(path);
     if (!file.isOpen())
         return std::nullopt;
-    const std::optional<quint32> start = xmpPacketStart(file, fileFormatType, startingFrom);
+    const std::optional<quint32> start = xmpPacketStart(file, path, fileFormatType, startingFrom);
     if (!start || *start >= firstInvalidXmpOffset)
         return XmpDateInfos{};
     return XmpLocator(file).readDates(*start);
@@ -136,6 +151,17 @@ XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPSidecarAtPath(const QString &path)
 {
     return metadataFromXMPAtPath(path, 0);
+}
+
+MovieHeaderData MySingleFolderDataReader::quicktimeHeaderDataForMovieFileAtPath(const QString &path,
+                                                                               int unverifiedType)
+{
+    return quicktimeHeaderDataForMovie(FileByteSource(path), unverifiedType == 1);
+}
+
+std::optional<RiffMovieData> MySingleFolderDataReader::riffHeaderDataForMovieFileAtPath(const QString &path)
+{
+    return riffHeaderDataForMovie(FileByteSource(path));
 }
 
 WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebPFileAtPath(const QString &path)

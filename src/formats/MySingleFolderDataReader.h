@@ -1,9 +1,11 @@
 #pragma once
 
+#include "formats/AviLocator.h"
 #include "formats/DatesData.h"
 #include "formats/FileFormatType.h"
 #include "formats/FileReader.h"
 #include "formats/PngLocator.h"
+#include "formats/QuickTimeLocator.h"
 #include "formats/RawPreviewLocator.h"
 #include "formats/TiffTagReader.h"
 #include "formats/WebpLocator.h"
@@ -34,6 +36,10 @@ public:
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
+    // unverifiedType 1: a QuickTime movie, which may lack an ftyp box; 2: MPEG-4.
+    MovieHeaderData quicktimeHeaderDataForMovieFileAtPath(const QString &path, int unverifiedType);
+    std::optional<RiffMovieData> riffHeaderDataForMovieFileAtPath(const QString &path);
+
     WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
     QMap<QString, QString> tEXtDataFromPNG(const QString &path);
     bool lockPNGChunkOfType(PngLocator::ChunkKind kind, const QString &path);
@@ -45,27 +51,13 @@ public:
     TiffImageTags imageTagsAtPath(const QString &path, const TiffHeader &header);
 
 private:
-    // Offsets inside ISO base media files (HEIC, AVIF) and CR3. Their box walk is not written
-    // yet; until it is, these formats report no TIFF header.
-    struct BmffOffsets
-    {
-        std::optional<quint32> exif;
-        std::optional<quint32> xmp;
-    };
-    struct Cr3Offsets
-    {
-        std::optional<quint32> CMT1Offset;
-        std::optional<quint32> CMT2Offset;
-        std::optional<quint32> xmpOffset;
-        bool isHeaderIntel = false;
-    };
-    std::optional<BmffOffsets> preparedBMFFOffsetsAtFD(FileReader &file);
-    std::optional<Cr3Offsets> preparedCF3OffsetsAtFD(FileReader &file);
+    // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2.
+    void readCr3Dates(FileReader &file, const QString &path, DatesData &result);
 
     std::optional<TiffHeader> headerForFormat(FileReader &file, const QString &path,
                                               int fileFormatType, quint32 startingFrom,
                                               DatesData &result);
-    std::optional<quint32> xmpPacketStart(FileReader &file, int fileFormatType,
+    std::optional<quint32> xmpPacketStart(FileReader &file, const QString &path, int fileFormatType,
                                           quint32 startingFrom);
 };
 
