@@ -266,15 +266,17 @@ bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
     if (!saving || !success)
         return success;
     const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
-    if (locationDue && !m_env.exiftool.saveLocationChange(m_pic))
+    const bool datesDue = areTimesDue() ||
+                          (locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1);
+    StampEdits stamps(m_pic, m_env.settings);
+    PlannedSave plan = datesDue ? stamps.planMovie() : PlannedSave{};
+    // A place text of the common form takes the new location in place; others need exiftool.
+    if (locationDue && !stamps.planMovieLocation(plan) && !m_env.exiftool.saveLocationChange(m_pic))
         return false;
-    const bool datesFollowLocation =
-        locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1;
-    if (!areTimesDue() && !datesFollowLocation) {
+    if (!datesDue && plan.edits.empty()) {
         m_pic.needsInternalDataRefresh = false;
         return true;
     }
-    PlannedSave plan = StampEdits(m_pic, m_env.settings).planMovie();
     if (plan.needsExiftool) {
         m_env.errors.addToolError(
             ToolStep::WriteMovieDates, m_pic,

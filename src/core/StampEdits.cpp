@@ -4,6 +4,7 @@
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
+#include "formats/QuickTimeLocator.h"
 
 #include <cmath>
 
@@ -187,6 +188,33 @@ PlannedSave StampEdits::planMovie()
         plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
     }
     return plan;
+}
+
+bool StampEdits::planMovieLocation(PlannedSave &plan)
+{
+    std::vector<QtLocationRecord> &records = m_pic.singlePicAttributes.qtLocations;
+    if (records.empty() || !m_pic.gpsLat || !m_pic.gpsLong)
+        return false;
+    std::vector<QByteArray> texts;
+    for (const QtLocationRecord &record : records) {
+        texts.push_back(iso6709WithCoordinates(record.text.dateData, *m_pic.gpsLat, *m_pic.gpsLong));
+        if (texts.back().isEmpty() || record.text.dateOffset == 0)
+            return false;
+    }
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        QtLocationRecord &record = records[i];
+        plan.add(qint64(record.text.dateOffset), texts[i], record.text.dateData);
+        plan.whenSaved.push_back([&record, text = texts[i]] { record.text.dateData = text; });
+    }
+    // The file now holds the location: no old one waits to be replaced.
+    plan.whenSaved.push_back([&pic = m_pic] {
+        pic.gpsLatOld.reset();
+        pic.gpsLongOld.reset();
+        pic.hasAddedLocation = 0;
+        pic.shouldReSaveLoc = false;
+        pic.newLocationHAccuracy = MySinglePic::notSetAccuracy;
+    });
+    return true;
 }
 
 OptionalDate StampEdits::movedGpsDate() const

@@ -44,6 +44,9 @@ public:
     // times, each in its own form and length. A stamp that is not the item's date source moves
     // by as much as the item's date, so every date the file holds moves alike.
     PlannedSave planMovie();
+    // The item's location into each of the movie's ISO 6709 texts, in the digit counts the text
+    // has. False, and nothing planned, when a text is not in that form or there is no location.
+    bool planMovieLocation(PlannedSave &plan);
     // The sync pass: every XMP twin of a date slot takes the date the save gave the slot.
     // `infos` were read from the file just now.
     PlannedSave planXmpSync(XmpDateInfos &infos);

@@ -8,32 +8,30 @@ std::optional<Box> BoxWalker::boxAt(qint64 offset, qint64 parentEnd)
     parentEnd = qMin(parentEnd, m_source.length());
     if (offset < 0 || offset > parentEnd - headerSize || m_boxCount >= maxBoxes)
         return std::nullopt;
+    // The header and a 64-bit size, should there be one, in a single read.
+    const MemoryByteSource header(m_source.read(offset, qMin<qint64>(16, parentEnd - offset)));
+    const std::optional<quint32> first = header.read32(0, false);
+    const std::optional<quint32> second = header.read32(4, m_form == Form::Riff);
+    if (!first || !second)
+        return std::nullopt;
     Box box;
     box.offset = offset;
     box.payload = offset + headerSize;
     if (m_form == Form::Riff) {
-        const std::optional<quint32> type = m_source.read32(offset, false);
-        const std::optional<quint32> size = m_source.read32(offset + 4, true);
-        if (!type || !size)
-            return std::nullopt;
-        box.type = *type;
-        box.end = box.payload + qint64(*size);
+        box.type = *first;
+        box.end = box.payload + qint64(*second);
     } else {
-        const std::optional<quint32> size = m_source.read32(offset, false);
-        const std::optional<quint32> type = m_source.read32(offset + 4, false);
-        if (!size || !type)
-            return std::nullopt;
-        box.type = *type;
-        if (*size == 1) {
-            const std::optional<quint64> large = m_source.read64(offset + headerSize, false);
+        box.type = *second;
+        if (*first == 1) {
+            const std::optional<quint64> large = header.read64(headerSize, false);
             if (!large || *large > quint64(parentEnd - offset))
                 return std::nullopt;
             box.payload += 8;
             box.end = offset + qint64(*large);
-        } else if (*size == 0) {
+        } else if (*first == 0) {
             box.end = parentEnd;
         } else {
-            box.end = offset + qint64(*size);
+            box.end = offset + qint64(*first);
         }
     }
     if (box.end < box.payload || box.end > parentEnd)

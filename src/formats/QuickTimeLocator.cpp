@@ -1,6 +1,7 @@
 #include "formats/QuickTimeLocator.h"
 
 #include "formats/BoxWalker.h"
+#include "formats/WindowByteSource.h"
 
 #include <QStringList>
 
@@ -38,12 +39,13 @@ std::optional<MovieValue> itemValue(BoxWalker &walker, const Box &entry, int dep
     return valueOf(walker.source(), data->payload + 8, data->end);
 }
 
+// Reads the children of one moov box.
 class MovieReader
 {
 public:
     MovieReader(const ByteSource &source) : m_walker(source), m_source(source) {}
 
-    MovieHeaderData read(bool quickTime);
+    MovieHeaderData read(const Box &moov);
 
 private:
     void readMovieHeader(const Box &mvhd);
@@ -163,21 +165,9 @@ void MovieReader::readUserData(const Box &udta)
     });
 }
 
-MovieHeaderData MovieReader::read(bool quickTime)
+MovieHeaderData MovieReader::read(const Box &moov)
 {
-    const std::optional<Box> first = m_walker.boxAt(0, m_source.length());
-    if (!first || (!quickTime && first->type != fourCC("ftyp")))
-        return {};
-    std::optional<Box> moov = first->type == fourCC("moov") ? first : std::nullopt;
-    if (!moov)
-        m_walker.children(first->end, m_source.length(), 0, [&](const Box &box) {
-            if (box.type == fourCC("moov"))
-                moov = box;
-            return !moov;
-        });
-    if (!moov)
-        return {};
-    m_walker.children(*moov, 1, [&](const Box &box) {
+    m_walker.children(moov, 1, [&](const Box &box) {
         switch (box.type) {
         case fourCC("mvhd"): readMovieHeader(box); break;
         case fourCC("trak"): readTrack(box); break;
@@ -335,7 +325,23 @@ QByteArray iso6709WithCoordinates(QByteArrayView text, double latitude, double l
 
 MovieHeaderData quicktimeHeaderDataForMovie(const ByteSource &source, bool quickTime)
 {
-    return MovieReader(source).read(quickTime);
+    BoxWalker topLevel(source);
+    const std::optional<Box> first = topLevel.boxAt(0, source.length());
+    if (!first || (!quickTime && first->type != fourCC("ftyp")))
+        return {};
+    std::optional<Box> moov = first->type == fourCC("moov") ? first : std::nullopt;
+    if (!moov)
+        topLevel.children(first->end, source.length(), 0, [&](const Box &box) {
+            if (box.type == fourCC("moov"))
+                moov = box;
+            return !moov;
+        });
+    if (!moov)
+        return {};
+    // A moov is small beside the media data; one read serves its whole walk.
+    constexpr qint64 largestWindow = 16 * 1024 * 1024;
+    const WindowByteSource window(source, moov->offset, qMin(moov->size(), largestWindow));
+    return MovieReader(window).read(*moov);
 }
 
 } // namespace orv

@@ -217,3 +217,35 @@ TEST_F(MovieSave, AnAviStampIsRewrittenInItsTwentySixBytes)
     EXPECT_EQ(pic.singlePicAttributes.riffCreaDate->dateData, QByteArray("Mon Mar 10 16:04:43 2003\n\0", 26));
     expectOnlyStampsDiffer(before, pic);
 }
+
+TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)
+{
+    MySinglePic &pic = importMovie(movie({}));
+    const QByteArray before = fileBytes(pic.spPath());
+    pic.gpsLat = -33.86882;
+    pic.gpsLong = 151.20929;
+    pic.hasAddedLocation = 1;
+
+    shift(0.0);
+
+    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+    const QByteArray after = fileBytes(pic.spPath());
+    ASSERT_EQ(after.size(), before.size());
+    for (const auto &[text, expected] : {std::pair("+52.2097-000.8955+103.640/", "-33.8688+151.2093+103.640/"),
+                                         std::pair("+51.4169-000.0806/", "-33.8688+151.2093/"),
+                                         std::pair("+33.1268-117.3273/", "-33.8688+151.2093/")})
+        EXPECT_EQ(after.mid(before.indexOf(text), qsizetype(strlen(expected))), QByteArray(expected));
+    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("Keys:GPSCoordinates"), "-33.8688 151.2093 103.64");
+    EXPECT_EQ(pic.hasAddedLocation, 0);
+    EXPECT_FALSE(pic.hasLocationChange());
+
+    // A text in another form is left to exiftool, and the file stays as it was.
+    MySinglePic &odd = importMovie(movie({.location = "+5.2097-000.8955/"}), QStringLiteral("odd.mov"));
+    const QByteArray oddBefore = fileBytes(odd.spPath());
+    odd.gpsLat = 1.0;
+    odd.gpsLong = 2.0;
+    odd.hasAddedLocation = 1;
+    shift(0.0);
+    EXPECT_EQ(fileBytes(odd.spPath()), oddBefore);
+    EXPECT_FALSE(errors().toolStepsFor(odd).isEmpty());
+}
