@@ -338,8 +338,9 @@ MovieHeaderData quicktimeHeaderDataForMovie(const ByteSource &source, bool quick
         });
     if (!moov)
         return {};
-    // A moov is small beside the media data; one read serves its whole walk.
-    constexpr qint64 largestWindow = 16 * 1024 * 1024;
+    // A moov is small beside the media data, and one read serves its whole walk. The sample
+    // tables of a long movie can make it large; what lies past the window is read as needed.
+    constexpr qint64 largestWindow = 1024 * 1024;
     const WindowByteSource window(source, moov->offset, qMin(moov->size(), largestWindow));
     return MovieReader(window).read(*moov);
 }
