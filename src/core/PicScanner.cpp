@@ -62,8 +62,8 @@ void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
         return;
     const int format = facts.format.fileFormatType;
     const std::optional<quint32> start = xmpPacketStart(facts);
-    // PNG finds its packet itself, from the iTXt chunk.
-    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat;
+    // PNG finds its packet itself, from the iTXt chunk; HEIF stills from their item tables.
+    const bool searchWithoutOffset = format == PngFormat || format == HeicFormat || format == AvifFormat;
     if (!start && !searchWithoutOffset)
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
