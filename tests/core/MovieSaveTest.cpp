@@ -249,3 +249,29 @@ TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)
     EXPECT_EQ(fileBytes(odd.spPath()), oddBefore);
     EXPECT_FALSE(errors().toolStepsFor(odd).isEmpty());
 }
+
+TEST_F(MovieSave, TheFoldersCorrectionReadsAndWritesHeaderTimesAsLocalClockTime)
+{
+    // Many cameras put their local clock into the field meant for UTC.
+    struct SystemZone
+    {
+        QByteArray previous = qgetenv("TZ");
+        SystemZone() { qputenv("TZ", "Europe/Berlin"); }
+        ~SystemZone() { previous.isNull() ? qunsetenv("TZ") : qputenv("TZ", previous); }
+    } berlin;
+    if (TimeZone::systemZone().name() != QLatin1String("Europe/Berlin"))
+        GTEST_SKIP() << "the system zone does not follow TZ here";
+    folder.isQuicktimeMDTADateEnabled = false;
+    const QByteArray bytes = movie({.creationDate = ""});
+    folder.isQuicktimeMVHDTimezoneCorrectionEnabled = false;
+    const MySinglePic &asUtc = importMovie(bytes, QStringLiteral("utc.mov"));
+    folder.isQuicktimeMVHDTimezoneCorrectionEnabled = true;
+    MySinglePic &asLocal = importMovie(bytes, QStringLiteral("local.mov"));
+    EXPECT_EQ(asUtc.spDateTimeOriginal, headerCreation);
+    EXPECT_EQ(asLocal.spDateTimeOriginal, headerCreation.addingSeconds(-2 * oneHour)) << "CEST";
+
+    shift(oneHour, nullptr, movingAlong());
+    // The header keeps holding clock time: an hour later on the same clock.
+    const qsizetype mvhd = bytes.indexOf("mvhd") - 4;
+    EXPECT_EQ(fileBytes(asLocal.spPath()).mid(mvhd + 12, 4), be32(quint32(aprilTenth + 3600)));
+}
