@@ -442,6 +442,7 @@ void setMovieAttributesFromMVHDData(MySinglePic &pic, const MovieHeaderData &m, 
     }
     pic.movDuration = m.duration.value_or(-1.0);
     pic.UUID = QString::fromUtf8(m.contentIdentifier);
+    pic.pivMakeModel = MakerModel::completeMakerModelStringFromMaker(QString::fromUtf8(m.make), QString::fromUtf8(m.model));
 }
 
 std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, MySingleFolder &folder)

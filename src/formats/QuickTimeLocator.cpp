@@ -140,6 +140,10 @@ void MovieReader::readMeta(const Box &meta)
             m_data.locationHAccuracy = value;
         else if (name == "com.apple.quicktime.content.identifier")
             m_data.contentIdentifier = value.data;
+        else if (name == "com.apple.quicktime.make")
+            m_data.make = value.data;
+        else if (name == "com.apple.quicktime.model")
+            m_data.model = value.data;
     }
 }
 

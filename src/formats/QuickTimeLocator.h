@@ -42,6 +42,8 @@ struct MovieHeaderData
     std::optional<MovieValue> locationHAccuracy;
     // com.apple.quicktime.content.identifier, which pairs a Live Photo's movie with its still.
     QByteArray contentIdentifier;
+    // com.apple.quicktime.make and .model: the camera, as a phone names it.
+    QByteArray make, model;
     // From the first track header with a size, and the movie header's time scale.
     QSize pixelSize;
     std::optional<double> duration;

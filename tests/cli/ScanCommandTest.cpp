@@ -289,6 +289,7 @@ TEST_F(ScanCommandTest, AMovieNamesItsHeaderTypeStampsPlacesAndContentIdentifier
     EXPECT_EQ(item["spDateTimeOriginal"].toString(), QStringLiteral("2021-04-10T10:43:59Z"));
     EXPECT_EQ(item["UUID"].toString(), QStringLiteral("E905E6C6-C747-4805-942F-9904A0281F02"));
     EXPECT_EQ(item["pivImageWidth"].toInt(), 1440);
+    EXPECT_EQ(item["pivMakeModel"].toString(), QStringLiteral("Apple iPhone 6s"));
     EXPECT_NEAR(item["movDuration"].toDouble(), 1.233, 0.001);
     const QJsonObject attributes = item["singlePicAttributes"].toObject();
     EXPECT_EQ(attributes["QTMetaDateData"].toString(), QStringLiteral("2021-04-10T11:43:59+0100"));
