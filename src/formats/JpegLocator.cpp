@@ -20,7 +20,7 @@ JpegSegmentsInfo JpegLocator::savereadJPGHeader()
     JpegSegmentsInfo info;
     qint64 offset = 2;
     while (offset + xmpPacketInSegment <= qint64(0xFFFFFFFF)) {
-        const QByteArray segment = m_file.readDataOfLength(14, offset);
+        const QByteArray segment = m_file.read(offset, 14);
         if (segment.size() < 14 || quint8(segment[0]) != 0xFF)
             break;
         const quint8 marker = quint8(segment[1]);
@@ -30,7 +30,7 @@ JpegSegmentsInfo JpegLocator::savereadJPGHeader()
             if (const std::optional<bool> intel = tiffMagicOrder(segment, exifHeaderInSegment)) {
                 if (!info.tiffHeader)
                     info.tiffHeader = TiffHeader{quint32(offset + exifHeaderInSegment), *intel};
-            } else if (info.xmpOffset == 0
+            } else if (!info.xmpOffset
                        && isXmpPacketStart(m_file, offset + xmpPacketInSegment)) {
                 info.xmpOffset = quint32(offset + xmpPacketInSegment);
             }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/TiffIfd.h"
 
 #include <optional>
@@ -10,7 +10,7 @@ namespace orv {
 struct JpegSegmentsInfo
 {
     std::optional<TiffHeader> tiffHeader;
-    quint32 xmpOffset = 0; // first byte of the XMP packet; 0 when none
+    std::optional<quint32> xmpOffset; // first byte of the XMP packet
 };
 
 // Walks the JPEG segments from the first marker to the start of the pixel data, looking at each
@@ -19,12 +19,12 @@ struct JpegSegmentsInfo
 class JpegLocator
 {
 public:
-    explicit JpegLocator(FileReader &file) : m_file(file) {}
+    explicit JpegLocator(const ByteSource &file) : m_file(file) {}
 
     JpegSegmentsInfo savereadJPGHeader();
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 
 #include <QtGlobal>
 
@@ -35,7 +35,10 @@ struct IfdEntry
 class TiffIfd
 {
 public:
-    TiffIfd(FileReader &file, qint64 ifdOffset, bool intel);
+    TiffIfd() = default;
+    TiffIfd(const ByteSource &file, qint64 ifdOffset, bool intel);
+    // IFD0 of the TIFF structure whose header stands at `base`.
+    static TiffIfd first(const ByteSource &file, qint64 base, bool intel);
 
     const std::vector<IfdEntry> &entries() const { return m_entries; }
     const IfdEntry *find(quint16 tag) const;
@@ -46,7 +49,7 @@ private:
 
 // Reads an ASCII tag's text up to its first NUL: from the value field when it fits there,
 // else from `base` plus the value. At most `maxLength` bytes are read.
-QByteArray tiffAsciiValue(FileReader &file, const IfdEntry &entry, qint64 base,
+QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
                           qint64 maxLength = 128);
 
 } // namespace orv

@@ -102,7 +102,7 @@ std::optional<quint32> storableOffset(const Found &found)
 class ValueReader
 {
 public:
-    ValueReader(FileReader &file) : m_file(file) {}
+    ValueReader(const ByteSource &file) : m_file(file) {}
 
     // Exactly `length` bytes at a usable offset, or nothing.
     std::optional<std::pair<QByteArray, quint32>> read(const Found &found, qint64 length)
@@ -110,7 +110,7 @@ public:
         const std::optional<quint32> offset = storableOffset(found);
         if (!offset)
             return std::nullopt;
-        QByteArray data = m_file.readDataOfLength(length, *offset);
+        QByteArray data = m_file.read(*offset, length);
         if (data.size() != length)
             return std::nullopt;
         return std::pair{data, *offset};
@@ -166,7 +166,7 @@ public:
     }
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace
@@ -212,7 +212,7 @@ bool verifyGpsDateStampData(const QByteArray &data)
 
 std::optional<TiffHeader> TiffLocator::headerAt(qint64 offset)
 {
-    const std::optional<bool> intel = tiffMagicOrder(m_file.readDataOfLength(4, offset), 0);
+    const std::optional<bool> intel = tiffMagicOrder(m_file.read(offset, 4), 0);
     if (!intel || offset < 0 || offset > qint64(0xFFFFFFFF))
         return std::nullopt;
     return TiffHeader{quint32(offset), *intel};
@@ -221,14 +221,14 @@ std::optional<TiffHeader> TiffLocator::headerAt(qint64 offset)
 std::optional<TiffHeader> TiffLocator::scanForHeader(qint64 start)
 {
     if (start == 0) {
-        const QByteArray head = m_file.readDataOfLength(2, 0);
+        const QByteArray head = m_file.read(0, 2);
         if (head == "II" || head == "MM")
             return TiffHeader{0, head == "II"};
     }
     std::optional<TiffHeader> found;
-    m_file.scanBlocks(start, 3, [&](const FileReader::Block &block) {
+    m_file.scanBlocks(start, 3, [&](const ByteSource::Block &block) {
         for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
-            const qint64 at = block.fileOffset + pos;
+            const qint64 at = block.offset + pos;
             const std::optional<bool> intel = tiffMagicOrder(block.bytes, pos);
             if (intel && at <= qint64(0xFFFFFFFF)) {
                 found = TiffHeader{quint32(at), *intel};
@@ -246,7 +246,7 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
     const bool intel = header.isIntel;
     TagOffsets tags;
 
-    const TiffIfd ifd0(m_file, base + m_file.read32(base + 4, intel), intel);
+    const TiffIfd ifd0 = TiffIfd::first(m_file, base, intel);
     std::optional<quint32> nestedJpeg, exifIfd, gpsIfd;
     std::size_t resumeAt = ifd0.entries().size();
     for (std::size_t i = 0; i < ifd0.entries().size(); ++i) {
@@ -289,9 +289,8 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
     // The magic is compared as the file's order reads it, which only Intel files can match.
     if (!tags.dateTime && nestedJpeg) {
         const qint64 nested = base + *nestedJpeg + 12;
-        const quint32 magic = m_file.read32(nested, intel);
-        if (magic == (intel ? 0x002A4949u : 0x2A004D4Du)) {
-            const TiffIfd nestedIfd0(m_file, nested + m_file.read32(nested + 4, intel), intel);
+        if (m_file.read32(nested, intel) == (intel ? 0x002A4949u : 0x2A004D4Du)) {
+            const TiffIfd nestedIfd0 = TiffIfd::first(m_file, nested, intel);
             if (const IfdEntry *entry = nestedIfd0.find(DateTime))
                 tags.dateTime = nested + entry->value;
         }
@@ -308,8 +307,7 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         result.gpsTimeStamp = GpsStampRecord{stamp->first, stamp->second, !intel};
     result.gpsDateStamp = values.gpsDate(tags.dateStamp);
     result.gpsLocation = values.location(tags, !intel);
-    result.tiffHeaderStartOffset = header.offset;
-    result.isHeaderIntel = intel;
+    result.tiffHeader = header;
 }
 
 } // namespace orv

@@ -7,13 +7,13 @@ namespace orv {
 WebpChunkOffsets WebpLocator::riffHeaderData()
 {
     WebpChunkOffsets offsets;
-    const QByteArray riff = m_file.readDataOfLength(12, 0);
+    const QByteArray riff = m_file.read(0, 12);
     if (!hasBytesAt(riff, 0, "RIFF") || !hasBytesAt(riff, 8, "WEBP"))
         return offsets;
     qint64 offset = 12;
     bool skippedPad = false;
     while (offset <= qint64(0xFFFFFFFF) && !(offsets.exifOffset && offsets.xmpOffset)) {
-        const QByteArray head = m_file.readDataOfLength(8, offset);
+        const QByteArray head = m_file.read(offset, 8);
         if (head.size() < 8)
             break;
         // The walk steps by the chunk size alone, so after a chunk of odd size it stands on the

@@ -3,6 +3,7 @@
 #include "formats/InPlaceWriter.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "formats/TiffLocator.h"
+#include "formats/RecordDecoding.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
@@ -18,17 +19,26 @@ namespace {
 
 const QByteArray dateStamp = "2024:05:01 10:00:00";
 
-class CraftedFile : public ::testing::Test
+// Each case runs on a file and on the same bytes in memory.
+class CraftedFile : public ::testing::TestWithParam<SourceKind>
 {
 protected:
     QString write(const MediaFile &file) { return file.write(m_dir.path(), "crafted"); }
 
+    // The file written and opened as this run's kind of source; valid until the next call.
+    const ByteSource &source(const MediaFile &file)
+    {
+        m_source = openSource(GetParam(), write(file));
+        return *m_source;
+    }
+
     DatesData readDates(const MediaFile &file, int format)
     {
-        return MySingleFolderDataReader().savereadDatesAtPath(write(file), format);
+        return MySingleFolderDataReader().savereadDates(source(file), format);
     }
 
     QTemporaryDir m_dir;
+    std::unique_ptr<ByteSource> m_source;
 };
 
 TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
@@ -36,7 +46,7 @@ TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStam
     return {.order = order, .dateTimeOriginal = stamp};
 }
 
-TEST_F(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
+TEST_P(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
 {
     TiffSpec recipe = originalDate(ByteOrder::Intel);
     recipe.dateTime = Stamp::text("2024:05:01 08:00:00");
@@ -53,16 +63,17 @@ TEST_F(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
     EXPECT_TRUE(dates.tiffDateTime);
 }
 
-TEST_F(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
+TEST_P(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
 {
     const DatesData dates =
         readDates(buildExifBlock(originalDate(ByteOrder::Motorola, Stamp::blank())), TiffFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     EXPECT_EQ(dates.exifDateTimeOriginal->dateData, Stamp::blank().bytes);
-    EXPECT_FALSE(dates.isHeaderIntel);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_FALSE(dates.tiffHeader->isIntel);
 }
 
-TEST_F(CraftedFile, MotorolaRationalsNeedConversion)
+TEST_P(CraftedFile, MotorolaRationalsNeedConversion)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
         GpsSpec gps;
@@ -75,7 +86,7 @@ TEST_F(CraftedFile, MotorolaRationalsNeedConversion)
     }
 }
 
-TEST_F(CraftedFile, GpsDateNeedsItsNulAtByteTen)
+TEST_P(CraftedFile, GpsDateNeedsItsNulAtByteTen)
 {
     const auto gpsDate = [&](const Stamp &stamp) {
         return readDates(buildExifBlock({.gps = GpsSpec{.dateStamp = stamp}}), TiffFormat)
@@ -87,19 +98,19 @@ TEST_F(CraftedFile, GpsDateNeedsItsNulAtByteTen)
     EXPECT_FALSE(gpsDate(Stamp::raw("2024:05:011")));
 }
 
-TEST_F(CraftedFile, ValuesPointingOutsideTheFileAreAbsent)
+TEST_P(CraftedFile, ValuesPointingOutsideTheFileAreAbsent)
 {
     MediaFile file = buildExifBlock({.dateTime = Stamp::text(dateStamp)});
     // DateTime is IFD0's only entry; its value offset follows tag, type and count.
     qToLittleEndian<quint32>(0xFFFFFF00, file.bytes.data() + file.offsets.ifd0 + 2 + 8);
     const DatesData dates = readDates(file, TiffFormat);
-    EXPECT_TRUE(dates.hasHeader());
+    EXPECT_TRUE(dates.tiffHeader);
     EXPECT_FALSE(dates.tiffDateTime);
 }
 
 // A file without its own DateTime may carry one in the Exif block of an embedded JPEG (tag 46).
 // The magic there is compared in the file's order, which only Intel files can pass.
-TEST_F(CraftedFile, NestedJpegDateIsReadInIntelFilesOnly)
+TEST_P(CraftedFile, NestedJpegDateIsReadInIntelFilesOnly)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
         const MediaFile inner = buildJpeg(
@@ -143,7 +154,7 @@ TEST(StampVerifiers, OnlyWellFormedStampsPass)
         EXPECT_EQ(verify(data), valid) << data.toHex(' ').toStdString();
 }
 
-TEST_F(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
+TEST_P(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
 {
     const MediaFile file =
         buildJpeg({.exif = originalDate(ByteOrder::Intel),
@@ -151,12 +162,13 @@ TEST_F(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
                    .xmpBeforeExif = true});
     const DatesData dates = readDates(file, JpegFormat);
     EXPECT_EQ(dates.jpgXMPOffset, file.offsets.xmpPacket);
-    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset, file.offsets.dateTimeOriginal);
 }
 
-TEST_F(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
+TEST_P(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
 {
     // A TIFF block behind the image data must not be taken for the file's Exif.
     const QByteArray trailer = "Exif" + buildExifBlock(originalDate(ByteOrder::Intel)).bytes;
@@ -164,33 +176,32 @@ TEST_F(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
         MediaFile file = buildJpeg({.progressive = progressive});
         file.bytes += trailer;
         const DatesData dates = readDates(file, JpegFormat);
-        EXPECT_FALSE(dates.hasHeader());
-        EXPECT_EQ(dates.jpgXMPOffset, 0u);
+        EXPECT_FALSE(dates.tiffHeader);
+        EXPECT_FALSE(dates.jpgXMPOffset);
         EXPECT_FALSE(dates.exifDateTimeOriginal);
     }
 }
 
-TEST_F(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
+TEST_P(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
 {
     for (const ChunkPosition position :
          {ChunkPosition::BeforeImageData, ChunkPosition::AfterImageData}) {
         const MediaFile file =
             buildPng({.exif = originalDate(ByteOrder::Intel), .exifPosition = position});
-        const QString path = write(file);
-        FileReader reader(path);
-        const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(path, PngFormat);
+        const DatesData dates = readDates(file, PngFormat);
         if (position == ChunkPosition::BeforeImageData) {
-            EXPECT_EQ(PngLocator(reader).exifStartOffset(), file.offsets.tiffHeader);
-            EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+            EXPECT_EQ(PngLocator(*m_source).exifStartOffset(), file.offsets.tiffHeader);
+            ASSERT_TRUE(dates.tiffHeader);
+            EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
             EXPECT_TRUE(dates.exifDateTimeOriginal);
         } else {
-            EXPECT_FALSE(PngLocator(reader).exifStartOffset());
-            EXPECT_FALSE(dates.hasHeader());
+            EXPECT_FALSE(PngLocator(*m_source).exifStartOffset());
+            EXPECT_FALSE(dates.tiffHeader);
         }
     }
 }
 
-TEST_F(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
+TEST_P(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
 {
     const QString path = write(buildPng({.exif = originalDate(ByteOrder::Motorola)}));
     MySingleFolderDataReader reader;
@@ -206,7 +217,7 @@ TEST_F(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
               "2030:12:31 23:59:59");
 }
 
-TEST_F(CraftedFile, PngXmpChecksumRepairAndTextChunks)
+TEST_P(CraftedFile, PngXmpChecksumRepairAndTextChunks)
 {
     const MediaFile file =
         buildPng({.xmp = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}},
@@ -228,28 +239,35 @@ TEST_F(CraftedFile, PngXmpChecksumRepairAndTextChunks)
               "2031:05:01 10:00:00");
 }
 
-TEST_F(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
+TEST_P(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
 {
     MediaFile file = buildWebp(
         {.exif = originalDate(ByteOrder::Intel),
          .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", "2024-05-01T10:00:00+02:00"}}}),
          .strayPadByte = true});
-    const QString path = write(file);
+    const ByteSource &webp = source(file);
     MySingleFolderDataReader reader;
-    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebP(webp);
     ASSERT_TRUE(chunks.exifOffset && chunks.xmpOffset);
     EXPECT_EQ(*chunks.exifOffset, file.offsets.exifSegment);
     EXPECT_EQ(*chunks.xmpOffset, file.offsets.xmpSegment);
 
-    const DatesData dates = reader.savereadDatesAtPath(path, WebpFormat, *chunks.exifOffset);
-    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+    const DatesData dates = reader.savereadDates(webp, WebpFormat, *chunks.exifOffset);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
     EXPECT_TRUE(dates.exifDateTimeOriginal);
-    const auto infos = reader.savereadXMPDatesAtPath(path, WebpFormat, *chunks.xmpOffset);
-    ASSERT_TRUE(infos && infos->count("ExifDateTimeOriginal"));
-    EXPECT_EQ(infos->at("ExifDateTimeOriginal").type, 2);
+    const XmpDateInfos infos = reader.savereadXMPDates(webp, WebpFormat, *chunks.xmpOffset);
+    ASSERT_TRUE(infos.count("ExifDateTimeOriginal"));
+    EXPECT_EQ(infos.at("ExifDateTimeOriginal").type, 2);
 
     file.bytes.replace(8, 4, "AVI ");
-    EXPECT_FALSE(reader.riffHeaderDataForWebPFileAtPath(write(file)).exifOffset);
+    EXPECT_FALSE(reader.riffHeaderDataForWebP(source(file)).exifOffset);
 }
+
+INSTANTIATE_TEST_SUITE_P(BothSources, CraftedFile,
+                         testing::Values(SourceKind::File, SourceKind::Memory),
+                         [](const testing::TestParamInfo<SourceKind> &info) {
+                             return std::string(sourceKindName(info.param));
+                         });
 
 } // namespace
