@@ -13,7 +13,7 @@ struct JpegSegmentsInfo
     std::optional<quint32> xmpOffset; // first byte of the XMP packet
 };
 
-// Walks the JPEG segments from the first marker to the start of the pixel data, looking at each
+// Walks the JPEG segments from the first marker to the scan (SOS) or the end (EOI), looking at each
 // APP1 for an Exif TIFF header or an XMP packet. For a JPEG this walk alone decides: the bytes
 // are never scanned, so a TIFF magic inside pixel data or a later segment cannot mislead.
 class JpegLocator

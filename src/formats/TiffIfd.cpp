@@ -13,6 +13,29 @@ std::optional<bool> tiffMagicOrder(const QByteArray &bytes, qsizetype pos)
     return std::nullopt;
 }
 
+std::optional<quint32> IfdEntry::pointerValue() const
+{
+    enum : quint16 { Byte = 1, Short = 3, Long = 4, SByte = 6, Undefined = 7, SShort = 8,
+                     SLong = 9, Ifd = 13 };
+    if (count != 1)
+        return std::nullopt;
+    switch (type) {
+    case Byte:
+    case SByte:
+    case Undefined:
+        return byteValue;
+    case Short:
+    case SShort:
+        return shortValue;
+    case Long:
+    case SLong:
+    case Ifd:
+        return value;
+    default:
+        return std::nullopt;
+    }
+}
+
 TiffIfd::TiffIfd(const ByteSource &file, qint64 ifdOffset, bool intel)
 {
     constexpr int entrySize = 12;
@@ -26,7 +49,8 @@ TiffIfd::TiffIfd(const ByteSource &file, qint64 ifdOffset, bool intel)
         const qsizetype at = i * entrySize;
         m_entries.push_back(IfdEntry{get16(table, at, intel), get16(table, at + 2, intel),
                                      get32(table, at + 4, intel), get32(table, at + 8, intel),
-                                     get16(table, at + 8, intel), ifdOffset + 2 + at + 8});
+                                     get16(table, at + 8, intel), quint8(table[at + 8]),
+                                     ifdOffset + 2 + at + 8});
     }
 }
 

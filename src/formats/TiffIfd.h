@@ -27,7 +27,13 @@ struct IfdEntry
     quint32 count = 0;
     quint32 value = 0;       // the value field read as a 32-bit number
     quint16 shortValue = 0;  // the value field's first 16 bits, for inline SHORT values
+    quint8 byteValue = 0;    // its first byte, for inline BYTE values
     qint64 valueFieldOffset = 0; // absolute offset of the entry's value field
+
+    // The offset a pointer tag (Exif IFD, GPS IFD) names. Writers get its type wrong; like
+    // exiftool, a single value of any integer type is followed, read at its type's width, and
+    // other types or counts are not.
+    std::optional<quint32> pointerValue() const;
 };
 
 // The entries of one image file directory, read with a single file read. A directory that

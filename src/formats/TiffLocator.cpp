@@ -254,8 +254,8 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         switch (entry.tag) {
         case NestedJpeg: nestedJpeg = entry.value; break;
         case DateTime: tags.dateTime = base + entry.value; break;
-        case ExifIfdPointer: exifIfd = entry.value; break;
-        case GpsIfdPointer: gpsIfd = entry.value; break;
+        case ExifIfdPointer: exifIfd = entry.pointerValue(); break;
+        case GpsIfdPointer: gpsIfd = entry.pointerValue(); break;
         default: tags.takeExifTag(entry, base); break;
         }
         if (tags.dateTime && exifIfd && gpsIfd) {
@@ -285,14 +285,13 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         for (std::size_t i = resumeAt; i < ifd0.entries().size(); ++i)
             tags.takeExifTag(ifd0.entries()[i], base);
     }
-    // Without its own DateTime the file may carry it in the TIFF header of an embedded JPEG.
-    // The magic is compared as the file's order reads it, which only Intel files can match.
+    // Without its own DateTime the file may carry it in the TIFF header of an embedded JPEG,
+    // 12 bytes in (SOI, APP1 marker and length, "Exif\0\0"). That header has its own order.
     if (!tags.dateTime && nestedJpeg) {
-        const qint64 nested = base + *nestedJpeg + 12;
-        if (m_file.read32(nested, intel) == (intel ? 0x002A4949u : 0x2A004D4Du)) {
-            const TiffIfd nestedIfd0 = TiffIfd::first(m_file, nested, intel);
+        if (const std::optional<TiffHeader> nested = headerAt(base + *nestedJpeg + 12)) {
+            const TiffIfd nestedIfd0 = TiffIfd::first(m_file, nested->offset, nested->isIntel);
             if (const IfdEntry *entry = nestedIfd0.find(DateTime))
-                tags.dateTime = nested + entry->value;
+                tags.dateTime = nested->offset + entry->value;
         }
     }
 

@@ -58,8 +58,9 @@ TiffImageTags TiffTagReader::read(const TiffHeader &header)
         orientation && orientation->shortValue >= 1 && orientation->shortValue <= 8)
         tags.orientation = orientation->shortValue;
 
-    if (const IfdEntry *exifPointer = ifd0.find(ExifIfdPointer)) {
-        const TiffIfd exif(m_file, base + exifPointer->value, intel);
+    const IfdEntry *exifPointer = ifd0.find(ExifIfdPointer);
+    if (const std::optional<quint32> exifIfd = exifPointer ? exifPointer->pointerValue() : std::nullopt) {
+        const TiffIfd exif(m_file, base + *exifIfd, intel);
         tags.pixelSize = sizeOf(exif, PixelXDimension, PixelYDimension);
         if (const IfdEntry *makerNote = exif.find(MakerNote))
             tags.contentIdentifier = appleContentIdentifier(base + makerNote->value);

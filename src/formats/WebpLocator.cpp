@@ -16,8 +16,8 @@ WebpChunkOffsets WebpLocator::riffHeaderData()
         const QByteArray head = m_file.read(offset, 8);
         if (head.size() < 8)
             break;
-        // The walk steps by the chunk size alone, so after a chunk of odd size it stands on the
-        // pad byte that follows; a type beginning with a 0 byte is that pad byte.
+        // Some writers leave a zero byte that no chunk accounts for; a type beginning with a 0
+        // byte is such a stray byte, stepped over once.
         if (head[0] == '\0' && !skippedPad) {
             ++offset;
             skippedPad = true;
@@ -28,7 +28,9 @@ WebpChunkOffsets WebpLocator::riffHeaderData()
             offsets.exifOffset = quint32(offset);
         else if (hasBytesAt(head, 0, "XMP") && !offsets.xmpOffset)
             offsets.xmpOffset = quint32(offset);
-        offset += qint64(get32(head, 4, true)) + 8;
+        // A chunk of odd size is followed by a pad byte that its size does not count.
+        const qint64 size = get32(head, 4, true);
+        offset += 8 + size + (size & 1);
     }
     return offsets;
 }
