@@ -42,7 +42,7 @@ struct ScanFacts
     FormatInfo format;
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
-    quint32 xmpHeaderStartOffset = 0;
+    std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
     TiffImageTags image;
     // A movie's header: QuickTime and MPEG-4 boxes, or an AVI's RIFF chunks.
     std::optional<MovieHeaderData> movie;

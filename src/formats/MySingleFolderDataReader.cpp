@@ -5,24 +5,22 @@
 #include "formats/JpegLocator.h"
 #include "formats/TiffLocator.h"
 
-#include <QFileInfo>
-
 namespace orv {
 
 namespace {
 // Packet offsets at or above this mean "none" to every caller.
 constexpr quint32 firstInvalidXmpOffset = 0xFFFFFFFE;
 
-bool isCr3(const QString &path) { return QFileInfo(path).suffix().compare(QLatin1String("cr3"), Qt::CaseInsensitive) == 0; }
+// A CR3 is an ISO media file of brand "crx ", whatever its name says.
+bool isCr3(const ByteSource &file) { return file.read(4, 8) == "ftypcrx "; }
 } // namespace
 
-void MySingleFolderDataReader::readCr3Dates(FileReader &file, const QString &path,
-                                            DatesData &result)
+void MySingleFolderDataReader::readCr3Dates(const ByteSource &file, DatesData &result)
 {
-    const std::optional<Cr3Offsets> cr3 = preparedCF3Offsets(FileByteSource(path));
+    const std::optional<Cr3Offsets> cr3 = preparedCF3Offsets(file);
     if (!cr3)
         return;
-    result.cr3XmpOffset = cr3->xmpOffset.value_or(0);
+    result.cr3XmpOffset = cr3->xmpOffset;
     TiffLocator tiff(file);
     const auto headerOf = [&](std::optional<quint32> offset) {
         return offset ? tiff.headerAt(*offset) : std::nullopt;
@@ -38,15 +36,12 @@ void MySingleFolderDataReader::readCr3Dates(FileReader &file, const QString &pat
         result.exifOffsetTIFFTime = exifDates.exifOffsetTIFFTime;
         result.exifOffsetTimeOriginal = exifDates.exifOffsetTimeOriginal;
         result.exifOffsetTimeDigitized = exifDates.exifOffsetTimeDigitized;
-        if (!result.hasHeader()) {
-            result.tiffHeaderStartOffset = exifDates.tiffHeaderStartOffset;
-            result.isHeaderIntel = exifDates.isHeaderIntel;
-        }
+        if (!result.tiffHeader)
+            result.tiffHeader = exifDates.tiffHeader;
     }
 }
 
-std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &file,
-                                                                    const QString &path,
+std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSource &file,
                                                                     int fileFormatType,
                                                                     quint32 startingFrom,
                                                                     DatesData &result)
@@ -62,7 +57,7 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
     case HeicFormat:
     case AvifFormat: {
         // Without an Exif item nothing is searched: a TIFF magic in the image data is none.
-        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(FileByteSource(path));
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(file);
         return items && items->exif ? tiff.headerAt(*items->exif) : std::nullopt;
     }
     case PngFormat: {
@@ -85,21 +80,24 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
 DatesData MySingleFolderDataReader::savereadDatesAtPath(const QString &path, int fileFormatType,
                                                         quint32 startingFrom)
 {
+    const FileByteSource file(path);
+    return file.isOpen() ? savereadDates(file, fileFormatType, startingFrom) : DatesData{};
+}
+
+DatesData MySingleFolderDataReader::savereadDates(const ByteSource &file, int fileFormatType,
+                                                  quint32 startingFrom)
+{
     DatesData result;
-    FileReader file(path);
-    if (!file.isOpen())
-        return result;
-    if (fileFormatType == RawFormat && isCr3(path)) {
-        readCr3Dates(file, path, result);
+    if (fileFormatType == RawFormat && isCr3(file)) {
+        readCr3Dates(file, result);
         return result;
     }
-    if (const auto header = headerForFormat(file, path, fileFormatType, startingFrom, result))
+    if (const auto header = headerForFormat(file, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
     return result;
 }
 
-std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file,
-                                                                const QString &path,
+std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource &file,
                                                                 int fileFormatType,
                                                                 quint32 startingFrom)
 {
@@ -113,7 +111,7 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file
         return xmp.xmpStartOffsetFromJPGHeader();
     case HeicFormat:
     case AvifFormat: {
-        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(FileByteSource(path));
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(file);
         return items ? items->xmp : std::nullopt;
     }
     case WebpFormat:
@@ -130,10 +128,16 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file
 std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
     const QString &path, int fileFormatType, quint32 startingFrom)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     if (!file.isOpen())
         return std::nullopt;
-    const std::optional<quint32> start = xmpPacketStart(file, path, fileFormatType, startingFrom);
+    return savereadXMPDates(file, fileFormatType, startingFrom);
+}
+
+XmpDateInfos MySingleFolderDataReader::savereadXMPDates(const ByteSource &file,
+                                                        int fileFormatType, quint32 startingFrom)
+{
+    const std::optional<quint32> start = xmpPacketStart(file, fileFormatType, startingFrom);
     if (!start || *start >= firstInvalidXmpOffset)
         return XmpDateInfos{};
     return XmpLocator(file).readDates(*start);
@@ -142,7 +146,7 @@ std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString &path,
                                                                    quint32 startingFrom)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     XmpLocator xmp(file);
     const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(startingFrom);
     return start ? xmp.readMetadata(*start) : XmpSidecarMetadata{};
@@ -156,23 +160,41 @@ XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPSidecarAtPath(const 
 MovieHeaderData MySingleFolderDataReader::quicktimeHeaderDataForMovieFileAtPath(const QString &path,
                                                                                int unverifiedType)
 {
-    return quicktimeHeaderDataForMovie(FileByteSource(path), unverifiedType == 1);
+    const FileByteSource file(path);
+    return quicktimeHeaderDataForMovie(file, unverifiedType);
+}
+
+MovieHeaderData MySingleFolderDataReader::quicktimeHeaderDataForMovie(const ByteSource &file,
+                                                                     int unverifiedType)
+{
+    return orv::quicktimeHeaderDataForMovie(file, unverifiedType == 1);
 }
 
 std::optional<RiffMovieData> MySingleFolderDataReader::riffHeaderDataForMovieFileAtPath(const QString &path)
 {
-    return riffHeaderDataForMovie(FileByteSource(path));
+    const FileByteSource file(path);
+    return riffHeaderDataForMovie(file);
+}
+
+std::optional<RiffMovieData> MySingleFolderDataReader::riffHeaderDataForMovie(const ByteSource &file)
+{
+    return orv::riffHeaderDataForMovie(file);
 }
 
 WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebPFileAtPath(const QString &path)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
+    return riffHeaderDataForWebP(file);
+}
+
+WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebP(const ByteSource &file)
+{
     return WebpLocator(file).riffHeaderData();
 }
 
 QMap<QString, QString> MySingleFolderDataReader::tEXtDataFromPNG(const QString &path)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     return PngLocator(file).tEXtData();
 }
 
@@ -185,14 +207,19 @@ std::optional<RawPreviewInfo>
 MySingleFolderDataReader::savereadInternalJPGs(const QString &path,
                                                std::optional<TiffHeader> moreInfos)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     return RawPreviewLocator(file).savereadInternalJPGs(moreInfos);
 }
 
 TiffImageTags MySingleFolderDataReader::imageTagsAtPath(const QString &path,
                                                         const TiffHeader &header)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
+    return imageTags(file, header);
+}
+
+TiffImageTags MySingleFolderDataReader::imageTags(const ByteSource &file, const TiffHeader &header)
+{
     return TiffTagReader(file).read(header);
 }
 

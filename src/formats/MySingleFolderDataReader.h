@@ -3,7 +3,7 @@
 #include "formats/AviLocator.h"
 #include "formats/DatesData.h"
 #include "formats/FileFormatType.h"
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/PngLocator.h"
 #include "formats/QuickTimeLocator.h"
 #include "formats/RawPreviewLocator.h"
@@ -21,26 +21,35 @@ namespace orv {
 // The byte-level reader the scan uses for one file: where each date, time offset, GPS value and
 // XMP stamp of a still image lives, with the bytes found there. It never raises: whatever cannot
 // be read is simply absent from the answer. Created for a call and dropped afterwards.
+//
+// Every read has two doors: one on a ByteSource, which the scan opens once per file and hands to
+// each walk in turn, and one on a path for the callers that read a single thing.
 class MySingleFolderDataReader
 {
 public:
     // `startingFrom` is non-zero only for WebP, where it is the EXIF chunk's offset.
     DatesData savereadDatesAtPath(const QString &path, int fileFormatType,
                                   quint32 startingFrom = 0);
+    DatesData savereadDates(const ByteSource &file, int fileFormatType, quint32 startingFrom = 0);
 
     // Nothing when the file cannot be opened; an empty set of dates when it holds none. The
     // start is the packet offset for JPEG and CR3, the TIFF header for TIFF and RAW files, the
     // chunk offset for WebP; sidecars (format 0) and PNG find their packet themselves.
     std::optional<XmpDateInfos> savereadXMPDatesAtPath(const QString &path, int fileFormatType,
                                                        quint32 startingFrom);
+    XmpDateInfos savereadXMPDates(const ByteSource &file, int fileFormatType,
+                                  quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
     // unverifiedType 1: a QuickTime movie, which may lack an ftyp box; 2: MPEG-4.
     MovieHeaderData quicktimeHeaderDataForMovieFileAtPath(const QString &path, int unverifiedType);
+    MovieHeaderData quicktimeHeaderDataForMovie(const ByteSource &file, int unverifiedType);
     std::optional<RiffMovieData> riffHeaderDataForMovieFileAtPath(const QString &path);
+    std::optional<RiffMovieData> riffHeaderDataForMovie(const ByteSource &file);
 
     WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
+    WebpChunkOffsets riffHeaderDataForWebP(const ByteSource &file);
     QMap<QString, QString> tEXtDataFromPNG(const QString &path);
     bool lockPNGChunkOfType(PngLocator::ChunkKind kind, const QString &path);
 
@@ -49,15 +58,15 @@ public:
     // Make, model, pixel size, orientation and Live Photo identifier from the TIFF header that
     // savereadDatesAtPath reported.
     TiffImageTags imageTagsAtPath(const QString &path, const TiffHeader &header);
+    TiffImageTags imageTags(const ByteSource &file, const TiffHeader &header);
 
 private:
     // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2.
-    void readCr3Dates(FileReader &file, const QString &path, DatesData &result);
+    void readCr3Dates(const ByteSource &file, DatesData &result);
 
-    std::optional<TiffHeader> headerForFormat(FileReader &file, const QString &path,
-                                              int fileFormatType, quint32 startingFrom,
-                                              DatesData &result);
-    std::optional<quint32> xmpPacketStart(FileReader &file, const QString &path, int fileFormatType,
+    std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,
+                                              quint32 startingFrom, DatesData &result);
+    std::optional<quint32> xmpPacketStart(const ByteSource &file, int fileFormatType,
                                           quint32 startingFrom);
 };
 
