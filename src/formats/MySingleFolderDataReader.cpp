@@ -39,6 +39,8 @@ void MySingleFolderDataReader::readCr3Dates(const ByteSource &file, DatesData &r
         if (!result.tiffHeader)
             result.tiffHeader = exifDates.tiffHeader;
     }
+    if (const std::optional<TiffHeader> gps = headerOf(cr3->CMT4Offset))
+        tiff.readGpsDirectory(*gps, result);
 }
 
 std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSource &file,

@@ -61,7 +61,7 @@ public:
     TiffImageTags imageTags(const ByteSource &file, const TiffHeader &header);
 
 private:
-    // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2.
+    // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2, the GPS IFD in CMT4.
     void readCr3Dates(const ByteSource &file, DatesData &result);
 
     std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,

@@ -3,12 +3,15 @@
 
 #include "core/DateStampCodec.h"
 #include "formats/MySingleFolderDataReader.h"
+#include "RecordDecoding.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/SaveFixture.h"
 #include "support/QtPrinters.h"
 
 #include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -149,3 +152,27 @@ INSTANTIATE_TEST_SUITE_P(Corpus, CorpusQuickTimeMovies, testing::ValuesIn(corpus
 INSTANTIATE_TEST_SUITE_P(Corpus, CorpusAviMovies, testing::ValuesIn(corpusFiles({"avi"})), corpusTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusQuickTimeMovies);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusAviMovies);
+
+TEST(CorpusCr3, APositionWrittenIntoCmt4IsReadAsExiftoolReadsIt)
+{
+    ORV_SKIP_WITHOUT_CORPUS();
+    const QTemporaryDir dir;
+    const QString path = copyToTemporary(corpusFile(QStringLiteral("exiftool-t/CanonRaw.cr3")), dir);
+    QProcess exiftool;
+    exiftool.start(QStringLiteral("exiftool"),
+                   {"-q", "-overwrite_original", "-GPSLatitude=48.8566", "-GPSLatitudeRef=N", "-GPSLongitude=2.3522",
+                    "-GPSLongitudeRef=E", "-GPSTimeStamp=10:20:30", "-GPSDateStamp=2018:02:21", path});
+    ASSERT_TRUE(exiftool.waitForFinished(60000) && exiftool.exitCode() == 0) << exiftool.readAllStandardError().toStdString();
+    const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
+
+    const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(path, RawFormat);
+    ASSERT_TRUE(dates.gpsLocation);
+    const GpsLocationRecord &location = *dates.gpsLocation;
+    EXPECT_NEAR(degreesOf(location.latitude_Data, location.needsConv), exif.number("GPS:GPSLatitude"), 1e-6);
+    EXPECT_NEAR(degreesOf(location.longitude_Data, location.needsConv), exif.number("GPS:GPSLongitude"), 1e-6);
+    ASSERT_TRUE(dates.gpsDateStamp && dates.gpsTimeStamp);
+    EXPECT_EQ(QString::fromLatin1(dates.gpsDateStamp->dateData.left(10)), exif.string("GPS:GPSDateStamp"));
+    EXPECT_NEAR(gpsTimeSeconds(*dates.gpsTimeStamp), secondsOfClockText(exif.string("GPS:GPSTimeStamp")), 0.01);
+    EXPECT_EQ(fileBytes(path).mid(location.latitude_Offset, 24), location.latitude_Data);
+    ASSERT_TRUE(dates.exifDateTimeOriginal) << "the dates stay";
+}
