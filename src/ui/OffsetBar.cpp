@@ -1,9 +1,9 @@
 #include "ui/OffsetBar.h"
 
+#include "app/DateChanges.h"
 #include "folders/FolderOffsetControls.h"
 #include "folders/MyCompoundFolder.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,8 +21,8 @@ enum Direction : int { Later, Earlier };
 
 } // namespace
 
-OffsetBar::OffsetBar(QWidget *parent)
-    : QWidget(parent), m_direction(new QComboBox(this)), m_note(new QLabel(this))
+OffsetBar::OffsetBar(DateChanges &changes, QWidget *parent)
+    : QWidget(parent), m_changes(changes), m_direction(new QComboBox(this)), m_note(new QLabel(this))
 {
     auto *title = new QLabel(tr("Shift dates:"), this);
     m_direction->setObjectName(QStringLiteral("offsetDirection"));
@@ -132,19 +132,11 @@ OffsetEntry OffsetBar::entry() const
 
 void OffsetBar::applyEntry()
 {
-    FolderOffsetControls controls(m_folders);
-    switch (controls.apply(entry())) {
-    case FolderOffsetControls::Result::Changed:
+    // Steps of one field are one gesture, and one undo step.
+    const QString field = sender() ? sender()->objectName() : QString();
+    // A refused or empty change leaves the folders as they were: show that again.
+    if (m_changes.dateValuesModify(m_folders, entry(), field) != DateChangeResult::Changed)
         refresh();
-        Q_EMIT offsetChanged(m_folders);
-        break;
-    case FolderOffsetControls::Result::OutOfRange:
-        QApplication::beep();
-        refresh();
-        break;
-    case FolderOffsetControls::Result::Unchanged:
-        break;
-    }
 }
 
 } // namespace orv
