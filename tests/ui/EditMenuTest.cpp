@@ -1,0 +1,137 @@
+// The real window, offscreen: an offset, an alignment and a removal are each undone and redone
+// from the Edit menu, and the list shows every state; during a save the list reads no item and
+// nothing changes, and afterwards nothing of the saved folder can be undone.
+
+#include "WindowFixture.h"
+
+#include "app/AppController.h"
+#include "ui/PicTableModel.h"
+
+#include <QAction>
+#include <QSpinBox>
+#include <QTableView>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+class EditMenuTest : public WindowFixture
+{
+protected:
+    void importThree()
+    {
+        writeJpeg(QStringLiteral("a"), "2024:05:01 10:00:00");
+        writeJpeg(QStringLiteral("b"), "2024:05:01 10:00:01");
+        writeJpeg(QStringLiteral("c"), "2024:05:01 10:10:00");
+        ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+        ASSERT_EQ(window->picModel().rowCount(), 3);
+    }
+
+    QAction &action(const char *name) const
+    {
+        auto *found = window->findChild<QAction *>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+
+    // The list's times of day, in row order (the list sorts by date).
+    QStringList times() const
+    {
+        QStringList shown;
+        for (const QString &cell : shownColumn(PicTableModel::DateColumn))
+            shown.append(cell.mid(11, 8));
+        return shown;
+    }
+
+    // The date shown in the row of the item with that name.
+    QString timeOf(const QString &name) const
+    {
+        const QStringList names = shownColumn(PicTableModel::NameColumn);
+        return times().value(names.indexOf(name));
+    }
+
+    void selectRows(const QStringList &names, const QString &current)
+    {
+        QTableView &list = *window->findChild<QTableView *>();
+        QItemSelectionModel &selection = *list.selectionModel();
+        selection.clearSelection();
+        const QStringList shown = shownColumn(PicTableModel::NameColumn);
+        for (const QString &name : names)
+            selection.select(list.model()->index(int(shown.indexOf(name)), 0),
+                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        selection.setCurrentIndex(list.model()->index(int(shown.indexOf(current)), 0), QItemSelectionModel::NoUpdate);
+    }
+
+    void undo() { action("undoAction").trigger(); }
+    void redo() { action("redoAction").trigger(); }
+};
+
+TEST_F(EditMenuTest, AnOffsetAnAlignmentAndARemovalAreUndoneAndRedoneFromTheMenu)
+{
+    importThree();
+    const QStringList original{"10:00:00", "10:00:01", "10:10:00"};
+    ASSERT_EQ(times(), original);
+    EXPECT_FALSE(action("undoAction").isEnabled());
+
+    window->findChild<QSpinBox *>(QStringLiteral("offsetHours"))->setValue(1);
+    EXPECT_EQ(times(), (QStringList{"11:00:00", "11:00:01", "11:10:00"}));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("Undo Date Change"));
+    undo();
+    EXPECT_EQ(times(), original);
+    EXPECT_EQ(window->findChild<QSpinBox *>(QStringLiteral("offsetHours"))->value(), 0) << "the controls follow";
+    redo();
+    EXPECT_EQ(times(), (QStringList{"11:00:00", "11:00:01", "11:10:00"}));
+    undo();
+
+    action("separateModeAction").trigger();
+    EXPECT_TRUE(action("separateModeAction").isChecked());
+    selectRows({"a.jpg", "b.jpg", "c.jpg"}, QStringLiteral("a.jpg"));
+    ASSERT_TRUE(action("alignByMatchingGaps").isEnabled());
+    action("alignByMatchingGaps").trigger();
+    EXPECT_EQ(times(), (QStringList{"10:00:00", "10:05:00", "10:10:00"}));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("Undo Align by Matching Gaps"));
+    undo();
+    EXPECT_EQ(times(), original);
+    redo();
+    EXPECT_EQ(timeOf(QStringLiteral("b.jpg")), QStringLiteral("10:05:00"));
+
+    selectRows({"b.jpg"}, QStringLiteral("b.jpg"));
+    ASSERT_TRUE(action("removeDateAction").isEnabled());
+    action("removeDateAction").trigger();
+    EXPECT_EQ(timeOf(QStringLiteral("b.jpg")), QStringLiteral("10:00:01"));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("Undo Remove Date"));
+    undo();
+    EXPECT_EQ(timeOf(QStringLiteral("b.jpg")), QStringLiteral("10:05:00"));
+    redo();
+    EXPECT_EQ(timeOf(QStringLiteral("b.jpg")), QStringLiteral("10:00:01"));
+    EXPECT_FALSE(window->isWindowModified()) << "every change taken back is no change";
+    undo();
+    EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(EditMenuTest, DuringASaveTheListReadsNoItemAndNothingChangesAfterwardsNothingOfItIsUndone)
+{
+    importThree();
+    window->findChild<QSpinBox *>(QStringLiteral("offsetMinutes"))->setValue(30);
+    ASSERT_TRUE(action("undoAction").isEnabled());
+
+    QSignalSpy finished(window.get(), &MainWindow::saveFinished);
+    action("saveAction").trigger();
+    ASSERT_TRUE(window->isSaving());
+    // The run's threads own the items now: the list gives no cell, and the owner takes no change.
+    const PicTableModel &pics = window->picModel();
+    for (int row = 0; row < pics.rowCount(); ++row)
+        EXPECT_FALSE(pics.index(row, PicTableModel::DateColumn).data().isValid()) << row;
+    window->findChild<QSpinBox *>(QStringLiteral("offsetMinutes"))->setValue(45);
+    EXPECT_EQ(window->controller().uManager().count(), 1);
+    EXPECT_FALSE(action("separateModeAction").isEnabled());
+    ASSERT_TRUE(finished.wait(20000));
+
+    EXPECT_EQ(times(), (QStringList{"10:30:00", "10:30:01", "10:40:00"}));
+    EXPECT_EQ(window->findChild<QSpinBox *>(QStringLiteral("offsetMinutes"))->value(), 0);
+    EXPECT_FALSE(action("undoAction").isEnabled()) << "a saved change is in the files, not in the history";
+    EXPECT_EQ(window->controller().uManager().count(), 0);
+}
+
+} // namespace
