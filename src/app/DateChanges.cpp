@@ -3,6 +3,7 @@
 #include "core/MySinglePic.h"
 #include "folders/FolderOffsetControls.h"
 #include "folders/MySingleFolder.h"
+#include "time/TimeZone.h"
 
 #include <QCoreApplication>
 #include <QUndoStack>
@@ -277,6 +278,25 @@ DateChangeResult DateChanges::realignSelection(AlignTag tag, const QList<MySingl
     if (list.isEmpty())
         return DateChangeResult::Unchanged;
     return updateThumbValues(list, alignUndoName(tag, sorted));
+}
+
+qint64 DateChanges::validateDSTJumperType(MySingleFolder &folder, const TimeZone &zone)
+{
+    if (folder.sfEditMode != MySingleFolder::EditTogether || !folder.isTogetherDateUIModified()
+        || folder.hasDSTJumperType != 0)
+        return folder.hasDSTJumperType;
+    folder.hasDSTJumperType = 1;
+    for (const MySinglePic *pic : std::as_const(folder.sfPicDetails_fullArray)) {
+        const OptionalDate original = pic->spDateTimeOriginal_sort();
+        const OptionalDate modified = pic->spDateTimeModified_sort();
+        if (original && modified
+            && zone.nextDaylightSavingTimeTransitionAfterDate(*original)
+                   != zone.nextDaylightSavingTimeTransitionAfterDate(*modified)) {
+            folder.hasDSTJumperType = 2;
+            break;
+        }
+    }
+    return folder.hasDSTJumperType;
 }
 
 void DateChanges::changeEditMode(const QList<MySingleFolder *> &folders, int mode)

@@ -13,6 +13,7 @@ namespace orv {
 
 class MySingleFolder;
 class MySinglePic;
+class TimeZone;
 struct NewDateOptions;
 struct OffsetEntry;
 
@@ -72,6 +73,11 @@ public:
                                       const NewDateOptions &options);
     // The undo name an alignment would take on this selection.
     static QString alignUndoName(AlignTag tag, const QList<MySinglePic *> &sorted);
+
+    // Whether the folder offset carries some item across a daylight-saving change of the zone
+    // (2) or none (1): the days control then says so. Worked out once per offset
+    // (hasDSTJumperType 0), and only for a folder whose controls show a change.
+    static qint64 validateDSTJumperType(MySingleFolder &folder, const TimeZone &zone);
 
     // --- Modes and history ---
     // Not an undo step: the folder keeps both kinds of change, and the mode says which is in force.

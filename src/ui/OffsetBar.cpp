@@ -3,6 +3,7 @@
 #include "app/DateChanges.h"
 #include "folders/FolderOffsetControls.h"
 #include "folders/MyCompoundFolder.h"
+#include "time/TimeZone.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -85,8 +86,11 @@ void OffsetBar::refresh()
         m_note->setText(tr("Slideshow-only folder: its dates are neither read nor written."));
         break;
     case Availability::NoItems:
-    case Availability::Editable:
         m_note->clear();
+        break;
+    case Availability::Editable:
+        m_note->setText(crossesDaylightSavingChange() ? tr("The shift crosses a daylight-saving change.")
+                                                      : QString());
         break;
     }
     setEnabled(availability == Availability::Editable);
@@ -103,6 +107,15 @@ void OffsetBar::refresh()
     showValue(m_hours, shown.value(dateModificationKey::hours, QStringLiteral("0")));
     showValue(m_minutes, shown.value(dateModificationKey::minutes, QStringLiteral("0")));
     showValue(m_seconds, shown.value(dateModificationKey::seconds, QStringLiteral("0")));
+}
+
+bool OffsetBar::crossesDaylightSavingChange() const
+{
+    const TimeZone zone = TimeZone::systemZone();
+    bool crosses = false;
+    for (MySingleFolder *folder : m_folders)
+        crosses = DateChanges::validateDSTJumperType(*folder, zone) == 2 || crosses;
+    return crosses;
 }
 
 void OffsetBar::showValue(QSpinBox *field, const QString &text)

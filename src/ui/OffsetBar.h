@@ -33,6 +33,7 @@ private:
     QSpinBox *addField(const QString &suffix, int maximum, const QString &toolTip);
     void showValue(QSpinBox *field, const QString &text);
     OffsetEntry entry() const;
+    bool crossesDaylightSavingChange() const;
     void applyEntry();
 
     DateChanges &m_changes;

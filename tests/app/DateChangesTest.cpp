@@ -6,6 +6,7 @@
 #include "core/NewDateOptions.h"
 #include "folders/FolderOffsetControls.h"
 #include "folders/MySingleFolder.h"
+#include "time/TimeZone.h"
 #include "support/QtPrinters.h"
 
 #include <QUndoStack>
@@ -316,6 +317,26 @@ TEST_F(DateChangesTest, ClearingAFolderKeepsTheOtherFoldersHistoryInItsPlace)
 
     changes.clearUndoRedoFromFolder(&separate);
     EXPECT_EQ(stack.count(), 0);
+}
+
+TEST_F(DateChangesTest, AFolderOffsetAcrossADaylightSavingChangeIsMarkedOncePerOffset)
+{
+    const TimeZone berlin = *TimeZone::fromName(QStringLiteral("Europe/Berlin"));
+    MySinglePic &pic = addPic(together, "a.jpg", 0);
+    pic.spDateTimeOriginal = Instant::fromUtc(2024, 3, 30, 12); // the day before clocks go forward
+    EXPECT_EQ(DateChanges::validateDSTJumperType(together, berlin), 0) << "no offset, nothing to say";
+
+    struct Case
+    {
+        double offset;
+        qint64 expected;
+    };
+    for (const Case c : {Case{3600, 1}, Case{86400, 2}, Case{-86400, 1}, Case{-200 * 86400, 2}}) {
+        changes.dragChangedDates({&together}, c.offset, false);
+        EXPECT_EQ(DateChanges::validateDSTJumperType(together, berlin), c.expected) << c.offset;
+    }
+    together.hasDSTJumperType = 1;
+    EXPECT_EQ(DateChanges::validateDSTJumperType(together, berlin), 1) << "kept until the offset changes";
 }
 
 TEST_F(DateChangesTest, AnOwnerBlockedByASaveRefusesEveryChange)
