@@ -8,6 +8,9 @@
 #include "ui/PicTableModel.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
 #include <QSpinBox>
 #include <QTableView>
 
@@ -108,6 +111,36 @@ TEST_F(EditMenuTest, AnOffsetAnAlignmentAndARemovalAreUndoneAndRedoneFromTheMenu
     EXPECT_FALSE(window->isWindowModified()) << "every change taken back is no change";
     undo();
     EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(EditMenuTest, ADateCopiedFromOneItemIsPastedOntoAnotherAndTheChangedItemsAreFound)
+{
+    importThree();
+    action("separateModeAction").trigger();
+    selectRows({"c.jpg"}, QStringLiteral("c.jpg"));
+    action("copyDateAction").trigger();
+    ASSERT_TRUE(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("orvelle.desktopPasteboardDateData")));
+
+    selectRows({"a.jpg"}, QStringLiteral("a.jpg"));
+    ASSERT_TRUE(action("pasteDateAction").isEnabled());
+    answers.answerNext([](QDialog &question) { clickButton(question, QStringLiteral("OK")); });
+    action("pasteDateAction").trigger();
+    EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:10:00"));
+    EXPECT_EQ(answers.asked, QStringList{"QMessageBox"});
+
+    QTableView &list = *window->findChild<QTableView *>();
+    const auto currentName = [&] {
+        return list.model()->index(list.currentIndex().row(), PicTableModel::NameColumn).data().toString();
+    };
+    selectRows({"b.jpg"}, QStringLiteral("b.jpg"));
+    action("nextChangeAction").trigger();
+    EXPECT_EQ(currentName(), QStringLiteral("a.jpg"));
+    selectRows({"c.jpg"}, QStringLiteral("c.jpg"));
+    action("previousChangeAction").trigger();
+    EXPECT_EQ(currentName(), QStringLiteral("a.jpg"));
+
+    undo();
+    EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:00:00"));
 }
 
 TEST_F(EditMenuTest, DuringASaveTheListReadsNoItemAndNothingChangesAfterwardsNothingOfItIsUndone)
