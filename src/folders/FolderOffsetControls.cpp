@@ -1,6 +1,5 @@
 #include "folders/FolderOffsetControls.h"
 
-#include "core/MySinglePic.h"
 #include "folders/MyCompoundFolder.h"
 
 namespace orv {

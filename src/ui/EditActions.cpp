@@ -85,14 +85,8 @@ void EditActions::addTo(QMenuBar &menuBar)
     redo->setShortcut(QKeySequence::Redo);
     edit->addAction(undo);
     edit->addAction(redo);
-    // The items of the step come back selected, so the user sees what was undone or redone.
-    const auto selectStep = [this, &stack](int commandIndex) {
-        const auto *step = dynamic_cast<const PicOffsetCommand *>(stack.command(commandIndex));
-        if (step)
-            selectPics(step->pics(), step->pics().value(0));
-    };
-    connect(undo, &QAction::triggered, this, [selectStep, &stack] { selectStep(stack.index()); });
-    connect(redo, &QAction::triggered, this, [selectStep, &stack] { selectStep(stack.index() - 1); });
+    connect(undo, &QAction::triggered, this, [this, &stack] { showStep(stack.index()); });
+    connect(redo, &QAction::triggered, this, [this, &stack] { showStep(stack.index() - 1); });
     edit->addSeparator();
 
     m_copyDate = addAction(*edit, tr("Copy Date"), "copyDateAction", &EditActions::copyDate);
@@ -172,6 +166,21 @@ void EditActions::selectPics(const QList<MySinglePic *> &pics, MySinglePic *curr
         model.setCurrentIndex(index, QItemSelectionModel::NoUpdate);
         m_list.scrollTo(index);
     }
+}
+
+// The user sees what was undone or redone: its folders on show and its items selected.
+void EditActions::showStep(int commandIndex)
+{
+    const auto *step = dynamic_cast<const DateChangeCommand *>(m_controller.uManager().command(commandIndex));
+    if (!step)
+        return;
+    const QList<MySingleFolder *> folders = step->folders();
+    const QList<MySingleFolder *> onShow = m_foldersOnShow();
+    const auto *items = dynamic_cast<const PicOffsetCommand *>(step);
+    if (!items || !std::all_of(folders.cbegin(), folders.cend(), [&onShow](MySingleFolder *f) { return onShow.contains(f); }))
+        Q_EMIT stepFoldersToShow(folders);
+    if (items)
+        selectPics(items->pics(), items->pics().value(0));
 }
 
 bool EditActions::isSeparateMode(const QList<MySinglePic *> &pics) const
@@ -300,9 +309,14 @@ void EditActions::realign(int tag)
 
 void EditActions::toggleSeparateMode()
 {
-    m_controller.dateChanges().changeEditMode(m_foldersOnShow(), m_separateMode->isChecked()
-                                                                     ? MySingleFolder::EditSeparately
-                                                                     : MySingleFolder::EditTogether);
+    const bool separate = m_separateMode->isChecked();
+    m_controller.dateChanges().changeEditMode(m_foldersOnShow(), separate ? MySingleFolder::EditSeparately
+                                                                          : MySingleFolder::EditTogether);
+    // In folder mode the folder moves as a whole: a selection of several items means nothing.
+    if (!separate) {
+        MySinglePic *selected = selectedPic();
+        selectPics(selected ? QList<MySinglePic *>{selected} : QList<MySinglePic *>(), selected);
+    }
 }
 
 void EditActions::previousChange()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "folders/MySingleFolder.h"
+
 #include <QList>
 #include <QObject>
 
@@ -13,7 +15,6 @@ class QTableView;
 namespace orv {
 
 class AppController;
-class MySingleFolder;
 class MySinglePic;
 class PicSortProxy;
 class PicTableModel;
@@ -37,11 +38,18 @@ public:
     // Enables what the selection and the folders allow now.
     void refresh();
 
+Q_SIGNALS:
+    // An undone or redone step changed these folders: the sidebar is to show them (for a
+    // folder offset always, for items when they are not on show).
+    void stepFoldersToShow(const QList<orv::MySingleFolder *> &folders);
+
 private:
     QAction *addAction(QMenu &menu, const QString &text, const char *name, void (EditActions::*slot)());
     QList<MySinglePic *> selectedPics() const;
     MySinglePic *selectedPic() const;
     void selectPics(const QList<MySinglePic *> &pics, MySinglePic *current);
+    // After an undo or redo: the folders of the step on show, its items selected.
+    void showStep(int commandIndex);
     bool isSeparateMode(const QList<MySinglePic *> &pics) const;
 
     void copyDate();

@@ -440,8 +440,20 @@ QList<MySingleFolder *> MainWindow::foldersOnShow() const
     return showsAllFolders() ? m_import->droppedFolders() : selectedFolders();
 }
 
+void MainWindow::selectFolders(const QList<MySingleFolder *> &folders)
+{
+    QItemSelection rows;
+    for (const MySingleFolder *folder : folders) {
+        const QModelIndex row = m_folderList->index(m_folderList->rowOf(folder), 0);
+        rows.select(row, row);
+    }
+    if (!rows.isEmpty())
+        m_folderView->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
 void MainWindow::connectController()
 {
+    connect(m_editActions, &EditActions::stepFoldersToShow, this, &MainWindow::selectFolders);
     connect(m_controller.get(), &AppController::reloadThumbs, this, &MainWindow::datesChanged);
     connect(m_controller.get(), &AppController::changedFolderEditMode, this,
             [this](MySingleFolder *folder) { datesChanged({folder}); });

@@ -86,6 +86,8 @@ private:
     QList<MySingleFolder *> selectedFolders() const;
     // The selected folders, or all of them while the list shows all.
     QList<MySingleFolder *> foldersOnShow() const;
+    // The sidebar selects exactly these folders.
+    void selectFolders(const QList<MySingleFolder *> &folders);
     void setTitle(const QString &title);
     void connectController();
     void datesChanged(const QList<MySingleFolder *> &folders);

@@ -48,7 +48,6 @@ public:
     // While locked, cells are empty: another thread owns the items. Nothing is announced either
     // way; whoever unlocks tells of the folders the owner changed.
     void setItemsLocked(bool locked) { m_itemsLocked = locked; }
-    bool areItemsLocked() const { return m_itemsLocked; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -5,6 +5,7 @@
 #include "WindowFixture.h"
 
 #include "app/AppController.h"
+#include "ui/FolderListModel.h"
 #include "ui/PicTableModel.h"
 
 #include <QAction>
@@ -13,6 +14,8 @@
 #include <QMimeData>
 #include <QSpinBox>
 #include <QTableView>
+#include <QTreeView>
+#include <QDir>
 
 using namespace orv;
 using namespace orv::test;
@@ -141,6 +144,36 @@ TEST_F(EditMenuTest, ADateCopiedFromOneItemIsPastedOntoAnotherAndTheChangedItems
 
     undo();
     EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:00:00"));
+}
+
+TEST_F(EditMenuTest, UndoingAFolderOffsetShowsThatFolderAgain)
+{
+    QDir(dir.path()).mkdir(QStringLiteral("one"));
+    QDir(dir.path()).mkdir(QStringLiteral("two"));
+    TiffSpec tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    buildJpeg({.exif = tags}).write(dir.filePath(QStringLiteral("one")), QStringLiteral("a"));
+    buildJpeg({.exif = tags}).write(dir.filePath(QStringLiteral("two")), QStringLiteral("b"));
+    ASSERT_TRUE(waitForImport([&] {
+        window->importPaths({dir.filePath(QStringLiteral("one")), dir.filePath(QStringLiteral("two"))});
+    }));
+    QTreeView &sidebar = *window->findChild<QTreeView *>();
+    const auto selectFolderRow = [&](int row) {
+        sidebar.selectionModel()->select(window->folderList().index(row, 0),
+                                         QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    };
+    selectFolderRow(1);
+    ASSERT_EQ(shownColumn(PicTableModel::NameColumn), QStringList{"a.jpg"});
+    window->findChild<QSpinBox *>(QStringLiteral("offsetHours"))->setValue(2);
+    selectFolderRow(2);
+    ASSERT_EQ(shownColumn(PicTableModel::NameColumn), QStringList{"b.jpg"});
+
+    undo();
+
+    EXPECT_EQ(shownColumn(PicTableModel::NameColumn), QStringList{"a.jpg"});
+    EXPECT_EQ(times(), QStringList{"10:00:00"});
+    redo();
+    EXPECT_EQ(times(), QStringList{"12:00:00"});
 }
 
 TEST_F(EditMenuTest, DuringASaveTheListReadsNoItemAndNothingChangesAfterwardsNothingOfItIsUndone)
