@@ -16,6 +16,7 @@
 #include <QTableView>
 #include <QTreeView>
 #include <QDir>
+#include <QMenu>
 
 using namespace orv;
 using namespace orv::test;
@@ -144,6 +145,33 @@ TEST_F(EditMenuTest, ADateCopiedFromOneItemIsPastedOntoAnotherAndTheChangedItems
 
     undo();
     EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:00:00"));
+}
+
+TEST_F(EditMenuTest, TheAlignMenuTurnsToSeparatingWhenTheSelectionHoldsIdenticalTimes)
+{
+    writeJpeg(QStringLiteral("a"), "2024:05:01 10:00:00");
+    writeJpeg(QStringLiteral("b"), "2024:05:01 10:00:00");
+    writeJpeg(QStringLiteral("c"), "2024:05:01 10:00:07");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    action("separateModeAction").trigger();
+    auto *align = window->findChild<QMenu *>(QStringLiteral("alignMenu"));
+    const auto infoShown = [align] {
+        return std::any_of(align->actions().cbegin(), align->actions().cend(),
+                           [](const QAction *a) { return !a->isEnabled() && a->text().startsWith("Identical"); });
+    };
+
+    selectRows({"a.jpg", "b.jpg", "c.jpg"}, QStringLiteral("a.jpg"));
+    Q_EMIT align->aboutToShow();
+    EXPECT_EQ(action("alignByMinimizingGaps").text(), QStringLiteral("Separate Identical Times"));
+    EXPECT_TRUE(action("alignByFilename").font().bold());
+    EXPECT_TRUE(infoShown());
+    action("alignByMinimizingGaps").trigger();
+    EXPECT_EQ(times(), (QStringList{"10:00:00", "10:00:01", "10:00:02"}));
+
+    Q_EMIT align->aboutToShow();
+    EXPECT_EQ(action("alignByMinimizingGaps").text(), QStringLiteral("By Minimizing Gaps"));
+    EXPECT_FALSE(action("alignByReversing").font().bold());
+    EXPECT_FALSE(infoShown());
 }
 
 TEST_F(EditMenuTest, UndoingAFolderOffsetShowsThatFolderAgain)
