@@ -96,6 +96,7 @@ void EditActions::addTo(QMenuBar &menuBar)
     m_removeDate = addAction(*edit, tr("Remove Date"), "removeDateAction", &EditActions::removeDate);
     m_removeSelectedDates =
         addAction(*edit, tr("Remove Dates of Selection"), "removeSelectedDatesAction", &EditActions::removeSelectedDates);
+    m_removeAllDates = addAction(*edit, tr("Remove All Changes"), "removeAllDatesAction", &EditActions::removeAllDates);
     edit->addSeparator();
 
     m_alignMenu = edit->addMenu(tr("Align"));
@@ -216,6 +217,9 @@ void EditActions::refresh()
     m_alignMenu->setEnabled(separate);
 
     const QList<MySingleFolder *> folders = m_foldersOnShow();
+    m_removeAllDates->setEnabled(!blocked && std::any_of(folders.cbegin(), folders.cend(), [](const MySingleFolder *f) {
+        return f->isTogetherDateUIModified() || f->singlePicModeImages > 0;
+    }));
     const bool switchable = !blocked && !folders.isEmpty()
                             && std::all_of(folders.cbegin(), folders.cend(), [](const MySingleFolder *f) {
                                    return f->count() > 0 && !f->isEXIFIgnored();
@@ -296,6 +300,19 @@ void EditActions::removeDate()
 void EditActions::removeSelectedDates()
 {
     m_controller.dateChanges().removeSelectedDates(selectedPics(), selectedPic());
+}
+
+// The reset of the mode the folders on show are in.
+void EditActions::removeAllDates()
+{
+    const QList<MySingleFolder *> folders = m_foldersOnShow();
+    QList<MySingleFolder *> together, separate;
+    for (MySingleFolder *folder : folders)
+        (folder->sfEditMode == MySingleFolder::EditTogether ? together : separate).append(folder);
+    if (!together.isEmpty())
+        m_controller.dateChanges().dateValuesReset(together);
+    if (!separate.isEmpty())
+        m_controller.dateChanges().dateValuesResetSingleMode(separate);
 }
 
 void EditActions::realign(int tag)

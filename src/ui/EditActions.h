@@ -56,6 +56,7 @@ private:
     void pasteDate();
     void removeDate();
     void removeSelectedDates();
+    void removeAllDates();
     void realign(int tag);
     void toggleSeparateMode();
     void previousChange();
@@ -74,6 +75,7 @@ private:
     QAction *m_pasteDate = nullptr;
     QAction *m_removeDate = nullptr;
     QAction *m_removeSelectedDates = nullptr;
+    QAction *m_removeAllDates = nullptr;
     QMenu *m_alignMenu = nullptr;
     QList<QAction *> m_alignActions; // by tag, 1 to 13
     QAction *m_collisionInfo = nullptr;

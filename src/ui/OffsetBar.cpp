@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QToolButton>
 
 namespace orv {
 
@@ -49,6 +50,12 @@ OffsetBar::OffsetBar(DateChanges &changes, QWidget *parent)
     layout->addWidget(m_direction);
     for (QSpinBox *field : {m_days, m_hours, m_minutes, m_seconds})
         layout->addWidget(field);
+    auto *reset = new QToolButton(this);
+    reset->setText(tr("Reset"));
+    reset->setObjectName(QStringLiteral("offsetReset"));
+    reset->setToolTip(tr("Take the folder offset back to zero"));
+    connect(reset, &QToolButton::clicked, this, [this] { m_changes.dateValuesReset(m_folders); });
+    layout->addWidget(reset);
     layout->addSpacing(8);
     layout->addWidget(m_note, 1);
     showFolders({});

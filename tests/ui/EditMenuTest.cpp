@@ -14,6 +14,7 @@
 #include <QMimeData>
 #include <QSpinBox>
 #include <QTableView>
+#include <QToolButton>
 #include <QTreeView>
 #include <QDir>
 #include <QMenu>
@@ -115,6 +116,25 @@ TEST_F(EditMenuTest, AnOffsetAnAlignmentAndARemovalAreUndoneAndRedoneFromTheMenu
     EXPECT_FALSE(window->isWindowModified()) << "every change taken back is no change";
     undo();
     EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(EditMenuTest, ResetsTakeBackTheChangesOfEitherModeAsOneStep)
+{
+    importThree();
+    window->findChild<QSpinBox *>(QStringLiteral("offsetHours"))->setValue(3);
+    window->findChild<QToolButton *>(QStringLiteral("offsetReset"))->click();
+    EXPECT_EQ(times(), (QStringList{"10:00:00", "10:00:01", "10:10:00"}));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("Undo Reset Folder Offset"));
+
+    action("separateModeAction").trigger();
+    selectRows({"a.jpg", "b.jpg", "c.jpg"}, QStringLiteral("a.jpg"));
+    action("alignByReversing").trigger();
+    EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:10:00"));
+    ASSERT_TRUE(action("removeAllDatesAction").isEnabled());
+    action("removeAllDatesAction").trigger();
+    EXPECT_EQ(timeOf(QStringLiteral("a.jpg")), QStringLiteral("10:00:00"));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("Undo Reset Dates"));
+    EXPECT_FALSE(action("removeAllDatesAction").isEnabled());
 }
 
 TEST_F(EditMenuTest, ADateCopiedFromOneItemIsPastedOntoAnotherAndTheChangedItemsAreFound)
