@@ -74,6 +74,29 @@ void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderD
         facts.xmp = std::move(infos);
 }
 
+// Values decoded from a PNG text profile have no place in the file. The item keeps offset 0,
+// "none", for each of them, so that no in-place write is ever planned there.
+void forgetPlaces(DatesData &d)
+{
+    for (auto *stamp : {&d.tiffDateTime, &d.exifDateTimeOriginal, &d.exifDateTimeDigitized,
+                        &d.gpsDateStamp}) {
+        if (*stamp)
+            (*stamp)->dateOffset = 0;
+    }
+    for (auto *tag : {&d.exifOffsetTIFFTime, &d.exifOffsetTimeOriginal, &d.exifOffsetTimeDigitized}) {
+        if (*tag)
+            (*tag)->offsetOffset = 0;
+    }
+    if (d.gpsTimeStamp)
+        d.gpsTimeStamp->dateOffset = 0;
+    if (GpsLocationRecord *r = d.gpsLocation ? &*d.gpsLocation : nullptr) {
+        for (quint32 *offset : {&r->latitudeRef_Offset, &r->latitude_Offset, &r->longitudeRef_Offset,
+                                &r->longitude_Offset, &r->altitudeRef_Offset, &r->altitude_Offset,
+                                &r->hPositioningError_Offset})
+            *offset = 0;
+    }
+}
+
 } // namespace
 
 ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
@@ -141,6 +164,8 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     } else if (format != PictFormat && format != GifFormat) {
         facts.dates = reader.savereadDates(file, format);
     }
+    if (facts.dates.place == DatesData::Place::DecodedProfile)
+        forgetPlaces(facts.dates);
     readXmpWhenNeeded(facts, file, reader);
     if (facts.dates.tiffHeader)
         facts.image = reader.imageTags(file, *facts.dates.tiffHeader);

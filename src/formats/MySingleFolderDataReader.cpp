@@ -83,7 +83,27 @@ DatesData MySingleFolderDataReader::savereadDates(const ByteSource &file, int fi
     DatesData result;
     if (const auto header = headerForFormat(file, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
+    else if (fileFormatType == PngFormat)
+        readDatesOfPngProfile(file, result);
     return result;
+}
+
+void MySingleFolderDataReader::readDatesOfPngProfile(const ByteSource &file, DatesData &result)
+{
+    const std::optional<QByteArray> profile = PngLocator(file).rawProfile({"exif", "app1"});
+    if (!profile)
+        return;
+    const MemoryByteSource decoded(*profile);
+    // Most writers keep the APP1 segment's "Exif\0\0" in front of the TIFF header.
+    TiffLocator tiff(decoded);
+    std::optional<TiffHeader> header = tiff.headerAt(0);
+    if (!header && profile->startsWith(QByteArrayView("Exif\0\0", 6)))
+        header = tiff.headerAt(6);
+    if (!header)
+        return;
+    tiff.readDates(*header, result);
+    result.tiffHeader.reset();
+    result.place = DatesData::Place::DecodedProfile;
 }
 
 std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource &file,

@@ -72,6 +72,7 @@ private:
 
     std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,
                                               quint32 startingFrom, DatesData &result);
+    void readDatesOfPngProfile(const ByteSource &file, DatesData &result);
     std::optional<quint32> xmpPacketStart(const ByteSource &file, int fileFormatType,
                                           quint32 startingFrom);
 };
