@@ -107,11 +107,6 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     const QString extension = QFileInfo(path).suffix().toUpper();
     if (fileName == QLatin1String(".DS_Store"))
         return facts;
-    if (extension == QLatin1String("GPX")) {
-        facts.route = ScanFacts::Route::GpxTrack;
-        return facts;
-    }
-
     // One statx for the entry's kind, dates and size; a movie or a file with EXIF ignored never
     // opens here.
     const FileStatus status = FileStatus::of(path);
@@ -122,6 +117,10 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     }
     if (facts.attributes->isDirectory) {
         facts.route = ScanFacts::Route::Directory;
+        return facts;
+    }
+    if (extension == QLatin1String("GPX")) {
+        facts.route = ScanFacts::Route::GpxTrack;
         return facts;
     }
     facts.format = FileFormat::fileFormatTypeForMediumAtPath(path);
@@ -136,6 +135,7 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
 
     // One open and one read of the head serve the content test and every walk below.
     const FileByteSource file(path, status);
+    facts.readable = file.isOpen();
     const std::optional<FormatInfo> content =
         file.isOpen() ? FileFormat::typeStringForImage(file.read(0, 64), file.length(), path)
                       : std::nullopt;

@@ -41,6 +41,8 @@ struct ScanFacts
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
     std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
+    // Known when the scan opened the file (stills); movies are opened by their own reader.
+    std::optional<bool> readable;
     TiffImageTags image;
 };
 

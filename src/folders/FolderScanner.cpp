@@ -38,6 +38,13 @@ struct ReadFile
     std::optional<ImportErrors::Kind> problem;
 };
 
+bool isReadable(const ScanFacts &facts)
+{
+    if (facts.readable)
+        return *facts.readable;
+    return ::access(QFile::encodeName(facts.path).constData(), R_OK) == 0;
+}
+
 ReadFile readFile(const QString &path, bool exifIgnored)
 {
     ReadFile file{PicScanner::readFacts(path, exifIgnored), std::nullopt};
@@ -46,7 +53,7 @@ ReadFile readFile(const QString &path, bool exifIgnored)
         file.problem = ImportErrors::FileVanished;
     } else if (isMediaRoute(facts.route) && facts.attributes->size == 0) {
         file.problem = ImportErrors::FileEmpty;
-    } else if (isMediaRoute(facts.route) && ::access(QFile::encodeName(path).constData(), R_OK) != 0) {
+    } else if (isMediaRoute(facts.route) && !isReadable(facts)) {
         file.problem = ImportErrors::FileUnreadable;
     }
     return file;
@@ -115,15 +122,11 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
             done += 2;
             continue;
         }
-        if (QFileInfo(path).isDir()) {
-            takeSubfolder(path, result);
-            done += 2;
-            continue;
-        }
+        // Subfolders are told apart by the one status each name gets while it is read.
         files.append(path);
     }
     progress(done, total);
-    result.wasStopped = !readAndBuild(directory, files, done, total, progress);
+    result.wasStopped = !readAndBuild(directory, files, done, total, progress, result);
     if (result.wasStopped)
         return result;
 
@@ -191,7 +194,7 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
 }
 
 bool FolderScanner::readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
-                                 const ProgressCallback &progress)
+                                 const ProgressCallback &progress, Result &result)
 {
     const bool exifIgnored = m_folder.isEXIFIgnored();
     QStringList missing;
@@ -204,6 +207,10 @@ bool FolderScanner::readAndBuild(const QString &directory, const QStringList &fi
         done += round.size();
         progress(done, total);
         for (const ReadFile &file : read) {
+            if (file.facts.route == ScanFacts::Route::Directory) {
+                takeSubfolder(file.facts.path, result);
+                continue;
+            }
             if (file.problem == ImportErrors::FileVanished)
                 missing.append(file.facts.path);
             else if (file.problem)

@@ -53,7 +53,7 @@ private:
     std::optional<QStringList> namesToImport(const QString &directory);
     void takeSubfolder(const QString &path, Result &result);
     bool readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
-                      const ProgressCallback &progress);
+                      const ProgressCallback &progress, Result &result);
     void reportMissingFiles(const QString &directory, const QStringList &missing);
 
     MySingleFolder &m_folder;
