@@ -78,8 +78,9 @@ QStringList undecodableNamesIn(const QString &directory)
 
 } // namespace
 
-FolderScanner::FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults)
-    : m_folder(folder), m_questions(questions), m_defaults(defaults)
+FolderScanner::FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults,
+                             ImportScope scope)
+    : m_folder(folder), m_questions(questions), m_defaults(defaults), m_scope(scope)
 {
 }
 
@@ -96,6 +97,7 @@ QStringList FolderScanner::namesIn(const QString &directory)
 FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progress)
 {
     Result result;
+    result.isPartial = m_scope.isPartial && !m_scope.isWidening;
     m_folder.importErrors.clear();
     prepareImportOptions();
 
@@ -106,7 +108,7 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
                                   m_folder.sfFolderPath);
         return result;
     }
-    const std::optional<QStringList> names = namesToImport(directory);
+    const std::optional<QStringList> names = namesToImport(directory, result);
     if (!names)
         return result;
 
@@ -130,12 +132,6 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
     if (result.wasStopped)
         return result;
 
-    if (m_folder.isAdvancedOver)
-        m_folder.isAdvanced = m_folder.isAdvancedOver = false;
-    if (m_folder.wasChangedFromImportFilter) {
-        m_folder.isAdvanced = true;
-        m_folder.wasChangedFromImportFilter = false;
-    }
     // File groups (RAW+JPG, Live Photos) and the sidecar matching join here, over the staged items.
     return result;
 }
@@ -154,11 +150,13 @@ void FolderScanner::prepareImportOptions()
     m_folder.perFolderImportOptions = run;
 }
 
-std::optional<QStringList> FolderScanner::namesToImport(const QString &directory)
+std::optional<QStringList> FolderScanner::namesToImport(const QString &directory, Result &result)
 {
-    if (std::optional<QStringList> batch = m_folder.takeImagesToImport()) {
-        m_folder.isAdvanced = true;
-        return batch;
+    if (std::optional<MySingleFolder::ImportBatch> batch = m_folder.takeImagesToImport()) {
+        // A batch of names makes the folder partial, unless it is every name of a widening;
+        // then the folder is whole unless the filter left some of them out.
+        result.isPartial = !m_scope.isWidening || batch->narrowedByFilter;
+        return batch->names;
     }
     if (!FolderToken::isAccessible(directory)) {
         m_folder.importErrors.add(ImportErrors::FolderUnreadable, directory);
@@ -170,13 +168,13 @@ std::optional<QStringList> FolderScanner::namesToImport(const QString &directory
     const KeyStatesAtImport &keys = m_folder.keyStatesAtImport;
     const QStringList kept = ImportFilter(keys.tioFilterValues, keys.tioFilterType).filteredPaths(names, directory);
     if (kept.size() < names.size())
-        m_folder.wasChangedFromImportFilter = true;
+        result.isPartial = true;
     return kept;
 }
 
 void FolderScanner::takeSubfolder(const QString &path, Result &result)
 {
-    if (m_folder.isAdvanced && !m_folder.isAdvancedOver)
+    if (m_scope.isPartial && !m_scope.isWidening)
         return;
     if (!m_defaults.subfoldersEnabledFor(m_folder.keyStatesAtImport) && m_folder.importDepth == 0)
         return;
