@@ -8,7 +8,7 @@ set -euo pipefail
 source "$(dirname "$0")/common.sh"
 count=${1:-5000}
 work=$(mktemp -d /tmp/orvelle-scan-bench.XXXXXX)
-trap 'rm -rf "$work"' EXIT
+trap 'rm -rf "$work" "$work.json" "$work.strace"' EXIT
 
 fill_with_jpegs "$work" "$count" +1M
 files=("$work"/*.jpg)

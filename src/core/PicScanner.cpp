@@ -67,6 +67,13 @@ void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderD
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
     XmpDateInfos infos = reader.savereadXMPDates(file, readerFormat, start.value_or(0));
+    if (infos.empty() && format == PngFormat) {
+        // A packet kept as a decoded text profile has no place in the file: offset 0, "none",
+        // keeps every in-place write away from it.
+        infos = reader.savereadXMPDatesOfPngProfile(file).value_or(XmpDateInfos{});
+        for (auto &[key, record] : infos)
+            record.offset = 0;
+    }
     // A packet counts only when it can give the item a date.
     const bool hasCreaOrDigi = XmpDates::hasXmpCrea(infos) || XmpDates::hasXmpDigi(infos);
     const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(infos);

@@ -152,6 +152,18 @@ XmpDateInfos MySingleFolderDataReader::savereadXMPDates(const ByteSource &file,
     return XmpLocator(file).readDates(*start);
 }
 
+std::optional<XmpDateInfos>
+MySingleFolderDataReader::savereadXMPDatesOfPngProfile(const ByteSource &file)
+{
+    const std::optional<QByteArray> profile = PngLocator(file).rawProfile({"xmp"});
+    if (!profile)
+        return std::nullopt;
+    const MemoryByteSource decoded(*profile);
+    XmpLocator xmp(decoded);
+    const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(0);
+    return start ? std::optional(xmp.readDates(*start)) : std::nullopt;
+}
+
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString &path,
                                                                    quint32 startingFrom)
 {

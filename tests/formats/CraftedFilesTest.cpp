@@ -322,38 +322,12 @@ TEST_P(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
     }
 }
 
-// "Raw profile type exif": the APP1 payload as hex text behind a length line, in a text chunk.
-QByteArray rawProfileChunk(const QByteArray &type, const QByteArray &payload,
-                           qsizetype declaredLength = -1)
-{
-    const qsizetype length = declaredLength < 0 ? payload.size() : declaredLength;
-    QByteArray text = "\nexif\n" + QByteArray::number(length).rightJustified(8, ' ') + '\n';
-    const QByteArray hex = payload.toHex();
-    for (qsizetype at = 0; at < hex.size(); at += 72)
-        text += hex.mid(at, 72) + '\n';
-    const QByteArray deflated = qCompress(text).mid(4); // a zlib stream behind Qt's length
-    QByteArray data = "Raw profile type exif" + QByteArray(1, '\0');
-    if (type == "tEXt")
-        data += text;
-    else if (type == "zTXt")
-        data += QByteArray(1, '\0') + deflated;
-    else // iTXt: compressed, method 0, no language, no translated keyword
-        data += QByteArray("\x01\0\0\0", 4) + deflated;
-    QByteArray chunk(4, '\0');
-    qToBigEndian<quint32>(quint32(data.size()), chunk.data());
-    chunk += type + data;
-    QByteArray crc(4, '\0');
-    qToBigEndian<quint32>(pngChunkCrc(type + data), crc.data());
-    return chunk + crc;
-}
-
 TEST_P(CraftedFile, PngExifInARawProfileTextIsReadButHasNoPlaceToWrite)
 {
-    const MediaFile exif = buildExifBlock(originalDate(ByteOrder::Motorola));
+    const QByteArray payload =
+        "Exif" + QByteArray(2, '\0') + buildExifBlock(originalDate(ByteOrder::Motorola)).bytes;
     for (const QByteArray type : {"tEXt", "zTXt", "iTXt"}) {
-        MediaFile file = buildPng({});
-        // After the signature and IHDR, where converters put it.
-        file.bytes.insert(33, rawProfileChunk(type, "Exif" + QByteArray(2, '\0') + exif.bytes));
+        const MediaFile file = buildPng({.rawProfiles = {{"exif", payload, type}}});
         const DatesData dates = readDates(file, PngFormat);
         ASSERT_TRUE(dates.exifDateTimeOriginal) << type.constData();
         EXPECT_EQ(dates.exifDateTimeOriginal->dateData, Stamp::text(dateStamp).bytes);
@@ -364,10 +338,17 @@ TEST_P(CraftedFile, PngExifInARawProfileTextIsReadButHasNoPlaceToWrite)
             << type.constData();
     }
     // A profile with fewer hex digits than its length line names decodes to nothing.
-    MediaFile cut = buildPng({});
-    const QByteArray payload = "Exif" + QByteArray(2, '\0') + exif.bytes;
-    cut.bytes.insert(33, rawProfileChunk("zTXt", payload, payload.size() + 1));
+    const MediaFile cut = buildPng({.rawProfiles = {{"exif", payload, "zTXt", payload.size() + 1}}});
     EXPECT_FALSE(readDates(cut, PngFormat).exifDateTimeOriginal);
+
+    const MediaFile xmp = buildPng({.rawProfiles = {
+        {"xmp", buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}}}).bytes, "zTXt"}}});
+    const std::optional<XmpDateInfos> infos =
+        MySingleFolderDataReader().savereadXMPDatesOfPngProfile(source(xmp));
+    ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
+    EXPECT_EQ(infos->at("XmpCreateDate").data, "2024-05-01T10:00:00");
+    EXPECT_EQ(exiftoolTags(write(xmp), ExiftoolGroups::Family1).string("XMP-xmp:CreateDate"),
+              "2024:05:01 10:00:00");
 }
 
 TEST_P(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
