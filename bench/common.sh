@@ -5,11 +5,12 @@ cli=${ORV_CLI:-$root/build/src/orvelle-cli}
 app=${ORV_APP:-$root/build/src/orvelle}
 corpus=${ORV_CORPUS_DIR:-$root/../shared/corpus}
 
-# fill_with_jpegs DIR COUNT: COUNT copies of the corpus JPEGs, named IMG_00000.jpg and on.
+# fill_with_jpegs DIR COUNT [MIN_SIZE]: COUNT copies of the corpus JPEGs (of at least MIN_SIZE,
+# a find -size argument, default any non-empty file), named IMG_00000.jpg and on.
 fill_with_jpegs() {
-  local dir=$1 count=$2 i
+  local dir=$1 count=$2 min_size=${3:-+0} i
   # Empty files in the corpus would only measure the error path.
-  mapfile -t sources < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) -size +0 | sort)
+  mapfile -t sources < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) -size "$min_size" | sort)
   [ ${#sources[@]} -gt 0 ] || { echo "no JPEGs under $corpus" >&2; exit 1; }
   mkdir -p "$dir"
   for ((i = 0; i < count; i++)); do

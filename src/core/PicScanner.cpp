@@ -67,6 +67,13 @@ void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderD
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
     XmpDateInfos infos = reader.savereadXMPDates(file, readerFormat, start.value_or(0));
+    if (infos.empty() && format == PngFormat) {
+        // A packet kept as a decoded text profile has no place in the file: offset 0, "none",
+        // keeps every in-place write away from it.
+        infos = reader.savereadXMPDatesOfPngProfile(file).value_or(XmpDateInfos{});
+        for (auto &[key, record] : infos)
+            record.offset = 0;
+    }
     // A packet counts only when it can give the item a date.
     const bool hasCreaOrDigi = XmpDates::hasXmpCrea(infos) || XmpDates::hasXmpDigi(infos);
     const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(infos);
@@ -90,6 +97,29 @@ void readMovieHeader(ScanFacts &facts, const FileStatus &status)
     default:
         facts.riff = reader.riffHeaderDataForMovie(file);
         break;
+    }
+}
+
+// Values decoded from a PNG text profile have no place in the file. The item keeps offset 0,
+// "none", for each of them, so that no in-place write is ever planned there.
+void forgetPlaces(DatesData &d)
+{
+    for (auto *stamp : {&d.tiffDateTime, &d.exifDateTimeOriginal, &d.exifDateTimeDigitized,
+                        &d.gpsDateStamp}) {
+        if (*stamp)
+            (*stamp)->dateOffset = 0;
+    }
+    for (auto *tag : {&d.exifOffsetTIFFTime, &d.exifOffsetTimeOriginal, &d.exifOffsetTimeDigitized}) {
+        if (*tag)
+            (*tag)->offsetOffset = 0;
+    }
+    if (d.gpsTimeStamp)
+        d.gpsTimeStamp->dateOffset = 0;
+    if (GpsLocationRecord *r = d.gpsLocation ? &*d.gpsLocation : nullptr) {
+        for (quint32 *offset : {&r->latitudeRef_Offset, &r->latitude_Offset, &r->longitudeRef_Offset,
+                                &r->longitude_Offset, &r->altitudeRef_Offset, &r->altitude_Offset,
+                                &r->hPositioningError_Offset})
+            *offset = 0;
     }
 }
 
@@ -120,6 +150,10 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
         facts.route = ScanFacts::Route::Directory;
         return facts;
     }
+    if (extension == QLatin1String("GPX")) {
+        facts.route = ScanFacts::Route::GpxTrack;
+        return facts;
+    }
     facts.format = FileFormat::fileFormatTypeForMediumAtPath(path);
     if (FileFormat::isMovieType(facts.format.fileFormatType) || extension == QLatin1String("MTS")) {
         facts.route = ScanFacts::Route::Movie;
@@ -134,6 +168,7 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
 
     // One open and one read of the head serve the content test and every walk below.
     const FileByteSource file(path, status);
+    facts.readable = file.isOpen();
     const std::optional<FormatInfo> content =
         file.isOpen() ? FileFormat::typeStringForImage(file.read(0, 64), file.length(), path)
                       : std::nullopt;
@@ -162,6 +197,8 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     } else if (format != PictFormat && format != GifFormat) {
         facts.dates = reader.savereadDates(file, format);
     }
+    if (facts.dates.place == DatesData::Place::DecodedProfile)
+        forgetPlaces(facts.dates);
     readXmpWhenNeeded(facts, file, reader);
     if (facts.dates.tiffHeader)
         facts.image = reader.imageTags(file, *facts.dates.tiffHeader);

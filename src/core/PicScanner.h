@@ -43,6 +43,8 @@ struct ScanFacts
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
     std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
+    // Known when the scan opened the file (stills); movies are opened by their own reader.
+    std::optional<bool> readable;
     TiffImageTags image;
     // A movie's header: QuickTime and MPEG-4 boxes, or an AVI's RIFF chunks.
     std::optional<MovieHeaderData> movie;

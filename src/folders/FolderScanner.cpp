@@ -38,6 +38,13 @@ struct ReadFile
     std::optional<ImportErrors::Kind> problem;
 };
 
+bool isReadable(const ScanFacts &facts)
+{
+    if (facts.readable)
+        return *facts.readable;
+    return ::access(QFile::encodeName(facts.path).constData(), R_OK) == 0;
+}
+
 ReadFile readFile(const QString &path, bool exifIgnored)
 {
     ReadFile file{PicScanner::readFacts(path, exifIgnored), std::nullopt};
@@ -46,7 +53,7 @@ ReadFile readFile(const QString &path, bool exifIgnored)
         file.problem = ImportErrors::FileVanished;
     } else if (isMediaRoute(facts.route) && facts.attributes->size == 0) {
         file.problem = ImportErrors::FileEmpty;
-    } else if (isMediaRoute(facts.route) && ::access(QFile::encodeName(path).constData(), R_OK) != 0) {
+    } else if (isMediaRoute(facts.route) && !isReadable(facts)) {
         file.problem = ImportErrors::FileUnreadable;
     }
     return file;
@@ -71,8 +78,9 @@ QStringList undecodableNamesIn(const QString &directory)
 
 } // namespace
 
-FolderScanner::FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults)
-    : m_folder(folder), m_questions(questions), m_defaults(defaults)
+FolderScanner::FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults,
+                             ImportScope scope)
+    : m_folder(folder), m_questions(questions), m_defaults(defaults), m_scope(scope)
 {
 }
 
@@ -89,6 +97,7 @@ QStringList FolderScanner::namesIn(const QString &directory)
 FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progress)
 {
     Result result;
+    result.isPartial = m_scope.isPartial && !m_scope.isWidening;
     m_folder.importErrors.clear();
     prepareImportOptions();
 
@@ -99,7 +108,7 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
                                   m_folder.sfFolderPath);
         return result;
     }
-    const std::optional<QStringList> names = namesToImport(directory);
+    const std::optional<QStringList> names = namesToImport(directory, result);
     if (!names)
         return result;
 
@@ -115,24 +124,14 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
             done += 2;
             continue;
         }
-        if (QFileInfo(path).isDir()) {
-            takeSubfolder(path, result);
-            done += 2;
-            continue;
-        }
+        // Subfolders are told apart by the one status each name gets while it is read.
         files.append(path);
     }
     progress(done, total);
-    result.wasStopped = !readAndBuild(directory, files, done, total, progress);
+    result.wasStopped = !readAndBuild(directory, files, done, total, progress, result);
     if (result.wasStopped)
         return result;
 
-    if (m_folder.isAdvancedOver)
-        m_folder.isAdvanced = m_folder.isAdvancedOver = false;
-    if (m_folder.wasChangedFromImportFilter) {
-        m_folder.isAdvanced = true;
-        m_folder.wasChangedFromImportFilter = false;
-    }
     // File groups (RAW+JPG, Live Photos) and the sidecar matching join here, over the staged items.
     return result;
 }
@@ -151,11 +150,13 @@ void FolderScanner::prepareImportOptions()
     m_folder.perFolderImportOptions = run;
 }
 
-std::optional<QStringList> FolderScanner::namesToImport(const QString &directory)
+std::optional<QStringList> FolderScanner::namesToImport(const QString &directory, Result &result)
 {
-    if (std::optional<QStringList> batch = m_folder.takeImagesToImport()) {
-        m_folder.isAdvanced = true;
-        return batch;
+    if (std::optional<MySingleFolder::ImportBatch> batch = m_folder.takeImagesToImport()) {
+        // A batch of names makes the folder partial, unless it is every name of a widening;
+        // then the folder is whole unless the filter left some of them out.
+        result.isPartial = !m_scope.isWidening || batch->narrowedByFilter;
+        return batch->names;
     }
     if (!FolderToken::isAccessible(directory)) {
         m_folder.importErrors.add(ImportErrors::FolderUnreadable, directory);
@@ -167,13 +168,13 @@ std::optional<QStringList> FolderScanner::namesToImport(const QString &directory
     const KeyStatesAtImport &keys = m_folder.keyStatesAtImport;
     const QStringList kept = ImportFilter(keys.tioFilterValues, keys.tioFilterType).filteredPaths(names, directory);
     if (kept.size() < names.size())
-        m_folder.wasChangedFromImportFilter = true;
+        result.isPartial = true;
     return kept;
 }
 
 void FolderScanner::takeSubfolder(const QString &path, Result &result)
 {
-    if (m_folder.isAdvanced && !m_folder.isAdvancedOver)
+    if (m_scope.isPartial && !m_scope.isWidening)
         return;
     if (!m_defaults.subfoldersEnabledFor(m_folder.keyStatesAtImport) && m_folder.importDepth == 0)
         return;
@@ -191,7 +192,7 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
 }
 
 bool FolderScanner::readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
-                                 const ProgressCallback &progress)
+                                 const ProgressCallback &progress, Result &result)
 {
     const bool exifIgnored = m_folder.isEXIFIgnored();
     QStringList missing;
@@ -204,6 +205,10 @@ bool FolderScanner::readAndBuild(const QString &directory, const QStringList &fi
         done += round.size();
         progress(done, total);
         for (const ReadFile &file : read) {
+            if (file.facts.route == ScanFacts::Route::Directory) {
+                takeSubfolder(file.facts.path, result);
+                continue;
+            }
             if (file.problem == ImportErrors::FileVanished)
                 missing.append(file.facts.path);
             else if (file.problem)

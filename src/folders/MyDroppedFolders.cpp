@@ -403,7 +403,14 @@ void MyDroppedFolders::continueAnalyseThread()
 
         const ImportDefaults defaults = ImportDefaults::fromPreferences(m_prefs);
         OwnerThreadQuestions questions(*this, *folder);
-        FolderScanner scanner(*folder, questions, defaults);
+        // The folder's extent belongs to the main thread, where a drop may change it while
+        // this scan runs; the scan works on what it was when it began.
+        FolderScanner::ImportScope scope;
+        runOnOwnerThread([folder, &scope] {
+            scope = {folder->isAdvanced, folder->isAdvancedOver};
+            folder->isAdvancedOver = false;
+        });
+        FolderScanner scanner(*folder, questions, defaults, scope);
         const FolderScanner::Result result = scanner.updatePicData(
             [this, folder](qint64 done, qint64 total) { reportProgress(*folder, done, total); });
         runOnOwnerThread([this, folder, &result] { importCompletedWithSubfolders(folder, result); });
@@ -443,6 +450,7 @@ void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, con
         discardStoppedImport(folder);
         return;
     }
+    folder->isAdvanced = result.isPartial;
     const qint64 steps = importProgress().stepsTotal;
     if (steps > 0)
         reportProgress(*folder, steps, steps);

@@ -113,12 +113,10 @@ void MySingleFolder::addImagesToImport(const QStringList &names, const ImportFil
 {
     const QStringList kept = filter.filteredPaths(names, sfFolderPath);
     QMutexLocker locker(&m_imagesToImportLock);
-    m_imagesToImport.append(kept);
-    if (kept.size() < names.size())
-        wasChangedFromImportFilter = true;
+    m_imagesToImport.append(ImportBatch{kept, kept.size() < names.size()});
 }
 
-std::optional<QStringList> MySingleFolder::takeImagesToImport()
+std::optional<MySingleFolder::ImportBatch> MySingleFolder::takeImagesToImport()
 {
     QMutexLocker locker(&m_imagesToImportLock);
     if (m_imagesToImport.isEmpty())

@@ -85,9 +85,10 @@ public:
     bool isEXIFIgnored() const { return modifyImportBecauseOfCommand >= 3; }
     bool isImportSheetDone = false;
     bool isMovieImportSheetDone = false;
+    // Both written on the main thread only: a scan reads them in its ImportScope, taken when it
+    // starts, and its result sets them when it is published.
     bool isAdvanced = false;     // holds only some of the directory's files
     bool isAdvancedOver = false; // a partial folder being widened to the whole directory
-    bool wasChangedFromImportFilter = false;
     std::atomic<bool> shouldStopImport{false};
     KeyStatesAtImport keyStatesAtImport;
     ImportOptions perFolderImportOptions;
@@ -107,7 +108,13 @@ public:
 
     // Batches of file names waiting for a partial import, guarded by their own lock.
     void addImagesToImport(const QStringList &names, const ImportFilter &filter);
-    std::optional<QStringList> takeImagesToImport();
+    // A batch of names to import, and whether the import filter left some of them out.
+    struct ImportBatch
+    {
+        QStringList names;
+        bool narrowedByFilter = false;
+    };
+    std::optional<ImportBatch> takeImagesToImport();
     bool hasImagesToImport() const;
     void clearImagesToImport();
 
@@ -234,7 +241,7 @@ public:
 private:
     std::vector<std::unique_ptr<MySinglePic>> m_ownedPics;
     mutable QMutex m_imagesToImportLock;
-    QList<QStringList> m_imagesToImport;
+    QList<ImportBatch> m_imagesToImport;
     QMutex m_accessLock;
 };
 

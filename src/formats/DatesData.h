@@ -17,6 +17,12 @@ namespace orv {
 // made only where the item's attributes are filled.
 struct DatesData
 {
+    // Where the values' bytes stand. A PNG may keep its EXIF as hex text in a compressed chunk;
+    // the values are read from the decoded bytes, and their offsets count in those, where no
+    // in-place write can reach them.
+    enum class Place { File, DecodedProfile };
+
+    Place place = Place::File;
     std::optional<StampRecord> tiffDateTime;
     std::optional<StampRecord> exifDateTimeOriginal;
     std::optional<StampRecord> exifDateTimeDigitized;
@@ -27,6 +33,7 @@ struct DatesData
     std::optional<StampRecord> gpsDateStamp;
     std::optional<GpsLocationRecord> gpsLocation;
 
+    // Only for values in the file.
     std::optional<TiffHeader> tiffHeader;
     // Start of the XMP packet of a CR3 file, which has no single TIFF header.
     std::optional<quint32> cr3XmpOffset;

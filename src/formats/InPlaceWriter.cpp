@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <cmath>
-#include <ranges>
 #include <unistd.h>
 
 namespace orv {
@@ -32,8 +31,9 @@ bool InPlaceWriter::synchronize()
 
 void InPlaceWriter::undoApplied()
 {
-    for (const ByteEdit &edit : std::views::reverse(m_applied))
-        writeAt(edit.offset, edit.previous);
+    // Newest first; plain reverse iterators, since clang 14 cannot compile libstdc++ 12's views.
+    for (auto edit = m_applied.rbegin(); edit != m_applied.rend(); ++edit)
+        writeAt(edit->offset, edit->previous);
     m_applied.clear();
 }
 

@@ -96,7 +96,27 @@ DatesData MySingleFolderDataReader::savereadDates(const ByteSource &file, int fi
     }
     if (const auto header = headerForFormat(file, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
+    else if (fileFormatType == PngFormat)
+        readDatesOfPngProfile(file, result);
     return result;
+}
+
+void MySingleFolderDataReader::readDatesOfPngProfile(const ByteSource &file, DatesData &result)
+{
+    const std::optional<QByteArray> profile = PngLocator(file).rawProfile({"exif", "app1"});
+    if (!profile)
+        return;
+    const MemoryByteSource decoded(*profile);
+    // Most writers keep the APP1 segment's "Exif\0\0" in front of the TIFF header.
+    TiffLocator tiff(decoded);
+    std::optional<TiffHeader> header = tiff.headerAt(0);
+    if (!header && profile->startsWith(QByteArrayView("Exif\0\0", 6)))
+        header = tiff.headerAt(6);
+    if (!header)
+        return;
+    tiff.readDates(*header, result);
+    result.tiffHeader.reset();
+    result.place = DatesData::Place::DecodedProfile;
 }
 
 std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource &file,
@@ -143,6 +163,18 @@ XmpDateInfos MySingleFolderDataReader::savereadXMPDates(const ByteSource &file,
     if (!start || *start >= firstInvalidXmpOffset)
         return XmpDateInfos{};
     return XmpLocator(file).readDates(*start);
+}
+
+std::optional<XmpDateInfos>
+MySingleFolderDataReader::savereadXMPDatesOfPngProfile(const ByteSource &file)
+{
+    const std::optional<QByteArray> profile = PngLocator(file).rawProfile({"xmp"});
+    if (!profile)
+        return std::nullopt;
+    const MemoryByteSource decoded(*profile);
+    XmpLocator xmp(decoded);
+    const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(0);
+    return start ? std::optional(xmp.readDates(*start)) : std::nullopt;
 }
 
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString &path,

@@ -39,6 +39,9 @@ public:
                                                        quint32 startingFrom);
     XmpDateInfos savereadXMPDates(const ByteSource &file, int fileFormatType,
                                   quint32 startingFrom);
+    // The stamps of a PNG's "Raw profile type xmp" text chunk. Their offsets count in the
+    // decoded packet, where no in-place write can reach; nothing when the PNG has no such chunk.
+    std::optional<XmpDateInfos> savereadXMPDatesOfPngProfile(const ByteSource &file);
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
@@ -66,6 +69,7 @@ private:
 
     std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,
                                               quint32 startingFrom, DatesData &result);
+    void readDatesOfPngProfile(const ByteSource &file, DatesData &result);
     std::optional<quint32> xmpPacketStart(const ByteSource &file, int fileFormatType,
                                           quint32 startingFrom);
 };

@@ -4,6 +4,8 @@
 
 #include <zlib.h>
 
+#include <algorithm>
+
 namespace orv {
 
 namespace {
@@ -11,6 +13,73 @@ constexpr qint64 signatureLength = 8;
 constexpr qint64 chunkFrame = 12; // length, type and CRC around the data
 // The iTXt keyword "XML:com.adobe.xmp" follows length and type; ".xmp" ends it.
 constexpr qint64 xmpKeywordEnd = 25;
+
+// A profile larger than this is no metadata but damage.
+constexpr qint64 maxProfileText = 16 * 1024 * 1024;
+
+std::optional<QByteArray> inflated(QByteArrayView compressed)
+{
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK)
+        return std::nullopt;
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(compressed.data()));
+    stream.avail_in = uInt(compressed.size());
+    QByteArray out;
+    int status = Z_OK;
+    while (status == Z_OK && out.size() < maxProfileText) {
+        const qsizetype done = out.size();
+        out.resize(done + 65536);
+        stream.next_out = reinterpret_cast<Bytef *>(out.data() + done);
+        stream.avail_out = 65536;
+        status = inflate(&stream, Z_NO_FLUSH);
+        out.resize(done + 65536 - stream.avail_out);
+    }
+    inflateEnd(&stream);
+    if (status != Z_STREAM_END)
+        return std::nullopt;
+    return out;
+}
+
+// The text of a tEXt, zTXt or iTXt chunk whose keyword is `keyword`, inflated when compressed.
+std::optional<QByteArray> chunkText(const QByteArray &type, const QByteArray &data)
+{
+    const qsizetype nul = data.indexOf('\0');
+    if (nul < 0)
+        return std::nullopt;
+    if (type == "tEXt")
+        return data.mid(nul + 1);
+    if (type == "zTXt")
+        return inflated(QByteArrayView(data).sliced(qMin(nul + 2, data.size())));
+    // iTXt: compression flag and method, then language and translated keyword, each ended by NUL.
+    if (nul + 3 > data.size())
+        return std::nullopt;
+    const bool compressed = data[nul + 1] != 0;
+    const qsizetype language = data.indexOf('\0', nul + 3);
+    const qsizetype translated = language < 0 ? -1 : data.indexOf('\0', language + 1);
+    if (translated < 0)
+        return std::nullopt;
+    const QByteArrayView text = QByteArrayView(data).sliced(translated + 1);
+    return compressed ? inflated(text) : std::optional(text.toByteArray());
+}
+
+// "\n<name>\n<blanks><decimal length>\n<hex digits in lines>".
+std::optional<QByteArray> decodedProfile(const QByteArray &text)
+{
+    const QList<QByteArray> lines = text.trimmed().split('\n');
+    if (lines.size() < 3)
+        return std::nullopt;
+    bool ok = false;
+    const qint64 length = lines[1].trimmed().toLongLong(&ok);
+    if (!ok || length <= 0 || length > maxProfileText)
+        return std::nullopt;
+    QByteArray hex;
+    hex.reserve(length * 2);
+    for (qsizetype i = 2; i < lines.size(); ++i)
+        hex += lines[i].trimmed();
+    if (hex.size() < length * 2)
+        return std::nullopt;
+    return QByteArray::fromHex(hex.left(length * 2));
+}
 
 bool isXmpChunk(const QByteArray &head)
 {
@@ -74,6 +143,32 @@ QMap<QString, QString> PngLocator::tEXtData()
         return true;
     });
     return texts;
+}
+
+std::optional<QByteArray> PngLocator::rawProfile(std::initializer_list<QByteArrayView> names)
+{
+    std::optional<QByteArray> profile;
+    forEachChunk([&](const Chunk &chunk) {
+        if (chunk.type == "IEND")
+            return false;
+        if (chunk.type != "tEXt" && chunk.type != "zTXt" && chunk.type != "iTXt")
+            return true;
+        const QByteArray keyword = m_file.read(chunk.offset + 8, 80);
+        const qsizetype nul = keyword.indexOf('\0');
+        const QByteArray name = keyword.left(nul < 0 ? 0 : nul);
+        if (!name.startsWith("Raw profile type "))
+            return true;
+        const QByteArray profileName = name.mid(17).toLower();
+        if (std::none_of(names.begin(), names.end(),
+                         [&](QByteArrayView wanted) { return profileName == wanted; }))
+            return true;
+        if (chunk.length > maxProfileText)
+            return true;
+        const std::optional<QByteArray> text = chunkText(chunk.type, m_file.read(chunk.offset + 8, chunk.length));
+        profile = text ? decodedProfile(*text) : std::nullopt;
+        return !profile;
+    });
+    return profile;
 }
 
 std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)

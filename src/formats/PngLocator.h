@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <initializer_list>
 #include <optional>
 
 namespace orv {
@@ -26,6 +27,10 @@ public:
     std::optional<quint32> xmpStartOffset();
     // All tEXt chunks up to IEND: keyword to text, empty ones dropped.
     QMap<QString, QString> tEXtData();
+    // The bytes of a "Raw profile type <name>" text chunk (tEXt, zTXt or iTXt, compressed or
+    // not), as some converters keep EXIF ("exif", "APP1") and XMP ("xmp") in a PNG: hex digits
+    // behind a header line with the length. Nothing when no such chunk decodes.
+    std::optional<QByteArray> rawProfile(std::initializer_list<QByteArrayView> names);
 
     // After a date was written in place into a chunk, its CRC must follow, or the PNG is
     // invalid. The CRC of the eXIf or XMP iTXt chunk as its bytes stand now, as an edit of the

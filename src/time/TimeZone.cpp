@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace orv {
@@ -16,9 +17,20 @@ QDateTime utcDateTime(Instant at)
 
 } // namespace
 
+// Asking the system for its zone costs three file system calls, and a scan asks several times
+// per file. Each thread keeps the answer for a second: a zone changed by the user (a traveller's
+// laptop) is still seen at once on a human scale.
 TimeZone TimeZone::systemZone()
 {
-    return TimeZone(QTimeZone::systemTimeZone());
+    using Clock = std::chrono::steady_clock;
+    thread_local std::optional<TimeZone> cached;
+    thread_local Clock::time_point takenAt;
+    const Clock::time_point now = Clock::now();
+    if (!cached || now - takenAt > std::chrono::seconds(1)) {
+        cached = TimeZone(QTimeZone::systemTimeZone());
+        takenAt = now;
+    }
+    return *cached;
 }
 
 TimeZone TimeZone::utc()

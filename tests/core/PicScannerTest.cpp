@@ -280,3 +280,25 @@ TEST_F(PicScannerTest, TiffFindsItsXmpDatesThroughIfd0)
     EXPECT_TRUE(pic->isDigiXmp);
     EXPECT_TRUE(pic->isDataSourceLocal()) << "a stamp without zone is local";
 }
+
+// A PNG whose EXIF or XMP is kept as a raw profile in a compressed text chunk: its dates count,
+// and offset 0 keeps every in-place write away from them.
+TEST_F(PicScannerTest, APngRawProfileGivesTheDateButNoPlaceToWriteIt)
+{
+    const QByteArray exif = "Exif" + QByteArray(2, '\0') + buildExifBlock(withOriginal()).bytes;
+    const auto fromExif = scan(buildPng({.rawProfiles = {{"exif", exif, "zTXt"}}}), "exif");
+    ASSERT_TRUE(fromExif);
+    EXPECT_EQ(fromExif->spType, SpTypeExifOriginal);
+    ASSERT_TRUE(fromExif->singlePicAttributes.ExifDateTimeOriginal);
+    EXPECT_EQ(fromExif->singlePicAttributes.ExifDateTimeOriginal->dateOffset, 0u);
+    EXPECT_EQ(fromExif->tiffHeaderStartOffset, 0xFFFFFFFFu);
+
+    const XmpPacket packet = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00Z"}}});
+    const auto fromXmp = scan(buildPng({.rawProfiles = {{"xmp", packet.bytes, "iTXt"}}}), "xmp");
+    ASSERT_TRUE(fromXmp);
+    EXPECT_TRUE(fromXmp->isDigiXmp) << "xmp:CreateDate fills the digitized slot";
+    EXPECT_EQ(fromXmp->spDateTimeOriginal, may1At10);
+    const std::optional<XmpDateInfos> &infos = fromXmp->singlePicAttributes.xmpDateInfos;
+    ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
+    EXPECT_EQ(infos->at("XmpCreateDate").offset, 0u);
+}

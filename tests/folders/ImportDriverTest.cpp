@@ -104,7 +104,6 @@ TEST_F(ImportFixture, AFilterThatRemovesSomethingMakesThePartialFolderAndSidecar
     const MySingleFolder *f = driver.droppedFolders().first();
     EXPECT_EQ(itemNames(*f), (QStringList{QStringLiteral("keep.jpg"), QStringLiteral("other.jpg")}));
     EXPECT_TRUE(f->isAdvanced) << "a filtered folder counts as partial";
-    EXPECT_FALSE(f->wasChangedFromImportFilter);
     EXPECT_TRUE(f->xmpSidecarPaths.contains(root.filePath(QStringLiteral("f/keep.xmp"))));
 }
 
@@ -151,6 +150,29 @@ TEST_F(ImportFixture, SingleFilesMakeAPartialFolderThatTheWholeFolderCompletesWi
     EXPECT_FALSE(f->isAdvancedOver);
     EXPECT_EQ(itemNames(*f), (QStringList{QStringLiteral("b.jpg"), QStringLiteral("a.jpg"), QStringLiteral("c.jpg")}));
     EXPECT_EQ(f->sfPics, 3);
+}
+
+// The folder is dropped again while the scan of its single file waits for a question: the
+// second drop widens it, and the first scan's end must not take that back.
+TEST_F(ImportFixture, TheWholeFolderDroppedDuringThePartialScanMakesItWhole)
+{
+    prefs.overrideForThisRun(QStringLiteral("isAdvanced"), QStringLiteral("1"));
+    const QString b = blankPhoto(QStringLiteral("f"), QStringLiteral("b"));
+    photo(QStringLiteral("f"), QStringLiteral("a"));
+    photo(QStringLiteral("f"), QStringLiteral("c"));
+    answers.whileAsked = [this] {
+        answers.whileAsked = nullptr;
+        const std::optional<DropEntry> whole = DropEntry::pathAndBookmarkFromAccessable(folder(QStringLiteral("f")));
+        ASSERT_TRUE(whole);
+        driver.processDroppedFolders({*whole}, nullptr, 0, keys());
+    };
+    importAndWait({b});
+    ASSERT_EQ(answers.emptyTagQuestions, 1);
+    ASSERT_EQ(driver.droppedFolders().size(), 1);
+    MySingleFolder *f = driver.droppedFolders().first();
+    EXPECT_FALSE(f->isAdvanced);
+    EXPECT_FALSE(f->isAdvancedOver);
+    EXPECT_EQ(itemNames(*f), (QStringList{QStringLiteral("b.jpg"), QStringLiteral("a.jpg"), QStringLiteral("c.jpg")}));
 }
 
 TEST_F(ImportFixture, SingleFilesAreLeftOutWhileTheirImportIsOff)

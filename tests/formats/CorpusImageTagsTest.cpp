@@ -49,19 +49,19 @@ bool isPixelSizeDisagreement(const QString &path)
     return false;
 }
 
-class CorpusImageTags : public testing::TestWithParam<QString>
+class CorpusImageTags : public testing::TestWithParam<std::tuple<QString, SourceKind>>
 {
 };
 
 TEST_P(CorpusImageTags, MatchExiftool)
 {
-    const QString path = GetParam();
-    const DatesData dates = readDatesAsTheScanDoes(path);
+    const auto &[path, kind] = GetParam();
+    const std::unique_ptr<ByteSource> source = openSource(kind, path);
+    const DatesData dates = readDatesAsTheScanDoes(*source, formatForSuffix(path));
     if (!dates.tiffHeader)
         GTEST_SKIP() << "no TIFF header";
     const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
-    const TiffImageTags tags = MySingleFolderDataReader().imageTagsAtPath(
-        path, *dates.tiffHeader);
+    const TiffImageTags tags = MySingleFolderDataReader().imageTags(*source, *dates.tiffHeader);
 
     EXPECT_EQ(tags.make.trimmed(), exif.string("IFD0:Make").trimmed());
     EXPECT_EQ(tags.model.trimmed(), exif.string("IFD0:Model").trimmed());
@@ -73,8 +73,14 @@ TEST_P(CorpusImageTags, MatchExiftool)
     EXPECT_EQ(tags.contentIdentifier, exif.string("Apple:MediaGroupUUID"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusImageTags,
-                         testing::ValuesIn(corpusFiles(tiffCarrierSuffixes)), corpusTestName);
+INSTANTIATE_TEST_SUITE_P(
+    Corpus, CorpusImageTags,
+    testing::Combine(testing::ValuesIn(corpusFiles(tiffCarrierSuffixes)),
+                     testing::Values(SourceKind::File, SourceKind::Memory)),
+    [](const testing::TestParamInfo<CorpusImageTags::ParamType> &info) {
+        return corpusTestName({std::get<0>(info.param), info.index}) + "_"
+            + sourceKindName(std::get<1>(info.param));
+    });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusImageTags);
 
 TEST(CorpusImageTags, LivePhotoStillCarriesTheMovieIdentifier)

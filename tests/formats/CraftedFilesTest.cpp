@@ -322,6 +322,35 @@ TEST_P(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
     }
 }
 
+TEST_P(CraftedFile, PngExifInARawProfileTextIsReadButHasNoPlaceToWrite)
+{
+    const QByteArray payload =
+        "Exif" + QByteArray(2, '\0') + buildExifBlock(originalDate(ByteOrder::Motorola)).bytes;
+    for (const QByteArray type : {"tEXt", "zTXt", "iTXt"}) {
+        const MediaFile file = buildPng({.rawProfiles = {{"exif", payload, type}}});
+        const DatesData dates = readDates(file, PngFormat);
+        ASSERT_TRUE(dates.exifDateTimeOriginal) << type.constData();
+        EXPECT_EQ(dates.exifDateTimeOriginal->dateData, Stamp::text(dateStamp).bytes);
+        EXPECT_EQ(dates.place, DatesData::Place::DecodedProfile);
+        EXPECT_FALSE(dates.tiffHeader);
+        EXPECT_EQ(exiftoolTags(write(file), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+                  QString::fromLatin1(dateStamp))
+            << type.constData();
+    }
+    // A profile with fewer hex digits than its length line names decodes to nothing.
+    const MediaFile cut = buildPng({.rawProfiles = {{"exif", payload, "zTXt", payload.size() + 1}}});
+    EXPECT_FALSE(readDates(cut, PngFormat).exifDateTimeOriginal);
+
+    const MediaFile xmp = buildPng({.rawProfiles = {
+        {"xmp", buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}}}).bytes, "zTXt"}}});
+    const std::optional<XmpDateInfos> infos =
+        MySingleFolderDataReader().savereadXMPDatesOfPngProfile(source(xmp));
+    ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
+    EXPECT_EQ(infos->at("XmpCreateDate").data, "2024-05-01T10:00:00");
+    EXPECT_EQ(exiftoolTags(write(xmp), ExiftoolGroups::Family1).string("XMP-xmp:CreateDate"),
+              "2024:05:01 10:00:00");
+}
+
 TEST_P(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
 {
     const QString path = write(buildPng({.exif = originalDate(ByteOrder::Motorola)}));

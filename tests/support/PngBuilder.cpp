@@ -79,11 +79,30 @@ quint32 pngChunkCrc(QByteArrayView typeAndData)
                          uInt(typeAndData.size())));
 }
 
+QByteArray rawProfileData(const PngRawProfile &profile)
+{
+    const qsizetype length = profile.declaredLength < 0 ? profile.payload.size() : profile.declaredLength;
+    QByteArray text = '\n' + profile.name + '\n' + QByteArray::number(length).rightJustified(8, ' ') + '\n';
+    const QByteArray hex = profile.payload.toHex();
+    for (qsizetype at = 0; at < hex.size(); at += 72)
+        text += hex.mid(at, 72) + '\n';
+    const QByteArray deflated = qCompress(text).mid(4); // a zlib stream behind Qt's length
+    const QByteArray keyword = "Raw profile type " + profile.name + '\0';
+    if (profile.chunkType == "tEXt")
+        return keyword + text;
+    if (profile.chunkType == "zTXt")
+        return keyword + '\0' + deflated;
+    // iTXt: compressed, method 0, no language, no translated keyword.
+    return keyword + QByteArray("\x01\0\0\0", 4) + deflated;
+}
+
 MediaFile buildPng(const PngSpec &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("png")};
     PngWriter png(recipe.wrongCrcChunk);
     png.chunk("IHDR", header(recipe.size));
+    for (const PngRawProfile &profile : recipe.rawProfiles)
+        png.chunk(profile.chunkType, rawProfileData(profile));
 
     const auto writeExif = [&] {
         const MediaFile block = buildExifBlock(*recipe.exif, png.position() + kChunkHeader);

@@ -19,6 +19,16 @@ struct PngText
     QByteArray text{};
 };
 
+// A "Raw profile type <name>" text chunk as converters write it: the payload as hex text behind
+// a line with its length, in a tEXt, a zTXt or a compressed iTXt chunk.
+struct PngRawProfile
+{
+    QByteArray name{};      // "exif", "xmp"
+    QByteArray payload{};   // for exif: "Exif\0\0" and a TIFF block
+    QByteArray chunkType{}; // "tEXt", "zTXt", "iTXt"
+    qsizetype declaredLength = -1; // the length line; the payload's size when negative
+};
+
 // Signature, IHDR, the metadata chunks around one IDAT of a real RGB image, IEND; every CRC
 // right unless wrongCrcChunk names a chunk type ("eXIf", "iTXt", "tEXt", "IDAT", ...).
 struct PngSpec
@@ -29,6 +39,7 @@ struct PngSpec
     std::optional<XmpPacket> xmp{}; // iTXt "XML:com.adobe.xmp", uncompressed
     ChunkPosition xmpPosition = ChunkPosition::BeforeImageData;
     std::vector<PngText> texts{}; // tEXt chunks, before IDAT
+    std::vector<PngRawProfile> rawProfiles{}; // right after IHDR
     QByteArray wrongCrcChunk{};
 };
 

@@ -1,7 +1,0 @@
-#include "FuzzInput.h"
-#include "formats/Cr3Locator.h"
-
-ORV_FUZZ_WALKER(source)
-{
-    orv::preparedCF3Offsets(source);
-}
