@@ -40,7 +40,9 @@ inline const QString seconds = QStringLiteral("dmSeconds");
 // One imported directory: it owns its items and holds the date offset that applies to them
 // as a whole, its zones, its import state and the counts the rest of the system reads instead of
 // walking the items. Counters, items and zones change on the main thread; the scan thread only
-// fills picsImportedAndTempStoredUntilAllReady and the batches of imagesToImport.
+// fills picsImportedAndTempStoredUntilAllReady and the batches of imagesToImport. A save run's
+// threads write the saved state of its items (and count their errors here) while the owner
+// refuses changes and the views read no item; the folder's end comes back to the main thread.
 class MySingleFolder
 {
 public:

@@ -94,6 +94,22 @@ TEST_F(AlignCommand, MinimizingPacksAroundTheMainFile)
     EXPECT_EQ(original(main), QStringLiteral("2024:05:01 12:00:00"));
 }
 
+TEST_F(AlignCommand, CopyingAnotherDateMovesOnlyTheFilesThatHaveIt)
+{
+    TiffSpec tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTimeDigitized = Stamp::text("2024:05:01 09:15:00");
+    const QString digitized = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("d"));
+    const QString plain = jpeg(QStringLiteral("p"), "2024:05:01 11:00:00");
+    const QByteArray untouched = fileBytes(plain);
+
+    const CliResult result = align({"--by", "copy:exifDateTimeDigitizedOLD", work.path()});
+
+    ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_EQ(original(digitized), QStringLiteral("2024:05:01 09:15:00"));
+    EXPECT_EQ(fileBytes(plain), untouched);
+}
+
 TEST_F(AlignCommand, WrongUsageIsExitCodeTwoAndTouchesNoFile)
 {
     const QString a = jpeg(QStringLiteral("a"), "2024:05:01 10:00:00");
