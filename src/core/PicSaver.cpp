@@ -291,22 +291,25 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
 bool PicSaver::writeAndFinish(PlannedSave plan)
 {
     const QString path = m_pic.spPath();
-    const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
-    if (!writer || !writer->apply(plan.edits))
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
-        FileReader written(path);
-        PngLocator chunks(written);
+        FileReader unwritten(path);
+        PngLocator chunks(unwritten);
+        std::vector<ByteEdit> checksums;
         for (const auto &[touched, kind] :
              {std::pair(plan.touchesExif, PngLocator::ChunkKind::Exif),
               std::pair(plan.touchesXmp, PngLocator::ChunkKind::Xmp)}) {
-            const std::optional<ByteEdit> checksum =
-                touched ? chunks.chunkCrcEdit(kind) : std::nullopt;
-            if (checksum && !writer->apply({*checksum}))
-                return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
-                                         true);
+            if (const std::optional<ByteEdit> checksum =
+                    touched ? chunks.chunkCrcEdit(kind, plan.edits) : std::nullopt)
+                checksums.push_back(*checksum);
         }
+        plan.edits.insert(plan.edits.end(), checksums.begin(), checksums.end());
     }
+    const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
+    if (writer && m_env.journal)
+        writer->recordIn(*m_env.journal, path,
+                         StoredBytes::proof(m_pic.singlePicAttributes, writer->length()));
+    if (!writer || !writer->apply(plan.edits))
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
     // Only the modification date can be set here, after the bytes, whose writing moved it. No
     // call sets a birth time on Linux: a file system that keeps one keeps the old one.
     const bool modificationSet = !m_pic.fileModificationDateNEW ||

@@ -11,6 +11,7 @@ class FileReader;
 class FileWriteAccess;
 class MySinglePic;
 class SaveErrors;
+class SaveJournal;
 struct PlannedSave;
 struct SaveSettings;
 
@@ -21,6 +22,8 @@ struct SaveEnvironment
     SaveErrors &errors;
     FileWriteAccess &disk;
     ExiftoolSteps &exiftool;
+    // Where the run records each file's edits before writing them; none in a check.
+    SaveJournal *journal = nullptr;
 };
 
 // The save of one item: proves that the file still holds what the import saw and only then

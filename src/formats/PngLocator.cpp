@@ -2,6 +2,7 @@
 
 #include "formats/ByteOrder.h"
 
+#include <algorithm>
 #include <zlib.h>
 
 namespace orv {
@@ -77,7 +78,8 @@ QMap<QString, QString> PngLocator::tEXtData()
     return texts;
 }
 
-std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)
+std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind,
+                                                 const std::vector<ByteEdit> &pending)
 {
     const std::optional<quint32> dataStart = dataStartOfChunk(kind);
     if (!dataStart)
@@ -88,10 +90,17 @@ std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)
     uLong crc = crc32(0L, Z_NULL, 0);
     const qint64 covered = length + 4;
     for (qint64 done = 0; done < covered;) {
-        const QByteArray block =
-            m_file.readDataOfLength(qMin(covered - done, FileReader::blockSize), chunkStart + 4 + done);
+        const qint64 blockStart = chunkStart + 4 + done;
+        QByteArray block =
+            m_file.readDataOfLength(qMin(covered - done, FileReader::blockSize), blockStart);
         if (block.isEmpty())
             return std::nullopt;
+        for (const ByteEdit &edit : pending) {
+            const qint64 from = std::max(edit.offset, blockStart);
+            const qint64 to = std::min(edit.offset + edit.bytes.size(), blockStart + block.size());
+            for (qint64 at = from; at < to; ++at)
+                block[at - blockStart] = edit.bytes[at - edit.offset];
+        }
         crc = crc32(crc, reinterpret_cast<const Bytef *>(block.constData()), uInt(block.size()));
         done += block.size();
     }
