@@ -4,9 +4,21 @@
 #include "folders/MySingleFolder.h"
 
 #include <QEventLoop>
+#include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
 
 namespace orv {
+
+namespace {
+
+bool isRegularFile(const QString &path)
+{
+    struct stat entry{};
+    return ::stat(QFile::encodeName(path).constData(), &entry) == 0 && S_ISREG(entry.st_mode);
+}
+
+} // namespace
 
 ImportOptions PathImport::fileDateForEmptyTags()
 {
@@ -29,6 +41,11 @@ PathImport::PathImport(const QStringList &paths, const Settings &settings, QText
         const QFileInfo info(path);
         if (!info.exists()) {
             err << "orvelle-cli: " << path << ": no such file or folder\n";
+            m_failed = true;
+        } else if (!info.isDir() && !isRegularFile(path)) {
+            // Never opened: a pipe would block the run, a device answer endlessly.
+            err << "orvelle-cli: " << path
+                << ": not a regular file (a pipe, a socket or a device); skipped\n";
             m_failed = true;
         } else if (info.isDir() && !info.isReadable()) {
             err << "orvelle-cli: " << path << ": permission denied\n";

@@ -110,22 +110,6 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
     return options;
 }
 
-// Every date an offset moves must stay within the dates the system can write.
-bool keepsDatesInRange(const PathImport &imported, double offset)
-{
-    for (const MySingleFolder *folder : imported.folders()) {
-        for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            const OptionalDate date = pic->spDateTimeOriginal;
-            if (pic->takesEdits() && date && !date->isSentinel()) {
-                const Instant moved = date->addingSeconds(offset);
-                if (moved < Instant::minDate() || moved > Instant::maxDate())
-                    return false;
-            }
-        }
-    }
-    return true;
-}
-
 QJsonArray jsonList(const QStringList &values)
 {
     return QJsonArray::fromStringList(values);
@@ -213,10 +197,6 @@ int ShiftCommand::run(const QStringList &arguments)
         prefs.overrideForThisRun(key, value);
 
     const PathImport imported(options->paths, {}, err);
-    if (!keepsDatesInRange(imported, options->offset)) {
-        usageError(err, QStringLiteral("the offset moves a date outside 0001-01-02 to 4999-12-31"));
-        return 2;
-    }
     QList<MySingleFolder *> folders;
     std::vector<std::pair<MySinglePic *, OldDates>> items;
     for (MySingleFolder *folder : imported.folders()) {
@@ -247,8 +227,16 @@ int ShiftCommand::run(const QStringList &arguments)
             if (it->contains(pic))
                 preSaveKeys << it.key();
         }
-        anyFailed = anyFailed || !run.errors().errorIdsFor(*pic).isEmpty() ||
-                    !run.errors().toolStepsFor(*pic).isEmpty();
+        const QList<int> ids = run.errors().errorIdsFor(*pic);
+        const QList<ToolStep> steps = run.errors().toolStepsFor(*pic);
+        anyFailed = anyFailed || !ids.isEmpty() || !steps.isEmpty();
+        // Each problem on its own line, with the path and the reason in words beside its id.
+        for (const int id : ids)
+            err << "orvelle-cli: " << pic->spPath() << ": error " << id << ": "
+                << SaveErrors::reasonForId(id) << "\n";
+        for (const ToolStep step : steps)
+            err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
+                << SaveErrors::descriptionForStep(step) << "\n";
         if (options->json)
             json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
         else

@@ -1,5 +1,6 @@
 #include "core/PicSaver.h"
 
+#include "core/DateStampCodec.h"
 #include "core/ExiftoolSteps.h"
 #include "core/MySinglePic.h"
 #include "core/SaveErrors.h"
@@ -184,6 +185,10 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
 
     if (!m_pic.takesEdits())
         return success;
+    if (saving && success && !areNewDatesWritable()) {
+        m_env.errors.addErrorID(SaveErrorId::DateOutOfRange, m_pic);
+        return false;
+    }
     if (m_pic.spType == SpTypeNoTagsImportOptionDate && saving && success)
         m_pic.spType = SpTypeNoTagsFileDate;
     if (isPhotoType(m_pic.spType))
@@ -191,6 +196,17 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
     if (isMovieType(m_pic.spType))
         return saveMovie(saving, success, file ? &*file : nullptr);
     return saveFile(saving, onlySaveFilesOfType, success);
+}
+
+bool PicSaver::areNewDatesWritable() const
+{
+    for (const OptionalDate &date :
+         {m_pic.exifDateTimeOriginalNEW, m_pic.exifDateTimeDigitizedNEW, m_pic.tiffDateTimeNEW,
+          m_pic.fileCreationDateNEW, m_pic.fileModificationDateNEW}) {
+        if (date && !date->isSentinel() && !DateStampCodec::isWritableDate(*date))
+            return false;
+    }
+    return true;
 }
 
 bool PicSaver::proveStoredBytes(bool saving, bool success, FileReader *file)
@@ -291,6 +307,14 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
 bool PicSaver::writeAndFinish(PlannedSave plan)
 {
     const QString path = m_pic.spPath();
+    // Where the creation date is the item's date, a creation date the file system cannot take
+    // would lose the change at the next import: the item stays pending, and its file untouched.
+    const bool creationHeld =
+        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
+        (m_pic.fileCreationDateOLD &&
+         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
+    if (!creationHeld)
+        return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
         FileReader unwritten(path);
         PngLocator chunks(unwritten);
@@ -319,14 +343,10 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
 
     for (const auto &taken : plan.whenSaved)
         taken();
+    if (plan.damagedTags)
+        m_env.errors.addErrorID(SaveErrorId::DamagedTagLeft, m_pic);
     storeFileAttributes();
-    // Where the creation date is the item's date, a creation date the file system did not take
-    // would lose the change at the next import: it stays pending instead.
-    const bool creationHeld =
-        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
-        (m_pic.fileCreationDateOLD &&
-         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
-    if (!modificationSet || !creationHeld)
+    if (!modificationSet)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     takeSavedState();
     return true;

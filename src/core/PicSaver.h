@@ -62,6 +62,8 @@ private:
     // Every stored value's bytes are still in the file; answers the success that remains.
     bool proveStoredBytes(bool saving, bool success, FileReader *file);
     bool areTimesDue() const;
+    // Every NEW date lies within the dates a file can hold; otherwise nothing is written.
+    bool areNewDatesWritable() const;
     // Writes the planned bytes, repairs PNG checksums, sets the file dates, reaches the disk;
     // then the item takes on its saved state.
     bool writeAndFinish(PlannedSave plan);

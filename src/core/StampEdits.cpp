@@ -22,13 +22,6 @@ TimeZone zoneOfOffset(Instant stated, Instant digitsAsUtc, const TimeZone &fallb
         .value_or(fallback);
 }
 
-TimeZone zoneOfOffsetTag(const OffsetTagRecord &tag, const TimeZone &fallback)
-{
-    static const QByteArray reference("2000:01:01 12:00:00", 20);
-    return zoneOfOffset(DateStampCodec::dateFromExifData(reference, tag.offsetData, fallback),
-                        DateStampCodec::dateFromExifData(reference, TimeZone::utc()), fallback);
-}
-
 TimeZone zoneOfXmpStamp(const XmpStampRecord &record, const TimeZone &fallback)
 {
     const XmpStampKind kind{record.type, record.subtype};
@@ -74,17 +67,37 @@ PlannedSave StampEdits::planPhoto()
     return plan;
 }
 
+std::optional<TimeZone> StampEdits::cameraClock() const
+{
+    const PicAttributes &a = m_pic.singlePicAttributes;
+    const auto data = [](const std::optional<OffsetTagRecord> &tag) {
+        return tag && tag->offsetOffset ? tag->offsetData : QByteArray();
+    };
+    const QByteArray offset = DateStampCodec::cameraClockOffset(
+        data(a.ExifOffsetTimeOriginal), data(a.ExifOffsetTimeDigitized), data(a.TIFFOffsetTime));
+    if (offset.isEmpty())
+        return std::nullopt;
+    return TimeZone::fromOffsetSeconds(*DateStampCodec::exactExifOffsetSeconds(offset));
+}
+
 void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
                               std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                               OptionalDate newDate, bool isXmpSlot)
 {
     if (!stamp || stamp->dateOffset == 0 || !oldDate || isXmpSlot || !newDate)
         return;
-    const TimeZone local = localZone();
+    const bool hasOwnOffset = offsetTag && offsetTag->offsetOffset;
+    const std::optional<int> ownOffset =
+        hasOwnOffset ? DateStampCodec::exactExifOffsetSeconds(offsetTag->offsetData) : std::nullopt;
+    if (hasOwnOffset && !ownOffset) {
+        // The zone the stamp was written in is unknown: neither it nor its tag is written.
+        plan.damagedTags = true;
+        return;
+    }
     QByteArray stampData;
-    if (offsetTag && offsetTag->offsetOffset) {
-        const TimeZone zone =
-            m_settings.targetTimeZone.value_or(zoneOfOffsetTag(*offsetTag, local));
+    if (ownOffset) {
+        const TimeZone zone = m_settings.targetTimeZone.value_or(
+            TimeZone::fromOffsetSeconds(*ownOffset).value_or(localZone()));
         const ExifStampWithOffset written =
             DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
         if (written.stamp.size() != stampLength + 1 || written.offset.size() != 7)
@@ -94,7 +107,10 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
         plan.whenSaved.push_back(
             [&offsetTag, offset = written.offset] { offsetTag->offsetData = offset; });
     } else {
-        stampData = DateStampCodec::exifDataFromDate(*newDate, local);
+        // A stamp without a tag of its own keeps the camera's clock that the others name.
+        const std::optional<TimeZone> clock = cameraClock();
+        const TimeZone zone = clock ? m_settings.targetTimeZone.value_or(*clock) : localZone();
+        stampData = DateStampCodec::exifDataFromDate(*newDate, zone);
         if (stampData.size() != stampLength + 1)
             return;
     }
@@ -129,8 +145,9 @@ void StampEdits::planGps(PlannedSave &plan)
     const bool hasDay = a.GPSDateStamp && a.GPSDateStamp->dateOffset;
     const QByteArray time =
         hasTime
-            ? DateStampCodec::gpsTimeDataFromTimeStamp(
-                  *moved, a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
+            ? DateStampCodec::gpsTimeDataKeepingPrecision(
+                  a.GPSTimeStamp->dateData, *moved,
+                  a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
             : QByteArray();
     const QByteArray day = hasDay ? DateStampCodec::gpsDateDataFromTimeStamp(*moved) : QByteArray();
     if ((hasTime && time.size() != a.GPSTimeStamp->dateData.size()) ||

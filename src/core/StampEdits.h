@@ -2,8 +2,10 @@
 
 #include "core/PicAttributes.h"
 #include "formats/InPlaceWriter.h"
+#include "time/TimeZone.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace orv {
@@ -22,6 +24,8 @@ struct PlannedSave
     bool touchesXmp = false;
     // An XMP stamp without seconds must hold a date with seconds: only exiftool can widen it.
     bool needsXmpExtension = false;
+    // A stamp's offset tag does not read exactly: that stamp and its tag stay as they are.
+    bool damagedTags = false;
 
     // Bytes equal to the previous ones are not written again.
     void add(quint32 offset, const QByteArray &bytes, const QByteArray &previous);
@@ -53,6 +57,8 @@ private:
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
     OptionalDate movedGpsDate() const;
+    // The zone of the offset tags' camera clock; nothing in a file without an exact one.
+    std::optional<TimeZone> cameraClock() const;
     TimeZone localZone() const;
 
     MySinglePic &m_pic;

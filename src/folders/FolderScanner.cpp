@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orv {
@@ -86,6 +87,24 @@ QStringList FolderScanner::namesIn(const QString &directory)
     return names;
 }
 
+namespace {
+
+enum class EntryKind { Folder, RegularFile, Other };
+
+// What a name stands for, through links; a name that cannot be examined is left to the read,
+// which reports it.
+EntryKind entryKind(const QString &path)
+{
+    struct stat entry{};
+    if (::stat(QFile::encodeName(path).constData(), &entry) != 0)
+        return EntryKind::RegularFile;
+    if (S_ISDIR(entry.st_mode))
+        return EntryKind::Folder;
+    return S_ISREG(entry.st_mode) ? EntryKind::RegularFile : EntryKind::Other;
+}
+
+} // namespace
+
 FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progress)
 {
     Result result;
@@ -115,8 +134,15 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
             done += 2;
             continue;
         }
-        if (QFileInfo(path).isDir()) {
+        const EntryKind kind = entryKind(path);
+        if (kind == EntryKind::Folder) {
             takeSubfolder(path, result);
+            done += 2;
+            continue;
+        }
+        if (kind == EntryKind::Other) {
+            // Opening a pipe blocks, opening a device may have effects: such an entry is named.
+            m_folder.importErrors.add(ImportErrors::NotARegularFile, path);
             done += 2;
             continue;
         }
@@ -182,6 +208,17 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
     const std::optional<FolderToken> token = FolderToken::forPath(path);
     if (!token)
         return;
+    // A link may lead anywhere; the walk stays inside the folder it was given.
+    const QFileInfo entry(path);
+    if (entry.isSymLink()) {
+        const QString inside = QFileInfo(m_folder.sfFolderPath).canonicalFilePath() + u'/';
+        const QString target = entry.canonicalFilePath();
+        if (token->identity() != m_folder.sfSecBookmark.identity() &&
+            !m_folder.importAncestors.contains(token->identity()) && !target.startsWith(inside)) {
+            m_folder.importErrors.add(ImportErrors::LinkLeavesFolder, path);
+            return;
+        }
+    }
     const QList<FileIdentity> &above = m_folder.importAncestors;
     if (token->identity() == m_folder.sfSecBookmark.identity() || above.contains(token->identity())) {
         m_folder.importErrors.add(ImportErrors::SubfolderLoop, path);
