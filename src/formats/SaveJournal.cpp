@@ -11,6 +11,8 @@
 #include <QStandardPaths>
 #include <algorithm>
 #include <map>
+#include <ranges>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace orv {
@@ -201,6 +203,14 @@ bool SaveJournal::append(const QByteArray &line, bool sync)
                 m_broken = true;
                 return false;
             }
+            // A journal made just now must be found after a crash: its folder entry is synced.
+            const int folder =
+                ::open(QFile::encodeName(QFileInfo(m_path).absolutePath()).constData(),
+                       O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+            if (folder >= 0) {
+                ::fsync(folder);
+                ::close(folder);
+            }
         }
         if (!InPlaceWriter::mayWrite() || m_file.write(line) != line.size()) {
             m_broken = true;
@@ -312,7 +322,8 @@ SaveJournal::Outcome SaveJournal::revert(const QString &journalPath)
     }();
     SaveJournal undo(journalPath,
                      journal.kind == QLatin1String("revert") ? RunKind::Save : RunKind::Revert);
-    for (const Entry &entry : journal.entries) {
+    // Last first: a file written twice in a run (dates, then the XMP sync) is undone step by step.
+    for (const Entry &entry : std::views::reverse(journal.entries)) {
         if (unfinished.contains(entry.path))
             continue;
         const Examined examined = examine(entry);
