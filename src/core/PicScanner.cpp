@@ -217,10 +217,11 @@ void setExifSlot(MySinglePic &pic, const DatesData &d, const std::optional<Stamp
                  const std::optional<OffsetTagRecord> &offset, std::optional<StampRecord> &stampSlot,
                  std::optional<OffsetTagRecord> &offsetSlot, OptionalDate &dateSlot)
 {
+    // An offset tag is kept without its stamp too: it still names the camera's clock.
+    offsetSlot = offset;
     if (!stamp)
         return;
     stampSlot = stamp;
-    offsetSlot = offset;
     const Instant date = DateStampCodec::dateFromExifData(stamp->dateData, offsetOfStamp(offset, d));
     // An empty tag of a file with a good date stays out of all later writes; for an item whose
     // date came from the import options it marks the tag to fill.

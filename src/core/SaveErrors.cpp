@@ -94,7 +94,7 @@ QString SaveErrors::descriptionForId(int id)
         return QCoreApplication::translate("SaveErrors", "These groups need a new import:");
     case SaveErrorId::DamagedTagLeft:
         return QCoreApplication::translate(
-            "SaveErrors", "A date of these files has an offset tag that does not read exactly; "
+            "SaveErrors", "A date of these files, or its offset tag, does not read exactly; "
                           "that date and its tag were left as they were, the others saved:");
     case SaveErrorId::DateOutOfRange:
         return QCoreApplication::translate(
@@ -136,8 +136,8 @@ QString SaveErrors::reasonForId(int id)
     case SaveErrorId::XmpSidecarMissing:
         return tr("its XMP sidecar is missing");
     case SaveErrorId::DamagedTagLeft:
-        return tr("a date's offset tag does not read exactly; that date and its tag were left "
-                  "as they were");
+        return tr("a date or its offset tag does not read exactly; that date and its tag were "
+                  "left as they were, the other dates saved");
     case SaveErrorId::DateOutOfRange:
         return tr("the new date lies outside 0001-01-02 00:00:00 to 4999-12-31 23:59:59 UTC; "
                   "not saved");

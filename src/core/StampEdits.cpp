@@ -5,6 +5,7 @@
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orv {
@@ -84,7 +85,19 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
                               std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                               OptionalDate newDate, bool isXmpSlot)
 {
-    if (!stamp || stamp->dateOffset == 0 || !oldDate || isXmpSlot || !newDate)
+    if (!stamp || stamp->dateOffset == 0 || isXmpSlot || !newDate)
+        return;
+    // A stamp that is neither a date nor blank is damaged: what it meant is not known.
+    const QByteArray digits = stamp->dateData.left(stampLength);
+    const bool isBlank = std::all_of(digits.begin(), digits.end(), [](char c) {
+        return c == ' ' || c == ':' || c == '0' || c == '\0';
+    });
+    if ((!oldDate || oldDate->isDistantPast()) && !isBlank &&
+        DateStampCodec::isValidZeroStamp(DateStampCodec::exifTimeStampFromData(stamp->dateData))) {
+        plan.damagedTags = true;
+        return;
+    }
+    if (!oldDate)
         return;
     const bool hasOwnOffset = offsetTag && offsetTag->offsetOffset;
     const std::optional<int> ownOffset =

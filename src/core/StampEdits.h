@@ -24,7 +24,7 @@ struct PlannedSave
     bool touchesXmp = false;
     // An XMP stamp without seconds must hold a date with seconds: only exiftool can widen it.
     bool needsXmpExtension = false;
-    // A stamp's offset tag does not read exactly: that stamp and its tag stay as they are.
+    // A stamp or its offset tag does not read exactly: that stamp and its tag stay as they are.
     bool damagedTags = false;
 
     // Bytes equal to the previous ones are not written again.
