@@ -29,6 +29,7 @@ std::optional<FileAttributes> FileAttributes::read(const QString &path)
     a.creationDate = (sx.stx_mask & STATX_BTIME) ? fromTimestamp(sx.stx_btime) : a.modificationDate;
     a.size = qint64(sx.stx_size);
     a.isDirectory = S_ISDIR(sx.stx_mode);
+    a.isRegularFile = S_ISREG(sx.stx_mode);
     a.isExtensionHidden = QFileInfo(path).fileName().startsWith(QLatin1Char('.'));
     return a;
 }

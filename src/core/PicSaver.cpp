@@ -91,6 +91,8 @@ qint64 PicSaver::updatedUnchangedFileState()
     const std::optional<FileAttributes> attributes = fileAt(path);
     if (!attributes)
         return 1;
+    if (!attributes->isRegularFile)
+        return 3;
     if (!allExist(m_pic.spSidecarPaths()))
         return 4;
     FileReader file(path);
@@ -169,6 +171,11 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
         if (success)
             success =
                 invalidPicErrorID(SaveErrorId::SaveMissing, SaveErrorId::CheckMissing, saving);
+    } else if (success && !attributes->isRegularFile) {
+        // Exchanged for a pipe or a device since the import: opening it could block the run.
+        m_pic.fileUnchangedState = 3;
+        m_env.errors.addErrorID(SaveErrorId::NotARegularFile, m_pic);
+        success = false;
     } else if (success) {
         file.emplace(path);
         if (!file->isOpen()) {

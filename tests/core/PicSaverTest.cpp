@@ -15,6 +15,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace orv;
 using namespace orv::test;
 
@@ -355,4 +357,18 @@ TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
     EXPECT_EQ(errors.errorIdsFor(tampered), QList<int>{SaveErrorId::CheckChanged});
     EXPECT_EQ(errors.errorIdsFor(missing), QList<int>{SaveErrorId::CheckMissing});
     EXPECT_EQ(PicSaver(intact, environment).updatedUnchangedFileState(), 0);
+}
+
+TEST_F(PicSaverTest, AFileExchangedForAPipeSinceTheImportIsNamedAndNeverOpened)
+{
+    TiffSpec tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    MySinglePic &pic = import(buildJpeg({.exif = tags}));
+    ASSERT_TRUE(QFile::remove(pic.spPath()));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pic.spPath()).constData(), 0600), 0);
+
+    const SaveOutcome outcome = shift(3600.0);
+
+    EXPECT_FALSE(outcome.savedPics.contains(&pic));
+    EXPECT_TRUE(errorIdsFor(pic).contains(SaveErrorId::NotARegularFile));
 }
