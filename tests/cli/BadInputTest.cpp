@@ -1,6 +1,7 @@
 #include "support/CliRun.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
+#include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
 
 #include <QDir>
@@ -105,4 +106,19 @@ TEST(BadInput, HelpTellsTheThreeExitStatuses)
     for (const char *status : {"0 success", "1 some", "2 wrong usage"})
         EXPECT_TRUE(help.out.contains(status)) << status;
     EXPECT_EQ(runCli({"shift", "--by", "soon", "x"}, home.path()).exitCode, 2);
+}
+
+TEST(BadInput, AReadOnlyFileIsNamedOnStderrWithTheReasonBesideItsErrorId)
+{
+    QTemporaryDir home, work;
+    const QString locked = jpegAt("2024:05:01 10:00:00").write(work.path(), "locked");
+    const ReadOnlyFile lock(locked);
+    if (!lock.isLocked())
+        GTEST_SKIP() << "this file system lets the process write any file";
+
+    const CliResult result = runCli({"shift", "--by", "+1:00:00", locked}, home.path());
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.contains((locked + ": error 2: cannot be opened for writing").toUtf8()))
+        << result.err.toStdString();
 }
