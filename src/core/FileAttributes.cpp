@@ -1,35 +1,25 @@
 #include "core/FileAttributes.h"
 
-#include <QFile>
 #include <QFileInfo>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace orv {
 
-namespace {
-
-Instant fromTimestamp(const struct statx_timestamp &t)
-{
-    return Instant(double(t.tv_sec) + double(t.tv_nsec) / 1e9);
-}
-
-} // namespace
-
 std::optional<FileAttributes> FileAttributes::read(const QString &path)
 {
-    const QByteArray native = QFile::encodeName(path);
-    struct statx sx{};
-    if (statx(AT_FDCWD, native.constData(), 0, STATX_BASIC_STATS | STATX_BTIME, &sx) != 0)
-        return std::nullopt;
+    return fromStatus(FileStatus::of(path), path);
+}
 
+std::optional<FileAttributes> FileAttributes::fromStatus(const FileStatus &status,
+                                                         const QString &path)
+{
+    if (status.kind == FileStatus::Kind::Missing)
+        return std::nullopt;
     FileAttributes a;
-    a.modificationDate = fromTimestamp(sx.stx_mtime);
-    a.creationDate = (sx.stx_mask & STATX_BTIME) ? fromTimestamp(sx.stx_btime) : a.modificationDate;
-    a.size = qint64(sx.stx_size);
-    a.isDirectory = S_ISDIR(sx.stx_mode);
-    a.isRegularFile = S_ISREG(sx.stx_mode);
+    a.modificationDate = Instant(status.modificationTime);
+    a.creationDate = status.birthTime ? Instant(*status.birthTime) : a.modificationDate;
+    a.size = status.size;
+    a.isDirectory = status.kind == FileStatus::Kind::Directory;
+    a.isRegularFile = status.kind == FileStatus::Kind::Regular;
     a.isExtensionHidden = QFileInfo(path).fileName().startsWith(QLatin1Char('.'));
     return a;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Instant.h"
+#include "formats/ByteSource.h"
 
 #include <QString>
 
@@ -21,6 +22,8 @@ struct FileAttributes
 
     // Nothing when the entry does not exist or cannot be examined.
     static std::optional<FileAttributes> read(const QString &path);
+    // The same from a status already taken, so that a scan examines each file once.
+    static std::optional<FileAttributes> fromStatus(const FileStatus &status, const QString &path);
 };
 
 } // namespace orv

@@ -97,8 +97,12 @@ std::optional<FormatInfo> FileFormat::typeStringForImageAtPath(const QString &pa
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    const QByteArray head = file.read(64);
+    return typeStringForImage(file.read(64), file.size(), path);
+}
 
+std::optional<FormatInfo> FileFormat::typeStringForImage(const QByteArray &head, qint64 length,
+                                                         const QString &path)
+{
     if (startsWith(head, "\xFF\xD8\xFF"))
         return jpeg;
     if (startsWith(head, "II*\0") || startsWith(head, "MM\0*") || startsWith(head, "IIRO")
@@ -118,7 +122,7 @@ std::optional<FormatInfo> FileFormat::typeStringForImageAtPath(const QString &pa
         return webp;
     if (auto iso = isoMediaBrand(head))
         return iso;
-    if (fileFormatTypeForMediumAtPath(path).fileFormatType == pict.fileFormatType && file.size() > 512)
+    if (fileFormatTypeForMediumAtPath(path).fileFormatType == pict.fileFormatType && length > 512)
         return pict;
     return std::nullopt;
 }

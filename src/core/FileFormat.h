@@ -23,6 +23,9 @@ public:
     // From the first bytes of the file; nothing when the content is not a known still image.
     // TIFF-based RAW files carry a TIFF signature, so the extension decides between the two.
     static std::optional<FormatInfo> typeStringForImageAtPath(const QString &path);
+    // The same from the file's first bytes (64 are enough) and its length.
+    static std::optional<FormatInfo> typeStringForImage(const QByteArray &head, qint64 length,
+                                                        const QString &path);
     static bool isMovieType(int fileFormatType) { return fileFormatType >= 20; }
 };
 

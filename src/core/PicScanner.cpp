@@ -60,13 +60,12 @@ std::optional<quint32> xmpPacketStart(const ScanFacts &facts)
     const int format = facts.format.fileFormatType;
     if (format == JpegFormat && facts.dates.jpgXMPOffset)
         return facts.dates.jpgXMPOffset;
-    // A TIFF file's header stands at offset 0, so 0 is a place here and not "none".
-    if ((format == TiffFormat || format == RawFormat) && facts.dates.hasHeader())
-        return facts.dates.tiffHeaderStartOffset;
+    if ((format == TiffFormat || format == RawFormat) && facts.dates.tiffHeader)
+        return facts.dates.tiffHeader->offset;
     return std::nullopt;
 }
 
-void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
+void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderDataReader &reader)
 {
     const DatesData &d = facts.dates;
     if (d.exifDateTimeOriginal || d.exifDateTimeDigitized)
@@ -78,12 +77,10 @@ void readXmpWhenNeeded(ScanFacts &facts, MySingleFolderDataReader &reader)
     if (!start && !searchWithoutOffset)
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
-    std::optional<XmpDateInfos> infos = reader.savereadXMPDatesAtPath(facts.path, readerFormat, start.value_or(0));
-    if (!infos)
-        return;
+    XmpDateInfos infos = reader.savereadXMPDates(file, readerFormat, start.value_or(0));
     // A packet counts only when it can give the item a date.
-    const bool hasCreaOrDigi = XmpDates::hasXmpCrea(*infos) || XmpDates::hasXmpDigi(*infos);
-    const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(*infos);
+    const bool hasCreaOrDigi = XmpDates::hasXmpCrea(infos) || XmpDates::hasXmpDigi(infos);
+    const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(infos);
     if (hasCreaOrDigi || hasUsableMod)
         facts.xmp = std::move(infos);
 }
@@ -103,7 +100,10 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
         return facts;
     }
 
-    facts.attributes = FileAttributes::read(path);
+    // One statx for the entry's kind, dates and size; a movie or a file with EXIF ignored never
+    // opens here.
+    const FileStatus status = FileStatus::of(path);
+    facts.attributes = FileAttributes::fromStatus(status, path);
     if (!facts.attributes) {
         facts.route = ScanFacts::Route::Missing;
         return facts;
@@ -122,7 +122,11 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
         return facts;
     }
 
-    const std::optional<FormatInfo> content = FileFormat::typeStringForImageAtPath(path);
+    // One open and one read of the head serve the content test and every walk below.
+    const FileByteSource file(path, status);
+    const std::optional<FormatInfo> content =
+        file.isOpen() ? FileFormat::typeStringForImage(file.read(0, 64), file.length(), path)
+                      : std::nullopt;
     if (content)
         facts.format = *content;
     if (!isStillFormat(facts.format.fileFormatType)) {
@@ -141,16 +145,16 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     MySingleFolderDataReader reader;
     const int format = facts.format.fileFormatType;
     if (format == WebpFormat) {
-        const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+        const WebpChunkOffsets chunks = reader.riffHeaderDataForWebP(file);
         if (chunks.exifOffset)
-            facts.dates = reader.savereadDatesAtPath(path, format, *chunks.exifOffset);
-        facts.xmpHeaderStartOffset = chunks.xmpOffset.value_or(0);
+            facts.dates = reader.savereadDates(file, format, *chunks.exifOffset);
+        facts.xmpHeaderStartOffset = chunks.xmpOffset;
     } else if (format != PictFormat && format != GifFormat) {
-        facts.dates = reader.savereadDatesAtPath(path, format);
+        facts.dates = reader.savereadDates(file, format);
     }
-    readXmpWhenNeeded(facts, reader);
-    if (facts.dates.hasHeader())
-        facts.image = reader.imageTagsAtPath(path, TiffHeader{facts.dates.tiffHeaderStartOffset, facts.dates.isHeaderIntel});
+    readXmpWhenNeeded(facts, file, reader);
+    if (facts.dates.tiffHeader)
+        facts.image = reader.imageTags(file, *facts.dates.tiffHeader);
     return facts;
 }
 
@@ -272,11 +276,11 @@ void setImageAttributesFromTheDatesData(MySinglePic &pic, const ScanFacts &facts
                 a.ExifOffsetTimeDigitized, pic.exifDateTimeDigitizedOLD);
     setExifSlot(pic, d, d.tiffDateTime, d.exifOffsetTIFFTime, a.TIFFDateTime, a.TIFFOffsetTime,
                 pic.tiffDateTimeOLD);
-    if (facts.xmpHeaderStartOffset)
-        a.xmpHeaderStartOffset = facts.xmpHeaderStartOffset;
-    else if (d.jpgXMPOffset)
-        a.xmpHeaderStartOffset = d.jpgXMPOffset;
-    a.cr3XmpOffset = d.cr3XmpOffset;
+    // The stored attributes keep 0 for "no packet".
+    if (const std::optional<quint32> packet =
+            facts.xmpHeaderStartOffset ? facts.xmpHeaderStartOffset : d.jpgXMPOffset)
+        a.xmpHeaderStartOffset = *packet;
+    a.cr3XmpOffset = d.cr3XmpOffset.value_or(0);
     pic.validateMetaNormalization();
     setGPXAttributesFromTheDatesData(pic, d);
 }
@@ -414,8 +418,9 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
 
     auto pic = makePic(facts, folder, chosen.type, chosen.date);
     pic->isPossibleBundlePic = chosen.type == SpTypeTiffDateTime;
-    pic->tiffHeaderStartOffset = d.tiffHeaderStartOffset;
-    pic->tiffHeaderType = d.isHeaderIntel;
+    // The item keeps 0xFFFFFFFF for "no header", since 0 is a real place in a TIFF.
+    pic->tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
+    pic->tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;
     setImageAttributesFromTheDatesData(*pic, facts);
     setImageAttributesFromFileAttributes(*pic, *facts.attributes,
                                          folder.perFolderImportOptions.dateComparisonThresold);

@@ -40,7 +40,7 @@ struct ScanFacts
     FormatInfo format;
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
-    quint32 xmpHeaderStartOffset = 0;
+    std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
     TiffImageTags image;
 };
 

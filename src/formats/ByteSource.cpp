@@ -25,6 +25,11 @@ std::optional<T> readUnsigned(const ByteSource &source, qint64 offset, bool inte
     return value;
 }
 
+double seconds(const struct statx_timestamp &t)
+{
+    return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
+}
+
 } // namespace
 
 std::optional<quint8> ByteSource::read8(qint64 offset) const
@@ -47,6 +52,20 @@ std::optional<quint64> ByteSource::read64(qint64 offset, bool intel) const
     return readUnsigned<quint64>(*this, offset, intel);
 }
 
+void ByteSource::scanBlocks(qint64 start, int lookahead,
+                            const std::function<bool(const Block &)> &visit) const
+{
+    qint64 offset = start;
+    while (offset >= 0 && offset < length()) {
+        const QByteArray bytes = read(offset, blockSize);
+        const bool isLast = offset + bytes.size() >= length() || bytes.size() <= lookahead;
+        const qsizetype scanEnd = isLast ? bytes.size() : bytes.size() - lookahead;
+        if (bytes.isEmpty() || !visit(Block{bytes, offset, scanEnd, isLast}) || isLast)
+            return;
+        offset += scanEnd;
+    }
+}
+
 QByteArray MemoryByteSource::read(qint64 offset, qint64 length) const
 {
     if (offset < 0 || length <= 0 || offset >= m_bytes.size())
@@ -54,18 +73,35 @@ QByteArray MemoryByteSource::read(qint64 offset, qint64 length) const
     return m_bytes.mid(offset, qMin(length, m_bytes.size() - offset));
 }
 
-FileByteSource::FileByteSource(const QString &path)
+FileStatus FileStatus::of(const QString &path)
 {
-    const QByteArray native = QFile::encodeName(path);
+    FileStatus status;
     struct statx sx{};
-    if (statx(AT_FDCWD, native.constData(), 0, STATX_TYPE | STATX_SIZE, &sx) != 0
-        || !S_ISREG(sx.stx_mode))
+    if (statx(AT_FDCWD, QFile::encodeName(path).constData(), 0,
+              STATX_BASIC_STATS | STATX_BTIME, &sx) != 0)
+        return status;
+    status.kind = S_ISREG(sx.stx_mode)   ? Kind::Regular
+                : S_ISDIR(sx.stx_mode) ? Kind::Directory
+                                       : Kind::Other;
+    status.size = qint64(sx.stx_size);
+    status.modificationTime = seconds(sx.stx_mtime);
+    if (sx.stx_mask & STATX_BTIME)
+        status.birthTime = seconds(sx.stx_btime);
+    return status;
+}
+
+FileByteSource::FileByteSource(const QString &path) : FileByteSource(path, FileStatus::of(path))
+{
+}
+
+FileByteSource::FileByteSource(const QString &path, const FileStatus &status) : m_status(status)
+{
+    if (!isRegularFile())
         return;
-    m_isRegular = true;
-    m_fd = ::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    m_fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (m_fd < 0)
         return;
-    m_length = qint64(sx.stx_size);
+    m_length = status.size;
     m_head = read(0, qMin(headSize, m_length));
 }
 

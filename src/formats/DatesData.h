@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/PicAttributes.h"
+#include "formats/TiffIfd.h"
 
 #include <QtGlobal>
 
@@ -11,10 +12,11 @@ namespace orv {
 // What the date locator found in one still image. Every offset is absolute in the file and
 // points at the first byte of the value; the data are the bytes read there, so that a save can
 // prove them unchanged before it writes. A GPS date stamp is a StampRecord of 11 bytes.
+//
+// What was not found is an empty optional; the stored item's 0 and 0xFFFFFFFF for "none" are
+// made only where the item's attributes are filled.
 struct DatesData
 {
-    static constexpr quint32 noHeader = 0xFFFFFFFF;
-
     std::optional<StampRecord> tiffDateTime;
     std::optional<StampRecord> exifDateTimeOriginal;
     std::optional<StampRecord> exifDateTimeDigitized;
@@ -25,14 +27,11 @@ struct DatesData
     std::optional<StampRecord> gpsDateStamp;
     std::optional<GpsLocationRecord> gpsLocation;
 
-    quint32 tiffHeaderStartOffset = noHeader;
-    bool isHeaderIntel = false;
-    // Start of the XMP packet of a CR3 file, which has no single TIFF header; 0 when none.
-    quint32 cr3XmpOffset = 0;
-    // Start of an XMP packet seen while walking JPEG segments; 0 when none.
-    quint32 jpgXMPOffset = 0;
-
-    bool hasHeader() const { return tiffHeaderStartOffset != noHeader; }
+    std::optional<TiffHeader> tiffHeader;
+    // Start of the XMP packet of a CR3 file, which has no single TIFF header.
+    std::optional<quint32> cr3XmpOffset;
+    // Start of an XMP packet seen while walking JPEG segments.
+    std::optional<quint32> jpgXMPOffset;
 };
 
 } // namespace orv

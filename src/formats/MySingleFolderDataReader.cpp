@@ -3,31 +3,29 @@
 #include "formats/JpegLocator.h"
 #include "formats/TiffLocator.h"
 
-#include <QFileInfo>
-
 namespace orv {
 
 namespace {
 // Packet offsets at or above this mean "none" to every caller.
 constexpr quint32 firstInvalidXmpOffset = 0xFFFFFFFE;
 
-bool isCr3(const QString &path) { return QFileInfo(path).suffix() == QLatin1String("cr3"); }
+// A CR3 is an ISO media file of brand "crx ", whatever its name says.
+bool isCr3(const ByteSource &file) { return file.read(4, 8) == "ftypcrx "; }
 } // namespace
 
 std::optional<MySingleFolderDataReader::BmffOffsets>
-MySingleFolderDataReader::preparedBMFFOffsetsAtFD(FileReader &)
+MySingleFolderDataReader::preparedBMFFOffsetsAtFD(const ByteSource &)
 {
     return std::nullopt;
 }
 
 std::optional<MySingleFolderDataReader::Cr3Offsets>
-MySingleFolderDataReader::preparedCF3OffsetsAtFD(FileReader &)
+MySingleFolderDataReader::preparedCF3OffsetsAtFD(const ByteSource &)
 {
     return std::nullopt;
 }
 
-std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &file,
-                                                                    const QString &path,
+std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSource &file,
                                                                     int fileFormatType,
                                                                     quint32 startingFrom,
                                                                     DatesData &result)
@@ -61,7 +59,7 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
         return tiff.scanForHeader(0);
     }
     case RawFormat:
-        if (isCr3(path)) {
+        if (isCr3(file)) {
             if (const auto cr3 = preparedCF3OffsetsAtFD(file); cr3 && cr3->xmpOffset)
                 result.cr3XmpOffset = *cr3->xmpOffset;
             return std::nullopt;
@@ -75,16 +73,20 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(FileReader &
 DatesData MySingleFolderDataReader::savereadDatesAtPath(const QString &path, int fileFormatType,
                                                         quint32 startingFrom)
 {
+    const FileByteSource file(path);
+    return file.isOpen() ? savereadDates(file, fileFormatType, startingFrom) : DatesData{};
+}
+
+DatesData MySingleFolderDataReader::savereadDates(const ByteSource &file, int fileFormatType,
+                                                  quint32 startingFrom)
+{
     DatesData result;
-    FileReader file(path);
-    if (!file.isOpen())
-        return result;
-    if (const auto header = headerForFormat(file, path, fileFormatType, startingFrom, result))
+    if (const auto header = headerForFormat(file, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
     return result;
 }
 
-std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file,
+std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource &file,
                                                                 int fileFormatType,
                                                                 quint32 startingFrom)
 {
@@ -115,9 +117,15 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(FileReader &file
 std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
     const QString &path, int fileFormatType, quint32 startingFrom)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     if (!file.isOpen())
         return std::nullopt;
+    return savereadXMPDates(file, fileFormatType, startingFrom);
+}
+
+XmpDateInfos MySingleFolderDataReader::savereadXMPDates(const ByteSource &file,
+                                                        int fileFormatType, quint32 startingFrom)
+{
     const std::optional<quint32> start = xmpPacketStart(file, fileFormatType, startingFrom);
     if (!start || *start >= firstInvalidXmpOffset)
         return XmpDateInfos{};
@@ -127,7 +135,7 @@ std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString &path,
                                                                    quint32 startingFrom)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     XmpLocator xmp(file);
     const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(startingFrom);
     return start ? xmp.readMetadata(*start) : XmpSidecarMetadata{};
@@ -140,13 +148,18 @@ XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPSidecarAtPath(const 
 
 WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebPFileAtPath(const QString &path)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
+    return riffHeaderDataForWebP(file);
+}
+
+WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebP(const ByteSource &file)
+{
     return WebpLocator(file).riffHeaderData();
 }
 
 QMap<QString, QString> MySingleFolderDataReader::tEXtDataFromPNG(const QString &path)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     return PngLocator(file).tEXtData();
 }
 
@@ -159,14 +172,19 @@ std::optional<RawPreviewInfo>
 MySingleFolderDataReader::savereadInternalJPGs(const QString &path,
                                                std::optional<TiffHeader> moreInfos)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     return RawPreviewLocator(file).savereadInternalJPGs(moreInfos);
 }
 
 TiffImageTags MySingleFolderDataReader::imageTagsAtPath(const QString &path,
                                                         const TiffHeader &header)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
+    return imageTags(file, header);
+}
+
+TiffImageTags MySingleFolderDataReader::imageTags(const ByteSource &file, const TiffHeader &header)
+{
     return TiffTagReader(file).read(header);
 }
 

@@ -2,7 +2,7 @@
 
 #include "formats/DatesData.h"
 #include "formats/FileFormatType.h"
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/PngLocator.h"
 #include "formats/RawPreviewLocator.h"
 #include "formats/TiffTagReader.h"
@@ -19,22 +19,29 @@ namespace orv {
 // The byte-level reader the scan uses for one file: where each date, time offset, GPS value and
 // XMP stamp of a still image lives, with the bytes found there. It never raises: whatever cannot
 // be read is simply absent from the answer. Created for a call and dropped afterwards.
+//
+// Every read has two doors: one on a ByteSource, which the scan opens once per file and hands to
+// each walk in turn, and one on a path for the callers that read a single thing.
 class MySingleFolderDataReader
 {
 public:
     // `startingFrom` is non-zero only for WebP, where it is the EXIF chunk's offset.
     DatesData savereadDatesAtPath(const QString &path, int fileFormatType,
                                   quint32 startingFrom = 0);
+    DatesData savereadDates(const ByteSource &file, int fileFormatType, quint32 startingFrom = 0);
 
     // Nothing when the file cannot be opened; an empty set of dates when it holds none. The
     // start is the packet offset for JPEG and CR3, the TIFF header for TIFF and RAW files, the
     // chunk offset for WebP; sidecars (format 0) and PNG find their packet themselves.
     std::optional<XmpDateInfos> savereadXMPDatesAtPath(const QString &path, int fileFormatType,
                                                        quint32 startingFrom);
+    XmpDateInfos savereadXMPDates(const ByteSource &file, int fileFormatType,
+                                  quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
     WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
+    WebpChunkOffsets riffHeaderDataForWebP(const ByteSource &file);
     QMap<QString, QString> tEXtDataFromPNG(const QString &path);
     bool lockPNGChunkOfType(PngLocator::ChunkKind kind, const QString &path);
 
@@ -43,6 +50,7 @@ public:
     // Make, model, pixel size, orientation and Live Photo identifier from the TIFF header that
     // savereadDatesAtPath reported.
     TiffImageTags imageTagsAtPath(const QString &path, const TiffHeader &header);
+    TiffImageTags imageTags(const ByteSource &file, const TiffHeader &header);
 
 private:
     // Offsets inside ISO base media files (HEIC, AVIF) and CR3. Their box walk is not written
@@ -59,13 +67,12 @@ private:
         std::optional<quint32> xmpOffset;
         bool isHeaderIntel = false;
     };
-    std::optional<BmffOffsets> preparedBMFFOffsetsAtFD(FileReader &file);
-    std::optional<Cr3Offsets> preparedCF3OffsetsAtFD(FileReader &file);
+    std::optional<BmffOffsets> preparedBMFFOffsetsAtFD(const ByteSource &file);
+    std::optional<Cr3Offsets> preparedCF3OffsetsAtFD(const ByteSource &file);
 
-    std::optional<TiffHeader> headerForFormat(FileReader &file, const QString &path,
-                                              int fileFormatType, quint32 startingFrom,
-                                              DatesData &result);
-    std::optional<quint32> xmpPacketStart(FileReader &file, int fileFormatType,
+    std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,
+                                              quint32 startingFrom, DatesData &result);
+    std::optional<quint32> xmpPacketStart(const ByteSource &file, int fileFormatType,
                                           quint32 startingFrom);
 };
 

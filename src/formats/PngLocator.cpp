@@ -24,7 +24,7 @@ void PngLocator::forEachChunk(const std::function<bool(const Chunk &)> &visit)
 {
     qint64 offset = signatureLength;
     while (offset < m_file.length() - chunkFrame) {
-        const QByteArray head = m_file.readDataOfLength(8, offset);
+        const QByteArray head = m_file.read(offset, 8);
         if (head.size() < 8)
             return;
         const Chunk chunk{offset, get32(head, 0, false), head.mid(4, 4)};
@@ -45,7 +45,7 @@ std::optional<quint32> PngLocator::dataStartOfChunk(ChunkKind kind)
             return false;
         }
         if (kind == ChunkKind::Xmp && chunk.type == "iTXt"
-            && isXmpChunk(m_file.readDataOfLength(xmpKeywordEnd, chunk.offset))) {
+            && isXmpChunk(m_file.read(chunk.offset, xmpKeywordEnd))) {
             found = quint32(chunk.offset + xmpKeywordEnd);
             return false;
         }
@@ -65,8 +65,7 @@ QMap<QString, QString> PngLocator::tEXtData()
         if (chunk.type == "IEND")
             return false;
         if (chunk.type == "tEXt") {
-            const QByteArray data = m_file.readDataOfLength(
-                qMin<qint64>(chunk.length, FileReader::blockSize), chunk.offset + 8);
+            const QByteArray data = m_file.read(chunk.offset + 8, qMin<qint64>(chunk.length, ByteSource::blockSize));
             const qsizetype nul = data.indexOf('\0');
             const QString key = QString::fromUtf8(data.left(nul < 0 ? data.size() : nul));
             const QString value = nul < 0 ? QString() : QString::fromUtf8(data.mid(nul + 1));
@@ -85,14 +84,15 @@ std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind,
     if (!dataStart)
         return std::nullopt;
     const qint64 chunkStart = *dataStart - (kind == ChunkKind::Exif ? 8 : xmpKeywordEnd);
-    const qint64 length = m_file.read32(chunkStart, false);
+    const std::optional<quint32> length = m_file.read32(chunkStart, false);
+    if (!length)
+        return std::nullopt;
     // The CRC covers the type and the data; it is summed block by block.
     uLong crc = crc32(0L, Z_NULL, 0);
-    const qint64 covered = length + 4;
+    const qint64 covered = qint64(*length) + 4;
     for (qint64 done = 0; done < covered;) {
         const qint64 blockStart = chunkStart + 4 + done;
-        QByteArray block =
-            m_file.readDataOfLength(qMin(covered - done, FileReader::blockSize), blockStart);
+        QByteArray block = m_file.read(blockStart, qMin(covered - done, ByteSource::blockSize));
         if (block.isEmpty())
             return std::nullopt;
         for (const ByteEdit &edit : pending) {
@@ -105,7 +105,7 @@ std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind,
         done += block.size();
     }
     const qint64 crcOffset = chunkStart + 4 + covered;
-    const QByteArray previous = m_file.readDataOfLength(4, crcOffset);
+    const QByteArray previous = m_file.read(crcOffset, 4);
     if (previous.size() != 4)
         return std::nullopt;
     QByteArray stored(4, '\0');
@@ -116,7 +116,7 @@ std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind,
 
 bool PngLocator::lockPNGChunkOfType(ChunkKind kind, const QString &path)
 {
-    FileReader file(path);
+    const FileByteSource file(path);
     const std::optional<ByteEdit> edit = PngLocator(file).chunkCrcEdit(kind);
     const std::unique_ptr<InPlaceFile> writer = edit ? InPlaceFile::open(path) : nullptr;
     return writer && writer->apply({*edit}) && writer->synchronize();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/InPlaceWriter.h"
 
 #include <QMap>
@@ -18,7 +18,7 @@ class PngLocator
 public:
     enum class ChunkKind { Exif = 1, Xmp = 2 };
 
-    explicit PngLocator(FileReader &file) : m_file(file) {}
+    explicit PngLocator(const ByteSource &file) : m_file(file) {}
 
     // First byte of the eXIf chunk's data, where the TIFF header should stand.
     std::optional<quint32> exifStartOffset();
@@ -46,7 +46,7 @@ private:
     void forEachChunk(const std::function<bool(const Chunk &)> &visit);
     std::optional<quint32> dataStartOfChunk(ChunkKind kind);
 
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

@@ -17,7 +17,7 @@ std::optional<RawPreviewLocator::Candidate> RawPreviewLocator::validJpgDataFromS
 {
     if (eoi - soi > maxPreviewLength)
         return std::nullopt;
-    QByteArray data = m_file.readDataOfLength(eoi - soi, soi);
+    QByteArray data = m_file.read(soi, eoi - soi);
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, "jpeg");
@@ -37,8 +37,7 @@ std::optional<RawPreviewInfo> RawPreviewLocator::savereadInternalJPGs(
     RawPreviewInfo info;
     if (moreInfos) {
         const qint64 base = moreInfos->offset;
-        const TiffIfd ifd0(m_file, base + m_file.read32(base + 4, moreInfos->isIntel),
-                           moreInfos->isIntel);
+        const TiffIfd ifd0 = TiffIfd::first(m_file, base, moreInfos->isIntel);
         if (const IfdEntry *make = ifd0.find(271))
             info.make = QString::fromUtf8(tiffAsciiValue(m_file, *make, base));
         if (const IfdEntry *model = ifd0.find(272))
@@ -47,7 +46,7 @@ std::optional<RawPreviewInfo> RawPreviewLocator::savereadInternalJPGs(
 
     int levels = 0;
     qint64 soi = 0;
-    m_file.scanBlocks(0, 2, [&](const FileReader::Block &block) {
+    m_file.scanBlocks(0, 2, [&](const ByteSource::Block &block) {
         const QByteArray &bytes = block.bytes;
         for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
             if (quint8(bytes[pos]) != 0xFF || pos + 1 >= bytes.size())
@@ -57,10 +56,10 @@ std::optional<RawPreviewInfo> RawPreviewLocator::savereadInternalJPGs(
                 if (levels == maxNesting)
                     return false;
                 if (levels == 0)
-                    soi = block.fileOffset + pos;
+                    soi = block.offset + pos;
                 ++levels;
             } else if (marker == 0xD9 && levels > 0 && --levels == 0) {
-                const qint64 eoi = block.fileOffset + pos + 2;
+                const qint64 eoi = block.offset + pos + 2;
                 const std::optional<Candidate> candidate = validJpgDataFromSoi(soi, eoi);
                 if (!candidate)
                     return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/TiffIfd.h"
 
 #include <QSize>
@@ -33,7 +33,7 @@ public:
     // A candidate range above this is no preview but a false pair of markers.
     static constexpr qint64 maxPreviewLength = 64 * 1024 * 1024;
 
-    explicit RawPreviewLocator(FileReader &file) : m_file(file) {}
+    explicit RawPreviewLocator(const ByteSource &file) : m_file(file) {}
 
     // With a TIFF header, make and model come from its IFD0. Nothing when neither a preview
     // nor a maker nor a model was found.
@@ -47,7 +47,7 @@ private:
     };
     std::optional<Candidate> validJpgDataFromSoi(qint64 soi, qint64 eoi);
 
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

@@ -13,19 +13,51 @@ std::optional<bool> tiffMagicOrder(const QByteArray &bytes, qsizetype pos)
     return std::nullopt;
 }
 
-TiffIfd::TiffIfd(FileReader &file, qint64 ifdOffset, bool intel)
+std::optional<quint32> IfdEntry::pointerValue() const
+{
+    enum : quint16 { Byte = 1, Short = 3, Long = 4, SByte = 6, Undefined = 7, SShort = 8,
+                     SLong = 9, Ifd = 13 };
+    if (count != 1)
+        return std::nullopt;
+    switch (type) {
+    case Byte:
+    case SByte:
+    case Undefined:
+        return byteValue;
+    case Short:
+    case SShort:
+        return shortValue;
+    case Long:
+    case SLong:
+    case Ifd:
+        return value;
+    default:
+        return std::nullopt;
+    }
+}
+
+TiffIfd::TiffIfd(const ByteSource &file, qint64 ifdOffset, bool intel)
 {
     constexpr int entrySize = 12;
-    const quint16 count = file.read16(ifdOffset, intel);
-    const QByteArray table = file.readDataOfLength(qint64(count) * entrySize, ifdOffset + 2);
+    const std::optional<quint16> count = file.read16(ifdOffset, intel);
+    if (!count)
+        return;
+    const QByteArray table = file.read(ifdOffset + 2, qint64(*count) * entrySize);
     const qsizetype complete = table.size() / entrySize;
     m_entries.reserve(complete);
     for (qsizetype i = 0; i < complete; ++i) {
         const qsizetype at = i * entrySize;
         m_entries.push_back(IfdEntry{get16(table, at, intel), get16(table, at + 2, intel),
                                      get32(table, at + 4, intel), get32(table, at + 8, intel),
-                                     get16(table, at + 8, intel), ifdOffset + 2 + at + 8});
+                                     get16(table, at + 8, intel), quint8(table[at + 8]),
+                                     ifdOffset + 2 + at + 8});
     }
+}
+
+TiffIfd TiffIfd::first(const ByteSource &file, qint64 base, bool intel)
+{
+    const std::optional<quint32> offset = file.read32(base + 4, intel);
+    return offset ? TiffIfd(file, base + *offset, intel) : TiffIfd();
 }
 
 const IfdEntry *TiffIfd::find(quint16 tag) const
@@ -37,12 +69,12 @@ const IfdEntry *TiffIfd::find(quint16 tag) const
     return nullptr;
 }
 
-QByteArray tiffAsciiValue(FileReader &file, const IfdEntry &entry, qint64 base,
+QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
                           qint64 maxLength)
 {
     const qint64 length = qMin<qint64>(entry.count, maxLength);
     const qint64 at = entry.count <= 4 ? entry.valueFieldOffset : base + entry.value;
-    QByteArray text = file.readDataOfLength(length, at);
+    QByteArray text = file.read(at, length);
     const qsizetype nul = text.indexOf('\0');
     if (nul >= 0)
         text.truncate(nul);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 
 #include <QtGlobal>
 
@@ -27,7 +27,13 @@ struct IfdEntry
     quint32 count = 0;
     quint32 value = 0;       // the value field read as a 32-bit number
     quint16 shortValue = 0;  // the value field's first 16 bits, for inline SHORT values
+    quint8 byteValue = 0;    // its first byte, for inline BYTE values
     qint64 valueFieldOffset = 0; // absolute offset of the entry's value field
+
+    // The offset a pointer tag (Exif IFD, GPS IFD) names. Writers get its type wrong; like
+    // exiftool, a single value of any integer type is followed, read at its type's width, and
+    // other types or counts are not.
+    std::optional<quint32> pointerValue() const;
 };
 
 // The entries of one image file directory, read with a single file read. A directory that
@@ -35,7 +41,10 @@ struct IfdEntry
 class TiffIfd
 {
 public:
-    TiffIfd(FileReader &file, qint64 ifdOffset, bool intel);
+    TiffIfd() = default;
+    TiffIfd(const ByteSource &file, qint64 ifdOffset, bool intel);
+    // IFD0 of the TIFF structure whose header stands at `base`.
+    static TiffIfd first(const ByteSource &file, qint64 base, bool intel);
 
     const std::vector<IfdEntry> &entries() const { return m_entries; }
     const IfdEntry *find(quint16 tag) const;
@@ -46,7 +55,7 @@ private:
 
 // Reads an ASCII tag's text up to its first NUL: from the value field when it fits there,
 // else from `base` plus the value. At most `maxLength` bytes are read.
-QByteArray tiffAsciiValue(FileReader &file, const IfdEntry &entry, qint64 base,
+QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
                           qint64 maxLength = 128);
 
 } // namespace orv

@@ -102,7 +102,7 @@ std::optional<quint32> storableOffset(const Found &found)
 class ValueReader
 {
 public:
-    ValueReader(FileReader &file) : m_file(file) {}
+    ValueReader(const ByteSource &file) : m_file(file) {}
 
     // Exactly `length` bytes at a usable offset, or nothing.
     std::optional<std::pair<QByteArray, quint32>> read(const Found &found, qint64 length)
@@ -110,7 +110,7 @@ public:
         const std::optional<quint32> offset = storableOffset(found);
         if (!offset)
             return std::nullopt;
-        QByteArray data = m_file.readDataOfLength(length, *offset);
+        QByteArray data = m_file.read(*offset, length);
         if (data.size() != length)
             return std::nullopt;
         return std::pair{data, *offset};
@@ -166,7 +166,7 @@ public:
     }
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace
@@ -212,7 +212,7 @@ bool verifyGpsDateStampData(const QByteArray &data)
 
 std::optional<TiffHeader> TiffLocator::headerAt(qint64 offset)
 {
-    const std::optional<bool> intel = tiffMagicOrder(m_file.readDataOfLength(4, offset), 0);
+    const std::optional<bool> intel = tiffMagicOrder(m_file.read(offset, 4), 0);
     if (!intel || offset < 0 || offset > qint64(0xFFFFFFFF))
         return std::nullopt;
     return TiffHeader{quint32(offset), *intel};
@@ -221,14 +221,14 @@ std::optional<TiffHeader> TiffLocator::headerAt(qint64 offset)
 std::optional<TiffHeader> TiffLocator::scanForHeader(qint64 start)
 {
     if (start == 0) {
-        const QByteArray head = m_file.readDataOfLength(2, 0);
+        const QByteArray head = m_file.read(0, 2);
         if (head == "II" || head == "MM")
             return TiffHeader{0, head == "II"};
     }
     std::optional<TiffHeader> found;
-    m_file.scanBlocks(start, 3, [&](const FileReader::Block &block) {
+    m_file.scanBlocks(start, 3, [&](const ByteSource::Block &block) {
         for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
-            const qint64 at = block.fileOffset + pos;
+            const qint64 at = block.offset + pos;
             const std::optional<bool> intel = tiffMagicOrder(block.bytes, pos);
             if (intel && at <= qint64(0xFFFFFFFF)) {
                 found = TiffHeader{quint32(at), *intel};
@@ -246,7 +246,7 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
     const bool intel = header.isIntel;
     TagOffsets tags;
 
-    const TiffIfd ifd0(m_file, base + m_file.read32(base + 4, intel), intel);
+    const TiffIfd ifd0 = TiffIfd::first(m_file, base, intel);
     std::optional<quint32> nestedJpeg, exifIfd, gpsIfd;
     std::size_t resumeAt = ifd0.entries().size();
     for (std::size_t i = 0; i < ifd0.entries().size(); ++i) {
@@ -254,8 +254,8 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         switch (entry.tag) {
         case NestedJpeg: nestedJpeg = entry.value; break;
         case DateTime: tags.dateTime = base + entry.value; break;
-        case ExifIfdPointer: exifIfd = entry.value; break;
-        case GpsIfdPointer: gpsIfd = entry.value; break;
+        case ExifIfdPointer: exifIfd = entry.pointerValue(); break;
+        case GpsIfdPointer: gpsIfd = entry.pointerValue(); break;
         default: tags.takeExifTag(entry, base); break;
         }
         if (tags.dateTime && exifIfd && gpsIfd) {
@@ -285,15 +285,13 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         for (std::size_t i = resumeAt; i < ifd0.entries().size(); ++i)
             tags.takeExifTag(ifd0.entries()[i], base);
     }
-    // Without its own DateTime the file may carry it in the TIFF header of an embedded JPEG.
-    // The magic is compared as the file's order reads it, which only Intel files can match.
+    // Without its own DateTime the file may carry it in the TIFF header of an embedded JPEG,
+    // 12 bytes in (SOI, APP1 marker and length, "Exif\0\0"). That header has its own order.
     if (!tags.dateTime && nestedJpeg) {
-        const qint64 nested = base + *nestedJpeg + 12;
-        const quint32 magic = m_file.read32(nested, intel);
-        if (magic == (intel ? 0x002A4949u : 0x2A004D4Du)) {
-            const TiffIfd nestedIfd0(m_file, nested + m_file.read32(nested + 4, intel), intel);
+        if (const std::optional<TiffHeader> nested = headerAt(base + *nestedJpeg + 12)) {
+            const TiffIfd nestedIfd0 = TiffIfd::first(m_file, nested->offset, nested->isIntel);
             if (const IfdEntry *entry = nestedIfd0.find(DateTime))
-                tags.dateTime = nested + entry->value;
+                tags.dateTime = nested->offset + entry->value;
         }
     }
 
@@ -308,8 +306,7 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
         result.gpsTimeStamp = GpsStampRecord{stamp->first, stamp->second, !intel};
     result.gpsDateStamp = values.gpsDate(tags.dateStamp);
     result.gpsLocation = values.location(tags, !intel);
-    result.tiffHeaderStartOffset = header.offset;
-    result.isHeaderIntel = intel;
+    result.tiffHeader = header;
 }
 
 } // namespace orv

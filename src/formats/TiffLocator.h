@@ -1,7 +1,7 @@
 #pragma once
 
 #include "formats/DatesData.h"
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/TiffIfd.h"
 
 #include <optional>
@@ -19,7 +19,7 @@ bool verifyGpsDateStampData(const QByteArray &data);
 class TiffLocator
 {
 public:
-    explicit TiffLocator(FileReader &file) : m_file(file) {}
+    explicit TiffLocator(const ByteSource &file) : m_file(file) {}
 
     // A header whose 4-byte magic stands exactly at `offset`.
     std::optional<TiffHeader> headerAt(qint64 offset);
@@ -30,7 +30,7 @@ public:
     void readDates(const TiffHeader &header, DatesData &result);
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

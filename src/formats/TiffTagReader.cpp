@@ -49,7 +49,7 @@ TiffImageTags TiffTagReader::read(const TiffHeader &header)
     const qint64 base = header.offset;
     const bool intel = header.isIntel;
     TiffImageTags tags;
-    const TiffIfd ifd0(m_file, base + m_file.read32(base + 4, intel), intel);
+    const TiffIfd ifd0 = TiffIfd::first(m_file, base, intel);
     if (const IfdEntry *make = ifd0.find(Make))
         tags.make = QString::fromUtf8(tiffAsciiValue(m_file, *make, base));
     if (const IfdEntry *model = ifd0.find(Model))
@@ -58,8 +58,9 @@ TiffImageTags TiffTagReader::read(const TiffHeader &header)
         orientation && orientation->shortValue >= 1 && orientation->shortValue <= 8)
         tags.orientation = orientation->shortValue;
 
-    if (const IfdEntry *exifPointer = ifd0.find(ExifIfdPointer)) {
-        const TiffIfd exif(m_file, base + exifPointer->value, intel);
+    const IfdEntry *exifPointer = ifd0.find(ExifIfdPointer);
+    if (const std::optional<quint32> exifIfd = exifPointer ? exifPointer->pointerValue() : std::nullopt) {
+        const TiffIfd exif(m_file, base + *exifIfd, intel);
         tags.pixelSize = sizeOf(exif, PixelXDimension, PixelYDimension);
         if (const IfdEntry *makerNote = exif.find(MakerNote))
             tags.contentIdentifier = appleContentIdentifier(base + makerNote->value);
@@ -73,7 +74,7 @@ TiffImageTags TiffTagReader::read(const TiffHeader &header)
 // offsets count from the start of the maker note.
 QString TiffTagReader::appleContentIdentifier(qint64 makerNoteOffset)
 {
-    const QByteArray head = m_file.readDataOfLength(14, makerNoteOffset);
+    const QByteArray head = m_file.read(makerNoteOffset, 14);
     if (!hasBytesAt(head, 0, QByteArrayView("Apple iOS\0", 10)))
         return {};
     const QByteArray order = head.mid(12, 2);

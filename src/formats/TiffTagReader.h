@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 #include "formats/TiffIfd.h"
 
 #include <QSize>
@@ -28,14 +28,14 @@ struct TiffImageTags
 class TiffTagReader
 {
 public:
-    explicit TiffTagReader(FileReader &file) : m_file(file) {}
+    explicit TiffTagReader(const ByteSource &file) : m_file(file) {}
 
     TiffImageTags read(const TiffHeader &header);
 
 private:
     QString appleContentIdentifier(qint64 makerNoteOffset);
 
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

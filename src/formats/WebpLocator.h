@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 
 #include <optional>
 
@@ -16,12 +16,12 @@ struct WebpChunkOffsets
 class WebpLocator
 {
 public:
-    explicit WebpLocator(FileReader &file) : m_file(file) {}
+    explicit WebpLocator(const ByteSource &file) : m_file(file) {}
 
     WebpChunkOffsets riffHeaderData();
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

@@ -38,9 +38,9 @@ const std::array<QByteArrayView, 2> packetEnds{"</x:xmpmeta", "<?xpacket end="};
 
 // The value that follows a tag name: an element's text up to the next "<", or an attribute's
 // text up to its closing quote. Only complete values within `window` are taken.
-std::optional<XmpTextValue> valueAfterName(FileReader &file, qint64 valueAt, qint64 window)
+std::optional<XmpTextValue> valueAfterName(const ByteSource &file, qint64 valueAt, qint64 window)
 {
-    const QByteArray bytes = file.readDataOfLength(window, valueAt);
+    const QByteArray bytes = file.read(valueAt, window);
     qsizetype from = 0;
     char closing = 0;
     if (bytes.startsWith('>')) {
@@ -65,9 +65,9 @@ QString lowerSuffix(const QByteArray &fileName)
 
 } // namespace
 
-bool isXmpPacketStart(FileReader &file, qint64 offset)
+bool isXmpPacketStart(const ByteSource &file, qint64 offset)
 {
-    const QByteArray head = file.readDataOfLength(16, offset);
+    const QByteArray head = file.read(offset, 16);
     return head.startsWith("<?xpacket begin=") || head.startsWith("<x:xmpmeta ");
 }
 
@@ -112,20 +112,17 @@ bool isVerifiedXmpPosErrorDataType(const QByteArray &text)
 
 std::optional<quint32> XmpLocator::xmpStartOffsetFromJPGHeader()
 {
-    const quint32 start = JpegLocator(m_file).savereadJPGHeader().xmpOffset;
-    if (start == 0)
-        return std::nullopt;
-    return start;
+    return JpegLocator(m_file).savereadJPGHeader().xmpOffset;
 }
 
 std::optional<quint32> XmpLocator::xmpStartOffsetFromTIFHeader(qint64 headerOffset)
 {
     // The order mark alone decides: RAW formats with their own magic number keep the TIFF order.
-    const QByteArray order = m_file.readDataOfLength(2, headerOffset);
+    const QByteArray order = m_file.read(headerOffset, 2);
     if (order != "II" && order != "MM")
         return std::nullopt;
     const bool intel = order == "II";
-    const TiffIfd ifd0(m_file, headerOffset + m_file.read32(headerOffset + 4, intel), intel);
+    const TiffIfd ifd0 = TiffIfd::first(m_file, headerOffset, intel);
     const IfdEntry *xmp = ifd0.find(700);
     if (!xmp)
         return std::nullopt;
@@ -147,10 +144,10 @@ std::optional<quint32> XmpLocator::xmpStartOffsetFromSidecarFile(qint64 from)
 {
     static constexpr QByteArrayView opening = "<x:xmpmeta";
     std::optional<quint32> found;
-    m_file.scanBlocks(from, opening.size(), [&](const FileReader::Block &block) {
+    m_file.scanBlocks(from, opening.size(), [&](const ByteSource::Block &block) {
         const qsizetype at = QByteArrayView(block.bytes).indexOf(opening);
-        if (at >= 0 && at < block.scanEnd && block.fileOffset + at <= qint64(0xFFFFFFFF)) {
-            found = quint32(block.fileOffset + at);
+        if (at >= 0 && at < block.scanEnd && block.offset + at <= qint64(0xFFFFFFFF)) {
+            found = quint32(block.offset + at);
             return false;
         }
         return true;
@@ -164,7 +161,7 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
     XmpDateInfos infos;
     std::array<bool, dateTags.size()> taken{};
     qsizetype takenCount = 0;
-    m_file.scanBlocks(packetStart, dateSearchOverlap, [&](const FileReader::Block &block) {
+    m_file.scanBlocks(packetStart, dateSearchOverlap, [&](const ByteSource::Block &block) {
         for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
             const char first = block.bytes[pos];
             if (first == '<') {
@@ -182,7 +179,7 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
                     continue;
                 taken[i] = true;
                 ++takenCount;
-                const qint64 valueAt = block.fileOffset + pos + tag.text.size();
+                const qint64 valueAt = block.offset + pos + tag.text.size();
                 if (const auto value = valueAfterName(m_file, valueAt, valueWindow)) {
                     const XmpStampKind kind = DateStampCodec::verifiedXmpDateDataType(value->text);
                     if (kind.type != 0)
@@ -222,7 +219,7 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
 
     XmpSidecarMetadata metadata;
     std::array<bool, tags.size()> taken{};
-    m_file.scanBlocks(packetStart, overlap, [&](const FileReader::Block &block) {
+    m_file.scanBlocks(packetStart, overlap, [&](const ByteSource::Block &block) {
         for (qsizetype pos = 0; pos < block.scanEnd; ++pos) {
             const char first = block.bytes[pos];
             if (first == '<' && hasBytesAt(block.bytes, pos, end))
@@ -234,7 +231,7 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
                     continue;
                 // "exif:GPSLatitude" also begins "exif:GPSLatitudeRef": a name counts only
                 // where a value follows it.
-                const qint64 valueAt = block.fileOffset + pos + tags[i].text.size();
+                const qint64 valueAt = block.offset + pos + tags[i].text.size();
                 const std::optional<XmpTextValue> value =
                     valueAfterName(m_file, valueAt, valueWindow);
                 if (!value)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/PicAttributes.h"
-#include "formats/FileReader.h"
+#include "formats/ByteSource.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -12,7 +12,7 @@
 namespace orv {
 
 // The XMP start test: a packet begins with "<?xpacket begin=" or "<x:xmpmeta ".
-bool isXmpPacketStart(FileReader &file, qint64 offset);
+bool isXmpPacketStart(const ByteSource &file, qint64 offset);
 
 struct XmpTextValue
 {
@@ -41,7 +41,7 @@ bool isVerifiedXmpPosErrorDataType(const QByteArray &text);
 class XmpLocator
 {
 public:
-    explicit XmpLocator(FileReader &file) : m_file(file) {}
+    explicit XmpLocator(const ByteSource &file) : m_file(file) {}
 
     // Packet starts, by container; nothing when the container holds no packet.
     std::optional<quint32> xmpStartOffsetFromJPGHeader();
@@ -55,7 +55,7 @@ public:
     XmpSidecarMetadata readMetadata(qint64 packetStart);
 
 private:
-    FileReader &m_file;
+    const ByteSource &m_file;
 };
 
 } // namespace orv

@@ -67,14 +67,14 @@ QByteArray fileBytes(const QString &path, quint32 offset, qsizetype length)
     return file.read(length);
 }
 
-class CorpusDates : public testing::TestWithParam<QString>
+class CorpusDates : public testing::TestWithParam<std::tuple<QString, SourceKind>>
 {
 protected:
     void SetUp() override
     {
-        path = GetParam();
+        path = std::get<0>(GetParam());
         exif = exiftoolTags(path, ExiftoolGroups::Family1);
-        dates = readDatesAsTheScanDoes(path);
+        dates = readDatesAsTheScanDoes(path, std::get<1>(GetParam()));
     }
 
     // The first of the keys that exiftool read with a non-empty value.
@@ -180,7 +180,7 @@ TEST_P(CorpusDates, GpsStampsMatchExiftool)
     if (timeKey) {
         EXPECT_NEAR(gpsTimeSeconds(*dates.gpsTimeStamp),
                     secondsOfClockText(exif.string(*timeKey)), 0.01);
-        EXPECT_EQ(dates.gpsTimeStamp->needsConv, !dates.isHeaderIntel);
+        EXPECT_EQ(dates.gpsTimeStamp->needsConv, !dates.tiffHeader->isIntel);
     }
 }
 
@@ -217,8 +217,14 @@ TEST_P(CorpusDates, GpsLocationMatchesExiftool)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusDates, testing::ValuesIn(corpusFiles(stillSuffixes)),
-                         corpusTestName);
+INSTANTIATE_TEST_SUITE_P(
+    Corpus, CorpusDates,
+    testing::Combine(testing::ValuesIn(corpusFiles(stillSuffixes)),
+                     testing::Values(SourceKind::File, SourceKind::Memory)),
+    [](const testing::TestParamInfo<CorpusDates::ParamType> &info) {
+        return corpusTestName({std::get<0>(info.param), info.index}) + "_"
+            + sourceKindName(std::get<1>(info.param));
+    });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusDates);
 
 } // namespace

@@ -57,11 +57,11 @@ TEST_P(CorpusImageTags, MatchExiftool)
 {
     const QString path = GetParam();
     const DatesData dates = readDatesAsTheScanDoes(path);
-    if (!dates.hasHeader())
+    if (!dates.tiffHeader)
         GTEST_SKIP() << "no TIFF header";
     const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
     const TiffImageTags tags = MySingleFolderDataReader().imageTagsAtPath(
-        path, TiffHeader{dates.tiffHeaderStartOffset, dates.isHeaderIntel});
+        path, *dates.tiffHeader);
 
     EXPECT_EQ(tags.make.trimmed(), exif.string("IFD0:Make").trimmed());
     EXPECT_EQ(tags.model.trimmed(), exif.string("IFD0:Model").trimmed());
@@ -82,9 +82,9 @@ TEST(CorpusImageTags, LivePhotoStillCarriesTheMovieIdentifier)
     ORV_SKIP_WITHOUT_CORPUS();
     const QString still = corpusFile("Lychee/tests/Samples/train.jpg");
     const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(still, JpegFormat);
-    ASSERT_TRUE(dates.hasHeader());
+    ASSERT_TRUE(dates.tiffHeader);
     const TiffImageTags tags = MySingleFolderDataReader().imageTagsAtPath(
-        still, TiffHeader{dates.tiffHeaderStartOffset, dates.isHeaderIntel});
+        still, *dates.tiffHeader);
     // The same identifier stands in train.mov's QuickTime metadata.
     EXPECT_EQ(tags.contentIdentifier, "E905E6C6-C747-4805-942F-9904A0281F02");
 }

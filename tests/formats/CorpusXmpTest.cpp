@@ -68,10 +68,10 @@ std::optional<XmpDateInfos> readXmpAsTheScanDoes(const QString &path)
         return reader.savereadXMPDatesAtPath(path, format, 0);
     const DatesData dates = reader.savereadDatesAtPath(path, format);
     if (format == JpegFormat)
-        return reader.savereadXMPDatesAtPath(path, format, dates.jpgXMPOffset);
-    if (!dates.hasHeader())
+        return reader.savereadXMPDatesAtPath(path, format, dates.jpgXMPOffset.value_or(0));
+    if (!dates.tiffHeader)
         return XmpDateInfos{};
-    return reader.savereadXMPDatesAtPath(path, format, dates.tiffHeaderStartOffset);
+    return reader.savereadXMPDatesAtPath(path, format, dates.tiffHeader->offset);
 }
 
 // exiftool shows XMP dates in EXIF form.

@@ -3,6 +3,7 @@
 #include "formats/InPlaceWriter.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "formats/TiffLocator.h"
+#include "formats/RecordDecoding.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
@@ -18,17 +19,26 @@ namespace {
 
 const QByteArray dateStamp = "2024:05:01 10:00:00";
 
-class CraftedFile : public ::testing::Test
+// Each case runs on a file and on the same bytes in memory.
+class CraftedFile : public ::testing::TestWithParam<SourceKind>
 {
 protected:
     QString write(const MediaFile &file) { return file.write(m_dir.path(), "crafted"); }
 
+    // The file written and opened as this run's kind of source; valid until the next call.
+    const ByteSource &source(const MediaFile &file)
+    {
+        m_source = openSource(GetParam(), write(file));
+        return *m_source;
+    }
+
     DatesData readDates(const MediaFile &file, int format)
     {
-        return MySingleFolderDataReader().savereadDatesAtPath(write(file), format);
+        return MySingleFolderDataReader().savereadDates(source(file), format);
     }
 
     QTemporaryDir m_dir;
+    std::unique_ptr<ByteSource> m_source;
 };
 
 TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
@@ -36,7 +46,7 @@ TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStam
     return {.order = order, .dateTimeOriginal = stamp};
 }
 
-TEST_F(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
+TEST_P(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
 {
     TiffSpec recipe = originalDate(ByteOrder::Intel);
     recipe.dateTime = Stamp::text("2024:05:01 08:00:00");
@@ -53,16 +63,17 @@ TEST_F(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
     EXPECT_TRUE(dates.tiffDateTime);
 }
 
-TEST_F(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
+TEST_P(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
 {
     const DatesData dates =
         readDates(buildExifBlock(originalDate(ByteOrder::Motorola, Stamp::blank())), TiffFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     EXPECT_EQ(dates.exifDateTimeOriginal->dateData, Stamp::blank().bytes);
-    EXPECT_FALSE(dates.isHeaderIntel);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_FALSE(dates.tiffHeader->isIntel);
 }
 
-TEST_F(CraftedFile, MotorolaRationalsNeedConversion)
+TEST_P(CraftedFile, MotorolaRationalsNeedConversion)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
         GpsSpec gps;
@@ -75,7 +86,7 @@ TEST_F(CraftedFile, MotorolaRationalsNeedConversion)
     }
 }
 
-TEST_F(CraftedFile, GpsDateNeedsItsNulAtByteTen)
+TEST_P(CraftedFile, GpsDateNeedsItsNulAtByteTen)
 {
     const auto gpsDate = [&](const Stamp &stamp) {
         return readDates(buildExifBlock({.gps = GpsSpec{.dateStamp = stamp}}), TiffFormat)
@@ -87,33 +98,127 @@ TEST_F(CraftedFile, GpsDateNeedsItsNulAtByteTen)
     EXPECT_FALSE(gpsDate(Stamp::raw("2024:05:011")));
 }
 
-TEST_F(CraftedFile, ValuesPointingOutsideTheFileAreAbsent)
+TEST_P(CraftedFile, ValuesPointingOutsideTheFileAreAbsent)
 {
     MediaFile file = buildExifBlock({.dateTime = Stamp::text(dateStamp)});
     // DateTime is IFD0's only entry; its value offset follows tag, type and count.
     qToLittleEndian<quint32>(0xFFFFFF00, file.bytes.data() + file.offsets.ifd0 + 2 + 8);
     const DatesData dates = readDates(file, TiffFormat);
-    EXPECT_TRUE(dates.hasHeader());
+    EXPECT_TRUE(dates.tiffHeader);
     EXPECT_FALSE(dates.tiffDateTime);
 }
 
-// A file without its own DateTime may carry one in the Exif block of an embedded JPEG (tag 46).
-// The magic there is compared in the file's order, which only Intel files can pass.
-TEST_F(CraftedFile, NestedJpegDateIsReadInIntelFilesOnly)
+// A file without its own DateTime may carry one in the Exif block of an embedded JPEG (tag 46),
+// whose TIFF header has its own byte order.
+TEST_P(CraftedFile, NestedJpegDateIsReadInEitherByteOrder)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
-        const MediaFile inner = buildJpeg(
-            {.jfif = false, .exif = TiffSpec{.order = order, .dateTime = Stamp::text(dateStamp)}});
-        const MediaFile file = buildExifBlock({.order = order, .embeddedJpeg = inner.bytes});
-        const DatesData dates = readDates(file, TiffFormat);
-        if (order == ByteOrder::Intel) {
+        for (const ByteOrder innerOrder : {ByteOrder::Intel, ByteOrder::Motorola}) {
+            const MediaFile inner = buildJpeg(
+                {.jfif = false,
+                 .exif = TiffSpec{.order = innerOrder, .dateTime = Stamp::text(dateStamp)}});
+            const MediaFile file = buildExifBlock({.order = order, .embeddedJpeg = inner.bytes});
+            const DatesData dates = readDates(file, TiffFormat);
             ASSERT_TRUE(dates.tiffDateTime);
             EXPECT_EQ(dates.tiffDateTime->dateOffset,
                       file.offsets.embeddedJpeg + inner.offsets.dateTime);
-        } else {
-            EXPECT_FALSE(dates.tiffDateTime);
         }
     }
+}
+
+// Every tag a date or place lives in, so that a walk that depends on tag order loses one.
+TiffSpec everyDateTag(ByteOrder order, bool descending)
+{
+    GpsSpec gps = GpsSpec::at(48.8566, -2.3522);
+    gps.altitudeRef = 0;
+    gps.altitude = Rational{35, 1};
+    gps.timeStamp = RationalTriple{Rational{8, 1}, Rational{0, 1}, Rational{0, 1}};
+    gps.dateStamp = Stamp::text("2024:05:01");
+    gps.hPositioningError = Rational{5, 1};
+    return {.order = order,
+            .dateTime = Stamp::text("2024:05:01 10:00:02"),
+            .dateTimeOriginal = Stamp::text(dateStamp),
+            .dateTimeDigitized = Stamp::text("2024:05:01 10:00:01"),
+            .offsetTime = Stamp::text("+02:00"),
+            .offsetTimeOriginal = Stamp::text("+03:00"),
+            .offsetTimeDigitized = Stamp::text("-04:30"),
+            .descendingEntries = descending,
+            .pixelSize = QSize(16, 16),
+            .gps = gps};
+}
+
+TEST_P(CraftedFile, EntriesInDescendingTagOrderAreAllFound)
+{
+    for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
+        const MediaFile file = buildJpeg({.exif = everyDateTag(order, true)});
+        const DatesData dates = readDates(file, JpegFormat);
+        const MediaOffsets &at = file.offsets;
+        const std::pair<std::optional<quint32>, quint32> found[] = {
+            {dates.tiffDateTime ? std::optional(dates.tiffDateTime->dateOffset) : std::nullopt, at.dateTime},
+            {dates.exifDateTimeOriginal ? std::optional(dates.exifDateTimeOriginal->dateOffset) : std::nullopt, at.dateTimeOriginal},
+            {dates.exifDateTimeDigitized ? std::optional(dates.exifDateTimeDigitized->dateOffset) : std::nullopt, at.dateTimeDigitized},
+            {dates.exifOffsetTIFFTime ? std::optional(dates.exifOffsetTIFFTime->offsetOffset) : std::nullopt, at.offsetTime},
+            {dates.exifOffsetTimeOriginal ? std::optional(dates.exifOffsetTimeOriginal->offsetOffset) : std::nullopt, at.offsetTimeOriginal},
+            {dates.exifOffsetTimeDigitized ? std::optional(dates.exifOffsetTimeDigitized->offsetOffset) : std::nullopt, at.offsetTimeDigitized},
+            {dates.gpsTimeStamp ? std::optional(dates.gpsTimeStamp->dateOffset) : std::nullopt, at.gpsTimeStamp},
+            {dates.gpsDateStamp ? std::optional(dates.gpsDateStamp->dateOffset) : std::nullopt, at.gpsDateStamp},
+        };
+        for (const auto &[ours, expected] : found)
+            EXPECT_EQ(ours, std::optional(expected)) << "expected at " << expected;
+        ASSERT_TRUE(dates.gpsLocation);
+        EXPECT_EQ(dates.gpsLocation->longitude_Offset, at.gpsLongitude);
+        EXPECT_EQ(dates.gpsLocation->hPositioningError_Offset, at.gpsHPositioningError);
+
+        const ExiftoolTags exif = exiftoolTags(write(file), ExiftoolGroups::Family1);
+        EXPECT_EQ(exif.string("ExifIFD:OffsetTimeDigitized"), "-04:30");
+        EXPECT_EQ(exif.string("GPS:GPSDateStamp"), "2024:05:01");
+    }
+}
+
+// The Exif IFD pointer's type, rewritten in a file that is right in every other way. Whether
+// exiftool follows it is checked beside ours, so the table cannot drift from its reading.
+TEST_P(CraftedFile, ExifPointerOfAnIntegerTypeIsFollowedAsExiftoolDoes)
+{
+    enum : quint16 { Byte = 1, Ascii = 2, Short = 3, Long = 4, Rational = 5, SByte = 6,
+                     Undefined = 7, SShort = 8, SLong = 9, Ifd = 13 };
+    // Type, count, followed.
+    const std::tuple<quint16, quint32, bool> cases[] = {
+        {Short, 1, true},      {SShort, 1, true},  {Long, 1, true},   {SLong, 1, true},
+        {Ifd, 1, true},        {Byte, 1, true},    {SByte, 1, true},  {Undefined, 1, true},
+        {Ascii, 4, false},     {Rational, 1, false}, {Undefined, 4, false}, {Long, 2, false},
+        {Short, 0, false}};
+    std::map<QString, bool> followedIn;
+    for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
+        const bool intel = order == ByteOrder::Intel;
+        for (const auto &[type, count, followed] : cases) {
+            MediaFile file = buildExifBlock(originalDate(order));
+            // IFD0's only entry is the pointer: tag, type, count, value field.
+            char *entry = file.bytes.data() + file.offsets.ifd0 + 2;
+            const quint32 target = file.offsets.exifIfd;
+            ASSERT_LT(target, 256u);
+            intel ? qToLittleEndian<quint16>(type, entry + 2) : qToBigEndian<quint16>(type, entry + 2);
+            intel ? qToLittleEndian<quint32>(count, entry + 4) : qToBigEndian<quint32>(count, entry + 4);
+            if (type == Short || type == SShort) {
+                intel ? qToLittleEndian<quint16>(quint16(target), entry + 8)
+                      : qToBigEndian<quint16>(quint16(target), entry + 8);
+                qToLittleEndian<quint16>(0, entry + 10);
+            } else if (type == Byte || type == SByte || type == Undefined) {
+                qToLittleEndian<quint32>(target, entry + 8); // the value's byte first
+            }
+            const DatesData dates = readDates(file, TiffFormat);
+            EXPECT_EQ(dates.exifDateTimeOriginal.has_value(), followed)
+                << "type " << type << " count " << count << " intel " << intel;
+            followedIn[file.write(m_dir.path(), QStringLiteral("pointer_%1_%2_%3")
+                                                    .arg(type).arg(count).arg(intel))] = followed;
+        }
+    }
+    QStringList paths;
+    for (const auto &[path, followed] : followedIn)
+        paths << path;
+    const auto read = exiftoolTagsOfFiles(paths, ExiftoolGroups::Family1);
+    ASSERT_EQ(read.size(), followedIn.size());
+    for (const auto &[path, exif] : read)
+        EXPECT_EQ(exif.has("ExifIFD:DateTimeOriginal"), followedIn.at(path)) << path.toStdString();
 }
 
 TEST(StampVerifiers, OnlyWellFormedStampsPass)
@@ -143,7 +248,7 @@ TEST(StampVerifiers, OnlyWellFormedStampsPass)
         EXPECT_EQ(verify(data), valid) << data.toHex(' ').toStdString();
 }
 
-TEST_F(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
+TEST_P(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
 {
     const MediaFile file =
         buildJpeg({.exif = originalDate(ByteOrder::Intel),
@@ -151,12 +256,13 @@ TEST_F(CraftedFile, JpegWalkFindsExifInASecondApp1AfterXmp)
                    .xmpBeforeExif = true});
     const DatesData dates = readDates(file, JpegFormat);
     EXPECT_EQ(dates.jpgXMPOffset, file.offsets.xmpPacket);
-    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset, file.offsets.dateTimeOriginal);
 }
 
-TEST_F(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
+TEST_P(CraftedFile, JpegWalkWithoutApp1StopsAtTheScanAndFindsNothing)
 {
     // A TIFF block behind the image data must not be taken for the file's Exif.
     const QByteArray trailer = "Exif" + buildExifBlock(originalDate(ByteOrder::Intel)).bytes;
@@ -164,33 +270,59 @@ TEST_F(CraftedFile, JpegWalkWithoutApp1StopsAtTheFrameAndFindsNothing)
         MediaFile file = buildJpeg({.progressive = progressive});
         file.bytes += trailer;
         const DatesData dates = readDates(file, JpegFormat);
-        EXPECT_FALSE(dates.hasHeader());
-        EXPECT_EQ(dates.jpgXMPOffset, 0u);
+        EXPECT_FALSE(dates.tiffHeader);
+        EXPECT_FALSE(dates.jpgXMPOffset);
         EXPECT_FALSE(dates.exifDateTimeOriginal);
     }
 }
 
-TEST_F(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
+// Segments in the order an encoder may leave them: the Exif APP1 after the frame header, behind
+// fill bytes. The walk goes on over any SOFn to the scan.
+TEST_P(CraftedFile, JpegWalkGoesOverFrameHeadersAndFillBytesToTheScan)
+{
+    for (const bool progressive : {false, true}) {
+        MediaFile file = buildJpeg({.progressive = progressive});
+        const MediaFile exif = buildExifBlock(originalDate(ByteOrder::Motorola));
+        const QByteArray payload = "Exif" + QByteArray(2, '\0') + exif.bytes;
+        QByteArray app1 = "\xFF\xFF\xFF\xE1" + QByteArray(2, '\0') + payload;
+        qToBigEndian<quint16>(quint16(payload.size() + 2), app1.data() + 4);
+        // The segments from SOI on: marker, big-endian length; SOS ends the headers.
+        qsizetype sos = 2;
+        while (quint8(file.bytes[sos + 1]) != 0xDA)
+            sos += 2 + qFromBigEndian<quint16>(file.bytes.constData() + sos + 2);
+        file.bytes.insert(sos, app1);
+        const DatesData dates = readDates(file, JpegFormat);
+        ASSERT_TRUE(dates.tiffHeader) << "progressive " << progressive;
+        EXPECT_EQ(dates.tiffHeader->offset, quint32(sos + 2 + 10));
+        ASSERT_TRUE(dates.exifDateTimeOriginal);
+        EXPECT_EQ(dates.exifDateTimeOriginal->dateOffset,
+                  quint32(sos + 2 + 10) + exif.offsets.dateTimeOriginal);
+        EXPECT_EQ(exiftoolTags(write(file), ExiftoolGroups::Family1)
+                      .string("ExifIFD:DateTimeOriginal"),
+                  QString::fromLatin1(dateStamp));
+    }
+}
+
+TEST_P(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
 {
     for (const ChunkPosition position :
          {ChunkPosition::BeforeImageData, ChunkPosition::AfterImageData}) {
         const MediaFile file =
             buildPng({.exif = originalDate(ByteOrder::Intel), .exifPosition = position});
-        const QString path = write(file);
-        FileReader reader(path);
-        const DatesData dates = MySingleFolderDataReader().savereadDatesAtPath(path, PngFormat);
+        const DatesData dates = readDates(file, PngFormat);
         if (position == ChunkPosition::BeforeImageData) {
-            EXPECT_EQ(PngLocator(reader).exifStartOffset(), file.offsets.tiffHeader);
-            EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+            EXPECT_EQ(PngLocator(*m_source).exifStartOffset(), file.offsets.tiffHeader);
+            ASSERT_TRUE(dates.tiffHeader);
+            EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
             EXPECT_TRUE(dates.exifDateTimeOriginal);
         } else {
-            EXPECT_FALSE(PngLocator(reader).exifStartOffset());
-            EXPECT_FALSE(dates.hasHeader());
+            EXPECT_FALSE(PngLocator(*m_source).exifStartOffset());
+            EXPECT_FALSE(dates.tiffHeader);
         }
     }
 }
 
-TEST_F(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
+TEST_P(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
 {
     const QString path = write(buildPng({.exif = originalDate(ByteOrder::Motorola)}));
     MySingleFolderDataReader reader;
@@ -206,7 +338,7 @@ TEST_F(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
               "2030:12:31 23:59:59");
 }
 
-TEST_F(CraftedFile, PngXmpChecksumRepairAndTextChunks)
+TEST_P(CraftedFile, PngXmpChecksumRepairAndTextChunks)
 {
     const MediaFile file =
         buildPng({.xmp = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}},
@@ -228,28 +360,42 @@ TEST_F(CraftedFile, PngXmpChecksumRepairAndTextChunks)
               "2031:05:01 10:00:00");
 }
 
-TEST_F(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
+TEST_P(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
 {
     MediaFile file = buildWebp(
         {.exif = originalDate(ByteOrder::Intel),
          .xmp = buildXmp({.properties = {{"exif:DateTimeOriginal", "2024-05-01T10:00:00+02:00"}}}),
          .strayPadByte = true});
-    const QString path = write(file);
+    const ByteSource &webp = source(file);
     MySingleFolderDataReader reader;
-    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
+    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebP(webp);
     ASSERT_TRUE(chunks.exifOffset && chunks.xmpOffset);
     EXPECT_EQ(*chunks.exifOffset, file.offsets.exifSegment);
     EXPECT_EQ(*chunks.xmpOffset, file.offsets.xmpSegment);
 
-    const DatesData dates = reader.savereadDatesAtPath(path, WebpFormat, *chunks.exifOffset);
-    EXPECT_EQ(dates.tiffHeaderStartOffset, file.offsets.tiffHeader);
+    const DatesData dates = reader.savereadDates(webp, WebpFormat, *chunks.exifOffset);
+    ASSERT_TRUE(dates.tiffHeader);
+    EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
     EXPECT_TRUE(dates.exifDateTimeOriginal);
-    const auto infos = reader.savereadXMPDatesAtPath(path, WebpFormat, *chunks.xmpOffset);
-    ASSERT_TRUE(infos && infos->count("ExifDateTimeOriginal"));
-    EXPECT_EQ(infos->at("ExifDateTimeOriginal").type, 2);
+    const XmpDateInfos infos = reader.savereadXMPDates(webp, WebpFormat, *chunks.xmpOffset);
+    ASSERT_TRUE(infos.count("ExifDateTimeOriginal"));
+    EXPECT_EQ(infos.at("ExifDateTimeOriginal").type, 2);
+
+    // A chunk of odd size is followed by a pad byte, whatever its value.
+    MediaFile padded = file;
+    padded.bytes.insert(file.offsets.exifSegment, QByteArray("ODD \x03\0\0\0abc!", 12));
+    const WebpChunkOffsets afterOdd = reader.riffHeaderDataForWebP(source(padded));
+    EXPECT_EQ(afterOdd.exifOffset, file.offsets.exifSegment + 12);
+    EXPECT_EQ(afterOdd.xmpOffset, file.offsets.xmpSegment + 12);
 
     file.bytes.replace(8, 4, "AVI ");
-    EXPECT_FALSE(reader.riffHeaderDataForWebPFileAtPath(write(file)).exifOffset);
+    EXPECT_FALSE(reader.riffHeaderDataForWebP(source(file)).exifOffset);
 }
+
+INSTANTIATE_TEST_SUITE_P(BothSources, CraftedFile,
+                         testing::Values(SourceKind::File, SourceKind::Memory),
+                         [](const testing::TestParamInfo<SourceKind> &info) {
+                             return std::string(sourceKindName(info.param));
+                         });
 
 } // namespace

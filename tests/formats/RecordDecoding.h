@@ -2,14 +2,19 @@
 
 // Turns located value bytes into numbers, to compare them with exiftool's reading.
 
+#include "formats/ByteSource.h"
 #include "formats/DatesData.h"
 #include "formats/MySingleFolderDataReader.h"
+
+#include <QFile>
 
 #include <QByteArray>
 #include <QFileInfo>
 #include <QString>
 #include <QStringList>
 #include <QtEndian>
+
+#include <memory>
 
 namespace orv::test {
 
@@ -63,16 +68,39 @@ inline int formatForSuffix(const QString &path)
     return RawFormat;
 }
 
+// Every walk runs on both kinds of byte source: a file read with pread, and the same bytes in
+// memory, as the fuzzers feed them.
+enum class SourceKind { File, Memory };
+
+inline const char *sourceKindName(SourceKind kind)
+{
+    return kind == SourceKind::File ? "File" : "Memory";
+}
+
+inline std::unique_ptr<ByteSource> openSource(SourceKind kind, const QString &path)
+{
+    if (kind == SourceKind::File)
+        return std::make_unique<FileByteSource>(path);
+    QFile file(path);
+    return std::make_unique<MemoryByteSource>(file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                             : QByteArray());
+}
+
 // As the scan calls the reader: WebP goes through its EXIF chunk, all others straight in.
-inline DatesData readDatesAsTheScanDoes(const QString &path)
+inline DatesData readDatesAsTheScanDoes(const ByteSource &source, int format)
 {
     MySingleFolderDataReader reader;
-    const int format = formatForSuffix(path);
     if (format != WebpFormat)
-        return reader.savereadDatesAtPath(path, format);
-    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebPFileAtPath(path);
-    return chunks.exifOffset ? reader.savereadDatesAtPath(path, format, *chunks.exifOffset)
+        return reader.savereadDates(source, format);
+    const WebpChunkOffsets chunks = reader.riffHeaderDataForWebP(source);
+    return chunks.exifOffset ? reader.savereadDates(source, format, *chunks.exifOffset)
                              : DatesData{};
+}
+
+inline DatesData readDatesAsTheScanDoes(const QString &path,
+                                        SourceKind kind = SourceKind::File)
+{
+    return readDatesAsTheScanDoes(*openSource(kind, path), formatForSuffix(path));
 }
 
 } // namespace orv::test

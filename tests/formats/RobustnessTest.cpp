@@ -76,8 +76,8 @@ public:
             expectRecord(l->hPositioningError_Data, l->hPositioningError_Offset,
                          "hPositioningError");
         }
-        if (dates.hasHeader()) {
-            EXPECT_LT(qint64(dates.tiffHeaderStartOffset), m_bytes.size());
+        if (dates.tiffHeader) {
+            EXPECT_LT(qint64(dates.tiffHeader->offset), m_bytes.size());
         }
     }
 
@@ -117,10 +117,10 @@ public:
              {JpegFormat, HeicFormat, RawFormat, TiffFormat, PngFormat, AvifFormat, GifFormat}) {
             const DatesData dates = reader.savereadDatesAtPath(path, format);
             expectConsistent(dates);
-            xmpStarts.insert(dates.jpgXMPOffset);
-            if (dates.hasHeader()) {
-                xmpStarts.insert(dates.tiffHeaderStartOffset);
-                const TiffHeader header{dates.tiffHeaderStartOffset, dates.isHeaderIntel};
+            xmpStarts.insert(dates.jpgXMPOffset.value_or(0));
+            if (dates.tiffHeader) {
+                xmpStarts.insert(dates.tiffHeader->offset);
+                const TiffHeader header = *dates.tiffHeader;
                 reader.imageTagsAtPath(path, header);
                 if (m_bytes.size() <= previewScanLimit)
                     expectConsistent(reader.savereadInternalJPGs(path, header));

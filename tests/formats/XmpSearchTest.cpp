@@ -71,7 +71,7 @@ TEST(XmpSearch, TheSearchEndsWithThePacket)
 TEST(XmpSearch, AStampAcrossABlockBoundaryIsFound)
 {
     // The tag name straddles the end of the first 131072-byte block.
-    const QByteArray filler(FileReader::blockSize - 30, ' ');
+    const QByteArray filler(ByteSource::blockSize - 30, ' ');
     const QByteArray bytes =
         "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">" + filler +
         "<rdf:Description xmp:CreateDate=\"2024-05-01T10:00:00Z\"/></x:xmpmeta>";
@@ -88,7 +88,7 @@ TEST(XmpSearch, TiffFilesNameTheirPacketInTag700)
     const quint32 packetAt = tiff.offsets.xmpPacket;
     QTemporaryDir dir;
     const QString path = tiff.write(dir.path());
-    FileReader file(path);
+    const FileByteSource file(path);
     EXPECT_EQ(XmpLocator(file).xmpStartOffsetFromTIFHeader(0), packetAt);
     const auto infos = MySingleFolderDataReader().savereadXMPDatesAtPath(path, TiffFormat, 0);
     ASSERT_TRUE(infos && infos->count("XmpCreateDate"));

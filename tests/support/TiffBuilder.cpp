@@ -98,7 +98,14 @@ std::vector<TiffEntry> gpsEntries(const GpsSpec &gps)
     return entries;
 }
 
-void sortIfd0(std::vector<TiffEntry> &entries, ExifDatePlace place)
+void placeEntries(std::vector<TiffEntry> &entries, bool descending)
+{
+    if (descending)
+        std::stable_sort(entries.begin(), entries.end(),
+                         [](const TiffEntry &a, const TiffEntry &b) { return a.tag > b.tag; });
+}
+
+void sortIfd0(std::vector<TiffEntry> &entries, ExifDatePlace place, bool descending)
 {
     const auto key = [place](const TiffEntry &entry) {
         if (place == ExifDatePlace::Ifd0BeforePointers && isExifDateTag(entry.tag))
@@ -107,6 +114,7 @@ void sortIfd0(std::vector<TiffEntry> &entries, ExifDatePlace place)
     };
     std::stable_sort(entries.begin(), entries.end(),
                      [&](const TiffEntry &a, const TiffEntry &b) { return key(a) < key(b); });
+    placeEntries(entries, descending);
 }
 
 // Adds IFD0 and the Exif and GPS IFDs the recipe needs; answers IFD0's entries, unsorted, so a
@@ -139,12 +147,15 @@ std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffSpec &recipe)
     }
     if (!exif.empty()) {
         const int exifIfd = layout.addDirectory(&MediaOffsets::exifIfd);
+        placeEntries(exif, recipe.descendingEntries);
         layout.setEntries(exifIfd, exif);
         entries.push_back(pointer(kExifPointer, exifIfd));
     }
     if (recipe.gps) {
         const int gpsIfd = layout.addDirectory(&MediaOffsets::gpsIfd);
-        layout.setEntries(gpsIfd, gpsEntries(*recipe.gps));
+        std::vector<TiffEntry> gps = gpsEntries(*recipe.gps);
+        placeEntries(gps, recipe.descendingEntries);
+        layout.setEntries(gpsIfd, gps);
         entries.push_back(pointer(kGpsPointer, gpsIfd));
     }
     return entries;
@@ -229,7 +240,7 @@ MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset)
     TiffLayout layout;
     const int ifd0 = layout.addDirectory(&MediaOffsets::ifd0);
     std::vector<TiffEntry> entries = addMetadata(layout, recipe);
-    sortIfd0(entries, recipe.exifDatePlace);
+    sortIfd0(entries, recipe.exifDatePlace, recipe.descendingEntries);
     layout.setEntries(ifd0, std::move(entries));
     return finish(layout, recipe, fileOffset);
 }
@@ -244,7 +255,7 @@ MediaFile buildTiffFile(const TiffFileSpec &recipe)
     const std::vector<TiffEntry> image =
         imageEntries(recipe.imageSize, strip, quint32(pixels.size()));
     entries.insert(entries.end(), image.begin(), image.end());
-    sortIfd0(entries, recipe.tags.exifDatePlace);
+    sortIfd0(entries, recipe.tags.exifDatePlace, recipe.tags.descendingEntries);
     layout.setEntries(ifd0, std::move(entries));
 
     std::vector<int> previewBlobs;

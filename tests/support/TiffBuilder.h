@@ -78,6 +78,8 @@ struct TiffSpec
     std::optional<Stamp> offsetTimeOriginal{};  // 36881
     std::optional<Stamp> offsetTimeDigitized{}; // 36882
     ExifDatePlace exifDatePlace = ExifDatePlace::ExifIfd;
+    // Every directory's entries in descending tag order, as some phones write them.
+    bool descendingEntries = false;
     std::optional<QSize> pixelSize{}; // Exif 40962, 40963
 
     std::optional<GpsSpec> gps{};
