@@ -2,23 +2,13 @@
 
 #include "folders/DropEntry.h"
 #include "folders/MySingleFolder.h"
+#include "formats/ByteSource.h"
 
 #include <QEventLoop>
-#include <QFile>
 #include <QFileInfo>
-#include <sys/stat.h>
 
 namespace orv {
 
-namespace {
-
-bool isRegularFile(const QString &path)
-{
-    struct stat entry{};
-    return ::stat(QFile::encodeName(path).constData(), &entry) == 0 && S_ISREG(entry.st_mode);
-}
-
-} // namespace
 
 ImportOptions PathImport::fileDateForEmptyTags()
 {
@@ -42,7 +32,7 @@ PathImport::PathImport(const QStringList &paths, const Settings &settings, QText
         if (!info.exists()) {
             err << "orvelle-cli: " << path << ": no such file or folder\n";
             m_failed = true;
-        } else if (!info.isDir() && !isRegularFile(path)) {
+        } else if (FileStatus::of(path).kind == FileStatus::Kind::Other) {
             // Never opened: a pipe would block the run, a device answer endlessly.
             err << "orvelle-cli: " << path
                 << ": not a regular file (a pipe, a socket or a device); skipped\n";

@@ -5,6 +5,7 @@
 #include "folders/ImportFilter.h"
 #include "folders/ImportKeyStates.h"
 #include "folders/MySingleFolder.h"
+#include "formats/ByteSource.h"
 
 #include <QCollator>
 #include <QDir>
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <dirent.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orv {
@@ -87,24 +87,6 @@ QStringList FolderScanner::namesIn(const QString &directory)
     return names;
 }
 
-namespace {
-
-enum class EntryKind { Folder, RegularFile, Other };
-
-// What a name stands for, through links; a name that cannot be examined is left to the read,
-// which reports it.
-EntryKind entryKind(const QString &path)
-{
-    struct stat entry{};
-    if (::stat(QFile::encodeName(path).constData(), &entry) != 0)
-        return EntryKind::RegularFile;
-    if (S_ISDIR(entry.st_mode))
-        return EntryKind::Folder;
-    return S_ISREG(entry.st_mode) ? EntryKind::RegularFile : EntryKind::Other;
-}
-
-} // namespace
-
 FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progress)
 {
     Result result;
@@ -134,13 +116,14 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
             done += 2;
             continue;
         }
-        const EntryKind kind = entryKind(path);
-        if (kind == EntryKind::Folder) {
+        // One look through links; a name that cannot be examined is left to the read.
+        const FileStatus::Kind kind = FileStatus::of(path).kind;
+        if (kind == FileStatus::Kind::Directory) {
             takeSubfolder(path, result);
             done += 2;
             continue;
         }
-        if (kind == EntryKind::Other) {
+        if (kind == FileStatus::Kind::Other) {
             // Opening a pipe blocks, opening a device may have effects: such an entry is named.
             m_folder.importErrors.add(ImportErrors::NotARegularFile, path);
             done += 2;
