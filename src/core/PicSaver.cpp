@@ -339,14 +339,22 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     if (writer && m_env.journal)
         writer->recordIn(*m_env.journal, path,
                          StoredBytes::proof(m_pic.singlePicAttributes, writer->length()));
-    if (!writer || !writer->apply(plan.edits))
+    // The writer puts the bytes back on a failure; the date their writing moved goes back too.
+    const auto leaveAsItWas = [&] {
+        if (const OptionalDate &modified = m_pic.singlePicAttributes.NSFileModificationDate)
+            writer->setModificationDate(*modified);
         return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    };
+    if (!writer)
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    if (!writer->apply(plan.edits))
+        return leaveAsItWas();
     // Only the modification date can be set here, after the bytes, whose writing moved it. No
     // call sets a birth time on Linux: a file system that keeps one keeps the old one.
     const bool modificationSet = !m_pic.fileModificationDateNEW ||
                                  writer->setModificationDate(*m_pic.fileModificationDateNEW);
     if (!writer->synchronize())
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+        return leaveAsItWas();
 
     for (const auto &taken : plan.whenSaved)
         taken();

@@ -320,6 +320,9 @@ TEST_F(PicSaverTest, ADiskFailingMidRunLeavesThatFileAsItWasAndSavesTheOthers)
 
     EXPECT_EQ(errorIdsFor(failing), QList<int>{SaveErrorId::SaveCannotOpen});
     EXPECT_EQ(fileBytes(failing.spPath()), before) << "the two stamps written before are put back";
+    EXPECT_NEAR(FileAttributes::read(failing.spPath())->modificationDate.secondsSinceEpoch(),
+                failing.singlePicAttributes.NSFileModificationDate->secondsSinceEpoch(), 0.001)
+        << "a file not saved keeps its date too";
     EXPECT_EQ(outcome.savedPics, (QSet<const MySinglePic *>{&first, &last}));
     EXPECT_EQ(failing.singlePicModification, oneHour) << "the failed item keeps its change pending";
 }
@@ -336,6 +339,8 @@ TEST_F(PicSaverTest, ADiskThatNeverSyncsSavesNothingOnIt)
 
     EXPECT_EQ(errorIdsFor(pic), QList<int>{SaveErrorId::SaveCannotOpen});
     EXPECT_EQ(fileBytes(pic.spPath()), before);
+    EXPECT_NEAR(FileAttributes::read(pic.spPath())->modificationDate.secondsSinceEpoch(),
+                pic.singlePicAttributes.NSFileModificationDate->secondsSinceEpoch(), 0.001);
 }
 
 TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
