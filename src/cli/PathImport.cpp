@@ -1,6 +1,8 @@
 #include "cli/PathImport.h"
 
+#include "app/LogController.h"
 #include "folders/DropEntry.h"
+#include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "formats/ByteSource.h"
 
@@ -18,7 +20,7 @@ ImportOptions PathImport::fileDateForEmptyTags()
 }
 
 PathImport::PathImport(const QStringList &paths, const Settings &settings, QTextStream &err)
-    : m_prefs(QString{}), m_answers(settings.emptyTags), m_droppedFolders(m_prefs, m_answers)
+    : m_prefs(QString{}), m_answers(settings.emptyTags), m_controller(m_prefs, m_answers, LogController::defaultLogFilePath())
 {
     // The user's own settings never change what a script sees.
     m_prefs.overrideForThisRun(QStringLiteral("isAdvanced"), QStringLiteral("1"));
@@ -44,19 +46,25 @@ PathImport::PathImport(const QStringList &paths, const Settings &settings, QText
             entries.append(*entry);
         }
     }
+    MyDroppedFolders &droppedFolders = m_controller.theDataSource();
     QEventLoop waiting;
-    QObject::connect(&m_droppedFolders, &MyDroppedFolders::importEnded, &waiting, &QEventLoop::quit);
+    QObject::connect(&droppedFolders, &MyDroppedFolders::importEnded, &waiting, &QEventLoop::quit);
     if (!entries.isEmpty())
-        m_droppedFolders.processDroppedFolders(entries, nullptr, 0, settings.keys);
-    if (m_droppedFolders.isImportInProgress())
+        droppedFolders.processDroppedFolders(entries, nullptr, 0, settings.keys);
+    if (droppedFolders.isImportInProgress())
         waiting.exec();
 
-    for (const MySingleFolder *folder : m_droppedFolders.droppedFolders()) {
+    for (const MySingleFolder *folder : droppedFolders.droppedFolders()) {
         for (const QString &message : folder->importErrors.messages()) {
             err << "orvelle-cli: " << folder->sfFolderPath << ": " << message << "\n";
             m_failed = true;
         }
     }
+}
+
+QList<MySingleFolder *> PathImport::folders() const
+{
+    return m_controller.theDataSource().droppedFolders();
 }
 
 } // namespace orv

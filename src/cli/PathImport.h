@@ -1,10 +1,10 @@
 #pragma once
 
+#include "app/AppController.h"
 #include "app/Preferences.h"
 #include "folders/ImportKeyStates.h"
 #include "folders/ImportOptions.h"
 #include "folders/ImportQuestions.h"
-#include "folders/MyDroppedFolders.h"
 
 #include <QList>
 #include <QStringList>
@@ -15,8 +15,9 @@ namespace orv {
 class MySingleFolder;
 
 // The folders the command-line tool makes of its PATH arguments, imported through the same
-// driver as a drop on the window, to the end, with fixed answers: a script is never asked.
-// Problems are said on `err`, and the rest imports.
+// owner and driver as a drop on the window, to the end, with fixed answers: a script is never
+// asked. Problems are said on `err`, and the rest imports. Changes to the folders go through
+// controller(), as the window's do.
 class PathImport
 {
 public:
@@ -29,7 +30,8 @@ public:
 
     PathImport(const QStringList &paths, const Settings &settings, QTextStream &err);
 
-    QList<MySingleFolder *> folders() const { return m_droppedFolders.droppedFolders(); }
+    QList<MySingleFolder *> folders() const;
+    AppController &controller() { return m_controller; }
     // Some path did not exist, could not be read, or a file of it could not be imported.
     bool failed() const { return m_failed; }
 
@@ -38,7 +40,7 @@ public:
 private:
     Preferences m_prefs;
     FixedImportAnswers m_answers;
-    MyDroppedFolders m_droppedFolders;
+    AppController m_controller;
     bool m_failed = false;
 };
 

@@ -1,3 +1,4 @@
+#include "cli/AlignCommand.h"
 #include "cli/JournalCommands.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
@@ -33,6 +34,16 @@ const char *const usage =
     "                          -0:30 (thirty minutes back), +2d3:00:00. --dry-run shows each\n"
     "                          date slot's OLD and NEW and the pre-save findings and writes\n"
     "                          nothing. --pref sets a preference for this run only.\n"
+    "  align --by RULE [--main PATH] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
+    "                          Give the files, taken in time order, dates by a rule and\n"
+    "                          save them like shift. RULE: gaps (spread the inner files\n"
+    "                          evenly between the first and the last), minimize (one second\n"
+    "                          apart around the --main file, default the first), filename\n"
+    "                          (the dates in file name order), reverse (the order turned\n"
+    "                          over), reverse-intervals (the run turned over, gaps kept),\n"
+    "                          copy:SLOT (each file's other date: SLOT is one of\n"
+    "                          exifDateTimeDigitized, tiffDateTime, fileCreationDate,\n"
+    "                          fileModificationDate followed by OLD or NEW).\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file. A file changed since that save is left as it\n"
     "                          is and named.\n"
@@ -73,6 +84,8 @@ int main(int argc, char *argv[])
         return orv::JournalCommands::revert(args.mid(1));
     if (args.first() == QLatin1String("scan"))
         return orv::ScanCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("align"))
+        return orv::AlignCommand::run(args.mid(1));
     if (args.first() == QLatin1String("shift"))
         return orv::ShiftCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

@@ -13,6 +13,7 @@
 #include "formats/PngLocator.h"
 
 #include <QFileInfo>
+#include <QThread>
 #include <QtConcurrent>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -220,10 +221,21 @@ void SaveRun::saveThread(SaveOutcome &outcome)
         }
         if (anySaved)
             touchFolder(folder->sfFolderPath);
-        clearDateValuesAfterSavingFolder(*folder);
+        runOnOwnerThread([this, folder] {
+            clearDateValuesAfterSavingFolder(*folder);
+            Q_EMIT folderSaved(folder);
+        });
     }
     if (syncsXmp)
         syncXMPDataThread(folders);
+}
+
+void SaveRun::runOnOwnerThread(const std::function<void()> &work)
+{
+    if (QThread::currentThread() == thread())
+        work();
+    else
+        QMetaObject::invokeMethod(this, work, Qt::BlockingQueuedConnection);
 }
 
 void SaveRun::clearDateValuesAfterSavingFolder(MySingleFolder &folder)

@@ -13,6 +13,8 @@
 #include <QSet>
 #include <QThreadPool>
 
+#include <functional>
+
 namespace orv {
 
 class FileWriteAccess;
@@ -37,9 +39,11 @@ struct SaveOutcome
 // can be undone after a restart.
 //
 // run() works on the calling thread (and saves the items of a folder on a pool of its own);
-// start() runs it on a pool thread. Progress and status come
-// as signals from the run's thread, so a window connects them queued. While a run is going,
-// nothing else may touch its folders or items.
+// start() runs it on a pool thread. Progress and status come as signals from the run's thread,
+// so a window connects them queued. A folder's end (its offsets cleared, its mode, its counts)
+// is applied on the thread the run object lives on, the main thread, while the run waits: what
+// the views and the undo history read of a folder changes there. Until finished, the items
+// themselves belong to the run's threads: nothing else may touch them, and views read none.
 class SaveRun : public QObject
 {
     Q_OBJECT
@@ -62,6 +66,8 @@ Q_SIGNALS:
     void progressMaximumChanged(int maximum);
     void progressChanged(int value);
     void finished(bool cancelled);
+    // The folder's end is applied; emitted on the run object's own thread.
+    void folderSaved(orv::MySingleFolder *folder);
 
 private:
     QList<MySingleFolder *> foldersToSave() const;
@@ -71,6 +77,8 @@ private:
     void syncXMPDataThread(const QList<MySingleFolder *> &folders);
     void syncXmpDates(MySinglePic &pic);
     void clearDateValuesAfterSavingFolder(MySingleFolder &folder);
+    // Runs work on the run object's thread, waiting for it; directly when called there.
+    void runOnOwnerThread(const std::function<void()> &work);
     void writeErrorLog();
     void startProgress(int maximum);
     void reportProgress(int done, int count, int step);

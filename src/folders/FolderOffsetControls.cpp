@@ -1,20 +1,13 @@
 #include "folders/FolderOffsetControls.h"
 
-#include "core/MySinglePic.h"
 #include "folders/MyCompoundFolder.h"
 
 namespace orv {
 
 namespace {
 
-struct Offset
-{
-    double interval = 0.0;
-    bool negative = false;
-};
-
 // The entry completed by the folder's own values where the user left a control untouched.
-Offset offsetFor(const MySingleFolder &folder, const OffsetEntry &entry)
+FolderOffset offsetFor(const MySingleFolder &folder, const OffsetEntry &entry)
 {
     const DateModifications &own = folder.sfDateModifications;
     const double days = entry.days ? double(*entry.days) : own.value(dateModificationKey::days).toDouble();
@@ -24,20 +17,6 @@ Offset offsetFor(const MySingleFolder &folder, const OffsetEntry &entry)
     const bool negative = entry.negative.value_or(own.value(dateModificationKey::direction) == QLatin1String("-"));
     const double magnitude = days * 86400.0 + hours * 3600.0 + minutes * 60.0 + seconds;
     return {negative ? -magnitude : magnitude, negative};
-}
-
-// The earliest and latest item moved by the interval stay within the dates a file can hold.
-bool staysInRange(const MySingleFolder &folder, double interval)
-{
-    for (const MySinglePic *pic : folder.sfPicDetails_fullArray) {
-        const OptionalDate date = pic->spDateTimeOriginal;
-        if (!date || date->isSentinel())
-            continue;
-        const Instant moved = date->addingSeconds(interval);
-        if (moved < Instant::minDate() || moved > Instant::maxDate())
-            return false;
-    }
-    return true;
 }
 
 } // namespace
@@ -63,23 +42,12 @@ DateModifications FolderOffsetControls::shown() const
     return merged.isEmpty() ? m_folders.first()->sfDateModifications : merged;
 }
 
-FolderOffsetControls::Result FolderOffsetControls::apply(const OffsetEntry &entry)
+QList<FolderOffset> FolderOffsetControls::offsetsFor(const OffsetEntry &entry) const
 {
-    QList<Offset> offsets;
-    bool changes = false;
-    for (const MySingleFolder *folder : std::as_const(m_folders)) {
-        const Offset offset = offsetFor(*folder, entry);
-        if (!staysInRange(*folder, offset.interval))
-            return Result::OutOfRange;
-        changes = changes || offset.interval != folder->sfDateModificationsTimeInterval
-                  || offset.negative != folder->hasChangedDirection;
-        offsets.append(offset);
-    }
-    if (!changes)
-        return Result::Unchanged;
-    for (qsizetype i = 0; i < m_folders.size(); ++i)
-        m_folders[i]->setSfDateModificationsFromTimeInterval(offsets[i].interval, offsets[i].negative);
-    return Result::Changed;
+    QList<FolderOffset> offsets;
+    for (const MySingleFolder *folder : m_folders)
+        offsets.append(offsetFor(*folder, entry));
+    return offsets;
 }
 
 } // namespace orv

@@ -19,8 +19,17 @@ struct OffsetEntry
     std::optional<int> seconds = {};
 };
 
+// A folder offset as the controls ask for it: the interval, and whether it counts as negative
+// (also at zero).
+struct FolderOffset
+{
+    double interval = 0.0;
+    bool negative = false;
+};
+
 // The five offset controls over the selected folders, one or several at once: what they show,
-// whether they can be used, and the change they make.
+// whether they can be used, and the offset they ask of each folder. The change itself is the
+// date change owner's (app/).
 class FolderOffsetControls
 {
 public:
@@ -30,16 +39,14 @@ public:
         SeparateMode,  // each item carries its own change
         SlideshowOnly, // no dates are read or written
     };
-    enum class Result { Changed, Unchanged, OutOfRange };
 
     explicit FolderOffsetControls(QList<MySingleFolder *> folders) : m_folders(std::move(folders)) {}
 
     Availability availability() const;
     // The five texts; a key where the folders with items differ holds MyCompoundFolder's "|".
     DateModifications shown() const;
-    // Applies the entry to every folder. Refused when it would carry a folder's earliest or
-    // latest item beyond the dates a file can hold; nothing changes then.
-    Result apply(const OffsetEntry &entry);
+    // The entry completed by each folder's own values, one offset per folder in order.
+    QList<FolderOffset> offsetsFor(const OffsetEntry &entry) const;
 
 private:
     QList<MySingleFolder *> m_folders;

@@ -344,11 +344,22 @@ void MySingleFolder::setSfDateModificationsFromTimeInterval(double interval, boo
 
 void MySingleFolder::updateSinglePicModificationBy(MySinglePic &pic, double difference)
 {
+    if (difference == 0.0 || !pic.takesEdits())
+        return;
+    setSinglePicModification(pic, pic.singlePicModification + difference);
+}
+
+void MySingleFolder::setSinglePicModification(MySinglePic &pic, double value)
+{
     const bool wasModified = pic.singlePicModification != 0.0;
-    pic.singlePicModification += difference;
-    const bool isModified = pic.singlePicModification != 0.0;
-    if (isModified != wasModified)
-        singlePicModeImages += isModified ? 1 : -1;
+    pic.singlePicModification = value;
+    if (pic.bundleDependentImage)
+        pic.bundleDependentImage->singlePicModification = value;
+    const bool isModified = value != 0.0;
+    if (isModified == wasModified)
+        return;
+    singlePicModeImages += isModified ? 1 : -1;
+    lastChangedPicIndex = -2;
 }
 
 void MySingleFolder::clearSinglePicModeImages()

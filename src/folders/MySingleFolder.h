@@ -184,8 +184,11 @@ public:
     // The interval; the texts follow. A zero interval keeps the direction given, so "-0" stays.
     void setSfDateModificationsFromTimeInterval(double interval, bool direction);
 
-    // Separate mode: moves one item by a difference and keeps singlePicModeImages.
+    // Separate mode: moves one item by a difference. Items whose dates are never edited stay.
     void updateSinglePicModificationBy(MySinglePic &pic, double difference);
+    // Separate mode: the item's own offset becomes exactly value, its group's dependent takes the
+    // same, and singlePicModeImages follows. Undo restores through it.
+    void setSinglePicModification(MySinglePic &pic, double value);
     // Every item loses its own offset, except one whose last save failed on its time: the next
     // save must retry it.
     void clearSinglePicModeImages();

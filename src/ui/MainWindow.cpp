@@ -1,10 +1,12 @@
 #include "ui/MainWindow.h"
 
+#include "app/AppController.h"
 #include "app/LogController.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "time/TimeZone.h"
+#include "ui/EditActions.h"
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
@@ -57,10 +59,10 @@ QStringList localPaths(const QMimeData *mime)
 
 MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     : QMainWindow(parent),
-      m_log(std::make_unique<LogController>(prefs, LogController::defaultLogFilePath())),
       m_prefs(prefs),
       m_sheets(std::make_unique<ImportSheets>(this, prefs)),
-      m_import(new MyDroppedFolders(prefs, *m_sheets, this)),
+      m_controller(std::make_unique<AppController>(prefs, *m_sheets, LogController::defaultLogFilePath())),
+      m_import(&m_controller->theDataSource()),
       m_folderList(new FolderListModel(FolderPalette::fromPreferences(prefs), this)),
       m_picModel(new PicTableModel(TimeZone::systemZone(), this)),
       m_sortedPics(new PicSortProxy(this)),
@@ -70,7 +72,9 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_emptyNote(new QLabel(this)),
       m_summary(new QLabel(this)),
       m_progress(new ImportProgressPanel(this)),
-      m_offsetBar(new OffsetBar(this))
+      m_offsetBar(new OffsetBar(m_controller->dateChanges(), this)),
+      m_editActions(new EditActions(*m_controller, *m_picView, *m_sortedPics, *m_picModel,
+                                    [this] { return foldersOnShow(); }, this))
 {
     setTitle(tr("Orvelle"));
     resize(1280, 780);
@@ -94,7 +98,10 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     m_progress->hide();
 
     connectImport();
-    connect(m_offsetBar, &OffsetBar::offsetChanged, this, &MainWindow::offsetChanged);
+    connectController();
+    connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
+            &EditActions::refresh);
+    connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);
     refreshListState();
     refreshUnsavedState();
 }
@@ -104,7 +111,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
 MainWindow::~MainWindow()
 {
     delete m_save;
-    delete m_import;
+    m_controller.reset();
 }
 
 void MainWindow::buildMenus()
@@ -124,6 +131,8 @@ void MainWindow::buildMenus()
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(QKeySequence::Quit);
+
+    m_editActions->addTo(*menuBar());
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
@@ -229,10 +238,6 @@ void MainWindow::connectImport()
     connect(m_import, &MyDroppedFolders::folderAdded, this, &MainWindow::folderAdded);
     connect(m_import, &MyDroppedFolders::folderImported, this, &MainWindow::folderImported);
     connect(m_import, &MyDroppedFolders::folderRemoved, this, &MainWindow::folderRemoved);
-    connect(m_import, &MyDroppedFolders::folderEditModeChanged, this, [this](const MySingleFolder *folder) {
-        m_picModel->folderChanged(folder);
-        m_folderList->folderChanged(folder);
-    });
     connect(m_import, &MyDroppedFolders::importStarted, this, [this] {
         m_progress->showProgress(tr("Starting the import…"), 0, 0);
         m_progress->show();
@@ -408,6 +413,7 @@ void MainWindow::refreshListState()
                                        [](const MySingleFolder *folder) { return folder->sfPics < 0; });
     m_emptyNote->setText(importing ? tr("Importing…") : tr("No photos or movies here"));
     m_emptyNote->setVisible(shown == 0);
+    m_editActions->refresh();
     const int folders = int(m_folderList->folders().size());
     m_summary->setText(folders == 0 ? QString()
                                     : tr("Items: %1  ·  Folders: %2")
@@ -429,12 +435,39 @@ void MainWindow::setTitle(const QString &title)
     setWindowTitle(title + QStringLiteral("[*]"));
 }
 
-void MainWindow::offsetChanged(const QList<MySingleFolder *> &folders)
+QList<MySingleFolder *> MainWindow::foldersOnShow() const
+{
+    return showsAllFolders() ? m_import->droppedFolders() : selectedFolders();
+}
+
+void MainWindow::selectFolders(const QList<MySingleFolder *> &folders)
+{
+    QItemSelection rows;
+    for (const MySingleFolder *folder : folders) {
+        const QModelIndex row = m_folderList->index(m_folderList->rowOf(folder), 0);
+        rows.select(row, row);
+    }
+    if (!rows.isEmpty())
+        m_folderView->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void MainWindow::connectController()
+{
+    connect(m_editActions, &EditActions::stepFoldersToShow, this, &MainWindow::selectFolders);
+    connect(m_controller.get(), &AppController::reloadThumbs, this, &MainWindow::datesChanged);
+    connect(m_controller.get(), &AppController::changedFolderEditMode, this,
+            [this](MySingleFolder *folder) { datesChanged({folder}); });
+    connect(m_controller.get(), &AppController::dateChangeRefused, this, &QApplication::beep);
+}
+
+void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 {
     for (const MySingleFolder *folder : folders) {
         m_picModel->folderChanged(folder);
         m_folderList->folderChanged(folder);
     }
+    m_offsetBar->refresh();
+    m_editActions->refresh();
     refreshUnsavedState();
 }
 
@@ -451,32 +484,30 @@ void MainWindow::save()
 {
     if (isSaving() || isImporting())
         return;
-    QList<MySingleFolder *> unsaved;
-    for (MySingleFolder *folder : m_import->droppedFolders())
-        if (folder->isUnsavedFolder())
-            unsaved.append(folder);
+    const QList<MySingleFolder *> unsaved = m_controller->unsavedFolders();
     if (unsaved.isEmpty())
         return;
-    m_save = new SaveSession(unsaved, m_prefs, *m_log, this);
-    connect(m_save, &SaveSession::finished, this, &MainWindow::saveEnded);
+    m_save = new SaveSession(unsaved, m_prefs, m_controller->log(), this);
+    connect(m_save, &SaveSession::finished, this, [this, unsaved](bool completed) { saveEnded(unsaved, completed); });
     m_saveAction->setEnabled(false);
-    // The run changes items underneath; the window keeps its last picture until it ends.
+    // The run's threads own the items until it ends: the list reads none of them, and the window
+    // keeps its last picture.
+    m_controller->saveWillStart();
+    m_picModel->setItemsLocked(true);
     m_pages->setUpdatesEnabled(false);
+    m_editActions->refresh();
     m_save->start();
 }
 
-void MainWindow::saveEnded(bool completed)
+void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 {
     m_save->deleteLater();
     m_save = nullptr;
+    m_picModel->setItemsLocked(false);
     m_pages->setUpdatesEnabled(true);
-    for (const MySingleFolder *folder : m_import->droppedFolders()) {
-        m_picModel->folderChanged(folder);
-        m_folderList->folderChanged(folder);
-    }
-    // A folder whose failed items keep their change may have turned to separate mode.
-    m_offsetBar->refresh();
-    refreshUnsavedState();
+    // The owner forgets what can no longer be undone and tells the views of every saved folder,
+    // also of one whose failed items kept their change in separate mode.
+    m_controller->didSaveFolders(saved);
     Q_EMIT saveFinished();
     if (std::exchange(m_closeAfterSave, false) && completed)
         close();

@@ -14,10 +14,11 @@ class QTreeView;
 
 namespace orv {
 
+class AppController;
+class EditActions;
 class FolderListModel;
 class ImportProgressPanel;
 class ImportSheets;
-class LogController;
 class MyDroppedFolders;
 class MySingleFolder;
 struct ImportProgress;
@@ -30,7 +31,8 @@ class SaveSession;
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
 // a sortable list under the controls that shift their dates, the import's progress in the status
 // bar. Folders come in by the File menu, by drops from the file manager and from the command
-// line; their changes reach the files only by File > Save.
+// line; their changes reach the files only by File > Save. The window only wires widgets to the
+// owner of the working set (AppController), which makes every change and announces it.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -49,6 +51,7 @@ public:
     PicTableModel &picModel() const { return *m_picModel; }
     PicSortProxy &sortedPics() const { return *m_sortedPics; }
     FolderListModel &folderList() const { return *m_folderList; }
+    AppController &controller() const { return *m_controller; }
 
 Q_SIGNALS:
     // Every import asked for has ended and what it found is on show.
@@ -81,16 +84,21 @@ private:
     bool showsAllFolders() const;
     void refreshListState();
     QList<MySingleFolder *> selectedFolders() const;
+    // The selected folders, or all of them while the list shows all.
+    QList<MySingleFolder *> foldersOnShow() const;
+    // The sidebar selects exactly these folders.
+    void selectFolders(const QList<MySingleFolder *> &folders);
     void setTitle(const QString &title);
-    void offsetChanged(const QList<MySingleFolder *> &folders);
-    void saveEnded(bool completed);
+    void connectController();
+    void datesChanged(const QList<MySingleFolder *> &folders);
+    void saveEnded(const QList<MySingleFolder *> &saved, bool completed);
     // The unsaved mark in the title and the Save action follow the folders.
     void refreshUnsavedState();
     bool askToSaveBeforeClosing();
 
-    std::unique_ptr<LogController> m_log;
     Preferences &m_prefs;
     std::unique_ptr<ImportSheets> m_sheets;
+    std::unique_ptr<AppController> m_controller;
     MyDroppedFolders *m_import;
     // Collected while an import runs, shown once at its end.
     QList<FolderImportErrors> m_importErrors;
@@ -104,6 +112,7 @@ private:
     QLabel *m_summary;
     ImportProgressPanel *m_progress;
     OffsetBar *m_offsetBar;
+    EditActions *m_editActions;
     QAction *m_saveAction = nullptr;
     SaveSession *m_save = nullptr; // while a save runs
     // The user chose Save when closing: the window closes once the save has gone through.

@@ -1,14 +1,16 @@
 #include "ui/OffsetBar.h"
 
+#include "app/DateChanges.h"
 #include "folders/FolderOffsetControls.h"
 #include "folders/MyCompoundFolder.h"
+#include "time/TimeZone.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QToolButton>
 
 namespace orv {
 
@@ -21,8 +23,8 @@ enum Direction : int { Later, Earlier };
 
 } // namespace
 
-OffsetBar::OffsetBar(QWidget *parent)
-    : QWidget(parent), m_direction(new QComboBox(this)), m_note(new QLabel(this))
+OffsetBar::OffsetBar(DateChanges &changes, QWidget *parent)
+    : QWidget(parent), m_changes(changes), m_direction(new QComboBox(this)), m_note(new QLabel(this))
 {
     auto *title = new QLabel(tr("Shift dates:"), this);
     m_direction->setObjectName(QStringLiteral("offsetDirection"));
@@ -48,6 +50,12 @@ OffsetBar::OffsetBar(QWidget *parent)
     layout->addWidget(m_direction);
     for (QSpinBox *field : {m_days, m_hours, m_minutes, m_seconds})
         layout->addWidget(field);
+    auto *reset = new QToolButton(this);
+    reset->setText(tr("Reset"));
+    reset->setObjectName(QStringLiteral("offsetReset"));
+    reset->setToolTip(tr("Take the folder offset back to zero"));
+    connect(reset, &QToolButton::clicked, this, [this] { m_changes.dateValuesReset(m_folders); });
+    layout->addWidget(reset);
     layout->addSpacing(8);
     layout->addWidget(m_note, 1);
     showFolders({});
@@ -85,8 +93,11 @@ void OffsetBar::refresh()
         m_note->setText(tr("Slideshow-only folder: its dates are neither read nor written."));
         break;
     case Availability::NoItems:
-    case Availability::Editable:
         m_note->clear();
+        break;
+    case Availability::Editable:
+        m_note->setText(crossesDaylightSavingChange() ? tr("The shift crosses a daylight-saving change.")
+                                                      : QString());
         break;
     }
     setEnabled(availability == Availability::Editable);
@@ -103,6 +114,15 @@ void OffsetBar::refresh()
     showValue(m_hours, shown.value(dateModificationKey::hours, QStringLiteral("0")));
     showValue(m_minutes, shown.value(dateModificationKey::minutes, QStringLiteral("0")));
     showValue(m_seconds, shown.value(dateModificationKey::seconds, QStringLiteral("0")));
+}
+
+bool OffsetBar::crossesDaylightSavingChange() const
+{
+    const TimeZone zone = TimeZone::systemZone();
+    bool crosses = false;
+    for (MySingleFolder *folder : m_folders)
+        crosses = DateChanges::validateDSTJumperType(*folder, zone) == 2 || crosses;
+    return crosses;
 }
 
 void OffsetBar::showValue(QSpinBox *field, const QString &text)
@@ -132,19 +152,11 @@ OffsetEntry OffsetBar::entry() const
 
 void OffsetBar::applyEntry()
 {
-    FolderOffsetControls controls(m_folders);
-    switch (controls.apply(entry())) {
-    case FolderOffsetControls::Result::Changed:
+    // Steps of one field are one gesture, and one undo step.
+    const QString field = sender() ? sender()->objectName() : QString();
+    // A refused or empty change leaves the folders as they were: show that again.
+    if (m_changes.dateValuesModify(m_folders, entry(), field) != DateChangeResult::Changed)
         refresh();
-        Q_EMIT offsetChanged(m_folders);
-        break;
-    case FolderOffsetControls::Result::OutOfRange:
-        QApplication::beep();
-        refresh();
-        break;
-    case FolderOffsetControls::Result::Unchanged:
-        break;
-    }
 }
 
 } // namespace orv

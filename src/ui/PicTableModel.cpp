@@ -43,8 +43,7 @@ void PicTableModel::showFolders(const QList<const MySingleFolder *> &folders)
     for (const MySingleFolder *folder : folders) {
         m_folders.append(folder);
         m_shownCounts.append(folder->sfPicDetails_fullArray.size());
-        for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
-            m_pics.append(pic);
+        m_pics.append(folder->sfPicDetails_fullArray);
     }
     endResetModel();
 }
@@ -114,7 +113,7 @@ int PicTableModel::columnCount(const QModelIndex &parent) const
 
 QVariant PicTableModel::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || index.row() >= m_pics.size())
+    if (!index.isValid() || index.row() >= m_pics.size() || m_itemsLocked)
         return {};
     const MySinglePic &pic = *m_pics[index.row()];
     switch (role) {

@@ -12,7 +12,8 @@ class MySinglePic;
 
 // The items of the folders on show, one row each, folder after folder. Cells are the model's
 // values as text; SortRole carries the raw values so that dates sort as dates and sizes as
-// numbers. Rows are only read here: items change on the main thread, between calls.
+// numbers. Rows are only read here: items change on the main thread, between calls. While a save
+// runs on its own thread, the rows read no item at all (setItemsLocked) until the run has ended.
 class PicTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -41,6 +42,12 @@ public:
     void removeFolder(const MySingleFolder *folder);
 
     const QList<const MySingleFolder *> &shownFolders() const { return m_folders; }
+    // The item of a row, for the commands that act on the list's selection.
+    MySinglePic *picAt(int row) const { return m_pics.value(row); }
+    int rowOf(const MySinglePic *pic) const { return int(m_pics.indexOf(pic)); }
+    // While locked, cells are empty: another thread owns the items. Nothing is announced either
+    // way; whoever unlocks tells of the folders the owner changed.
+    void setItemsLocked(bool locked) { m_itemsLocked = locked; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -56,7 +63,8 @@ private:
     TimeZone m_zone;
     QList<const MySingleFolder *> m_folders;
     QList<qsizetype> m_shownCounts; // per folder, how many of its items have rows
-    QList<const MySinglePic *> m_pics;
+    QList<MySinglePic *> m_pics;
+    bool m_itemsLocked = false;
 };
 
 } // namespace orv

@@ -7,6 +7,8 @@
 #include "ui/SaveErrorsDialog.h"
 #include "ui/SaveProgressSheet.h"
 
+#include <QCoreApplication>
+
 namespace orv {
 
 SaveSession::SaveSession(QList<MySingleFolder *> folders, const Preferences &prefs, LogController &log,
@@ -28,7 +30,11 @@ SaveSession::SaveSession(QList<MySingleFolder *> folders, const Preferences &pre
 
 SaveSession::~SaveSession()
 {
-    m_watcher.waitForFinished();
+    // The run hands each folder's end to this thread and waits for it: keep serving it until
+    // the run is over, telling no one.
+    m_watcher.disconnect();
+    while (m_watcher.isRunning())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     delete m_sheet;
 }
 

@@ -22,7 +22,7 @@ class SaveSession : public QObject, public SaveQuestions
     Q_OBJECT
 public:
     SaveSession(QList<MySingleFolder *> folders, const Preferences &prefs, LogController &log, QWidget *window);
-    // Waits for a run still going: it holds the folders.
+    // Waits for a run still going, serving its hops to this thread: it holds the folders.
     ~SaveSession() override;
 
     void start();

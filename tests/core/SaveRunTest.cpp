@@ -8,8 +8,11 @@
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
+#include <QFutureWatcher>
 #include <QMutex>
 #include <gtest/gtest.h>
 
@@ -193,7 +196,18 @@ TEST_F(SaveRunTest, RunsOnAPoolThreadAndReportsStatusAndProgress)
     QObject::connect(&run, &SaveRun::progressChanged, storeIn(progress));
     QObject::connect(&run, &SaveRun::finished, [&](bool cancelled) { finished = !cancelled; });
 
-    const SaveOutcome outcome = run.start().result();
+    // The run hands each folder's end to this thread: it keeps its event loop going meanwhile.
+    static int argc = 1;
+    static char name[] = "tests_core";
+    static char *argv[] = {name, nullptr};
+    if (!QCoreApplication::instance())
+        new QCoreApplication(argc, argv);
+    QFutureWatcher<SaveOutcome> watcher;
+    QEventLoop waiting;
+    QObject::connect(&watcher, &QFutureWatcher<SaveOutcome>::finished, &waiting, &QEventLoop::quit);
+    watcher.setFuture(run.start());
+    waiting.exec();
+    const SaveOutcome outcome = watcher.result();
 
     EXPECT_EQ(outcome.savedPics.size(), 3);
     EXPECT_EQ(statuses, (QStringList{"workPanelPreSave", "workPanelSave"}));

@@ -18,6 +18,7 @@ const Instant may1 = Instant::fromUtc(2024, 5, 1, 10);
 
 } // namespace
 
+// The change itself, its range test and its undo are the owner's (tests/app/DateChangesTest).
 TEST(FolderOffsetControls, AControlLeftUntouchedKeepsEachFolderItsOwnValue)
 {
     MySingleFolder a(QStringLiteral("/a"), false), b(QStringLiteral("/b"), false);
@@ -28,42 +29,14 @@ TEST(FolderOffsetControls, AControlLeftUntouchedKeepsEachFolderItsOwnValue)
     FolderOffsetControls controls({&a, &b});
     ASSERT_EQ(controls.shown().value(dateModificationKey::days), MyCompoundFolder::differingValue);
 
-    EXPECT_EQ(controls.apply({.minutes = 30}), FolderOffsetControls::Result::Changed);
-    EXPECT_EQ(a.sfDateModificationsTimeInterval, 86400 + 3600 + 1800);
-    EXPECT_EQ(b.sfDateModificationsTimeInterval, -(2 * 86400 + 3600 + 1800)) << "b keeps its minus";
-    EXPECT_EQ(a.sfPicDetails_fullArray.first()->spDateTimeModified(), may1.addingSeconds(86400 + 3600 + 1800))
-        << "the item's date in force moves with its folder";
-
-    EXPECT_EQ(controls.apply({.negative = false, .days = 0}), FolderOffsetControls::Result::Changed);
-    EXPECT_EQ(b.sfDateModificationsTimeInterval, 3600 + 1800);
-    EXPECT_EQ(controls.shown().value(dateModificationKey::direction), QStringLiteral("+"));
-    EXPECT_EQ(controls.shown().value(dateModificationKey::days), QStringLiteral("0"));
-}
-
-TEST(FolderOffsetControls, AnOffsetThatWouldCarryAnItemBeyondTheLastWritableDateIsRefused)
-{
-    MySingleFolder folder(QStringLiteral("/a"), false), late(QStringLiteral("/late"), false);
-    addPic(folder, "1.jpg", may1);
-    addPic(late, "2.jpg", Instant::maxDate().addingSeconds(-3600));
-    FolderOffsetControls controls({&folder, &late});
-
-    EXPECT_EQ(controls.apply({.hours = 2}), FolderOffsetControls::Result::OutOfRange);
-    EXPECT_EQ(folder.sfDateModificationsTimeInterval, 0.0) << "nothing changes when one folder refuses";
-    EXPECT_EQ(late.sfDateModificationsTimeInterval, 0.0);
-    EXPECT_EQ(controls.apply({.hours = 1}), FolderOffsetControls::Result::Changed);
-    EXPECT_EQ(controls.apply({.hours = 1}), FolderOffsetControls::Result::Unchanged);
-}
-
-TEST(FolderOffsetControls, MinusZeroCountsAsAChangeOfTheControlsButNotOfTheDates)
-{
-    MySingleFolder folder(QStringLiteral("/a"), false);
-    addPic(folder, "1.jpg", may1);
-    FolderOffsetControls controls({&folder});
-
-    EXPECT_EQ(controls.apply({.negative = true}), FolderOffsetControls::Result::Changed);
-    EXPECT_EQ(controls.shown().value(dateModificationKey::direction), QStringLiteral("-"));
-    EXPECT_TRUE(folder.isTogetherDateUIModified());
-    EXPECT_FALSE(folder.isDateModified());
+    const QList<FolderOffset> minutes = controls.offsetsFor({.minutes = 30});
+    EXPECT_EQ(minutes[0].interval, 86400 + 3600 + 1800);
+    EXPECT_EQ(minutes[1].interval, -(2 * 86400 + 3600 + 1800)) << "b keeps its minus";
+    const QList<FolderOffset> plusNoDays = controls.offsetsFor({.negative = false, .days = 0});
+    EXPECT_EQ(plusNoDays[1].interval, 3600);
+    EXPECT_FALSE(plusNoDays[1].negative);
+    EXPECT_TRUE(controls.offsetsFor({.negative = true, .days = 0, .hours = 0})[0].negative)
+        << "minus zero asks for a negative offset";
 }
 
 TEST(FolderOffsetControls, OnlyFoldersOfImportedItemsInFolderModeCanBeEdited)

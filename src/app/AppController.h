@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/DateChanges.h"
+#include "folders/MySingleFolder.h"
+
+#include <QList>
+#include <QObject>
+#include <QUndoStack>
+
+#include <memory>
+
+namespace orv {
+
+class ImportQuestions;
+class LogController;
+class MyDroppedFolders;
+class Preferences;
+
+// The owner of the working set, free of widgets: the imported folders with the import driver
+// (theDataSource), the one undo stack (uManager), the preferences in force and the error log.
+// The window and the command-line tool change dates only through dateChanges(), and hear of
+// every change by the signals below, named after the notifications the rest of the system
+// knows.
+//
+// It lives on the main thread, and so does everything it owns that a view reads: items and
+// folders change only there, through it or through the import's publication. A save runs on its
+// own thread; from saveWillStart() to didSaveFolders() every date change is refused.
+class AppController : public QObject
+{
+    Q_OBJECT
+public:
+    AppController(Preferences &prefs, ImportQuestions &questions, const QString &logFilePath,
+                  QObject *parent = nullptr);
+    ~AppController() override;
+
+    MyDroppedFolders &theDataSource() const { return *m_dataSource; }
+    QUndoStack &uManager() { return m_undoStack; }
+    Preferences &prefs() const { return m_prefs; }
+    LogController &log() const { return *m_log; }
+    DateChanges &dateChanges() { return m_dateChanges; }
+
+    // The folders a save would write: every one with unsaved changes.
+    QList<MySingleFolder *> unsavedFolders() const;
+    bool isStandardBlocked() const { return m_dateChanges.isBlocked(); }
+    void saveWillStart();
+    // The save has ended: what was written can no longer be undone, and the views show what the
+    // files now hold.
+    void didSaveFolders(const QList<MySingleFolder *> &folders);
+
+Q_SIGNALS:
+    // The dates in force of these folders' items changed (the source is to be rebuilt).
+    void reloadThumbs(const QList<orv::MySingleFolder *> &folders);
+    void changedFolderEditMode(orv::MySingleFolder *folder);
+    void expertRelevantChangeWasMade();
+    // A date change was refused; nothing changed.
+    void dateChangeRefused();
+
+private:
+    Preferences &m_prefs;
+    std::unique_ptr<LogController> m_log;
+    QUndoStack m_undoStack;
+    DateChanges m_dateChanges;
+    // Last: its scan thread may still call back into the rest while it stops.
+    std::unique_ptr<MyDroppedFolders> m_dataSource;
+};
+
+} // namespace orv

@@ -1,0 +1,151 @@
+#include "cli/AlignCommand.h"
+
+#include "app/AppController.h"
+#include "app/Preferences.h"
+#include "cli/DateSaveRun.h"
+#include "cli/PathImport.h"
+#include "core/MySinglePic.h"
+#include "core/SaveSettings.h"
+#include "folders/MySingleFolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <optional>
+
+namespace orv {
+
+namespace {
+
+struct Options : DateSaveRun::Options
+{
+    AlignTag tag = AlignTag::MatchingGaps;
+    QString main;
+};
+
+const char *const usage = "Usage: orvelle-cli align --by gaps|minimize|filename|reverse|reverse-intervals|copy:SLOT "
+                          "[--main PATH] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n";
+
+struct Rule
+{
+    const char *name;
+    AlignTag tag;
+};
+
+constexpr Rule rules[] = {
+    {"gaps", AlignTag::MatchingGaps},
+    {"minimize", AlignTag::MinimizingGaps},
+    {"filename", AlignTag::Filename},
+    {"reverse", AlignTag::Reversing},
+    {"reverse-intervals", AlignTag::ReversingIntervals},
+    {"copy:exifDateTimeDigitizedOLD", AlignTag::ExifDigitizedOld},
+    {"copy:exifDateTimeDigitizedNEW", AlignTag::ExifDigitizedNew},
+    {"copy:tiffDateTimeOLD", AlignTag::TiffDateTimeOld},
+    {"copy:tiffDateTimeNEW", AlignTag::TiffDateTimeNew},
+    {"copy:fileCreationDateOLD", AlignTag::FileCreationOld},
+    {"copy:fileCreationDateNEW", AlignTag::FileCreationNew},
+    {"copy:fileModificationDateOLD", AlignTag::FileModificationOld},
+    {"copy:fileModificationDateNEW", AlignTag::FileModificationNew},
+};
+
+void usageError(QTextStream &err, const QString &message)
+{
+    err << "orvelle-cli align: " << message << "\n" << usage;
+}
+
+std::optional<AlignTag> ruleNamed(const QString &name)
+{
+    for (const Rule &rule : rules)
+        if (name == QLatin1String(rule.name))
+            return rule.tag;
+    return std::nullopt;
+}
+
+std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
+{
+    Options options;
+    bool hasRule = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments[i];
+        if (argument == QLatin1String("--by") || argument == QLatin1String("--main")) {
+            if (i + 1 >= arguments.size()) {
+                usageError(err, argument + QLatin1String(" needs a value"));
+                return std::nullopt;
+            }
+            const QString &value = arguments[++i];
+            if (argument == QLatin1String("--main")) {
+                options.main = QDir::cleanPath(QFileInfo(value).absoluteFilePath());
+                continue;
+            }
+            const std::optional<AlignTag> tag = ruleNamed(value);
+            if (!tag) {
+                usageError(err, QLatin1String("'") + value + QLatin1String("' is no alignment rule"));
+                return std::nullopt;
+            }
+            options.tag = *tag;
+            hasRule = true;
+            continue;
+        }
+        QString error;
+        switch (DateSaveRun::parseCommonArgument(arguments, i, options, error)) {
+        case DateSaveRun::Parsed::Taken:
+            continue;
+        case DateSaveRun::Parsed::NotCommon:
+            error = QLatin1String("unknown option ") + argument;
+            break;
+        case DateSaveRun::Parsed::Failed:
+            break;
+        }
+        usageError(err, error);
+        return std::nullopt;
+    }
+    if (!hasRule) {
+        usageError(err, QStringLiteral("--by RULE is required"));
+        return std::nullopt;
+    }
+    if (options.paths.isEmpty()) {
+        usageError(err, QStringLiteral("name at least one file or folder"));
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace
+
+int AlignCommand::run(const QStringList &arguments)
+{
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    const std::optional<Options> options = parseArguments(arguments, err);
+    if (!options)
+        return 2;
+
+    Preferences prefs(Preferences::defaultSettingsPath());
+    DateSaveRun::applyPrefs(prefs, *options);
+    PathImport imported(options->paths, {}, err);
+    QList<MySinglePic *> selection;
+    const MySinglePic *main = nullptr;
+    for (const MySingleFolder *folder : imported.folders()) {
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            selection.append(pic);
+            if (QDir::cleanPath(pic->spPath()) == options->main)
+                main = pic;
+        }
+    }
+    if (!options->main.isEmpty() && !main) {
+        usageError(err, QLatin1String("--main ") + options->main + QLatin1String(" is none of the imported files"));
+        return 2;
+    }
+    // Alignments give each item its own change.
+    DateChanges &changes = imported.controller().dateChanges();
+    changes.changeEditMode(imported.folders(), MySingleFolder::EditSeparately);
+    const NewDateOptions dateOptions = SaveSettings::fromPreferences(prefs, currentInstant()).options;
+    if (changes.realignSelection(options->tag, selection, main, dateOptions) == DateChangeResult::Refused) {
+        err << "orvelle-cli align: the dates could not be changed\n";
+        return 1;
+    }
+    return DateSaveRun::saveAndReport(imported, prefs, *options, out);
+}
+
+} // namespace orv

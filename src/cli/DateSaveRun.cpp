@@ -1,0 +1,191 @@
+#include "cli/DateSaveRun.h"
+
+#include "app/AppController.h"
+#include "app/Preferences.h"
+#include "cli/ItemJson.h"
+#include "cli/PathImport.h"
+#include "core/MySinglePic.h"
+#include "core/SaveRun.h"
+#include "folders/MySingleFolder.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <array>
+
+namespace orv {
+
+namespace {
+
+struct Slot
+{
+    const char *name;
+    OptionalDate MySinglePic::*oldDate;
+    OptionalDate MySinglePic::*newDate;
+};
+
+constexpr std::array<Slot, 5> slots = {{
+    {"exifDateTimeOriginal", &MySinglePic::exifDateTimeOriginalOLD,
+     &MySinglePic::exifDateTimeOriginalNEW},
+    {"exifDateTimeDigitized", &MySinglePic::exifDateTimeDigitizedOLD,
+     &MySinglePic::exifDateTimeDigitizedNEW},
+    {"tiffDateTime", &MySinglePic::tiffDateTimeOLD, &MySinglePic::tiffDateTimeNEW},
+    {"fileCreationDate", &MySinglePic::fileCreationDateOLD, &MySinglePic::fileCreationDateNEW},
+    {"fileModificationDate", &MySinglePic::fileModificationDateOLD,
+     &MySinglePic::fileModificationDateNEW},
+}};
+
+// OLD as the file held it before the run; a save makes OLD take NEW.
+using OldDates = std::array<OptionalDate, slots.size()>;
+
+QJsonArray jsonList(const QStringList &values)
+{
+    return QJsonArray::fromStringList(values);
+}
+
+QJsonObject itemJson(const MySinglePic &pic, const OldDates &old, const SaveOutcome &outcome,
+                     const SaveErrors &errors, const QStringList &preSaveKeys)
+{
+    QJsonObject o{{QStringLiteral("path"), pic.spPath()},
+                  {QStringLiteral("spName"), pic.spName},
+                  {QStringLiteral("saved"), outcome.savedPics.contains(&pic)}};
+    QJsonArray ids;
+    for (const int id : errors.errorIdsFor(pic))
+        ids.append(id);
+    o.insert(QStringLiteral("errors"), ids);
+    QJsonArray steps;
+    for (const ToolStep step : errors.toolStepsFor(pic))
+        steps.append(int(step));
+    o.insert(QStringLiteral("unavailableSteps"), steps);
+    o.insert(QStringLiteral("preSaveErrors"), jsonList(preSaveKeys));
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        o.insert(QLatin1String(slots[i].name) + QLatin1String("OLD"), ItemJson::date(old[i]));
+        o.insert(QLatin1String(slots[i].name) + QLatin1String("NEW"),
+                 ItemJson::date(pic.*slots[i].newDate));
+    }
+    return o;
+}
+
+QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutcome &outcome,
+                     const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun)
+{
+    QString text = pic.spName;
+    if (!dryRun) {
+        QStringList problems;
+        for (const int id : errors.errorIdsFor(pic))
+            problems << QStringLiteral("error %1").arg(id);
+        for (const ToolStep step : errors.toolStepsFor(pic))
+            problems << QStringLiteral("step %1 unavailable").arg(int(step));
+        text += outcome.savedPics.contains(&pic) ? QStringLiteral("\tsaved")
+                : problems.isEmpty()
+                    ? QStringLiteral("\tnot saved")
+                    : QStringLiteral("\tnot saved: ") + problems.join(QStringLiteral(", "));
+    }
+    text += QLatin1Char('\n');
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        const OptionalDate newDate = pic.*slots[i].newDate;
+        if (!old[i] && !newDate)
+            continue;
+        text +=
+            QStringLiteral("  %1\t%2 -> %3\n")
+                .arg(QLatin1String(slots[i].name), ItemJson::date(old[i]).toVariant().toString(),
+                     ItemJson::date(newDate).toVariant().toString());
+    }
+    for (const QString &key : preSaveKeys)
+        text += QStringLiteral("  pre-save: %1\n").arg(key);
+    return text;
+}
+
+} // namespace
+
+DateSaveRun::Parsed DateSaveRun::parseCommonArgument(const QStringList &arguments, qsizetype &i, Options &options,
+                                                     QString &error)
+{
+    const QString &argument = arguments[i];
+    if (argument == QLatin1String("--pref")) {
+        if (i + 1 >= arguments.size()) {
+            error = argument + QLatin1String(" needs a value");
+            return Parsed::Failed;
+        }
+        const QString &pair = arguments[++i];
+        const qsizetype equals = pair.indexOf(QLatin1Char('='));
+        if (equals <= 0) {
+            error = QLatin1String("--pref takes KEY=VALUE, not '") + pair + QLatin1Char('\'');
+            return Parsed::Failed;
+        }
+        options.prefs.append({pair.left(equals), pair.mid(equals + 1)});
+    } else if (argument == QLatin1String("--dry-run")) {
+        options.dryRun = true;
+    } else if (argument == QLatin1String("--json")) {
+        options.json = true;
+    } else if (argument.startsWith(QLatin1String("--"))) {
+        return Parsed::NotCommon;
+    } else {
+        options.paths.append(argument);
+    }
+    return Parsed::Taken;
+}
+
+void DateSaveRun::applyPrefs(Preferences &prefs, const Options &options)
+{
+    for (const auto &[key, value] : options.prefs)
+        prefs.overrideForThisRun(key, value);
+}
+
+int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out)
+{
+    QList<MySingleFolder *> folders;
+    std::vector<std::pair<MySinglePic *, OldDates>> items;
+    for (MySingleFolder *folder : imported.folders()) {
+        folders.append(folder);
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            OldDates old;
+            for (std::size_t i = 0; i < slots.size(); ++i)
+                old[i] = pic->*slots[i].oldDate;
+            items.emplace_back(pic, old);
+        }
+    }
+
+    AppController &controller = imported.controller();
+    FixedSaveAnswers proceed(true);
+    SaveRun run(folders, SaveSettings::fromPreferences(prefs, currentInstant()), proceed, &controller.log());
+    SaveOutcome outcome;
+    if (options.dryRun) {
+        outcome.preSaveErrors = run.preProcess();
+    } else {
+        controller.saveWillStart();
+        outcome = run.run();
+        controller.didSaveFolders(folders);
+    }
+
+    QTextStream err(stderr);
+    QJsonArray json;
+    bool anyFailed = false;
+    for (const auto &[pic, old] : items) {
+        QStringList preSaveKeys;
+        for (auto it = outcome.preSaveErrors.cbegin(); it != outcome.preSaveErrors.cend(); ++it) {
+            if (it->contains(pic))
+                preSaveKeys << it.key();
+        }
+        const QList<int> ids = run.errors().errorIdsFor(*pic);
+        const QList<ToolStep> steps = run.errors().toolStepsFor(*pic);
+        anyFailed = anyFailed || !ids.isEmpty() || !steps.isEmpty();
+        // Each problem on its own line, with the path and the reason in words beside its id.
+        for (const int id : ids)
+            err << "orvelle-cli: " << pic->spPath() << ": error " << id << ": "
+                << SaveErrors::reasonForId(id) << "\n";
+        for (const ToolStep step : steps)
+            err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
+                << SaveErrors::descriptionForStep(step) << "\n";
+        if (options.json)
+            json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
+        else
+            out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun);
+    }
+    if (options.json)
+        out << QJsonDocument(json).toJson(QJsonDocument::Indented);
+    return imported.failed() || anyFailed ? 1 : 0;
+}
+
+} // namespace orv
