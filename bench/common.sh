@@ -26,3 +26,20 @@ seconds() {
   start=$(date +%s.%N); "$@" > /dev/null 2>&1 || true; end=$(date +%s.%N)
   awk -v a="$start" -v b="$end" 'BEGIN { print b - a }'
 }
+
+# link_corpus_files DIR COUNT EXT...: COUNT names in DIR for the corpus files with those
+# extensions, as hard links (movies are large; the file system holds one copy of each), named
+# MEDIA_00000.ext and on.
+link_corpus_files() {
+  local dir=$1 count=$2 i; shift 2
+  local expr=() ext
+  for ext in "$@"; do expr+=(-o -iname "*.$ext"); done
+  mapfile -t sources < <(find "$corpus" -type f \( "${expr[@]:1}" \) -size +0 | sort)
+  [ ${#sources[@]} -gt 0 ] || { echo "no $* files under $corpus" >&2; exit 1; }
+  mkdir -p "$dir"
+  for ((i = 0; i < count; i++)); do
+    local source=${sources[i % ${#sources[@]}]}
+    ln "$source" "$dir/$(printf 'MEDIA_%05d' "$i").${source##*.}" 2>/dev/null \
+      || cp "$source" "$dir/$(printf 'MEDIA_%05d' "$i").${source##*.}"
+  done
+}

@@ -40,6 +40,37 @@ void addOffsetTag(QJsonObject &out, const char *key, const std::optional<OffsetT
     out.insert(QLatin1String(key) + QLatin1String("Data"), stampText(tag->offsetData));
 }
 
+// Movie stamps: text ones as text, the movie header's binary times in hex.
+void addMovieStamp(QJsonObject &out, const char *key, const std::optional<MovieStampRecord> &stamp,
+                   bool isText)
+{
+    if (!stamp)
+        return;
+    out.insert(QLatin1String(key) + QLatin1String("Offset"), qint64(stamp->dateOffset));
+    out.insert(QLatin1String(key) + QLatin1String("Data"), isText ? stampText(stamp->dateData) : hex(stamp->dateData));
+}
+
+QJsonArray qtLocations(const std::vector<QtLocationRecord> &records)
+{
+    QJsonArray array;
+    for (const QtLocationRecord &r : records) {
+        QJsonObject o{{QStringLiteral("type"), r.type},
+                      {QStringLiteral("offset"), qint64(r.text.dateOffset)},
+                      {QStringLiteral("data"), stampText(r.text.dateData)},
+                      {QStringLiteral("int1"), r.int1},
+                      {QStringLiteral("frac1"), r.frac1},
+                      {QStringLiteral("int2"), r.int2},
+                      {QStringLiteral("frac2"), r.frac2},
+                      {QStringLiteral("edit"), r.edit}};
+        if (r.hAccuracy.dateOffset) {
+            o.insert(QStringLiteral("HAccuracyOffset"), qint64(r.hAccuracy.dateOffset));
+            o.insert(QStringLiteral("HAccuracyData"), stampText(r.hAccuracy.dateData));
+        }
+        array.append(o);
+    }
+    return array;
+}
+
 QJsonObject gpsLocation(const GpsLocationRecord &r)
 {
     QJsonObject o;
@@ -96,6 +127,12 @@ QJsonObject attributes(const PicAttributes &a)
         o.insert(QStringLiteral("xmpHeaderStartOffset"), qint64(a.xmpHeaderStartOffset));
     if (a.cr3XmpOffset)
         o.insert(QStringLiteral("cr3XmpOffset"), qint64(a.cr3XmpOffset));
+    addMovieStamp(o, "QTMetaDate", a.QTMetaDate, true);
+    addMovieStamp(o, "QTMvhdCreaDate", a.QTMvhdCreaDate, false);
+    addMovieStamp(o, "QTMvhdModDate", a.QTMvhdModDate, false);
+    addMovieStamp(o, "riffCreaDate", a.riffCreaDate, true);
+    if (!a.qtLocations.empty())
+        o.insert(QStringLiteral("qtLocations"), qtLocations(a.qtLocations));
     if (a.NSFileCreationDate)
         o.insert(QStringLiteral("NSFileCreationDate"), ItemJson::date(a.NSFileCreationDate));
     if (a.NSFileModificationDate)
@@ -136,7 +173,7 @@ QJsonValue ItemJson::date(const OptionalDate &date)
 
 QJsonObject ItemJson::forPic(const MySinglePic &pic)
 {
-    return QJsonObject{
+    QJsonObject item{
         {QStringLiteral("path"), pic.spPath()},
         {QStringLiteral("spName"), pic.spName},
         {QStringLiteral("fileFormatType"), qint64(pic.fileFormatType)},
@@ -158,6 +195,14 @@ QJsonObject ItemJson::forPic(const MySinglePic &pic)
         {QStringLiteral("isModiXmp"), pic.isModiXmp},
         {QStringLiteral("singlePicAttributes"), attributes(pic.singlePicAttributes)},
     };
+    // A Live Photo's still and movie name the same content identifier.
+    if (!pic.UUID.isEmpty())
+        item.insert(QStringLiteral("UUID"), pic.UUID);
+    if (pic.isMovie()) {
+        item.insert(QStringLiteral("movieType"), pic.movieType);
+        item.insert(QStringLiteral("movDuration"), pic.movDuration);
+    }
+    return item;
 }
 
 } // namespace orv

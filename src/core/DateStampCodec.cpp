@@ -42,6 +42,7 @@ constexpr std::array<std::string_view, 7> WeekdayNames = {"Sun", "Mon", "Tue", "
 constexpr qsizetype ExifDataLength = 20;
 constexpr qsizetype ExifOffsetDataLength = 7;
 constexpr qsizetype MvhdDataLength = 4;
+constexpr qsizetype MvhdLongDataLength = 8;
 constexpr qsizetype RiffTextLength = 25;
 constexpr qsizetype GpsTimeDataLength = 24;
 constexpr qsizetype IsoDigitsWithSeconds = 19;
@@ -425,9 +426,15 @@ OptionalDate DateStampCodec::myDateWithString(QStringView text)
 
 OptionalDate DateStampCodec::dateFromMVHDData(QByteArrayView data)
 {
-    if (data.size() != MvhdDataLength)
+    if (data.size() == MvhdDataLength)
+        return mvhdBaseDate().addingSeconds(qFromBigEndian<quint32>(data.data()));
+    if (data.size() != MvhdLongDataLength)
         return std::nullopt;
-    return mvhdBaseDate().addingSeconds(qFromBigEndian<quint32>(data.data()));
+    const quint64 seconds = qFromBigEndian<quint64>(data.data());
+    // Far beyond any date the system can hold: a broken field, not a date.
+    if (seconds > quint64(Instant::maxDate().secondsSince(mvhdBaseDate())))
+        return std::nullopt;
+    return mvhdBaseDate().addingSeconds(double(seconds));
 }
 
 Instant DateStampCodec::correctedDateFromMVHDDate(Instant date, const TimeZone &zone)
@@ -451,16 +458,21 @@ OptionalDate DateStampCodec::finalDateFromMVHDData(QByteArrayView data, bool cor
     return date;
 }
 
-QByteArray DateStampCodec::mvhdDataFromDate(Instant date, bool correction, const TimeZone &zone)
+QByteArray DateStampCodec::mvhdDataFromDate(Instant date, bool correction, const TimeZone &zone,
+                                            int length)
 {
-    if (!isWritable(date))
+    if (!isWritable(date) || (length != MvhdDataLength && length != MvhdLongDataLength))
         return {};
     const Instant stored = correction ? mvhdDateFromCorrectedDate(date, zone) : date;
-    const double seconds = std::floor(stored.secondsSince(mvhdBaseDate()));
+    const double seconds = std::max(std::floor(stored.secondsSince(mvhdBaseDate())), 1.0);
+    QByteArray data(length, '\0');
+    if (length == MvhdLongDataLength) {
+        qToBigEndian<quint64>(quint64(seconds), data.data());
+        return data;
+    }
     if (seconds > double(std::numeric_limits<quint32>::max()))
         return {};
-    QByteArray data(MvhdDataLength, '\0');
-    qToBigEndian<quint32>(quint32(std::max(seconds, 1.0)), data.data());
+    qToBigEndian<quint32>(quint32(seconds), data.data());
     return data;
 }
 

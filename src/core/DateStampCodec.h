@@ -103,7 +103,7 @@ public:
 
     static constexpr Instant mvhdBaseDate() { return Instant::fromUtc(1904, 1, 1); }
 
-    // Nothing unless exactly 4 bytes.
+    // 4 bytes, or 8 from a version 1 header; nothing for other lengths.
     static OptionalDate dateFromMVHDData(QByteArrayView data);
     // Cameras that write local time into a field meant for UTC: the UTC wall clock of `date` is
     // taken as the wall clock in `zone`.
@@ -112,9 +112,11 @@ public:
     static Instant mvhdDateFromCorrectedDate(Instant date, const TimeZone &zone);
     static OptionalDate finalDateFromMVHDData(QByteArrayView data, bool correction,
                                               const TimeZone &zone);
-    // 4 bytes. A date at or before the 1904 base writes 1, never 0, because 0 marks an unset
-    // header. Empty past the 32-bit range (2040-02-06 06:28:15 UTC).
-    static QByteArray mvhdDataFromDate(Instant date, bool correction, const TimeZone &zone);
+    // `length` bytes, 4 or 8 (a version 1 header). A date at or before the 1904 base writes 1,
+    // never 0, because 0 marks an unset header. 4 bytes are empty past the 32-bit range
+    // (2040-02-06 06:28:15 UTC).
+    static QByteArray mvhdDataFromDate(Instant date, bool correction, const TimeZone &zone,
+                                       int length = 4);
 
     // ---- QuickTime metadata creation date: ISO text whose length names its form
     //  16 yyyy-MM-ddTHH:mm            17 ...HH:mmZ            19 ...HH:mm:ss      20 ...HH:mm:ssZ

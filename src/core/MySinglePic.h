@@ -138,6 +138,9 @@ public:
     quint32 previewSoiOffset = 0, previewEoiOffset = 0;
 
     // --- Movie ---
+    // What the movie's header said: 15 an AVI stamp, 16 a good creation date, 17 only a good
+    // modification date, 19 both zero; 0 no header read.
+    int movieType = 0;
     double movDuration = -1.0;
     MediaTime movCurrentTime, movChapterTime, livePhotoStillImageTime{0, 0, 0, 0};
     // The movie header's reading, kept until the folder's movie options are known.

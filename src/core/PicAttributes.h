@@ -7,6 +7,7 @@
 
 #include <map>
 #include <optional>
+#include <vector>
 
 namespace orv {
 
@@ -40,12 +41,27 @@ struct GpsStampRecord
     bool operator==(const GpsStampRecord &) const = default;
 };
 
-// The QuickTime metadata creation date: its text of 20, 24 or 25 bytes and where it stands.
-struct MdtaStampRecord
+// A movie's stamp and where it stands; movies pass 4 GB, so the offset is 64-bit. The QuickTime
+// metadata creation date is text of 20, 24 or 25 bytes; a movie header time is 4 bytes (8 in a
+// version 1 header); an AVI IDIT stamp is 26 bytes.
+struct MovieStampRecord
 {
     QByteArray dateData;
     quint64 dateOffset = 0;
-    bool operator==(const MdtaStampRecord &) const = default;
+    bool operator==(const MovieStampRecord &) const = default;
+};
+
+// One ISO 6709 location text of a movie, by its source: 1 the metadata key, 2 udta's ©xyz,
+// 3 ©xyz in udta's item list. The digit counts of latitude and longitude say which texts can be
+// rewritten in place (`edit`); the horizontal accuracy rides on the first record.
+struct QtLocationRecord
+{
+    int type = 0;
+    MovieStampRecord text;
+    MovieStampRecord hAccuracy;
+    int int1 = 0, frac1 = 0, int2 = 0, frac2 = 0;
+    bool edit = false;
+    bool operator==(const QtLocationRecord &) const = default;
 };
 
 // Latitude and longitude with their refs are always complete; altitude and positioning error
@@ -99,7 +115,9 @@ struct PicAttributes
     std::optional<XmpDateInfos> xmpDateInfos;
     quint32 xmpHeaderStartOffset = 0;
     quint32 cr3XmpOffset = 0;
-    std::optional<MdtaStampRecord> QTMetaDate;
+    std::optional<MovieStampRecord> QTMetaDate;
+    std::optional<MovieStampRecord> QTMvhdCreaDate, QTMvhdModDate, riffCreaDate;
+    std::vector<QtLocationRecord> qtLocations;
 
     OptionalDate NSFileCreationDate, NSFileModificationDate;
     std::optional<qint64> NSFileSize;

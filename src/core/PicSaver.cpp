@@ -288,11 +288,25 @@ bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
     success = proveStoredBytes(saving, success, file);
     if (!saving || !success)
         return success;
-    // Movies are dated by their file until the movie reader stores where their dates stand.
-    m_env.errors.addToolError(
-        ToolStep::WriteMovieDates, m_pic,
-        QCoreApplication::translate("SaveErrors", "movie dates are not written yet"));
-    return false;
+    const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    const bool datesDue = areTimesDue() ||
+                          (locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1);
+    StampEdits stamps(m_pic, m_env.settings);
+    PlannedSave plan = datesDue ? stamps.planMovie() : PlannedSave{};
+    // A place text of the common form takes the new location in place; others need exiftool.
+    if (locationDue && !stamps.planMovieLocation(plan) && !m_env.exiftool.saveLocationChange(m_pic))
+        return false;
+    if (!datesDue && plan.edits.empty()) {
+        m_pic.needsInternalDataRefresh = false;
+        return true;
+    }
+    if (plan.needsExiftool) {
+        m_env.errors.addToolError(
+            ToolStep::WriteMovieDates, m_pic,
+            QCoreApplication::translate("SaveErrors", "a movie date does not fit its stamp in place"));
+        return false;
+    }
+    return writeAndFinish(std::move(plan));
 }
 
 bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
@@ -385,6 +399,9 @@ void PicSaver::takeSavedState()
     // An empty tag that now holds the date is a tag like any other.
     if (m_pic.isNullerFile() && isPhotoType(m_pic.spType))
         m_pic.spType = SpTypeExifOriginal + (m_pic.spType - SpTypeEmptyOriginalFileDate) % 3;
+    // A movie header of zeros now holds the date.
+    if (m_pic.spType == SpTypeMvhdZeroFileDate || m_pic.spType == SpTypeMvhdZeroFixedDate)
+        m_pic.spType = SpTypeMvhdCreation;
     m_pic.isUnsavedDueToTZC = false;
     m_pic.didRefreshTimesAfterSave = true;
 }

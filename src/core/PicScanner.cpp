@@ -72,8 +72,8 @@ void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderD
         return;
     const int format = facts.format.fileFormatType;
     const std::optional<quint32> start = xmpPacketStart(facts);
-    // PNG finds its packet itself, from the iTXt chunk.
-    const bool searchWithoutOffset = format == PngFormat || format == AvifFormat;
+    // PNG finds its packet itself, from the iTXt chunk; HEIF stills from their item tables.
+    const bool searchWithoutOffset = format == PngFormat || format == HeicFormat || format == AvifFormat;
     if (!start && !searchWithoutOffset)
         return;
     const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
@@ -83,6 +83,25 @@ void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderD
     const bool hasUsableMod = !d.tiffDateTime && XmpDates::hasXmpMod(infos);
     if (hasCreaOrDigi || hasUsableMod)
         facts.xmp = std::move(infos);
+}
+
+void readMovieHeader(ScanFacts &facts, const FileStatus &status)
+{
+    const FileByteSource file(facts.path, status);
+    if (!file.isOpen())
+        return;
+    MySingleFolderDataReader reader;
+    switch (facts.format.fileFormatType) {
+    case QuickTimeMovieFormat:
+        facts.movie = reader.quicktimeHeaderDataForMovie(file, 1);
+        break;
+    case Mpeg4MovieFormat:
+        facts.movie = reader.quicktimeHeaderDataForMovie(file, 2);
+        break;
+    default:
+        facts.riff = reader.riffHeaderDataForMovie(file);
+        break;
+    }
 }
 
 } // namespace
@@ -100,8 +119,8 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
         return facts;
     }
 
-    // One statx for the entry's kind, dates and size; a movie or a file with EXIF ignored never
-    // opens here.
+    // One statx for the entry's kind, dates and size; a file with EXIF ignored never opens here,
+    // a movie only for its header.
     const FileStatus status = FileStatus::of(path);
     facts.attributes = FileAttributes::fromStatus(status, path);
     if (!facts.attributes) {
@@ -115,6 +134,8 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     facts.format = FileFormat::fileFormatTypeForMediumAtPath(path);
     if (FileFormat::isMovieType(facts.format.fileFormatType) || extension == QLatin1String("MTS")) {
         facts.route = ScanFacts::Route::Movie;
+        if (!exifIgnored)
+            readMovieHeader(facts, status);
         return facts;
     }
     if (exifIgnored && !extension.isEmpty() && facts.format.fileFormatType != UnknownFormat) {
@@ -193,6 +214,8 @@ void setImageAttributesFromFileAttributes(MySinglePic &pic, const FileAttributes
     // An empty modify tag is treated as if it held the file's date.
     if ((pic.spType == SpTypeEmptyOriginalFileDate || pic.spType == SpTypeEmptyDigitizedFileDate)
         && a.TIFFDateTime && a.TIFFDateTime->dateOffset)
+        pic.tiffDateTimeOLD = attributes.modificationDate;
+    if (pic.spType == SpTypeMvhdZeroFileDate && a.QTMvhdModDate && a.QTMvhdModDate->dateOffset)
         pic.tiffDateTimeOLD = attributes.modificationDate;
 }
 
@@ -334,23 +357,34 @@ ChosenDate dateFromTags(const ScanFacts &facts)
     return chosen;
 }
 
+// The date the import options give a file whose date tags are empty: the file's creation date,
+// or the next of the fixed dates (`isFixed`).
+OptionalDate importOptionDate(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions,
+                              bool &isFixed)
+{
+    ImportOptions &options = emptyTagOptions(folder, questions);
+    isFixed = options.usesFixedDate();
+    OptionalDate date = facts.attributes->creationDate;
+    if (isFixed) {
+        if (!options.prefFixDateDate)
+            return std::nullopt;
+        date = options.prefFixDateDate->addingSeconds(options.intervalStepper);
+        options.intervalStepper += options.stepInSeconds();
+    }
+    ++folder.fixedDates;
+    return date;
+}
+
 // A tag exists but its stamp is empty: the import options give the date.
 ChosenDate dateFromImportOptions(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions)
 {
     const DatesData &d = facts.dates;
     const int slot = d.exifDateTimeOriginal ? 0 : d.exifDateTimeDigitized ? 1 : 2;
-    ImportOptions &options = emptyTagOptions(folder, questions);
-    ChosenDate chosen;
-    if (options.usesFixedDate()) {
-        if (!options.prefFixDateDate)
-            return chosen;
-        chosen = {SpTypeEmptyOriginalFixedDate + slot, options.prefFixDateDate->addingSeconds(options.intervalStepper)};
-        options.intervalStepper += options.stepInSeconds();
-    } else {
-        chosen = {SpTypeEmptyOriginalFileDate + slot, facts.attributes->creationDate};
-    }
-    ++folder.fixedDates;
-    return chosen;
+    bool isFixed = false;
+    const OptionalDate date = importOptionDate(facts, folder, questions, isFixed);
+    if (!date)
+        return {};
+    return {(isFixed ? SpTypeEmptyOriginalFixedDate : SpTypeEmptyOriginalFileDate) + slot, date};
 }
 
 std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, MySingleFolder &folder, int type, OptionalDate date)
@@ -374,6 +408,136 @@ std::unique_ptr<MySinglePic> buildUndated(const ScanFacts &facts, MySingleFolder
     return pic;
 }
 
+QByteArray qtText(const std::optional<MovieValue> &value) { return value ? value->data : QByteArray(); }
+
+std::optional<MovieStampRecord> stampRecord(const std::optional<MovieValue> &value)
+{
+    if (!value)
+        return std::nullopt;
+    return MovieStampRecord{value->data, value->offset};
+}
+
+// The movie's location texts, each with its digit counts; the first readable one places an item
+// that has no location yet.
+void setMovieLocationAttributes(MySinglePic &pic, const MovieHeaderData &m)
+{
+    const std::pair<int, const std::optional<MovieValue> &> sources[] = {
+        {1, m.locationISO6709}, {2, m.locationISO6709_2}, {3, m.locationISO6709_3}};
+    std::vector<QtLocationRecord> &records = pic.singlePicAttributes.qtLocations;
+    for (const auto &[type, text] : sources) {
+        if (!text)
+            continue;
+        const Iso6709Digits digits = measureIso6709(text->data);
+        QtLocationRecord record{type, {text->data, text->offset}, {}, digits.int1, digits.frac1,
+                                digits.int2, digits.frac2, digits.edit};
+        if (records.empty() && m.locationHAccuracy)
+            record.hAccuracy = {m.locationHAccuracy->data, m.locationHAccuracy->offset};
+        records.push_back(record);
+        if (!pic.gpsLat)
+            if (const auto coordinates = coordinatesFromIso6709(text->data))
+                std::tie(pic.gpsLat, pic.gpsLong) = *coordinates;
+    }
+}
+
+// The movie header's values go into the date slots: the creation slot holds the item's date
+// where it came from the header or the metadata date, the modification slot the header's
+// modification time. Metadata dates carry their own offset and are never corrected.
+void setMovieAttributesFromMVHDData(MySinglePic &pic, const MovieHeaderData &m, bool correction,
+                                    const TimeZone &zone)
+{
+    PicAttributes &a = pic.singlePicAttributes;
+    const bool isMeta = pic.spType == SpTypeMdta;
+    if (isMeta ? m.QtCreationdate.has_value() : (pic.spType == SpTypeMvhdCreation && m.creaDate.has_value()))
+        pic.exifDateTimeOriginalOLD = pic.spDateTimeOriginal;
+    if (m.modDate)
+        pic.tiffDateTimeOLD = DateStampCodec::finalDateFromMVHDData(m.modDate->data, correction && !isMeta, zone);
+    a.QTMetaDate = stampRecord(m.QtCreationdate);
+    a.QTMvhdCreaDate = stampRecord(m.creaDate);
+    a.QTMvhdModDate = stampRecord(m.modDate);
+    setMovieLocationAttributes(pic, m);
+    if (m.pixelSize.isValid()) {
+        pic.pivImageWidth = m.pixelSize.width();
+        pic.pivImageHeight = m.pixelSize.height();
+    }
+    pic.movDuration = m.duration.value_or(-1.0);
+    pic.UUID = QString::fromUtf8(m.contentIdentifier);
+    pic.pivMakeModel = MakerModel::completeMakerModelStringFromMaker(QString::fromUtf8(m.make), QString::fromUtf8(m.model));
+}
+
+std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, MySingleFolder &folder)
+{
+    const RiffMovieData &riff = *facts.riff;
+    const OptionalDate date = DateStampCodec::dateFromRIFFTimeStamp(
+        QString::fromLatin1(riff.creaDateData.left(24)), TimeZone::systemZone());
+    if (!date)
+        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+    auto pic = makePic(facts, folder, SpTypeRiff, date);
+    pic->movieType = MovieHeaderData::RiffStamp;
+    pic->exifDateTimeOriginalOLD = date;
+    pic->singlePicAttributes.riffCreaDate = MovieStampRecord{riff.creaDateData, riff.creaDateDataOffset};
+    pic->pivMakeModel = riff.infoString.isEmpty() ? QStringLiteral("-") : QString::fromLatin1(riff.infoString);
+    if (riff.pixelSize.isValid()) {
+        pic->pivImageWidth = riff.pixelSize.width();
+        pic->pivImageHeight = riff.pixelSize.height();
+    }
+    pic->movDuration = riff.duration.value_or(-1.0);
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes, folder.perFolderImportOptions.dateComparisonThresold);
+    return pic;
+}
+
+// A QuickTime or MPEG-4 movie: the metadata date with its own offset wins when the folder
+// prefers it or the header has no date; otherwise the header's creation time, or its
+// modification time, each read as local clock time where the folder says cameras wrote it so.
+// A header of zeros takes its date from the import options.
+std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, MySingleFolder &folder,
+                                                 ImportQuestions &questions)
+{
+    const MovieHeaderData &m = *facts.movie;
+    const TimeZone zone = TimeZone::systemZone();
+    const bool correction = folder.isQuicktimeMVHDTimezoneCorrectionEnabled;
+    const OptionalDate metaDate =
+        m.QtCreationdate ? DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(qtText(m.QtCreationdate)), zone)
+                         : std::nullopt;
+    ChosenDate chosen;
+    if (m.movieType == MovieHeaderData::BothZero) {
+        bool isFixed = false;
+        const OptionalDate date = importOptionDate(facts, folder, questions, isFixed);
+        chosen = {isFixed ? SpTypeMvhdZeroFixedDate : SpTypeMvhdZeroFileDate, date};
+    } else if (metaDate && (folder.isQuicktimeMDTADateEnabled || (!m.creaDate && !m.modDate))) {
+        chosen = {SpTypeMdta, metaDate};
+    } else if (m.creaDate) {
+        chosen = {SpTypeMvhdCreation, DateStampCodec::finalDateFromMVHDData(m.creaDate->data, correction, zone)};
+    } else if (m.modDate) {
+        chosen = {SpTypeMvhdModification, DateStampCodec::finalDateFromMVHDData(m.modDate->data, correction, zone)};
+    }
+    if (!chosen.date)
+        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+
+    auto pic = makePic(facts, folder, chosen.type, chosen.date);
+    pic->movieType = m.movieType;
+    pic->isPossibleBundlePic = facts.format.fileFormatType == QuickTimeMovieFormat;
+    setMovieAttributesFromMVHDData(*pic, m, correction, zone);
+    if (chosen.type == SpTypeMvhdZeroFileDate || chosen.type == SpTypeMvhdZeroFixedDate) {
+        // The zero header is a tag to fill: the save writes the item's date into it.
+        pic->exifDateTimeOriginalOLD = Instant::distantPast();
+        if (chosen.type == SpTypeMvhdZeroFixedDate || !pic->tiffDateTimeOLD)
+            pic->tiffDateTimeOLD = Instant::distantPast();
+    }
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes, folder.perFolderImportOptions.dateComparisonThresold);
+    return pic;
+}
+
+std::unique_ptr<MySinglePic> buildMovie(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions)
+{
+    if (folder.isEXIFIgnored())
+        return buildUndated(facts, folder, SpTypeMovieExifIgnored, Instant::distantPast());
+    if (facts.riff)
+        return buildRiffMovie(facts, folder);
+    if (facts.movie && facts.movie->movieType != MovieHeaderData::NoHeader)
+        return buildQuickTimeMovie(facts, folder, questions);
+    return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+}
+
 } // namespace
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySingleFolder &folder,
@@ -394,10 +558,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     case ScanFacts::Route::Missing:
         return nullptr;
     case ScanFacts::Route::Movie:
-        // Until movie headers are read, a movie is dated by its file.
-        if (folder.isEXIFIgnored())
-            return buildUndated(facts, folder, SpTypeMovieExifIgnored, Instant::distantPast());
-        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+        return buildMovie(facts, folder, questions);
     case ScanFacts::Route::Unsupported:
         return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
     case ScanFacts::Route::Still:

@@ -3,7 +3,9 @@
 #include "core/FileAttributes.h"
 #include "core/FileFormat.h"
 #include "core/PicAttributes.h"
+#include "formats/AviLocator.h"
 #include "formats/DatesData.h"
+#include "formats/QuickTimeLocator.h"
 #include "formats/TiffTagReader.h"
 
 #include <QString>
@@ -42,6 +44,9 @@ struct ScanFacts
     std::optional<XmpDateInfos> xmp;
     std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
     TiffImageTags image;
+    // A movie's header: QuickTime and MPEG-4 boxes, or an AVI's RIFF chunks.
+    std::optional<MovieHeaderData> movie;
+    std::optional<RiffMovieData> riff;
 };
 
 // The scan of one file: format, byte readers, the date priority chain, the empty-tag import

@@ -41,7 +41,7 @@ enum class ToolStep : int {
     UpdateLocation = 3,
     AddExifDateTags = 6,
     ExtendShortXmpStamps = 7,
-    // In place, once the movie reader stores where a movie's dates stand.
+    // A movie date that does not fit its stamp in place.
     WriteMovieDates = 20,
 };
 

@@ -4,6 +4,7 @@
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
+#include "formats/QuickTimeLocator.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,6 +36,19 @@ TimeZone zoneOfXmpStamp(const XmpStampRecord &record, const TimeZone &fallback)
     return zoneOfOffset(*stated, *asUtc, fallback);
 }
 
+// The fixed offset a metadata date of 24 or 25 bytes names.
+TimeZone zoneOfMdtaStamp(const QByteArray &data, const TimeZone &fallback)
+{
+    const QString text = QString::fromLatin1(data);
+    const OptionalDate stated = DateStampCodec::dateFromMDTATimeStamp(text, fallback);
+    const OptionalDate asUtc = DateStampCodec::dateIgnoringFromMDTATimeStamp(text, TimeZone::utc());
+    if (!stated || !asUtc)
+        return fallback;
+    return zoneOfOffset(*stated, *asUtc, fallback);
+}
+
+bool isRealDate(const OptionalDate &date) { return date && !date->isSentinel(); }
+
 QByteArray patched(QByteArray data, qsizetype at, const QByteArray &bytes)
 {
     return data.replace(at, bytes.size(), bytes);
@@ -42,7 +56,7 @@ QByteArray patched(QByteArray data, qsizetype at, const QByteArray &bytes)
 
 } // namespace
 
-void PlannedSave::add(quint32 offset, const QByteArray &bytes, const QByteArray &previous)
+void PlannedSave::add(qint64 offset, const QByteArray &bytes, const QByteArray &previous)
 {
     if (bytes != previous)
         edits.push_back({offset, bytes, previous});
@@ -133,6 +147,103 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
         stamp->dateData = stampData;
         oldDate = newDate;
     });
+}
+
+void StampEdits::planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+                                const QByteArray &bytes)
+{
+    if (bytes.size() != stamp->dateData.size()) {
+        plan.needsExiftool = true;
+        return;
+    }
+    plan.add(qint64(stamp->dateOffset), bytes, stamp->dateData);
+    plan.whenSaved.push_back([&stamp, bytes] { stamp->dateData = bytes; });
+}
+
+void StampEdits::planMovieHeaderTime(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+                                     OptionalDate date, bool correction)
+{
+    if (!stamp || stamp->dateOffset == 0 || !isRealDate(date))
+        return;
+    planMovieStamp(plan, stamp,
+                   DateStampCodec::mvhdDataFromDate(*date, correction, localZone(),
+                                                    int(stamp->dateData.size())));
+}
+
+PlannedSave StampEdits::planMovie()
+{
+    PlannedSave plan;
+    PicAttributes &a = m_pic.singlePicAttributes;
+    const OptionalDate oldDate = m_pic.exifDateTimeOriginalOLD;
+    const OptionalDate newDate = m_pic.exifDateTimeOriginalNEW;
+    const bool isMeta = m_pic.spType == SpTypeMdta;
+    const bool correction = !isMeta && m_pic.spSingleFolder
+                            && m_pic.spSingleFolder->isQuicktimeMVHDTimezoneCorrectionEnabled;
+    // How far the item's date moves; nothing when it had none to move from (a header of zeros).
+    const bool canMove = isRealDate(oldDate) && isRealDate(newDate);
+    const double shift = canMove ? newDate->secondsSince(*oldDate) : 0.0;
+    const auto moved = [&](OptionalDate own) -> OptionalDate {
+        return own && canMove ? own->addingSeconds(shift) : OptionalDate();
+    };
+
+    if (oldDate && isRealDate(newDate)) {
+        if (m_pic.spType == SpTypeRiff && a.riffCreaDate && a.riffCreaDate->dateOffset) {
+            const QByteArray data = DateStampCodec::riffDataFromTimeStamp(
+                DateStampCodec::riffTimeStampFromDate(*newDate, localZone()));
+            planMovieStamp(plan, a.riffCreaDate, data);
+        }
+        if (m_pic.isQtMovie() && a.QTMetaDate && a.QTMetaDate->dateOffset) {
+            const QByteArray &stored = a.QTMetaDate->dateData;
+            const OptionalDate date =
+                isMeta ? newDate
+                       : moved(DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(stored), localZone()));
+            const TimeZone zone = m_settings.targetTimeZone.value_or(zoneOfMdtaStamp(stored, localZone()));
+            const int length = int(stored.size());
+            if (isRealDate(date))
+                planMovieStamp(plan, a.QTMetaDate,
+                               length == 20 || length == 24 || length == 25
+                                   ? DateStampCodec::mdtaDataOfLength(length, *date, zone)
+                                   : QByteArray());
+        }
+        if (m_pic.isQtMovie() && a.QTMvhdCreaDate) {
+            const OptionalDate date =
+                isMeta ? moved(DateStampCodec::dateFromMVHDData(a.QTMvhdCreaDate->dateData)) : newDate;
+            planMovieHeaderTime(plan, a.QTMvhdCreaDate, date, correction);
+        }
+        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
+    }
+    if (m_pic.isQtMovie() && m_pic.tiffDateTimeOLD && a.QTMvhdModDate) {
+        planMovieHeaderTime(plan, a.QTMvhdModDate, m_pic.tiffDateTimeNEW, correction);
+        plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
+    }
+    return plan;
+}
+
+bool StampEdits::planMovieLocation(PlannedSave &plan)
+{
+    std::vector<QtLocationRecord> &records = m_pic.singlePicAttributes.qtLocations;
+    if (records.empty() || !m_pic.gpsLat || !m_pic.gpsLong)
+        return false;
+    std::vector<QByteArray> texts;
+    for (const QtLocationRecord &record : records) {
+        texts.push_back(iso6709WithCoordinates(record.text.dateData, *m_pic.gpsLat, *m_pic.gpsLong));
+        if (texts.back().isEmpty() || record.text.dateOffset == 0)
+            return false;
+    }
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        QtLocationRecord &record = records[i];
+        plan.add(qint64(record.text.dateOffset), texts[i], record.text.dateData);
+        plan.whenSaved.push_back([&record, text = texts[i]] { record.text.dateData = text; });
+    }
+    // The file now holds the location: no old one waits to be replaced.
+    plan.whenSaved.push_back([&pic = m_pic] {
+        pic.gpsLatOld.reset();
+        pic.gpsLongOld.reset();
+        pic.hasAddedLocation = 0;
+        pic.shouldReSaveLoc = false;
+        pic.newLocationHAccuracy = MySinglePic::notSetAccuracy;
+    });
+    return true;
 }
 
 OptionalDate StampEdits::movedGpsDate() const

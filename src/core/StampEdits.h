@@ -27,8 +27,12 @@ struct PlannedSave
     // A stamp or its offset tag does not read exactly: that stamp and its tag stay as they are.
     bool damagedTags = false;
 
+    // A date due in a stamp that cannot hold it in place (a metadata date of another length,
+    // a header time past its field's range): only exiftool can write it.
+    bool needsExiftool = false;
+
     // Bytes equal to the previous ones are not written again.
-    void add(quint32 offset, const QByteArray &bytes, const QByteArray &previous);
+    void add(qint64 offset, const QByteArray &bytes, const QByteArray &previous);
 };
 
 // Plans the in-place writes of a photo's new dates: XMP stamps, the GPS date, and the EXIF and
@@ -40,6 +44,13 @@ public:
     StampEdits(MySinglePic &pic, const SaveSettings &settings) : m_pic(pic), m_settings(settings) {}
 
     PlannedSave planPhoto();
+    // A movie's stamps: the AVI IDIT, or the QuickTime metadata date and the movie header's
+    // times, each in its own form and length. A stamp that is not the item's date source moves
+    // by as much as the item's date, so every date the file holds moves alike.
+    PlannedSave planMovie();
+    // The item's location into each of the movie's ISO 6709 texts, in the digit counts the text
+    // has. False, and nothing planned, when a text is not in that form or there is no location.
+    bool planMovieLocation(PlannedSave &plan);
     // The sync pass: every XMP twin of a date slot takes the date the save gave the slot.
     // `infos` were read from the file just now.
     PlannedSave planXmpSync(XmpDateInfos &infos);
@@ -56,6 +67,10 @@ private:
     void planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
+    void planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+                        const QByteArray &bytes);
+    void planMovieHeaderTime(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+                             OptionalDate date, bool correction);
     OptionalDate movedGpsDate() const;
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.
     std::optional<TimeZone> cameraClock() const;

@@ -37,6 +37,21 @@ bool holdsLocation(FileReader &file, const GpsLocationRecord &r)
            holds(file, r.hPositioningError_Offset, r.hPositioningError_Data);
 }
 
+bool holdsMovieStamp(FileReader &file, const std::optional<MovieStampRecord> &stamp)
+{
+    return !stamp || holds(file, stamp->dateOffset, stamp->dateData);
+}
+
+bool holdsMovieValues(FileReader &file, const PicAttributes &a)
+{
+    return holdsMovieStamp(file, a.QTMetaDate) && holdsMovieStamp(file, a.QTMvhdCreaDate) &&
+           holdsMovieStamp(file, a.QTMvhdModDate) && holdsMovieStamp(file, a.riffCreaDate) &&
+           std::all_of(a.qtLocations.begin(), a.qtLocations.end(), [&file](const QtLocationRecord &r) {
+               return holds(file, r.text.dateOffset, r.text.dateData) &&
+                      holds(file, r.hAccuracy.dateOffset, r.hAccuracy.dateData);
+           });
+}
+
 } // namespace
 
 bool StoredBytes::areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &file)
@@ -57,7 +72,7 @@ bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
            (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData)) &&
            (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData)) &&
            (!a.GPSLocation || holdsLocation(file, *a.GPSLocation)) &&
-           (!a.QTMetaDate || holds(file, a.QTMetaDate->dateOffset, a.QTMetaDate->dateData));
+           holdsMovieValues(file, a);
 }
 
 ByteProof StoredBytes::proof(const PicAttributes &a, qint64 length)

@@ -1,5 +1,7 @@
 #include "formats/MySingleFolderDataReader.h"
 
+#include "formats/Cr3Locator.h"
+#include "formats/HeifLocator.h"
 #include "formats/JpegLocator.h"
 #include "formats/TiffLocator.h"
 
@@ -13,16 +15,32 @@ constexpr quint32 firstInvalidXmpOffset = 0xFFFFFFFE;
 bool isCr3(const ByteSource &file) { return file.read(4, 8) == "ftypcrx "; }
 } // namespace
 
-std::optional<MySingleFolderDataReader::BmffOffsets>
-MySingleFolderDataReader::preparedBMFFOffsetsAtFD(const ByteSource &)
+void MySingleFolderDataReader::readCr3Dates(const ByteSource &file, DatesData &result)
 {
-    return std::nullopt;
-}
-
-std::optional<MySingleFolderDataReader::Cr3Offsets>
-MySingleFolderDataReader::preparedCF3OffsetsAtFD(const ByteSource &)
-{
-    return std::nullopt;
+    const std::optional<Cr3Offsets> cr3 = preparedCF3Offsets(file);
+    if (!cr3)
+        return;
+    result.cr3XmpOffset = cr3->xmpOffset;
+    TiffLocator tiff(file);
+    const auto headerOf = [&](std::optional<quint32> offset) {
+        return offset ? tiff.headerAt(*offset) : std::nullopt;
+    };
+    if (const std::optional<TiffHeader> ifd0 = headerOf(cr3->CMT1Offset))
+        tiff.readDates(*ifd0, result);
+    // CMT2's first directory is the Exif IFD: its date tags stand where IFD0's would.
+    if (const std::optional<TiffHeader> exif = headerOf(cr3->CMT2Offset)) {
+        DatesData exifDates;
+        tiff.readDates(*exif, exifDates);
+        result.exifDateTimeOriginal = exifDates.exifDateTimeOriginal;
+        result.exifDateTimeDigitized = exifDates.exifDateTimeDigitized;
+        result.exifOffsetTIFFTime = exifDates.exifOffsetTIFFTime;
+        result.exifOffsetTimeOriginal = exifDates.exifOffsetTimeOriginal;
+        result.exifOffsetTimeDigitized = exifDates.exifOffsetTimeDigitized;
+        if (!result.tiffHeader)
+            result.tiffHeader = exifDates.tiffHeader;
+    }
+    if (const std::optional<TiffHeader> gps = headerOf(cr3->CMT4Offset))
+        tiff.readGpsDirectory(*gps, result);
 }
 
 std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSource &file,
@@ -40,13 +58,9 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSo
     }
     case HeicFormat:
     case AvifFormat: {
-        const std::optional<BmffOffsets> boxes = preparedBMFFOffsetsAtFD(file);
-        if (!boxes)
-            return std::nullopt;
-        if (boxes->exif)
-            if (const auto header = tiff.headerAt(*boxes->exif))
-                return header;
-        return tiff.scanForHeader(0);
+        // Without an Exif item nothing is searched: a TIFF magic in the image data is none.
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(file);
+        return items && items->exif ? tiff.headerAt(*items->exif) : std::nullopt;
     }
     case PngFormat: {
         // Without an eXIf chunk in front of the image data there is nothing to write into
@@ -59,11 +73,6 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSo
         return tiff.scanForHeader(0);
     }
     case RawFormat:
-        if (isCr3(file)) {
-            if (const auto cr3 = preparedCF3OffsetsAtFD(file); cr3 && cr3->xmpOffset)
-                result.cr3XmpOffset = *cr3->xmpOffset;
-            return std::nullopt;
-        }
         return tiff.scanForHeader(startingFrom == 0 ? 0 : qint64(startingFrom) + 4);
     default:
         return tiff.scanForHeader(startingFrom == 0 ? 0 : qint64(startingFrom) + 4);
@@ -81,6 +90,10 @@ DatesData MySingleFolderDataReader::savereadDates(const ByteSource &file, int fi
                                                   quint32 startingFrom)
 {
     DatesData result;
+    if (fileFormatType == RawFormat && isCr3(file)) {
+        readCr3Dates(file, result);
+        return result;
+    }
     if (const auto header = headerForFormat(file, fileFormatType, startingFrom, result))
         TiffLocator(file).readDates(*header, result);
     return result;
@@ -100,8 +113,8 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource
         return xmp.xmpStartOffsetFromJPGHeader();
     case HeicFormat:
     case AvifFormat: {
-        const auto boxes = preparedBMFFOffsetsAtFD(file);
-        return boxes ? boxes->xmp : std::nullopt;
+        const std::optional<BmffItemOffsets> items = preparedBMFFOffsets(file);
+        return items ? items->xmp : std::nullopt;
     }
     case WebpFormat:
         return xmp.xmpStartOffsetFromWebPHeader(startingFrom);
@@ -144,6 +157,30 @@ XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPSidecarAtPath(const QString &path)
 {
     return metadataFromXMPAtPath(path, 0);
+}
+
+MovieHeaderData MySingleFolderDataReader::quicktimeHeaderDataForMovieFileAtPath(const QString &path,
+                                                                               int unverifiedType)
+{
+    const FileByteSource file(path);
+    return quicktimeHeaderDataForMovie(file, unverifiedType);
+}
+
+MovieHeaderData MySingleFolderDataReader::quicktimeHeaderDataForMovie(const ByteSource &file,
+                                                                     int unverifiedType)
+{
+    return orv::quicktimeHeaderDataForMovie(file, unverifiedType == 1);
+}
+
+std::optional<RiffMovieData> MySingleFolderDataReader::riffHeaderDataForMovieFileAtPath(const QString &path)
+{
+    const FileByteSource file(path);
+    return riffHeaderDataForMovie(file);
+}
+
+std::optional<RiffMovieData> MySingleFolderDataReader::riffHeaderDataForMovie(const ByteSource &file)
+{
+    return orv::riffHeaderDataForMovie(file);
 }
 
 WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebPFileAtPath(const QString &path)

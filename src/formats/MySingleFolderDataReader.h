@@ -1,9 +1,11 @@
 #pragma once
 
+#include "formats/AviLocator.h"
 #include "formats/DatesData.h"
 #include "formats/FileFormatType.h"
 #include "formats/ByteSource.h"
 #include "formats/PngLocator.h"
+#include "formats/QuickTimeLocator.h"
 #include "formats/RawPreviewLocator.h"
 #include "formats/TiffTagReader.h"
 #include "formats/WebpLocator.h"
@@ -40,6 +42,12 @@ public:
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
+    // unverifiedType 1: a QuickTime movie, which may lack an ftyp box; 2: MPEG-4.
+    MovieHeaderData quicktimeHeaderDataForMovieFileAtPath(const QString &path, int unverifiedType);
+    MovieHeaderData quicktimeHeaderDataForMovie(const ByteSource &file, int unverifiedType);
+    std::optional<RiffMovieData> riffHeaderDataForMovieFileAtPath(const QString &path);
+    std::optional<RiffMovieData> riffHeaderDataForMovie(const ByteSource &file);
+
     WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
     WebpChunkOffsets riffHeaderDataForWebP(const ByteSource &file);
     QMap<QString, QString> tEXtDataFromPNG(const QString &path);
@@ -53,22 +61,8 @@ public:
     TiffImageTags imageTags(const ByteSource &file, const TiffHeader &header);
 
 private:
-    // Offsets inside ISO base media files (HEIC, AVIF) and CR3. Their box walk is not written
-    // yet; until it is, these formats report no TIFF header.
-    struct BmffOffsets
-    {
-        std::optional<quint32> exif;
-        std::optional<quint32> xmp;
-    };
-    struct Cr3Offsets
-    {
-        std::optional<quint32> CMT1Offset;
-        std::optional<quint32> CMT2Offset;
-        std::optional<quint32> xmpOffset;
-        bool isHeaderIntel = false;
-    };
-    std::optional<BmffOffsets> preparedBMFFOffsetsAtFD(const ByteSource &file);
-    std::optional<Cr3Offsets> preparedCF3OffsetsAtFD(const ByteSource &file);
+    // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2, the GPS IFD in CMT4.
+    void readCr3Dates(const ByteSource &file, DatesData &result);
 
     std::optional<TiffHeader> headerForFormat(const ByteSource &file, int fileFormatType,
                                               quint32 startingFrom, DatesData &result);

@@ -169,6 +169,14 @@ private:
     const ByteSource &m_file;
 };
 
+void storeGps(ValueReader &values, const TagOffsets &tags, bool intel, DatesData &result)
+{
+    if (const auto stamp = values.read(tags.timeStamp, 24))
+        result.gpsTimeStamp = GpsStampRecord{stamp->first, stamp->second, !intel};
+    result.gpsDateStamp = values.gpsDate(tags.dateStamp);
+    result.gpsLocation = values.location(tags, !intel);
+}
+
 } // namespace
 
 bool verifyDateData(const QByteArray &data)
@@ -302,11 +310,20 @@ void TiffLocator::readDates(const TiffHeader &header, DatesData &result)
     result.exifOffsetTIFFTime = values.offsetTag(tags.offsetTime);
     result.exifOffsetTimeOriginal = values.offsetTag(tags.offsetTimeOriginal);
     result.exifOffsetTimeDigitized = values.offsetTag(tags.offsetTimeDigitized);
-    if (const auto stamp = values.read(tags.timeStamp, 24))
-        result.gpsTimeStamp = GpsStampRecord{stamp->first, stamp->second, !intel};
-    result.gpsDateStamp = values.gpsDate(tags.dateStamp);
-    result.gpsLocation = values.location(tags, !intel);
+    storeGps(values, tags, intel, result);
     result.tiffHeader = header;
+}
+
+void TiffLocator::readGpsDirectory(const TiffHeader &header, DatesData &result)
+{
+    TagOffsets tags;
+    const TiffIfd gps = TiffIfd::first(m_file, header.offset, header.isIntel);
+    for (const IfdEntry &entry : gps.entries()) {
+        if (tags.takeGpsTag(entry, header.offset) && tags.hasAllGpsTags())
+            break;
+    }
+    ValueReader values(m_file);
+    storeGps(values, tags, header.isIntel, result);
 }
 
 } // namespace orv

@@ -28,6 +28,9 @@ public:
     std::optional<TiffHeader> scanForHeader(qint64 start);
     // Fills the tag values, the header offset and the byte order into `result`.
     void readDates(const TiffHeader &header, DatesData &result);
+    // The GPS values of a TIFF structure whose first directory is itself the GPS IFD, as a CR3's
+    // CMT4 box holds it.
+    void readGpsDirectory(const TiffHeader &header, DatesData &result);
 
 private:
     const ByteSource &m_file;

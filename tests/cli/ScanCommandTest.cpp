@@ -275,3 +275,31 @@ TEST(ScanCommandJson, CorpusAgreesWithExiftool)
     }
     EXPECT_GT(compared, 60);
 }
+
+TEST_F(ScanCommandTest, AMovieNamesItsHeaderTypeStampsPlacesAndContentIdentifier)
+{
+    ORV_SKIP_WITHOUT_CORPUS();
+    const QJsonArray items = runCli({QStringLiteral("scan"), QStringLiteral("--json"),
+                                     corpusFile(QStringLiteral("Lychee/tests/Samples/train.mov"))})
+                                 .items();
+    ASSERT_EQ(items.size(), 1);
+    const QJsonObject item = items[0].toObject();
+    EXPECT_EQ(item["movieType"].toInt(), 16);
+    EXPECT_EQ(item["spType"].toInt(), 21) << "the metadata date with its own offset wins";
+    EXPECT_EQ(item["spDateTimeOriginal"].toString(), QStringLiteral("2021-04-10T10:43:59Z"));
+    EXPECT_EQ(item["UUID"].toString(), QStringLiteral("E905E6C6-C747-4805-942F-9904A0281F02"));
+    EXPECT_EQ(item["pivImageWidth"].toInt(), 1440);
+    EXPECT_EQ(item["pivMakeModel"].toString(), QStringLiteral("Apple iPhone 6s"));
+    EXPECT_NEAR(item["movDuration"].toDouble(), 1.233, 0.001);
+    const QJsonObject attributes = item["singlePicAttributes"].toObject();
+    EXPECT_EQ(attributes["QTMetaDateData"].toString(), QStringLiteral("2021-04-10T11:43:59+0100"));
+    EXPECT_EQ(attributes["QTMvhdCreaDateData"].toString(), QStringLiteral("dc9731f0"));
+    EXPECT_EQ(attributes["QTMvhdModDateOffset"].toInteger(), attributes["QTMvhdCreaDateOffset"].toInteger() + 4);
+    const QJsonObject place = attributes["qtLocations"].toArray().first().toObject();
+    EXPECT_EQ(place["data"].toString(), QStringLiteral("+52.2097-000.8955+103.640/"));
+    EXPECT_EQ(place["HAccuracyData"].toString(), QStringLiteral("65.000000"));
+    EXPECT_TRUE(place["edit"].toBool());
+    // The keys every item has are still there.
+    for (const char *key : {"path", "spName", "fileFormatType", "spType", "spDateTimeOriginal", "gpsLat"})
+        EXPECT_TRUE(item.contains(QLatin1String(key))) << key;
+}

@@ -718,11 +718,11 @@ TEST(SaveErrorChecks, LivePhotoDriftIsExcusedByIdentifiersAndComparedAsTheStamps
             .contains(QStringLiteral("error_04_livePhotoDriftingApart"));
     };
     auto utcMovieStamp = [](MySinglePic &, MySinglePic &movie) {
-        movie.singlePicAttributes.QTMetaDate = MdtaStampRecord{"2024-05-01T12:00:00Z", 900};
+        movie.singlePicAttributes.QTMetaDate = MovieStampRecord{"2024-05-01T12:00:00Z", 900};
     };
     EXPECT_FALSE(drifts([](MySinglePic &, MySinglePic &) {})) << "both read as the same wall clock";
     EXPECT_FALSE(drifts([](MySinglePic &, MySinglePic &movie) {
-        movie.singlePicAttributes.QTMetaDate = MdtaStampRecord{"2024-05-01T14:00:00+02:00", 900};
+        movie.singlePicAttributes.QTMetaDate = MovieStampRecord{"2024-05-01T14:00:00+02:00", 900};
     }));
     EXPECT_TRUE(drifts(utcMovieStamp)) << "a UTC movie stamp reads two hours off the still's wall clock";
     EXPECT_FALSE(drifts(utcMovieStamp, [](MySinglePic &) { return true; })) << "identifiers still match";
