@@ -159,6 +159,7 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
         controller.didSaveFolders(folders);
     }
 
+    QTextStream err(stderr);
     QJsonArray json;
     bool anyFailed = false;
     for (const auto &[pic, old] : items) {
@@ -167,8 +168,16 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
             if (it->contains(pic))
                 preSaveKeys << it.key();
         }
-        anyFailed = anyFailed || !run.errors().errorIdsFor(*pic).isEmpty() ||
-                    !run.errors().toolStepsFor(*pic).isEmpty();
+        const QList<int> ids = run.errors().errorIdsFor(*pic);
+        const QList<ToolStep> steps = run.errors().toolStepsFor(*pic);
+        anyFailed = anyFailed || !ids.isEmpty() || !steps.isEmpty();
+        // Each problem on its own line, with the path and the reason in words beside its id.
+        for (const int id : ids)
+            err << "orvelle-cli: " << pic->spPath() << ": error " << id << ": "
+                << SaveErrors::reasonForId(id) << "\n";
+        for (const ToolStep step : steps)
+            err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
+                << SaveErrors::descriptionForStep(step) << "\n";
         if (options.json)
             json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
         else

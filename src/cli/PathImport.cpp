@@ -4,11 +4,13 @@
 #include "folders/DropEntry.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "formats/ByteSource.h"
 
 #include <QEventLoop>
 #include <QFileInfo>
 
 namespace orv {
+
 
 ImportOptions PathImport::fileDateForEmptyTags()
 {
@@ -31,6 +33,11 @@ PathImport::PathImport(const QStringList &paths, const Settings &settings, QText
         const QFileInfo info(path);
         if (!info.exists()) {
             err << "orvelle-cli: " << path << ": no such file or folder\n";
+            m_failed = true;
+        } else if (FileStatus::of(path).kind == FileStatus::Kind::Other) {
+            // Never opened: a pipe would block the run, a device answer endlessly.
+            err << "orvelle-cli: " << path
+                << ": not a regular file (a pipe, a socket or a device); skipped\n";
             m_failed = true;
         } else if (info.isDir() && !info.isReadable()) {
             err << "orvelle-cli: " << path << ": permission denied\n";

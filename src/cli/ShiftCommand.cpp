@@ -4,9 +4,13 @@
 #include "app/Preferences.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
+#include "core/MySinglePic.h"
+#include "core/SaveErrors.h"
+#include "folders/MySingleFolder.h"
 
 #include <QRegularExpression>
 #include <QTextStream>
+#include <algorithm>
 
 namespace orv {
 
@@ -96,14 +100,27 @@ int ShiftCommand::run(const QStringList &arguments)
     Preferences prefs(Preferences::defaultSettingsPath());
     DateSaveRun::applyPrefs(prefs, *options);
     PathImport imported(options->paths, {}, err);
-    // The same change as the window's offset controls, range test included.
-    const DateChangeResult change =
-        imported.controller().dateChanges().dragChangedDates(imported.folders(), options->offset, options->offset < 0.0);
-    if (change == DateChangeResult::Refused) {
-        usageError(err, QStringLiteral("the offset moves a date outside 0001-01-02 to 4999-12-31"));
-        return 2;
+    // The same change as the window's offset controls, range test included. A folder that the
+    // range test refuses takes the change item by item instead: an item whose date would leave
+    // the range fails alone, named, and the others are saved.
+    DateChanges &changes = imported.controller().dateChanges();
+    bool anyOutOfRange = false;
+    for (MySingleFolder *folder : imported.folders()) {
+        if (changes.dragChangedDates({folder}, options->offset, options->offset < 0.0) !=
+            DateChangeResult::Refused)
+            continue;
+        changes.changeEditMode({folder}, MySingleFolder::EditSeparately);
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (changes.dragChangedSinglePicModeDate({pic}, options->offset) ==
+                DateChangeResult::Refused) {
+                err << "orvelle-cli: " << pic->spPath() << ": error " << SaveErrorId::DateOutOfRange
+                    << ": " << SaveErrors::reasonForId(SaveErrorId::DateOutOfRange) << "\n";
+                anyOutOfRange = true;
+            }
+        }
     }
-    return DateSaveRun::saveAndReport(imported, prefs, *options, out);
+    const int status = DateSaveRun::saveAndReport(imported, prefs, *options, out);
+    return anyOutOfRange ? std::max(status, 1) : status;
 }
 
 } // namespace orv

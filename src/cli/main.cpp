@@ -1,4 +1,5 @@
 #include "cli/AlignCommand.h"
+#include "cli/JournalCommands.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
 
@@ -43,12 +44,19 @@ const char *const usage =
     "                          copy:SLOT (each file's other date: SLOT is one of\n"
     "                          exifDateTimeDigitized, tiffDateTime, fileCreationDate,\n"
     "                          fileModificationDate followed by OLD or NEW).\n"
+    "  revert                  Put back the bytes and dates that the last save changed,\n"
+    "                          file by file. A file changed since that save is left as it\n"
+    "                          is and named.\n"
     "\n"
     "  --version               Print the version.\n"
     "  --help                  Print this help.\n"
     "\n"
-    "Exit codes: 0 success, 1 some path or file could not be read or saved (the rest\n"
-    "is still done; the problems are listed on stderr), 2 wrong usage.\n";
+    "Every save is recorded in a journal before a file is written. Each command first\n"
+    "finishes a save that was interrupted (killed, crashed) and says so on stderr.\n"
+    "\n"
+    "Exit codes: 0 success: every file was read and saved; 1 some path or file could not\n"
+    "be read, saved or reverted (the rest is still done; each problem is listed on stderr\n"
+    "with its path and reason); 2 wrong usage (nothing was done).\n";
 
 } // namespace
 
@@ -68,6 +76,12 @@ int main(int argc, char *argv[])
         out << "orvelle-cli " << ORV_VERSION << "\n";
         return 0;
     }
+    {
+        QTextStream err(stderr);
+        orv::JournalCommands::finishInterruptedSave(err);
+    }
+    if (args.first() == QLatin1String("revert"))
+        return orv::JournalCommands::revert(args.mid(1));
     if (args.first() == QLatin1String("scan"))
         return orv::ScanCommand::run(args.mid(1));
     if (args.first() == QLatin1String("align"))

@@ -245,8 +245,7 @@ OptionalDate readDate(std::string_view pattern, QStringView text, const TimeZone
 
 bool isWritable(Instant date)
 {
-    return !date.isSentinel() && date.wholeSeconds() >= Instant::minDate().secondsSinceEpoch() &&
-           date.wholeSeconds() <= Instant::maxDate().secondsSinceEpoch();
+    return DateStampCodec::isWritableDate(date);
 }
 
 // A text cut at its first NUL, as the C string it was written as.
@@ -332,6 +331,31 @@ QString DateStampCodec::exifOffsetFromData(QByteArrayView data)
     if (data.size() != ExifOffsetDataLength)
         return {};
     return QString::fromLatin1(data.first(cStringLength(data)));
+}
+
+bool DateStampCodec::isWritableDate(Instant date)
+{
+    return !date.isSentinel() && date.wholeSeconds() >= Instant::minDate().secondsSinceEpoch() &&
+           date.wholeSeconds() <= Instant::maxDate().secondsSinceEpoch();
+}
+
+std::optional<int> DateStampCodec::exactExifOffsetSeconds(QByteArrayView data)
+{
+    if (data.size() != ExifOffsetDataLength || data.back() != '\0')
+        return std::nullopt;
+    const std::optional<Reading> reading =
+        parse(ColonOffsetPattern, QString::fromLatin1(data.first(data.size() - 1)));
+    return reading ? reading->offsetSeconds : std::nullopt;
+}
+
+QByteArray DateStampCodec::cameraClockOffset(QByteArrayView original, QByteArrayView digitized,
+                                             QByteArrayView modified)
+{
+    for (const QByteArrayView tag : {original, digitized, modified}) {
+        if (exactExifOffsetSeconds(tag))
+            return tag.toByteArray();
+    }
+    return {};
 }
 
 Instant DateStampCodec::dateFromEXIFTimeStamp(QStringView stamp, const TimeZone &zone)
@@ -661,6 +685,41 @@ QByteArray DateStampCodec::gpsTimeDataFromTimeStamp(Instant date, QSysInfo::Endi
             qToBigEndian(rationals[i], at);
         else
             qToLittleEndian(rationals[i], at);
+    }
+    return data;
+}
+
+QByteArray DateStampCodec::gpsTimeDataKeepingPrecision(QByteArrayView previous, Instant date,
+                                                       QSysInfo::Endian byteOrder)
+{
+    if (previous.size() != GpsTimeDataLength || !isWritable(date))
+        return {};
+    const auto read = [&](int i) {
+        const char *at = previous.data() + i * 4;
+        return quint64(byteOrder == QSysInfo::BigEndian ? qFromBigEndian<quint32>(at)
+                                                        : qFromLittleEndian<quint32>(at));
+    };
+    std::array<quint64, 6> rationals{};
+    for (int i = 0; i < 6; ++i)
+        rationals[size_t(i)] = read(i);
+    const quint64 hoursDenominator = rationals[1], minutesDenominator = rationals[3],
+                  secondsDenominator = rationals[5];
+    if (hoursDenominator == 0 || minutesDenominator == 0 || secondsDenominator == 0 ||
+        rationals[0] % hoursDenominator != 0 || rationals[2] % minutesDenominator != 0)
+        return {};
+    const Instant::Civil utc = date.toUtcCivil();
+    rationals[0] = quint64(utc.hour) * hoursDenominator;
+    rationals[2] = quint64(utc.minute) * minutesDenominator;
+    rationals[4] = quint64(utc.second) * secondsDenominator + rationals[4] % secondsDenominator;
+    QByteArray data(GpsTimeDataLength, '\0');
+    for (size_t i = 0; i < rationals.size(); ++i) {
+        if (rationals[i] > std::numeric_limits<quint32>::max())
+            return {};
+        char *at = data.data() + i * 4;
+        if (byteOrder == QSysInfo::BigEndian)
+            qToBigEndian(quint32(rationals[i]), at);
+        else
+            qToLittleEndian(quint32(rationals[i]), at);
     }
     return data;
 }

@@ -60,8 +60,18 @@ public:
     // True when the stamp cannot be read as a date: blanks, zeros, no text. Such a tag exists
     // but is to be filled. A text of 20 or more characters is judged on its first 19.
     static bool isValidZeroStamp(QStringView stamp);
+    // Within minDate and maxDate, to the whole second, and no sentinel: a date a file can hold.
+    static bool isWritableDate(Instant date);
     // The text of a 7-byte offset tag, "+01:00"; nothing for any other length.
     static QString exifOffsetFromData(QByteArrayView data);
+    // The seconds east of UTC an offset tag names, only when its 7 bytes are exactly "+HH:MM"
+    // and a NUL: a damaged tag is not guessed at.
+    static std::optional<int> exactExifOffsetSeconds(QByteArrayView data);
+    // One camera clock wrote every stamp of a file: the offset that a stamp without an offset
+    // tag of its own was written in is the first exact one of OffsetTimeOriginal,
+    // OffsetTimeDigitized and OffsetTime (pass empty data for a missing tag). Empty when none is.
+    static QByteArray cameraClockOffset(QByteArrayView original, QByteArrayView digitized,
+                                        QByteArrayView modified);
 
     // The instant of a stamp read as wall-clock time in `zone`; distantPast when unusable.
     static Instant dateFromEXIFTimeStamp(QStringView stamp, const TimeZone &zone);
@@ -155,6 +165,11 @@ public:
     static QByteArray gpsDateDataFromTimeStamp(Instant date);
     // Each rational with denominator 1.
     static QByteArray gpsTimeDataFromTimeStamp(Instant date, QSysInfo::Endian byteOrder);
+    // The time of `date` in the rationals of `previous`: each keeps its denominator, and the
+    // seconds keep their fraction. Empty when `previous` has hours or minutes with a fraction,
+    // a zero denominator, or when a numerator would not fit.
+    static QByteArray gpsTimeDataKeepingPrecision(QByteArrayView previous, Instant date,
+                                                  QSysInfo::Endian byteOrder);
     // The GPS date of a file from its date stamp and time stamp (either may be empty). A missing
     // half is taken from `creationDate` in UTC; when that was the day, the result is moved by a
     // day if it lies more than 12 hours from the creation date. Nothing when a stamp cannot be

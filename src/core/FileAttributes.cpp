@@ -19,6 +19,7 @@ std::optional<FileAttributes> FileAttributes::fromStatus(const FileStatus &statu
     a.creationDate = status.birthTime ? Instant(*status.birthTime) : a.modificationDate;
     a.size = status.size;
     a.isDirectory = status.kind == FileStatus::Kind::Directory;
+    a.isRegularFile = status.kind == FileStatus::Kind::Regular;
     a.isExtensionHidden = QFileInfo(path).fileName().startsWith(QLatin1Char('.'));
     return a;
 }

@@ -17,6 +17,7 @@ struct FileAttributes
     Instant modificationDate;
     qint64 size = 0;
     bool isDirectory = false;
+    bool isRegularFile = false;     // neither a folder nor a pipe, a socket or a device
     bool isExtensionHidden = false; // a leading dot hides the whole name
 
     // Nothing when the entry does not exist or cannot be examined.

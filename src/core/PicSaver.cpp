@@ -1,5 +1,6 @@
 #include "core/PicSaver.h"
 
+#include "core/DateStampCodec.h"
 #include "core/ExiftoolSteps.h"
 #include "core/MySinglePic.h"
 #include "core/SaveErrors.h"
@@ -90,6 +91,8 @@ qint64 PicSaver::updatedUnchangedFileState()
     const std::optional<FileAttributes> attributes = fileAt(path);
     if (!attributes)
         return 1;
+    if (!attributes->isRegularFile)
+        return 3;
     if (!allExist(m_pic.spSidecarPaths()))
         return 4;
     FileReader file(path);
@@ -168,6 +171,11 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
         if (success)
             success =
                 invalidPicErrorID(SaveErrorId::SaveMissing, SaveErrorId::CheckMissing, saving);
+    } else if (success && !attributes->isRegularFile) {
+        // Exchanged for a pipe or a device since the import: opening it could block the run.
+        m_pic.fileUnchangedState = 3;
+        m_env.errors.addErrorID(SaveErrorId::NotARegularFile, m_pic);
+        success = false;
     } else if (success) {
         file.emplace(path);
         if (!file->isOpen()) {
@@ -184,6 +192,10 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
 
     if (!m_pic.takesEdits())
         return success;
+    if (saving && success && !areNewDatesWritable()) {
+        m_env.errors.addErrorID(SaveErrorId::DateOutOfRange, m_pic);
+        return false;
+    }
     if (m_pic.spType == SpTypeNoTagsImportOptionDate && saving && success)
         m_pic.spType = SpTypeNoTagsFileDate;
     if (isPhotoType(m_pic.spType))
@@ -191,6 +203,17 @@ bool PicSaver::realValidatePicWithSavingChanges(bool saving, int onlySaveFilesOf
     if (isMovieType(m_pic.spType))
         return saveMovie(saving, success, file ? &*file : nullptr);
     return saveFile(saving, onlySaveFilesOfType, success);
+}
+
+bool PicSaver::areNewDatesWritable() const
+{
+    for (const OptionalDate &date :
+         {m_pic.exifDateTimeOriginalNEW, m_pic.exifDateTimeDigitizedNEW, m_pic.tiffDateTimeNEW,
+          m_pic.fileCreationDateNEW, m_pic.fileModificationDateNEW}) {
+        if (date && !date->isSentinel() && !DateStampCodec::isWritableDate(*date))
+            return false;
+    }
+    return true;
 }
 
 bool PicSaver::proveStoredBytes(bool saving, bool success, FileReader *file)
@@ -305,39 +328,54 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
 bool PicSaver::writeAndFinish(PlannedSave plan)
 {
     const QString path = m_pic.spPath();
-    const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
-    if (!writer || !writer->apply(plan.edits))
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    // Where the creation date is the item's date, a creation date the file system cannot take
+    // would lose the change at the next import: the item stays pending, and its file untouched.
+    const bool creationHeld =
+        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
+        (m_pic.fileCreationDateOLD &&
+         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
+    if (!creationHeld)
+        return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
-        FileReader written(path);
-        PngLocator chunks(written);
+        FileReader unwritten(path);
+        PngLocator chunks(unwritten);
+        std::vector<ByteEdit> checksums;
         for (const auto &[touched, kind] :
              {std::pair(plan.touchesExif, PngLocator::ChunkKind::Exif),
               std::pair(plan.touchesXmp, PngLocator::ChunkKind::Xmp)}) {
-            const std::optional<ByteEdit> checksum =
-                touched ? chunks.chunkCrcEdit(kind) : std::nullopt;
-            if (checksum && !writer->apply({*checksum}))
-                return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen,
-                                         true);
+            if (const std::optional<ByteEdit> checksum =
+                    touched ? chunks.chunkCrcEdit(kind, plan.edits) : std::nullopt)
+                checksums.push_back(*checksum);
         }
+        plan.edits.insert(plan.edits.end(), checksums.begin(), checksums.end());
     }
+    const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
+    if (writer && m_env.journal)
+        writer->recordIn(*m_env.journal, path,
+                         StoredBytes::proof(m_pic.singlePicAttributes, writer->length()));
+    // The writer puts the bytes back on a failure; the date their writing moved goes back too.
+    const auto leaveAsItWas = [&] {
+        if (const OptionalDate &modified = m_pic.singlePicAttributes.NSFileModificationDate)
+            writer->setModificationDate(*modified);
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    };
+    if (!writer)
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    if (!writer->apply(plan.edits))
+        return leaveAsItWas();
     // Only the modification date can be set here, after the bytes, whose writing moved it. No
     // call sets a birth time on Linux: a file system that keeps one keeps the old one.
     const bool modificationSet = !m_pic.fileModificationDateNEW ||
                                  writer->setModificationDate(*m_pic.fileModificationDateNEW);
     if (!writer->synchronize())
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+        return leaveAsItWas();
 
     for (const auto &taken : plan.whenSaved)
         taken();
+    if (plan.damagedTags)
+        m_env.errors.addErrorID(SaveErrorId::DamagedTagLeft, m_pic);
     storeFileAttributes();
-    // Where the creation date is the item's date, a creation date the file system did not take
-    // would lose the change at the next import: it stays pending instead.
-    const bool creationHeld =
-        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
-        (m_pic.fileCreationDateOLD &&
-         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
-    if (!modificationSet || !creationHeld)
+    if (!modificationSet)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     takeSavedState();
     return true;

@@ -11,6 +11,7 @@ class FileReader;
 class FileWriteAccess;
 class MySinglePic;
 class SaveErrors;
+class SaveJournal;
 struct PlannedSave;
 struct SaveSettings;
 
@@ -21,6 +22,8 @@ struct SaveEnvironment
     SaveErrors &errors;
     FileWriteAccess &disk;
     ExiftoolSteps &exiftool;
+    // Where the run records each file's edits before writing them; none in a check.
+    SaveJournal *journal = nullptr;
 };
 
 // The save of one item: proves that the file still holds what the import saw and only then
@@ -59,6 +62,8 @@ private:
     // Every stored value's bytes are still in the file; answers the success that remains.
     bool proveStoredBytes(bool saving, bool success, FileReader *file);
     bool areTimesDue() const;
+    // Every NEW date lies within the dates a file can hold; otherwise nothing is written.
+    bool areNewDatesWritable() const;
     // Writes the planned bytes, repairs PNG checksums, sets the file dates, reaches the disk;
     // then the item takes on its saved state.
     bool writeAndFinish(PlannedSave plan);

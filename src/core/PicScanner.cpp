@@ -38,6 +38,17 @@ QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
     return offset ? offset->offsetData : QByteArray();
 }
 
+// The offset a stamp was written in: its own tag when that reads exactly, else the camera
+// clock's, which another stamp's tag names.
+QByteArray offsetOfStamp(const std::optional<OffsetTagRecord> &own, const DatesData &d)
+{
+    if (own && DateStampCodec::exactExifOffsetSeconds(own->offsetData))
+        return own->offsetData;
+    return DateStampCodec::cameraClockOffset(offsetDataOf(d.exifOffsetTimeOriginal),
+                                             offsetDataOf(d.exifOffsetTimeDigitized),
+                                             offsetDataOf(d.exifOffsetTIFFTime));
+}
+
 // The XMP packet's place depends on the container: a TIFF-based file names it in IFD0, which
 // the reader walks from the TIFF header.
 std::optional<quint32> xmpPacketStart(const ScanFacts &facts)
@@ -133,11 +144,6 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     const QString extension = QFileInfo(path).suffix().toUpper();
     if (fileName == QLatin1String(".DS_Store"))
         return facts;
-    if (extension == QLatin1String("GPX")) {
-        facts.route = ScanFacts::Route::GpxTrack;
-        return facts;
-    }
-
     // One statx for the entry's kind, dates and size; a file with EXIF ignored never opens here,
     // a movie only for its header.
     const FileStatus status = FileStatus::of(path);
@@ -148,6 +154,11 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     }
     if (facts.attributes->isDirectory) {
         facts.route = ScanFacts::Route::Directory;
+        return facts;
+    }
+    if (status.kind == FileStatus::Kind::Other) {
+        // Opening a pipe blocks and opening a device may have effects: such an entry is only named.
+        facts.route = ScanFacts::Route::NotRegularFile;
         return facts;
     }
     if (extension == QLatin1String("GPX")) {
@@ -266,15 +277,16 @@ void setImageAttributesFromXmpDatesData(MySinglePic &pic, const XmpDateInfos &xm
 }
 
 // One EXIF or TIFF slot: its bytes and offset tag go into the attributes, its date into OLD.
-void setExifSlot(MySinglePic &pic, const std::optional<StampRecord> &stamp,
+void setExifSlot(MySinglePic &pic, const DatesData &d, const std::optional<StampRecord> &stamp,
                  const std::optional<OffsetTagRecord> &offset, std::optional<StampRecord> &stampSlot,
                  std::optional<OffsetTagRecord> &offsetSlot, OptionalDate &dateSlot)
 {
+    // An offset tag is kept without its stamp too: it still names the camera's clock.
+    offsetSlot = offset;
     if (!stamp)
         return;
     stampSlot = stamp;
-    offsetSlot = offset;
-    const Instant date = DateStampCodec::dateFromExifData(stamp->dateData, offsetDataOf(offset));
+    const Instant date = DateStampCodec::dateFromExifData(stamp->dateData, offsetOfStamp(offset, d));
     // An empty tag of a file with a good date stays out of all later writes; for an item whose
     // date came from the import options it marks the tag to fill.
     const bool goodDateElsewhere = pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeTiffDateTime;
@@ -318,11 +330,11 @@ void setImageAttributesFromTheDatesData(MySinglePic &pic, const ScanFacts &facts
     PicAttributes &a = pic.singlePicAttributes;
     if (facts.xmp)
         setImageAttributesFromXmpDatesData(pic, *facts.xmp, d.tiffDateTime.has_value());
-    setExifSlot(pic, d.exifDateTimeOriginal, d.exifOffsetTimeOriginal, a.ExifDateTimeOriginal,
+    setExifSlot(pic, d, d.exifDateTimeOriginal, d.exifOffsetTimeOriginal, a.ExifDateTimeOriginal,
                 a.ExifOffsetTimeOriginal, pic.exifDateTimeOriginalOLD);
-    setExifSlot(pic, d.exifDateTimeDigitized, d.exifOffsetTimeDigitized, a.ExifDateTimeDigitized,
+    setExifSlot(pic, d, d.exifDateTimeDigitized, d.exifOffsetTimeDigitized, a.ExifDateTimeDigitized,
                 a.ExifOffsetTimeDigitized, pic.exifDateTimeDigitizedOLD);
-    setExifSlot(pic, d.tiffDateTime, d.exifOffsetTIFFTime, a.TIFFDateTime, a.TIFFOffsetTime,
+    setExifSlot(pic, d, d.tiffDateTime, d.exifOffsetTIFFTime, a.TIFFDateTime, a.TIFFOffsetTime,
                 pic.tiffDateTimeOLD);
     // The stored attributes keep 0 for "no packet".
     if (const std::optional<quint32> packet =
@@ -361,13 +373,13 @@ ChosenDate dateFromTags(const ScanFacts &facts)
     ChosenDate chosen;
     if (isUsableStamp(d.exifDateTimeOriginal))
         chosen = {SpTypeExifOriginal,
-                  DateStampCodec::dateFromExifData(d.exifDateTimeOriginal->dateData, offsetDataOf(d.exifOffsetTimeOriginal))};
+                  DateStampCodec::dateFromExifData(d.exifDateTimeOriginal->dateData, offsetOfStamp(d.exifOffsetTimeOriginal, d))};
     else if (isUsableStamp(d.exifDateTimeDigitized))
         chosen = {SpTypeExifDigitized,
-                  DateStampCodec::dateFromExifData(d.exifDateTimeDigitized->dateData, offsetDataOf(d.exifOffsetTimeDigitized))};
+                  DateStampCodec::dateFromExifData(d.exifDateTimeDigitized->dateData, offsetOfStamp(d.exifOffsetTimeDigitized, d))};
     else if (isUsableStamp(d.tiffDateTime))
         chosen = {SpTypeTiffDateTime,
-                  DateStampCodec::dateFromExifData(d.tiffDateTime->dateData, offsetDataOf(d.exifOffsetTIFFTime))};
+                  DateStampCodec::dateFromExifData(d.tiffDateTime->dateData, offsetOfStamp(d.exifOffsetTIFFTime, d))};
 
     if (facts.xmp) {
         const TimeZone zone = TimeZone::systemZone();
@@ -581,6 +593,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     case ScanFacts::Route::Directory:
     case ScanFacts::Route::Skipped:
     case ScanFacts::Route::Missing:
+    case ScanFacts::Route::NotRegularFile:
         return nullptr;
     case ScanFacts::Route::Movie:
         return buildMovie(facts, folder, questions);

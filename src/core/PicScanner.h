@@ -34,6 +34,7 @@ struct ScanFacts
         AaeSidecar,
         Skipped,      // not a medium, or a file to ignore
         Missing,      // vanished or unreadable entry
+        NotRegularFile, // a pipe, a socket or a device: never opened
     };
 
     QString path;

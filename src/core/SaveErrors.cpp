@@ -22,7 +22,9 @@ bool isInGroup(const MySinglePic *pic)
     return pic && (pic->bundleDependentImage || pic->bundleMasterImage);
 }
 
-QString toolStepDescription(ToolStep step)
+} // namespace
+
+QString SaveErrors::descriptionForStep(ToolStep step)
 {
     switch (step) {
     case ToolStep::AddLocation:
@@ -43,6 +45,8 @@ QString toolStepDescription(ToolStep step)
     }
     return {};
 }
+
+namespace {
 
 QString localStamp(Instant now)
 {
@@ -88,8 +92,59 @@ QString SaveErrors::descriptionForId(int id)
             "SaveErrors", "These groups need a new import before they can be saved:");
     case SaveErrorId::CheckChangedOutdatedGroup:
         return QCoreApplication::translate("SaveErrors", "These groups need a new import:");
+    case SaveErrorId::DamagedTagLeft:
+        return QCoreApplication::translate(
+            "SaveErrors", "A date of these files, or its offset tag, does not read exactly; "
+                          "that date and its tag were left as they were, the others saved:");
+    case SaveErrorId::DateOutOfRange:
+        return QCoreApplication::translate(
+            "SaveErrors", "The new date of these files lies outside 0001-01-02 00:00:00 to "
+                          "4999-12-31 23:59:59 UTC; they were not saved:");
+    case SaveErrorId::NotARegularFile:
+        return QCoreApplication::translate(
+            "SaveErrors", "These paths are not regular files (a pipe, a socket or a device) and "
+                          "were not opened:");
     default:
         return QCoreApplication::translate("SaveErrors", "Error %1:").arg(id);
+    }
+}
+
+QString SaveErrors::reasonForId(int id)
+{
+    const auto tr = [](const char *text) { return QCoreApplication::translate("SaveErrors", text); };
+    switch (id) {
+    case SaveErrorId::FileDatesNotSet:
+        return tr("the file dates could not be set");
+    case SaveErrorId::SaveCannotOpen:
+        return tr("cannot be opened for writing (permission denied, or not writable)");
+    case SaveErrorId::SaveChanged:
+    case SaveErrorId::SaveChangedOutdatedGroup:
+        return tr("changed by another program since the import; not saved");
+    case SaveErrorId::SaveMissing:
+        return tr("not found; not saved");
+    case SaveErrorId::XmpInFileUnreadable:
+        return tr("its XMP data could not be read");
+    case SaveErrorId::XmpSidecarUnusable:
+        return tr("its XMP sidecar could not be read or written");
+    case SaveErrorId::CheckCannotOpen:
+        return tr("cannot be opened");
+    case SaveErrorId::CheckChanged:
+    case SaveErrorId::CheckChangedOutdatedGroup:
+        return tr("changed by another program since the import");
+    case SaveErrorId::CheckMissing:
+        return tr("not found");
+    case SaveErrorId::XmpSidecarMissing:
+        return tr("its XMP sidecar is missing");
+    case SaveErrorId::DamagedTagLeft:
+        return tr("a date or its offset tag does not read exactly; that date and its tag were "
+                  "left as they were, the other dates saved");
+    case SaveErrorId::DateOutOfRange:
+        return tr("the new date lies outside 0001-01-02 00:00:00 to 4999-12-31 23:59:59 UTC; "
+                  "not saved");
+    case SaveErrorId::NotARegularFile:
+        return tr("not a regular file (a pipe, a socket or a device); never opened");
+    default:
+        return tr("error %1").arg(id);
     }
 }
 
@@ -181,7 +236,7 @@ QString SaveErrors::logText(Instant now) const
         std::sort(entries.begin(), entries.end(), [](const ToolEntry &a, const ToolEntry &b) {
             return a.entry.path < b.entry.path;
         });
-        text += toolStepDescription(step) + QLatin1String("\n\n");
+        text += descriptionForStep(step) + QLatin1String("\n\n");
         for (const ToolEntry &e : entries)
             text += QLatin1Char('\t') + e.entry.path + QLatin1String(" (") + e.reason +
                     QLatin1String(")\n");

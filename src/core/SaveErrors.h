@@ -26,6 +26,12 @@ constexpr int XmpSidecarMissing = 15;
 // Ids 3 and 11 of an item whose group holds an outdated reading.
 constexpr int SaveChangedOutdatedGroup = 27;
 constexpr int CheckChangedOutdatedGroup = 28;
+// The item was saved, but a stamp whose offset tag does not read exactly was left as it was.
+constexpr int DamagedTagLeft = 30;
+// The new date lies outside the dates a file can hold; nothing of the item was written.
+constexpr int DateOutOfRange = 31;
+// The path is a pipe, a socket or a device: it was never opened.
+constexpr int NotARegularFile = 32;
 } // namespace SaveErrorId
 
 // Steps a save may need that this build cannot do yet. Those that change a file's structure go
@@ -65,6 +71,9 @@ public:
     QString logText(Instant now) const;
 
     static QString descriptionForId(int id);
+    // What went wrong with one item, in words, for a line that names the item.
+    static QString reasonForId(int id);
+    static QString descriptionForStep(ToolStep step);
 
 private:
     struct ToolEntry

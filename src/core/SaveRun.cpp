@@ -5,6 +5,7 @@
 #include "core/NewDateCalculator.h"
 #include "core/PicSaver.h"
 #include "core/StampEdits.h"
+#include "core/StoredBytes.h"
 #include "folders/MySingleFolder.h"
 #include "formats/FileReader.h"
 #include "formats/InPlaceWriter.h"
@@ -55,7 +56,10 @@ void addAll(PreSaveErrors &errors, const QSet<QString> &keys, MySinglePic *pic)
 SaveRun::SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQuestions &questions,
                  LogController *log, FileWriteAccess *disk)
     : m_folders(std::move(folders)), m_settings(std::move(settings)), m_questions(questions),
-      m_log(log), m_disk(disk ? *disk : FileWriteAccess::disk())
+      m_log(log), m_disk(disk ? *disk : FileWriteAccess::disk()),
+      m_journal(m_settings.journalPath.isEmpty()
+                    ? nullptr
+                    : std::make_unique<SaveJournal>(m_settings.journalPath))
 {
     m_savePool.setMaxThreadCount(savingThreads);
 }
@@ -153,6 +157,8 @@ SaveOutcome SaveRun::run()
         return outcome;
     }
     saveThread(outcome);
+    if (m_journal)
+        m_journal->endRun();
     writeErrorLog();
     Q_EMIT finished(false);
     return outcome;
@@ -173,7 +179,7 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     startProgress(count);
     const int step = progressStep(count);
 
-    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool, m_journal.get()};
     std::atomic<int> done = 0;
     for (MySingleFolder *folder : folders) {
         folder->fixedDates = 0;
@@ -323,16 +329,20 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
     if (plan.edits.empty())
         return;
 
+    if (!inSidecar && pic.fileFormatType == PngFormat) {
+        FileReader unwritten(path);
+        if (const std::optional<ByteEdit> checksum =
+                PngLocator(unwritten).chunkCrcEdit(PngLocator::ChunkKind::Xmp, plan.edits))
+            plan.edits.push_back(*checksum);
+    }
     // A sync leaves no trace in the file's own dates.
     const std::optional<FileAttributes> before = FileAttributes::read(path);
     const std::unique_ptr<InPlaceWriter> writer = m_disk.openForUpdate(path);
+    if (writer && m_journal)
+        writer->recordIn(*m_journal, path,
+                         inSidecar ? ByteProof{writer->length(), {}}
+                                   : StoredBytes::proof(pic.singlePicAttributes, writer->length()));
     bool written = before && writer && writer->apply(plan.edits);
-    if (written && !inSidecar && pic.fileFormatType == PngFormat) {
-        FileReader reread(path);
-        const std::optional<ByteEdit> checksum =
-            PngLocator(reread).chunkCrcEdit(PngLocator::ChunkKind::Xmp);
-        written = !checksum || writer->apply({*checksum});
-    }
     written =
         written && writer->setModificationDate(before->modificationDate) && writer->synchronize();
     if (!written) {

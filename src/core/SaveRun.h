@@ -4,6 +4,7 @@
 #include "core/SaveErrors.h"
 #include "core/SaveQuestions.h"
 #include "core/SaveSettings.h"
+#include "formats/SaveJournal.h"
 
 #include <QFuture>
 #include <QList>
@@ -33,7 +34,9 @@ struct SaveOutcome
 // the options, the question when the pre-check found something, the write pass, the XMP sync
 // pass, and the folders' end (offsets cleared; a folder with failed items in together mode turns
 // to separate mode, its failed items keeping their pending offset). The errors go to the run's
-// lists and, as text, to the error log.
+// lists and, as text, to the error log. Every file's edits go to the save journal before the
+// file is written, so that a run that is killed is finished at the next start and the last run
+// can be undone after a restart.
 //
 // run() works on the calling thread (and saves the items of a folder on a pool of its own);
 // start() runs it on a pool thread. Progress and status come as signals from the run's thread,
@@ -87,6 +90,7 @@ private:
     FileWriteAccess &m_disk;
     SaveErrors m_errors;
     ExiftoolUnavailable m_exiftool{m_errors};
+    std::unique_ptr<SaveJournal> m_journal;
     QThreadPool m_savePool;
     QMutex m_progressMutex;
     int m_progress = 0;

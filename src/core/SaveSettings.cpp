@@ -1,6 +1,7 @@
 #include "core/SaveSettings.h"
 
 #include "app/Preferences.h"
+#include "formats/SaveJournal.h"
 
 #include <QDateTime>
 
@@ -46,6 +47,7 @@ SaveSettings SaveSettings::fromPreferences(const Preferences &prefs, Instant now
     settings.syncGPSDataOnSave = prefs.boolForKey(QStringLiteral("syncGPSDataOnSave"));
     settings.syncGPSDataOnSaveType = prefs.boolForKey(QStringLiteral("syncGPSDataOnSaveType"));
     settings.syncXMPDataOnSave = prefs.boolForKey(QStringLiteral("syncXMPDataOnSave"));
+    settings.journalPath = SaveJournal::defaultPath();
     return settings;
 }
 

@@ -4,6 +4,7 @@
 #include "core/NewDateOptions.h"
 #include "time/TimeZone.h"
 
+#include <QString>
 #include <optional>
 
 namespace orv {
@@ -23,6 +24,8 @@ struct SaveSettings
     // stamp keeps its own zone: the one its offset tag or XMP offset names, UTC for a "Z" stamp,
     // the system zone for a local stamp, the zone the scan read it in.
     std::optional<TimeZone> targetTimeZone;
+    // The save journal; empty only where a test runs without one.
+    QString journalPath;
 
     static SaveSettings fromPreferences(const Preferences &prefs, Instant now);
 };

@@ -6,6 +6,7 @@
 #include "folders/MySingleFolder.h"
 #include "formats/QuickTimeLocator.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orv {
@@ -21,13 +22,6 @@ TimeZone zoneOfOffset(Instant stated, Instant digitsAsUtc, const TimeZone &fallb
         return fallback;
     return TimeZone::fromOffsetSeconds(int(std::lround(digitsAsUtc.secondsSince(stated))))
         .value_or(fallback);
-}
-
-TimeZone zoneOfOffsetTag(const OffsetTagRecord &tag, const TimeZone &fallback)
-{
-    static const QByteArray reference("2000:01:01 12:00:00", 20);
-    return zoneOfOffset(DateStampCodec::dateFromExifData(reference, tag.offsetData, fallback),
-                        DateStampCodec::dateFromExifData(reference, TimeZone::utc()), fallback);
 }
 
 TimeZone zoneOfXmpStamp(const XmpStampRecord &record, const TimeZone &fallback)
@@ -88,17 +82,49 @@ PlannedSave StampEdits::planPhoto()
     return plan;
 }
 
+std::optional<TimeZone> StampEdits::cameraClock() const
+{
+    const PicAttributes &a = m_pic.singlePicAttributes;
+    const auto data = [](const std::optional<OffsetTagRecord> &tag) {
+        return tag && tag->offsetOffset ? tag->offsetData : QByteArray();
+    };
+    const QByteArray offset = DateStampCodec::cameraClockOffset(
+        data(a.ExifOffsetTimeOriginal), data(a.ExifOffsetTimeDigitized), data(a.TIFFOffsetTime));
+    if (offset.isEmpty())
+        return std::nullopt;
+    return TimeZone::fromOffsetSeconds(*DateStampCodec::exactExifOffsetSeconds(offset));
+}
+
 void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
                               std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                               OptionalDate newDate, bool isXmpSlot)
 {
-    if (!stamp || stamp->dateOffset == 0 || !oldDate || isXmpSlot || !newDate)
+    if (!stamp || stamp->dateOffset == 0 || isXmpSlot || !newDate)
         return;
-    const TimeZone local = localZone();
+    // A stamp that is neither a date nor blank is damaged: what it meant is not known.
+    const QByteArray digits = stamp->dateData.left(stampLength);
+    const bool isBlank = std::all_of(digits.begin(), digits.end(), [](char c) {
+        return c == ' ' || c == ':' || c == '0' || c == '\0';
+    });
+    if ((!oldDate || oldDate->isDistantPast()) && !isBlank &&
+        DateStampCodec::isValidZeroStamp(DateStampCodec::exifTimeStampFromData(stamp->dateData))) {
+        plan.damagedTags = true;
+        return;
+    }
+    if (!oldDate)
+        return;
+    const bool hasOwnOffset = offsetTag && offsetTag->offsetOffset;
+    const std::optional<int> ownOffset =
+        hasOwnOffset ? DateStampCodec::exactExifOffsetSeconds(offsetTag->offsetData) : std::nullopt;
+    if (hasOwnOffset && !ownOffset) {
+        // The zone the stamp was written in is unknown: neither it nor its tag is written.
+        plan.damagedTags = true;
+        return;
+    }
     QByteArray stampData;
-    if (offsetTag && offsetTag->offsetOffset) {
-        const TimeZone zone =
-            m_settings.targetTimeZone.value_or(zoneOfOffsetTag(*offsetTag, local));
+    if (ownOffset) {
+        const TimeZone zone = m_settings.targetTimeZone.value_or(
+            TimeZone::fromOffsetSeconds(*ownOffset).value_or(localZone()));
         const ExifStampWithOffset written =
             DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
         if (written.stamp.size() != stampLength + 1 || written.offset.size() != 7)
@@ -108,7 +134,10 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
         plan.whenSaved.push_back(
             [&offsetTag, offset = written.offset] { offsetTag->offsetData = offset; });
     } else {
-        stampData = DateStampCodec::exifDataFromDate(*newDate, local);
+        // A stamp without a tag of its own keeps the camera's clock that the others name.
+        const std::optional<TimeZone> clock = cameraClock();
+        const TimeZone zone = clock ? m_settings.targetTimeZone.value_or(*clock) : localZone();
+        stampData = DateStampCodec::exifDataFromDate(*newDate, zone);
         if (stampData.size() != stampLength + 1)
             return;
     }
@@ -240,8 +269,9 @@ void StampEdits::planGps(PlannedSave &plan)
     const bool hasDay = a.GPSDateStamp && a.GPSDateStamp->dateOffset;
     const QByteArray time =
         hasTime
-            ? DateStampCodec::gpsTimeDataFromTimeStamp(
-                  *moved, a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
+            ? DateStampCodec::gpsTimeDataKeepingPrecision(
+                  a.GPSTimeStamp->dateData, *moved,
+                  a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian)
             : QByteArray();
     const QByteArray day = hasDay ? DateStampCodec::gpsDateDataFromTimeStamp(*moved) : QByteArray();
     if ((hasTime && time.size() != a.GPSTimeStamp->dateData.size()) ||

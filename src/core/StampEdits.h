@@ -2,8 +2,10 @@
 
 #include "core/PicAttributes.h"
 #include "formats/InPlaceWriter.h"
+#include "time/TimeZone.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace orv {
@@ -22,6 +24,8 @@ struct PlannedSave
     bool touchesXmp = false;
     // An XMP stamp without seconds must hold a date with seconds: only exiftool can widen it.
     bool needsXmpExtension = false;
+    // A stamp or its offset tag does not read exactly: that stamp and its tag stay as they are.
+    bool damagedTags = false;
 
     // A date due in a stamp that cannot hold it in place (a metadata date of another length,
     // a header time past its field's range): only exiftool can write it.
@@ -68,6 +72,8 @@ private:
     void planMovieHeaderTime(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
                              OptionalDate date, bool correction);
     OptionalDate movedGpsDate() const;
+    // The zone of the offset tags' camera clock; nothing in a file without an exact one.
+    std::optional<TimeZone> cameraClock() const;
     TimeZone localZone() const;
 
     MySinglePic &m_pic;

@@ -75,4 +75,44 @@ bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
            holdsMovieValues(file, a);
 }
 
+ByteProof StoredBytes::proof(const PicAttributes &a, qint64 length)
+{
+    ByteProof proof{length, {}};
+    const auto add = [&proof](quint64 offset, const QByteArray &bytes) {
+        if (offset != 0 && !bytes.isEmpty())
+            proof.ranges.emplace_back(qint64(offset), bytes);
+    };
+    if (a.xmpDateInfos) {
+        for (const auto &[key, record] : *a.xmpDateInfos)
+            add(record.offset, record.data);
+    }
+    for (const std::optional<StampRecord> *stamp :
+         {&a.TIFFDateTime, &a.ExifDateTimeOriginal, &a.ExifDateTimeDigitized}) {
+        if (*stamp)
+            add((*stamp)->dateOffset, (*stamp)->dateData.left(19));
+    }
+    for (const std::optional<OffsetTagRecord> *tag :
+         {&a.TIFFOffsetTime, &a.ExifOffsetTimeOriginal, &a.ExifOffsetTimeDigitized}) {
+        if (*tag)
+            add((*tag)->offsetOffset, (*tag)->offsetData);
+    }
+    if (a.GPSTimeStamp)
+        add(a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData);
+    if (a.GPSDateStamp)
+        add(a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData);
+    if (a.QTMetaDate)
+        add(a.QTMetaDate->dateOffset, a.QTMetaDate->dateData);
+    if (a.GPSLocation) {
+        const GpsLocationRecord &r = *a.GPSLocation;
+        add(r.latitudeRef_Offset, r.latitudeRef_Data);
+        add(r.latitude_Offset, r.latitude_Data);
+        add(r.longitudeRef_Offset, r.longitudeRef_Data);
+        add(r.longitude_Offset, r.longitude_Data);
+        add(r.altitudeRef_Offset, r.altitudeRef_Data);
+        add(r.altitude_Offset, r.altitude_Data);
+        add(r.hPositioningError_Offset, r.hPositioningError_Data);
+    }
+    return proof;
+}
+
 } // namespace orv

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/PicAttributes.h"
+#include "formats/InPlaceWriter.h"
 
 namespace orv {
 
@@ -15,6 +16,8 @@ public:
     // metadata date, movie header times, AVI IDIT) and location texts, and the XMP stamps.
     static bool areUnchanged(const PicAttributes &attributes, FileReader &file);
     static bool areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &file);
+    // The same values as ranges of a file of `length` bytes, for a journal to prove it by later.
+    static ByteProof proof(const PicAttributes &attributes, qint64 length);
 };
 
 } // namespace orv

@@ -5,6 +5,7 @@
 #include "folders/ImportFilter.h"
 #include "folders/ImportKeyStates.h"
 #include "folders/MySingleFolder.h"
+#include "formats/ByteSource.h"
 
 #include <QCollator>
 #include <QDir>
@@ -51,6 +52,8 @@ ReadFile readFile(const QString &path, bool exifIgnored)
     const ScanFacts &facts = file.facts;
     if (facts.route == ScanFacts::Route::Missing) {
         file.problem = ImportErrors::FileVanished;
+    } else if (facts.route == ScanFacts::Route::NotRegularFile) {
+        file.problem = ImportErrors::NotARegularFile;
     } else if (isMediaRoute(facts.route) && facts.attributes->size == 0) {
         file.problem = ImportErrors::FileEmpty;
     } else if (isMediaRoute(facts.route) && !isReadable(facts)) {
@@ -124,7 +127,8 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
             done += 2;
             continue;
         }
-        // Subfolders are told apart by the one status each name gets while it is read.
+        // Subfolders and entries that are no regular file are told apart by the one status each
+        // name gets while it is read.
         files.append(path);
     }
     progress(done, total);
@@ -183,6 +187,17 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
     const std::optional<FolderToken> token = FolderToken::forPath(path);
     if (!token)
         return;
+    // A link may lead anywhere; the walk stays inside the folder it was given.
+    const QFileInfo entry(path);
+    if (entry.isSymLink()) {
+        const QString inside = QFileInfo(m_folder.sfFolderPath).canonicalFilePath() + u'/';
+        const QString target = entry.canonicalFilePath();
+        if (token->identity() != m_folder.sfSecBookmark.identity() &&
+            !m_folder.importAncestors.contains(token->identity()) && !target.startsWith(inside)) {
+            m_folder.importErrors.add(ImportErrors::LinkLeavesFolder, path);
+            return;
+        }
+    }
     const QList<FileIdentity> &above = m_folder.importAncestors;
     if (token->identity() == m_folder.sfSecBookmark.identity() || above.contains(token->identity())) {
         m_folder.importErrors.add(ImportErrors::SubfolderLoop, path);

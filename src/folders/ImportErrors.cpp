@@ -41,6 +41,14 @@ QString ImportErrors::describe(Kind kind, qsizetype count)
     case ImportErrors::FileEmpty:
         return QCoreApplication::translate(context, "%n file(s) are empty (0 bytes); dated by the file system only",
                                            nullptr, int(count));
+    case ImportErrors::NotARegularFile:
+        return QCoreApplication::translate(
+            context, "%n item(s) skipped: not a regular file (a pipe, a socket or a device)",
+            nullptr, int(count));
+    case ImportErrors::LinkLeavesFolder:
+        return QCoreApplication::translate(
+            context, "%n linked subfolder(s) skipped: the link leads out of the imported folder",
+            nullptr, int(count));
     case ImportErrors::NameNotDecodable:
         return QCoreApplication::translate(
             context, "%n file(s) skipped: the name is not valid in this system's encoding; rename to open",

@@ -23,6 +23,8 @@ public:
         FileUnreadable,                    // no permission to read: dated by the file system only
         FileEmpty,                         // 0 bytes: dated by the file system only
         NameNotDecodable,                  // a name that is not valid text in this system's encoding
+        NotARegularFile,                   // a pipe, a socket or a device: never opened
+        LinkLeavesFolder,                  // a linked subfolder outside the folder: not followed
     };
 
     struct Problem

@@ -1,17 +1,69 @@
 #include "formats/InPlaceWriter.h"
 
-#include <QDateTime>
-#include <QFileInfo>
+#include "formats/SaveJournal.h"
+
+#include <QFile>
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <cmath>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orv {
 
-bool InPlaceWriter::apply(const std::vector<ByteEdit> &edits)
+namespace {
+
+// Writes left before the writers stop dead; negative: no limit.
+std::atomic<int> writesLeft = -1;
+
+} // namespace
+
+void InPlaceWriter::stopDeadAfterWrites(int writes)
 {
+    writesLeft = writes;
+}
+
+bool InPlaceWriter::mayWrite()
+{
+    int left = writesLeft.load();
+    while (left >= 0) {
+        if (left == 0)
+            return false;
+        if (writesLeft.compare_exchange_weak(left, left - 1))
+            return true;
+    }
+    return true;
+}
+
+void InPlaceWriter::recordIn(SaveJournal &journal, const QString &path, ByteProof proof)
+{
+    m_journal = &journal;
+    m_path = path;
+    m_proof = std::move(proof);
+}
+
+bool InPlaceWriter::apply(std::vector<ByteEdit> edits)
+{
+    // One pass in file order: a kill costs at most this file's sync, and the disk moves forward.
+    std::stable_sort(edits.begin(), edits.end(),
+                     [](const ByteEdit &a, const ByteEdit &b) { return a.offset < b.offset; });
     for (const ByteEdit &edit : edits) {
-        const bool fits = edit.offset >= 0 && edit.offset + edit.bytes.size() <= length();
-        if (!fits || !writeAt(edit.offset, edit.bytes)) {
+        if (edit.offset < 0 || edit.offset + edit.bytes.size() > length()) {
+            undoApplied();
+            return false;
+        }
+    }
+    if (m_journal && !edits.empty()) {
+        m_journalEntry = m_journal->beginFile(m_path, m_proof, edits);
+        if (!m_journalEntry) {
+            undoApplied();
+            return false;
+        }
+    }
+    for (const ByteEdit &edit : edits) {
+        if (!writeAt(edit.offset, edit.bytes)) {
             undoApplied();
             return false;
         }
@@ -22,8 +74,11 @@ bool InPlaceWriter::apply(const std::vector<ByteEdit> &edits)
 
 bool InPlaceWriter::synchronize()
 {
-    if (flushToDisk())
+    if (flushToDisk()) {
+        if (m_journal && m_journalEntry)
+            m_journal->fileDone(*m_journalEntry);
         return true;
+    }
     undoApplied();
     flushToDisk();
     return false;
@@ -58,31 +113,60 @@ FileWriteAccess &FileWriteAccess::disk()
 
 std::unique_ptr<InPlaceFile> InPlaceFile::open(const QString &path)
 {
-    if (!QFileInfo(path).isFile())
+    const QByteArray name = QFile::encodeName(path);
+    struct statx entry{};
+    if (::statx(AT_FDCWD, name.constData(), 0, STATX_TYPE | STATX_INO, &entry) != 0 ||
+        !S_ISREG(entry.stx_mode))
         return nullptr;
-    std::unique_ptr<InPlaceFile> file(new InPlaceFile(path));
-    // Read-write keeps the length; existing-only never makes a file where one vanished.
-    if (!file->m_file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+    // Read-write keeps the length; without O_CREAT a vanished file is never made anew.
+    const int fd = ::open(name.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0)
         return nullptr;
-    file->m_length = file->m_file.size();
-    return file;
+    struct stat opened{};
+    // The entry may have been exchanged between the look and the open.
+    if (::fstat(fd, &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_ino != entry.stx_ino) {
+        ::close(fd);
+        return nullptr;
+    }
+    return std::unique_ptr<InPlaceFile>(new InPlaceFile(fd, opened.st_size));
+}
+
+InPlaceFile::~InPlaceFile()
+{
+    ::close(m_fd);
 }
 
 bool InPlaceFile::writeAt(qint64 offset, const QByteArray &bytes)
 {
-    return m_file.seek(offset) && m_file.write(bytes) == bytes.size();
+    if (!mayWrite())
+        return false;
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n =
+            ::pwrite(m_fd, bytes.constData() + done, size_t(bytes.size() - done), offset + done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        done += n;
+    }
+    return true;
 }
 
 bool InPlaceFile::setModificationDate(Instant date)
 {
+    if (!mayWrite())
+        return false;
     const auto milliseconds = qint64(std::floor(date.secondsSinceEpoch() * 1000.0));
-    return m_file.setFileTime(QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC),
-                              QFileDevice::FileModificationTime);
+    const qint64 seconds = milliseconds >= 0 ? milliseconds / 1000 : -((999 - milliseconds) / 1000);
+    const timespec times[2] = {{0, UTIME_OMIT},
+                               {time_t(seconds), long((milliseconds - seconds * 1000) * 1000000)}};
+    return ::futimens(m_fd, times) == 0;
 }
 
 bool InPlaceFile::flushToDisk()
 {
-    return m_file.flush() && ::fsync(m_file.handle()) == 0;
+    return mayWrite() && ::fsync(m_fd) == 0;
 }
 
 } // namespace orv

@@ -3,12 +3,14 @@
 #include "core/Instant.h"
 
 #include <QByteArray>
-#include <QFile>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orv {
+
+class SaveJournal;
 
 // New bytes for a range of a file, and the bytes that stood there, proven before the edit was
 // planned, to put back should a later write fail.
@@ -19,24 +21,46 @@ struct ByteEdit
     QByteArray previous;
 };
 
+// What a file held when its edits were planned, beyond the edited bytes themselves: its length
+// and the values the import proved. A journal keeps it so that a file finished or undone later
+// is first shown to be the same file.
+struct ByteProof
+{
+    qint64 length = 0;
+    std::vector<std::pair<qint64, QByteArray>> ranges;
+};
+
 // The one road by which a save changes a media file: the file is opened for update, never
-// created, never truncated; bytes go to exact offsets inside its present length; and nothing
-// counts as saved before it reached the disk. A file is thus either left as it was or holds
-// every edit of a save: when a write fails, what this writer wrote before is put back.
+// created, never truncated; bytes go to exact offsets inside its present length, in one pass
+// in file order; and nothing counts as saved before it reached the disk. A file is thus either
+// left as it was or holds every edit of a save: when a write fails, what this writer wrote
+// before is put back. With a journal, the edits are on the disk in the journal before the first
+// of them reaches the file, so that a kill between the two is finished at the next start.
 class InPlaceWriter
 {
 public:
     virtual ~InPlaceWriter() = default;
 
     virtual qint64 length() const = 0;
-    // Writes the edits in order. On the first refusal every edit this writer applied so far is
-    // undone and the answer is false. An edit reaching past the end is a refusal.
-    bool apply(const std::vector<ByteEdit> &edits);
+    // From now on every apply() is first recorded in `journal` for the file at `path`, whose
+    // other bytes `proof` states.
+    void recordIn(SaveJournal &journal, const QString &path, ByteProof proof);
+    // Writes the edits in file order. On the first refusal every edit this writer applied so far
+    // is undone and the answer is false. An edit reaching past the end is a refusal, and so is a
+    // journal that cannot take the edits.
+    bool apply(std::vector<ByteEdit> edits);
     // The file's modification date; writes move it, so a save sets it last.
     virtual bool setModificationDate(Instant date) = 0;
-    // Data and dates on the disk (fsync). False leaves the file with the edits undone as far as
-    // the disk still lets them be.
+    // Data and dates on the disk (fsync), then the journal's mark that the file is done. False
+    // leaves the file with the edits undone as far as the disk still lets them be.
     bool synchronize();
+
+    // Fault injection for tests: after `writes` more writes of files or journals, every writer of
+    // this process stops dead, as a killed process would: each later write, sync or undo fails
+    // and leaves the disk as it stands. A negative count lifts the stop.
+    static void stopDeadAfterWrites(int writes);
+    // Spends one write of the budget above; false once the writers are dead.
+    static bool mayWrite();
 
 protected:
     virtual bool writeAt(qint64 offset, const QByteArray &bytes) = 0;
@@ -46,6 +70,10 @@ private:
     void undoApplied();
 
     std::vector<ByteEdit> m_applied;
+    SaveJournal *m_journal = nullptr;
+    QString m_path;
+    ByteProof m_proof;
+    std::optional<qint64> m_journalEntry;
 };
 
 // Opens writers. The disk is the real one; tests put a failing disk in its place.
@@ -59,11 +87,16 @@ public:
     static FileWriteAccess &disk();
 };
 
-// A file on disk, written unbuffered.
+// A file on disk, written unbuffered. Only a regular file, or a link to one, is opened: the
+// entry is examined before any open, since opening a pipe or a device can block or have effects,
+// and the open does not block either, should the entry have been exchanged in between.
 class InPlaceFile : public InPlaceWriter
 {
 public:
     static std::unique_ptr<InPlaceFile> open(const QString &path);
+    ~InPlaceFile() override;
+    InPlaceFile(const InPlaceFile &) = delete;
+    InPlaceFile &operator=(const InPlaceFile &) = delete;
 
     qint64 length() const override { return m_length; }
     bool setModificationDate(Instant date) override;
@@ -73,9 +106,9 @@ protected:
     bool flushToDisk() override;
 
 private:
-    explicit InPlaceFile(const QString &path) : m_file(path) {}
+    InPlaceFile(int descriptor, qint64 length) : m_fd(descriptor), m_length(length) {}
 
-    QFile m_file;
+    int m_fd = -1;
     qint64 m_length = 0;
 };
 

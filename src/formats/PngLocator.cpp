@@ -2,9 +2,8 @@
 
 #include "formats/ByteOrder.h"
 
-#include <zlib.h>
-
 #include <algorithm>
+#include <zlib.h>
 
 namespace orv {
 
@@ -171,7 +170,8 @@ std::optional<QByteArray> PngLocator::rawProfile(std::initializer_list<QByteArra
     return profile;
 }
 
-std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)
+std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind,
+                                                 const std::vector<ByteEdit> &pending)
 {
     const std::optional<quint32> dataStart = dataStartOfChunk(kind);
     if (!dataStart)
@@ -184,10 +184,16 @@ std::optional<ByteEdit> PngLocator::chunkCrcEdit(ChunkKind kind)
     uLong crc = crc32(0L, Z_NULL, 0);
     const qint64 covered = qint64(*length) + 4;
     for (qint64 done = 0; done < covered;) {
-        const QByteArray block =
-            m_file.read(chunkStart + 4 + done, qMin(covered - done, ByteSource::blockSize));
+        const qint64 blockStart = chunkStart + 4 + done;
+        QByteArray block = m_file.read(blockStart, qMin(covered - done, ByteSource::blockSize));
         if (block.isEmpty())
             return std::nullopt;
+        for (const ByteEdit &edit : pending) {
+            const qint64 from = std::max(edit.offset, blockStart);
+            const qint64 to = std::min(edit.offset + edit.bytes.size(), blockStart + block.size());
+            for (qint64 at = from; at < to; ++at)
+                block[at - blockStart] = edit.bytes[at - edit.offset];
+        }
         crc = crc32(crc, reinterpret_cast<const Bytef *>(block.constData()), uInt(block.size()));
         done += block.size();
     }

@@ -33,9 +33,10 @@ public:
     std::optional<QByteArray> rawProfile(std::initializer_list<QByteArrayView> names);
 
     // After a date was written in place into a chunk, its CRC must follow, or the PNG is
-    // invalid. The CRC of the eXIf or XMP iTXt chunk as its bytes stand now, as an edit of the
-    // stored CRC; nothing when the chunk is absent or cut short.
-    std::optional<ByteEdit> chunkCrcEdit(ChunkKind kind);
+    // invalid. The CRC of the eXIf or XMP iTXt chunk as its bytes will stand once `pending` is
+    // written, as an edit of the stored CRC; nothing when the chunk is absent or cut short. A
+    // save plans it with its other edits, so that all of them are journaled before the first.
+    std::optional<ByteEdit> chunkCrcEdit(ChunkKind kind, const std::vector<ByteEdit> &pending = {});
     // Recomputes the CRC and writes it in place; answers whether it reached the disk.
     static bool lockPNGChunkOfType(ChunkKind kind, const QString &path);
 

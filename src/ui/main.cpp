@@ -1,10 +1,12 @@
 #include "app/Preferences.h"
+#include "formats/SaveJournal.h"
 #include "ui/MainWindow.h"
 #include "ui/PicTableModel.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QTextStream>
 #include <QTimer>
 
@@ -29,6 +31,9 @@ int main(int argc, char *argv[])
     parser.addOption(importAndQuit);
     parser.process(app);
 
+    // A save that a kill or a crash interrupted is finished before anything reads the files.
+    const orv::SaveJournal::Outcome recovered = orv::SaveJournal::recover(orv::SaveJournal::defaultPath());
+
     orv::Preferences prefs(orv::Preferences::defaultSettingsPath());
     prefs.applyStartClamps();
     orv::MainWindow window(prefs);
@@ -41,6 +46,14 @@ int main(int argc, char *argv[])
     if (quitAfterImport)
         QObject::connect(&window, &orv::MainWindow::importsFinished, &app, reportAndQuit, Qt::QueuedConnection);
     window.show();
+    if (recovered.hadRun) {
+        QString text = QApplication::translate("main", "An interrupted save was finished: %n file(s) completed.", nullptr,
+                                               int(recovered.completed.size()));
+        for (const auto &[path, reason] : recovered.left)
+            text += QLatin1Char('\n') + QApplication::translate("main", "%1 was left as it is: %2").arg(path, reason);
+        QTextStream(stderr) << "orvelle: " << text << "\n";
+        QMessageBox::information(&window, QApplication::translate("main", "Interrupted save"), text);
+    }
 
     QStringList paths;
     for (const QString &path : parser.positionalArguments()) {

@@ -15,6 +15,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace orv;
 using namespace orv::test;
 
@@ -318,6 +320,9 @@ TEST_F(PicSaverTest, ADiskFailingMidRunLeavesThatFileAsItWasAndSavesTheOthers)
 
     EXPECT_EQ(errorIdsFor(failing), QList<int>{SaveErrorId::SaveCannotOpen});
     EXPECT_EQ(fileBytes(failing.spPath()), before) << "the two stamps written before are put back";
+    EXPECT_NEAR(FileAttributes::read(failing.spPath())->modificationDate.secondsSinceEpoch(),
+                failing.singlePicAttributes.NSFileModificationDate->secondsSinceEpoch(), 0.001)
+        << "a file not saved keeps its date too";
     EXPECT_EQ(outcome.savedPics, (QSet<const MySinglePic *>{&first, &last}));
     EXPECT_EQ(failing.singlePicModification, oneHour) << "the failed item keeps its change pending";
 }
@@ -334,6 +339,8 @@ TEST_F(PicSaverTest, ADiskThatNeverSyncsSavesNothingOnIt)
 
     EXPECT_EQ(errorIdsFor(pic), QList<int>{SaveErrorId::SaveCannotOpen});
     EXPECT_EQ(fileBytes(pic.spPath()), before);
+    EXPECT_NEAR(FileAttributes::read(pic.spPath())->modificationDate.secondsSinceEpoch(),
+                pic.singlePicAttributes.NSFileModificationDate->secondsSinceEpoch(), 0.001);
 }
 
 TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
@@ -355,4 +362,18 @@ TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
     EXPECT_EQ(errors.errorIdsFor(tampered), QList<int>{SaveErrorId::CheckChanged});
     EXPECT_EQ(errors.errorIdsFor(missing), QList<int>{SaveErrorId::CheckMissing});
     EXPECT_EQ(PicSaver(intact, environment).updatedUnchangedFileState(), 0);
+}
+
+TEST_F(PicSaverTest, AFileExchangedForAPipeSinceTheImportIsNamedAndNeverOpened)
+{
+    TiffSpec tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    MySinglePic &pic = import(buildJpeg({.exif = tags}));
+    ASSERT_TRUE(QFile::remove(pic.spPath()));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pic.spPath()).constData(), 0600), 0);
+
+    const SaveOutcome outcome = shift(3600.0);
+
+    EXPECT_FALSE(outcome.savedPics.contains(&pic));
+    EXPECT_TRUE(errorIdsFor(pic).contains(SaveErrorId::NotARegularFile));
 }

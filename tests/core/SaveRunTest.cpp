@@ -2,6 +2,7 @@
 #include "app/Preferences.h"
 #include "core/DateStampCodec.h"
 #include "core/PicSaver.h"
+#include "formats/SaveJournal.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
@@ -242,4 +243,25 @@ TEST_F(SaveRunTest, TheSyncPassBringsXmpTwinsInStepWithTheSavedDates)
     EXPECT_TRUE(PicSaver::areTheFileAttributesUnchanged(pic, *FileAttributes::read(pic.spPath())))
         << "the sync leaves the file dates as the save set them";
     EXPECT_FALSE(pic.isVerifiedDuringSave);
+}
+
+TEST_F(SaveRunTest, ARevertUndoesTheSyncPassAndTheSaveOfTheSameFile)
+{
+    const Instant stamped = DateStampCodec::dateFromExifData(QByteArray("2024:05:01 10:00:00", 20),
+                                                             TimeZone::systemZone());
+    const MediaFile jpeg = buildJpeg(
+        {.exif = cameraTags(),
+         .xmp = buildXmp({.properties = {{"xmp:CreateDate", utcXmpStamp(stamped)}}})});
+    MySinglePic &pic = import(jpeg);
+    const QByteArray original = fileBytes(pic.spPath());
+    SaveSettings settings = defaultSettings();
+    settings.syncXMPDataOnSave = true;
+    settings.journalPath = dir.filePath(QStringLiteral("support/saveJournal.jsonl"));
+
+    shift(oneHour, nullptr, settings);
+    ASSERT_NE(fileBytes(pic.spPath()), original);
+
+    const SaveJournal::Outcome reverted = SaveJournal::revert(settings.journalPath);
+    EXPECT_TRUE(reverted.left.empty()) << reverted.left.front().second.toStdString();
+    EXPECT_EQ(fileBytes(pic.spPath()), original);
 }

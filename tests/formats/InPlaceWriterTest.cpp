@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace orv;
 using namespace orv::test;
 
@@ -57,6 +59,10 @@ TEST(InPlaceWriter, NeverCreatesTruncatesOrOpensWhatIsNoWritableFile)
     EXPECT_FALSE(QFile::exists(dir.filePath("missing.jpg")));
     ASSERT_TRUE(QDir(dir.path()).mkdir("folder.jpg"));
     EXPECT_FALSE(InPlaceFile::open(dir.filePath("folder.jpg")));
+    // A pipe would block the open forever; a device is no file to patch.
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.filePath("pipe.jpg")).constData(), 0600), 0);
+    EXPECT_FALSE(InPlaceFile::open(dir.filePath("pipe.jpg")));
+    EXPECT_FALSE(InPlaceFile::open(QStringLiteral("/dev/null")));
     const QString kept = writeFile(dir, "kept.jpg");
     EXPECT_EQ(InPlaceFile::open(kept)->length(), original.size());
     EXPECT_EQ(fileBytes(kept), original);

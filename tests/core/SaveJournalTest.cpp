@@ -1,0 +1,209 @@
+#include "core/PicScanner.h"
+#include "formats/SaveJournal.h"
+#include "support/MediaFileBuilder.h"
+#include "support/SaveFixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+constexpr double oneHour = 3600.0;
+
+TiffSpec cameraTags()
+{
+    TiffSpec tags;
+    tags.dateTime = Stamp::text("2024:05:01 10:00:05");
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
+    tags.offsetTimeOriginal = Stamp::text("+02:00");
+    tags.gps = GpsSpec::at(48.2, 16.4);
+    tags.gps->timeStamp = RationalTriple{{{8, 1}, {0, 1}, {0, 1}}};
+    tags.gps->dateStamp = Stamp::text("2024:05:01");
+    return tags;
+}
+
+// Files whose save writes several patches each, in the containers written in place.
+std::vector<MediaFile> craftedFiles()
+{
+    TiffSpec motorola = cameraTags();
+    motorola.order = ByteOrder::Motorola;
+    return {buildJpeg({.exif = cameraTags()}), buildJpeg({.exif = motorola}),
+            buildTiffFile({.tags = cameraTags()}), buildPng({.exif = cameraTags()})};
+}
+
+// The files of one run, written afresh into a folder of their own.
+struct Copies
+{
+    QTemporaryDir dir;
+    QStringList paths;
+
+    explicit Copies(const std::vector<MediaFile> &files)
+    {
+        for (std::size_t i = 0; i < files.size(); ++i)
+            paths << files[i].write(dir.path(), QStringLiteral("f%1").arg(i));
+    }
+    std::vector<QByteArray> bytes() const
+    {
+        std::vector<QByteArray> all;
+        for (const QString &path : paths)
+            all.push_back(fileBytes(path));
+        return all;
+    }
+};
+
+// Imports the folder as the scan does and saves it moved by an hour.
+void shiftByAnHour(const Copies &copies, const QString &journalPath)
+{
+    MySingleFolder folder(copies.dir.path(), false);
+    ImportOptions fileDate;
+    fileDate.withEmptyExifFixDate = ImportOptions::UseFileDate;
+    FixedImportAnswers answers(fileDate);
+    for (const QString &path : copies.paths)
+        folder.adoptPic(PicScanner::scanFile(path, folder, answers));
+    folder.setSfDateModificationsFromTimeInterval(oneHour, false);
+    SaveSettings settings;
+    settings.options = NewDateOptions::cachedForRun({}, currentInstant());
+    settings.journalPath = journalPath;
+    FixedSaveAnswers proceed(true);
+    SaveRun(QList<MySingleFolder *>{&folder}, settings, proceed).run();
+}
+
+class SaveJournalTest : public ::testing::Test
+{
+protected:
+    QTemporaryDir support;
+    const QString journal = support.filePath(QStringLiteral("saveJournal.jsonl"));
+    const std::vector<MediaFile> files = craftedFiles();
+    std::vector<QByteArray> original;
+    std::vector<QByteArray> clean;
+
+    void SetUp() override
+    {
+        const Copies copies(files);
+        original = copies.bytes();
+        shiftByAnHour(copies, journal);
+        clean = copies.bytes();
+        for (std::size_t i = 0; i < files.size(); ++i)
+            ASSERT_NE(clean[i], original[i]) << "file " << i << " was not saved";
+    }
+    void TearDown() override { InPlaceWriter::stopDeadAfterWrites(-1); }
+
+    // Each file holds its bytes from before the run or from a clean run, none a mix.
+    void expectOriginalOrClean(const Copies &copies, const std::string &when) const
+    {
+        const std::vector<QByteArray> now = copies.bytes();
+        for (std::size_t i = 0; i < now.size(); ++i)
+            EXPECT_TRUE(now[i] == original[i] || now[i] == clean[i])
+                << copies.paths[i].toStdString() << " is torn " << when;
+    }
+};
+
+} // namespace
+
+TEST_F(SaveJournalTest, WritersStoppedDeadAfterAnyWriteAreFinishedAtTheNextStart)
+{
+    int tornRuns = 0;
+    int completedAt = -1;
+    for (int k = 0; k < 1000 && completedAt < 0; ++k) {
+        const Copies copies(files);
+        InPlaceWriter::stopDeadAfterWrites(k);
+        shiftByAnHour(copies, journal);
+        InPlaceWriter::stopDeadAfterWrites(-1);
+        const std::vector<QByteArray> stopped = copies.bytes();
+        for (std::size_t i = 0; i < stopped.size(); ++i) {
+            if (stopped[i] != original[i] && stopped[i] != clean[i]) {
+                ++tornRuns;
+                break;
+            }
+        }
+
+        const SaveJournal::Outcome recovered = SaveJournal::recover(journal);
+        if (!recovered.hadRun && stopped == clean)
+            completedAt = k;
+        EXPECT_TRUE(recovered.left.empty()) << "stopped after " << k << " writes";
+        expectOriginalOrClean(copies, "after " + std::to_string(k) + " writes and recovery");
+        EXPECT_FALSE(SaveJournal::recover(journal).hadRun) << "a recovery ends the run";
+    }
+    EXPECT_GT(completedAt, int(files.size())) << "every file takes a journal entry and writes";
+    EXPECT_GT(tornRuns, 0) << "some stop must have left a file torn for the recovery to mend";
+}
+
+TEST_F(SaveJournalTest, RecoveryLeavesAFileChangedSinceTheStopAndNamesIt)
+{
+    // Saves run in parallel: the first stop that leaves a file torn is looked for.
+    for (int k = 1; k < 100; ++k) {
+        const Copies copies(files);
+        InPlaceWriter::stopDeadAfterWrites(k);
+        shiftByAnHour(copies, journal);
+        InPlaceWriter::stopDeadAfterWrites(-1);
+        const std::vector<QByteArray> stopped = copies.bytes();
+        std::size_t torn = 0;
+        while (torn < files.size() &&
+               (stopped[torn] == original[torn] || stopped[torn] == clean[torn]))
+            ++torn;
+        if (torn == files.size()) {
+            SaveJournal::recover(journal);
+            continue;
+        }
+        // Another program writes into a patch that the save had not reached.
+        const std::vector<qint64> patched = differingOffsets(stopped[torn], clean[torn]);
+        ASSERT_FALSE(patched.empty());
+        {
+            QFile file(copies.paths[torn]);
+            ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+            file.seek(patched.front());
+            file.write("#");
+        }
+        const QByteArray changed = fileBytes(copies.paths[torn]);
+
+        const SaveJournal::Outcome recovered = SaveJournal::recover(journal);
+        ASSERT_EQ(recovered.left.size(), 1u);
+        EXPECT_EQ(recovered.left[0].first, QFileInfo(copies.paths[torn]).absoluteFilePath());
+        EXPECT_EQ(fileBytes(copies.paths[torn]), changed) << "a file failing its proof stays";
+        return;
+    }
+    FAIL() << "no stop left a file torn";
+}
+
+TEST_F(SaveJournalTest, RevertPutsBackTheLastRunAndLeavesAFileChangedSince)
+{
+    const Copies copies(files);
+    std::vector<qint64> modified;
+    for (const QString &path : copies.paths)
+        modified.push_back(QFileInfo(path).lastModified().toMSecsSinceEpoch());
+    shiftByAnHour(copies, journal);
+    ASSERT_EQ(copies.bytes(), clean);
+    // Outside the system, the last file's date is changed back by hand.
+    const QString changedPath = copies.paths.back();
+    const std::vector<qint64> saved = differingOffsets(original.back(), clean.back());
+    {
+        QFile file(changedPath);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.seek(saved.front());
+        file.write(original.back().mid(saved.front(), 1));
+    }
+    const QByteArray changed = fileBytes(changedPath);
+
+    const SaveJournal::Outcome reverted = SaveJournal::revert(journal);
+    EXPECT_EQ(reverted.reverted.size(), files.size() - 1);
+    ASSERT_EQ(reverted.left.size(), 1u);
+    EXPECT_EQ(reverted.left[0].first, QFileInfo(changedPath).absoluteFilePath());
+    EXPECT_EQ(fileBytes(changedPath), changed);
+    for (std::size_t i = 0; i + 1 < files.size(); ++i) {
+        EXPECT_EQ(fileBytes(copies.paths[i]), original[i]) << copies.paths[i].toStdString();
+        EXPECT_EQ(QFileInfo(copies.paths[i]).lastModified().toMSecsSinceEpoch(), modified[i]);
+    }
+
+    // The revert is the last run now: reverting it saves the files again.
+    const SaveJournal::Outcome again = SaveJournal::revert(journal);
+    EXPECT_EQ(again.reverted.size(), files.size() - 1);
+    for (std::size_t i = 0; i + 1 < files.size(); ++i)
+        EXPECT_EQ(fileBytes(copies.paths[i]), clean[i]);
+}
