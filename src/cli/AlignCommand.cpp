@@ -65,50 +65,24 @@ std::optional<AlignTag> ruleNamed(const QString &name)
 std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
 {
     Options options;
-    bool hasRule = false;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments[i];
-        if (argument == QLatin1String("--by") || argument == QLatin1String("--main")) {
-            if (i + 1 >= arguments.size()) {
-                usageError(err, argument + QLatin1String(" needs a value"));
-                return std::nullopt;
-            }
-            const QString &value = arguments[++i];
-            if (argument == QLatin1String("--main")) {
-                options.main = QDir::cleanPath(QFileInfo(value).absoluteFilePath());
-                continue;
-            }
-            const std::optional<AlignTag> tag = ruleNamed(value);
-            if (!tag) {
-                usageError(err, QLatin1String("'") + value + QLatin1String("' is no alignment rule"));
-                return std::nullopt;
-            }
-            options.tag = *tag;
-            hasRule = true;
-            continue;
+    const auto takeValue = [&options](const QString &option, const QString &value) {
+        if (option == QLatin1String("--main")) {
+            options.main = QDir::cleanPath(QFileInfo(value).absoluteFilePath());
+            return QString();
         }
-        QString error;
-        switch (DateSaveRun::parseCommonArgument(arguments, i, options, error)) {
-        case DateSaveRun::Parsed::Taken:
-            continue;
-        case DateSaveRun::Parsed::NotCommon:
-            error = QLatin1String("unknown option ") + argument;
-            break;
-        case DateSaveRun::Parsed::Failed:
-            break;
-        }
-        usageError(err, error);
-        return std::nullopt;
-    }
-    if (!hasRule) {
-        usageError(err, QStringLiteral("--by RULE is required"));
-        return std::nullopt;
-    }
-    if (options.paths.isEmpty()) {
-        usageError(err, QStringLiteral("name at least one file or folder"));
-        return std::nullopt;
-    }
-    return options;
+        const std::optional<AlignTag> tag = ruleNamed(value);
+        if (!tag)
+            return QLatin1String("'") + value + QLatin1String("' is no alignment rule");
+        options.tag = *tag;
+        return QString();
+    };
+    const QString problem = DateSaveRun::parseArguments(
+        arguments, {QStringLiteral("--by"), QStringLiteral("--main")}, QStringLiteral("RULE"),
+        takeValue, options);
+    if (problem.isEmpty())
+        return options;
+    usageError(err, problem);
+    return std::nullopt;
 }
 
 } // namespace

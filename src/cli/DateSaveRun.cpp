@@ -99,32 +99,46 @@ QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutc
 
 } // namespace
 
-DateSaveRun::Parsed DateSaveRun::parseCommonArgument(const QStringList &arguments, qsizetype &i, Options &options,
-                                                     QString &error)
+QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringList &ownOptions,
+                                   const QString &byValue, const TakeValue &take, Options &options)
 {
-    const QString &argument = arguments[i];
-    if (argument == QLatin1String("--pref")) {
-        if (i + 1 >= arguments.size()) {
-            error = argument + QLatin1String(" needs a value");
-            return Parsed::Failed;
+    bool hasBy = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments[i];
+        if (argument == QLatin1String("--dry-run")) {
+            options.dryRun = true;
+            continue;
         }
-        const QString &pair = arguments[++i];
-        const qsizetype equals = pair.indexOf(QLatin1Char('='));
-        if (equals <= 0) {
-            error = QLatin1String("--pref takes KEY=VALUE, not '") + pair + QLatin1Char('\'');
-            return Parsed::Failed;
+        if (argument == QLatin1String("--json")) {
+            options.json = true;
+            continue;
         }
-        options.prefs.append({pair.left(equals), pair.mid(equals + 1)});
-    } else if (argument == QLatin1String("--dry-run")) {
-        options.dryRun = true;
-    } else if (argument == QLatin1String("--json")) {
-        options.json = true;
-    } else if (argument.startsWith(QLatin1String("--"))) {
-        return Parsed::NotCommon;
-    } else {
-        options.paths.append(argument);
+        if (!argument.startsWith(QLatin1String("--"))) {
+            options.paths.append(argument);
+            continue;
+        }
+        const bool isOwn = ownOptions.contains(argument);
+        if (!isOwn && argument != QLatin1String("--pref"))
+            return QLatin1String("unknown option ") + argument;
+        if (i + 1 >= arguments.size())
+            return argument + QLatin1String(" needs a value");
+        const QString &value = arguments[++i];
+        if (isOwn) {
+            if (const QString problem = take(argument, value); !problem.isEmpty())
+                return problem;
+            hasBy = hasBy || argument == QLatin1String("--by");
+            continue;
+        }
+        const qsizetype equals = value.indexOf(QLatin1Char('='));
+        if (equals <= 0)
+            return QLatin1String("--pref takes KEY=VALUE, not '") + value + QLatin1Char('\'');
+        options.prefs.append({value.left(equals), value.mid(equals + 1)});
     }
-    return Parsed::Taken;
+    if (!hasBy)
+        return QLatin1String("--by ") + byValue + QLatin1String(" is required");
+    if (options.paths.isEmpty())
+        return QStringLiteral("name at least one file or folder");
+    return {};
 }
 
 void DateSaveRun::applyPrefs(Preferences &prefs, const Options &options)

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <functional>
 #include <utility>
 
 namespace orv {
@@ -23,11 +24,15 @@ public:
         QList<std::pair<QString, QString>> prefs;
         QStringList paths;
     };
-    enum class Parsed { Taken, NotCommon, Failed };
+    // Takes the value of one of a command's own options; answers the problem, empty when taken.
+    using TakeValue = std::function<QString(const QString &option, const QString &value)>;
 
-    // --dry-run, --json, --pref KEY=VALUE and the paths; i moves past a value taken. On Failed
-    // the reason is in error.
-    static Parsed parseCommonArgument(const QStringList &arguments, qsizetype &i, Options &options, QString &error);
+    // A date command's whole line: its own options, each with a value (handed to `take`), then
+    // --dry-run, --json, --pref KEY=VALUE and the paths. `--by` and one path at least are
+    // required; `byValue` names the value in the message when --by is missing. Answers the
+    // problem for the usage message, empty when the line is good.
+    static QString parseArguments(const QStringList &arguments, const QStringList &ownOptions,
+                                  const QString &byValue, const TakeValue &take, Options &options);
     // The user's preferences, with --pref shadowing them for this run; nothing is stored.
     static void applyPrefs(Preferences &prefs, const Options &options);
     // Saves every imported folder (with --dry-run only the pre-check) and prints each item. The

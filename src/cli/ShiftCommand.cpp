@@ -31,47 +31,21 @@ void usageError(QTextStream &err, const QString &message)
 std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
 {
     Options options;
-    bool hasOffset = false;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments[i];
-        if (argument == QLatin1String("--by")) {
-            if (i + 1 >= arguments.size()) {
-                usageError(err, argument + QLatin1String(" needs a value"));
-                return std::nullopt;
-            }
-            const std::optional<double> offset = ShiftCommand::parseOffset(arguments[++i]);
-            if (!offset) {
-                usageError(err, QLatin1String("'") + arguments[i] +
-                                    QLatin1String("' is no offset; write [+-][Nd]H:MM[:SS], e.g. "
-                                                  "+1:00:00, -0:30, +2d3:00:00"));
-                return std::nullopt;
-            }
-            options.offset = *offset;
-            hasOffset = true;
-            continue;
-        }
-        QString error;
-        switch (DateSaveRun::parseCommonArgument(arguments, i, options, error)) {
-        case DateSaveRun::Parsed::Taken:
-            continue;
-        case DateSaveRun::Parsed::NotCommon:
-            error = QLatin1String("unknown option ") + argument;
-            break;
-        case DateSaveRun::Parsed::Failed:
-            break;
-        }
-        usageError(err, error);
-        return std::nullopt;
-    }
-    if (!hasOffset) {
-        usageError(err, QStringLiteral("--by OFFSET is required"));
-        return std::nullopt;
-    }
-    if (options.paths.isEmpty()) {
-        usageError(err, QStringLiteral("name at least one file or folder"));
-        return std::nullopt;
-    }
-    return options;
+    const auto takeOffset = [&options](const QString &, const QString &value) {
+        const std::optional<double> offset = ShiftCommand::parseOffset(value);
+        if (!offset)
+            return QLatin1String("'") + value +
+                   QLatin1String("' is no offset; write [+-][Nd]H:MM[:SS], e.g. +1:00:00, -0:30, "
+                                 "+2d3:00:00");
+        options.offset = *offset;
+        return QString();
+    };
+    const QString problem = DateSaveRun::parseArguments(arguments, {QStringLiteral("--by")},
+                                                        QStringLiteral("OFFSET"), takeOffset, options);
+    if (problem.isEmpty())
+        return options;
+    usageError(err, problem);
+    return std::nullopt;
 }
 
 } // namespace
