@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the libFuzzer targets with clang (installing it through apt when missing) and runs each
+# Builds the libFuzzer targets with clang (installed with the other build tools when missing) and runs each
 # for a while, seeded with the corpus files of its container.
 #   scripts/fuzz.sh [SECONDS_PER_TARGET] [BUILD_DIR]     (defaults: 10, build-fuzz)
 # A crash leaves its input as crash-* in the working directory and fails the script.
@@ -9,9 +9,7 @@ seconds=${1:-10}
 dir=${2:-$root/build-fuzz}
 corpus=${ORV_CORPUS_DIR:-$root/../shared/corpus}
 
-if ! command -v clang++ > /dev/null; then
-  apt-get install -y --no-install-recommends clang
-fi
+"$root/scripts/deps.sh"
 if [ ! -f "$dir/build.ninja" ]; then
   cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DORV_FUZZ=ON -DORV_WITH_UI=OFF

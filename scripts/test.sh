@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything, and runs every test: the whole suite in a normal
-# build, then the byte-level suites again under AddressSanitizer and UndefinedBehaviorSanitizer.
+# build, a short run of every container's fuzzer (docs/fuzzing.md has the long run), then the
+# byte-level suites again under AddressSanitizer and UndefinedBehaviorSanitizer.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/deps.sh"
@@ -11,6 +12,8 @@ jobs=$(nproc)
 
 "$root/scripts/build.sh" "$root/build"
 ctest --test-dir "$root/build" --output-on-failure -j "$jobs"
+
+"$root/scripts/fuzz.sh" 5
 
 "$root/scripts/build.sh" "$root/build-asan" -DORV_SANITIZE=ON -DORV_WITH_UI=OFF -- tests_core tests_formats
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
