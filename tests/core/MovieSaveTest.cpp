@@ -76,7 +76,7 @@ TEST_F(MovieSave, TheFolderOptionsChooseBetweenTheMetadataDateAndTheHeaderTimes)
     struct Case
     {
         const char *name;
-        MovieSpec spec;
+        MovieShape shape;
         bool mdtaEnabled;
         int spType;
         OptionalDate date;
@@ -95,7 +95,7 @@ TEST_F(MovieSave, TheFolderOptionsChooseBetweenTheMetadataDateAndTheHeaderTimes)
     int index = 0;
     for (const Case &c : cases) {
         folder.isQuicktimeMDTADateEnabled = c.mdtaEnabled;
-        const MySinglePic &pic = importMovie(movie(c.spec), QStringLiteral("clip%1.mov").arg(index++));
+        const MySinglePic &pic = importMovie(movie(c.shape), QStringLiteral("clip%1.mov").arg(index++));
         EXPECT_EQ(pic.spType, c.spType) << c.name;
         if (c.date)
             EXPECT_EQ(pic.spDateTimeOriginal, c.date) << c.name;

@@ -19,7 +19,7 @@ const QByteArray tiff = QByteArray("MM\0*\0\0\0\x08", 8) + QByteArray(6, '\0');
 const QByteArray exifPayload = be32(6) + QByteArray("Exif\0\0", 6) + tiff;
 const QByteArray xmpPacket = "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\"/>";
 
-struct ItemSpec
+struct ItemShape
 {
     quint8 ilocVersion = 0;
     // Added to where the payloads really stand; pushes the items past the file when large.
@@ -37,21 +37,21 @@ QByteArray itemInfos()
 }
 
 // Offsets are 4 bytes, lengths 4; version 1 adds a 4-byte base offset and construction methods.
-QByteArray itemLocations(const ItemSpec &spec, quint32 exifAt, quint32 xmpAt)
+QByteArray itemLocations(const ItemShape &shape, quint32 exifAt, quint32 xmpAt)
 {
-    const bool v1 = spec.ilocVersion == 1;
+    const bool v1 = shape.ilocVersion == 1;
     QByteArray body = QByteArray(1, char(0x44)) + QByteArray(1, char(v1 ? 0x40 : 0)) + be16(2);
     const auto item = [&](quint16 id, quint32 at, quint32 length) {
         QByteArray entry = be16(id);
         if (v1)
-            entry += be16(spec.constructionMethod);
+            entry += be16(shape.constructionMethod);
         entry += be16(0);
         // Version 1 splits the place into a base offset and the extent's offset.
         entry += v1 ? be32(at - 8) + be16(1) + be32(8) : be16(1) + be32(at);
         return entry + be32(length);
     };
     body += item(1, exifAt, quint32(exifPayload.size())) + item(2, xmpAt, quint32(xmpPacket.size()));
-    return fullBox("iloc", spec.ilocVersion, body);
+    return fullBox("iloc", shape.ilocVersion, body);
 }
 
 struct Heif
@@ -60,13 +60,13 @@ struct Heif
     qint64 exifAt, xmpAt;
 };
 
-Heif heif(const ItemSpec &spec)
+Heif heif(const ItemShape &shape)
 {
     const QByteArray ftyp = box("ftyp", QByteArray("heic") + be32(0) + "mif1heic");
     const auto build = [&](quint32 exifAt, quint32 xmpAt) {
         const QByteArray meta = fullBox("meta", 0, box("hdlr", QByteArray(24, '\0')) + itemInfos()
-                                                       + itemLocations(spec, exifAt + spec.displacement,
-                                                                       xmpAt + spec.displacement));
+                                                       + itemLocations(shape, exifAt + shape.displacement,
+                                                                       xmpAt + shape.displacement));
         return ftyp + meta + box("mdat", exifPayload + xmpPacket);
     };
     const qsizetype mdatPayload = build(0, 0).indexOf("mdat") + 4;

@@ -16,7 +16,7 @@ namespace orv::test {
 // Seconds since 1904 of 2021-04-10 10:44:00 UTC.
 constexpr quint64 aprilTenth = 3700896240ull;
 
-struct MovieSpec
+struct MovieShape
 {
     int version = 0;
     std::optional<std::pair<quint64, quint64>> times = std::pair(aprilTenth, aprilTenth + 2);
@@ -52,25 +52,25 @@ inline QByteArray metadata(const QList<std::pair<QByteArray, QByteArray>> &entri
     return box("meta", box("hdlr", QByteArray(24, '\0')) + fullBox("keys", 0, keys) + box("ilst", items));
 }
 
-inline QByteArray movie(const MovieSpec &spec)
+inline QByteArray movie(const MovieShape &shape)
 {
     using Entry = std::pair<QByteArray, QByteArray>;
     QList<Entry> entries{{"com.apple.quicktime.make", "Apple"}};
-    if (!spec.creationDate.isEmpty())
-        entries.append(Entry("com.apple.quicktime.creationdate", spec.creationDate));
-    if (!spec.location.isEmpty()) {
+    if (!shape.creationDate.isEmpty())
+        entries.append(Entry("com.apple.quicktime.creationdate", shape.creationDate));
+    if (!shape.location.isEmpty()) {
         entries.append(Entry("com.apple.quicktime.location.accuracy.horizontal", "65.000000"));
-        entries.append(Entry("com.apple.quicktime.location.ISO6709", spec.location));
+        entries.append(Entry("com.apple.quicktime.location.ISO6709", shape.location));
     }
     entries.append(Entry("com.apple.quicktime.content.identifier", "E905E6C6-C747-4805-942F-9904A0281F02"));
     const QByteArray xyz("\xA9xyz");
     const QByteArray userData = box(
-        "udta", box(xyz, be16(quint16(spec.userDataLocation.size())) + be16(0x15c7) + spec.userDataLocation)
+        "udta", box(xyz, be16(quint16(shape.userDataLocation.size())) + be16(0x15c7) + shape.userDataLocation)
                     + fullBox("meta", 0, box("hdlr", QByteArray(24, '\0'))
-                                             + box("ilst", box(xyz, dataBox(spec.itemListLocation)))));
-    QByteArray moov = spec.times ? movieHeader(spec.version, spec.times->first, spec.times->second) : QByteArray();
+                                             + box("ilst", box(xyz, dataBox(shape.itemListLocation)))));
+    QByteArray moov = shape.times ? movieHeader(shape.version, shape.times->first, shape.times->second) : QByteArray();
     moov += box("trak", trackHeader(0, 0)) + box("trak", trackHeader(1440, 1080)) + metadata(entries) + userData;
-    const QByteArray head = spec.ftyp ? box("ftyp", QByteArray("qt  ") + be32(0)) : QByteArray();
+    const QByteArray head = shape.ftyp ? box("ftyp", QByteArray("qt  ") + be32(0)) : QByteArray();
     return head + box("mdat", QByteArray(64, '\x5a')) + box("moov", moov);
 }
 
