@@ -59,6 +59,10 @@ QJsonObject itemJson(const MySinglePic &pic, const OldDates &old, const SaveOutc
         steps.append(int(step));
     o.insert(QStringLiteral("unavailableSteps"), steps);
     o.insert(QStringLiteral("preSaveErrors"), jsonList(preSaveKeys));
+    if (pic.gpsLat && pic.gpsLong) {
+        o.insert(QStringLiteral("gpsLat"), *pic.gpsLat);
+        o.insert(QStringLiteral("gpsLong"), *pic.gpsLong);
+    }
     for (std::size_t i = 0; i < slots.size(); ++i) {
         o.insert(QLatin1String(slots[i].name) + QLatin1String("OLD"), ItemJson::date(old[i]));
         o.insert(QLatin1String(slots[i].name) + QLatin1String("NEW"),
@@ -100,9 +104,10 @@ QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutc
 } // namespace
 
 QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringList &ownOptions,
-                                   const QString &byValue, const TakeValue &take, Options &options)
+                                   const QString &requiredValue, const TakeValue &take,
+                                   Options &options)
 {
-    bool hasBy = false;
+    bool hasRequired = false;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments[i];
         if (argument == QLatin1String("--dry-run")) {
@@ -126,7 +131,7 @@ QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringL
         if (isOwn) {
             if (const QString problem = take(argument, value); !problem.isEmpty())
                 return problem;
-            hasBy = hasBy || argument == QLatin1String("--by");
+            hasRequired = hasRequired || argument == ownOptions.first();
             continue;
         }
         const qsizetype equals = value.indexOf(QLatin1Char('='));
@@ -134,8 +139,9 @@ QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringL
             return QLatin1String("--pref takes KEY=VALUE, not '") + value + QLatin1Char('\'');
         options.prefs.append({value.left(equals), value.mid(equals + 1)});
     }
-    if (!hasBy)
-        return QLatin1String("--by ") + byValue + QLatin1String(" is required");
+    if (!hasRequired)
+        return ownOptions.first() + QLatin1Char(' ') + requiredValue +
+               QLatin1String(" is required");
     if (options.paths.isEmpty())
         return QStringLiteral("name at least one file or folder");
     return {};
@@ -191,7 +197,8 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
                 << SaveErrors::reasonForId(id) << "\n";
         for (const ToolStep step : steps)
             err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
-                << SaveErrors::descriptionForStep(step) << "\n";
+                << SaveErrors::descriptionForStep(step) << " ("
+                << run.errors().toolReasonFor(*pic, step) << ")\n";
         if (options.json)
             json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
         else

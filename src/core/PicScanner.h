@@ -67,6 +67,11 @@ public:
 
     static std::unique_ptr<MySinglePic> scanFile(const QString &path, MySingleFolder &folder,
                                                  ImportQuestions &questions);
+
+    // After exiftool rewrote a still: every stored value, its offset and OLD date, the location
+    // and the file's attributes are read again from the file as it now stands. False when the
+    // file no longer reads as a still.
+    static bool refreshInternalData(MySinglePic &pic);
 };
 
 } // namespace orv
