@@ -101,7 +101,7 @@ bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePi
         return false;
     }
     XtController::Action action;
-    action.errorType = XtController::ErrorType(int(step));
+    action.errorType = step;
     action.arguments = arguments;
     action.path = path;
     action.fast = path == file && pic.fileFormatType == PngFormat;

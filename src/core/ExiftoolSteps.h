@@ -16,7 +16,8 @@ class ExiftoolSteps
 {
 public:
     virtual ~ExiftoolSteps() = default;
-    // Date tags the user asked to add (tagAddType).
+    // The date slots tagAddType names: tags the user asked to add, or stamps of a PNG text
+    // profile, which no in-place write reaches.
     virtual bool completeFullExifDateTags(MySinglePic &pic) = 0;
     // XMP stamps without seconds that must carry a date with seconds: by the stamp's key, the
     // whole value each takes.

@@ -282,6 +282,12 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
             return false;
         plan = StampEdits(m_pic, m_env.settings).planPhoto();
     }
+    if (plan.stampsOutOfPlace && areTimesDue()) {
+        m_pic.tagAddType = plan.stampsOutOfPlace;
+        if (!m_env.exiftool.completeFullExifDateTags(m_pic))
+            return false;
+        plan = StampEdits(m_pic, m_env.settings).planPhoto();
+    }
 
     const bool datesFollowLocation =
         locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1;

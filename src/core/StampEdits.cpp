@@ -98,11 +98,11 @@ PlannedSave StampEdits::planPhoto()
     planXmpDates(plan);
     planGps(plan);
     PicAttributes &a = m_pic.singlePicAttributes;
-    planExifSlot(plan, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
+    planExifSlot(plan, TagAddExifOriginal, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
                  m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
-    planExifSlot(plan, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
+    planExifSlot(plan, TagAddExifDigitized, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
                  m_pic.exifDateTimeDigitizedOLD, m_pic.exifDateTimeDigitizedNEW, m_pic.isDigiXmp);
-    planExifSlot(plan, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
+    planExifSlot(plan, TagAddTiffDateTime, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
                  m_pic.tiffDateTimeNEW, m_pic.isModiXmp);
     return plan;
 }
@@ -125,12 +125,18 @@ std::optional<TimeZone> StampEdits::cameraClock() const
     return TimeZone::fromOffsetSeconds(*DateStampCodec::exactExifOffsetSeconds(offset));
 }
 
-void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
+void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                               std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                               OptionalDate newDate, bool isXmpSlot)
 {
-    if (!stamp || stamp->dateOffset == 0 || isXmpSlot || !newDate)
+    if (!stamp || isXmpSlot || !newDate)
         return;
+    if (stamp->dateOffset == 0) {
+        if (isRealDate(oldDate) && isRealDate(newDate) &&
+            oldDate->wholeSeconds() != newDate->wholeSeconds())
+            plan.stampsOutOfPlace |= slot;
+        return;
+    }
     // A stamp that is neither a date nor blank is damaged: what it meant is not known.
     const QByteArray digits = stamp->dateData.left(stampLength);
     const bool isBlank = std::all_of(digits.begin(), digits.end(), [](char c) {
@@ -290,7 +296,8 @@ QByteArray coordDataFrom(double value, bool motorola)
 {
     const double degrees = std::floor(value);
     const double minutes = std::floor((value - degrees) * 60.0);
-    const double seconds = std::floor(((value - degrees) * 60.0 - minutes) * 60.0 * 1000.0);
+    // Rounded, not cut: 0.8583 degrees must not come back as 0.85829997.
+    const double seconds = std::round(((value - degrees) * 60.0 - minutes) * 60.0 * 1000.0);
     return rational(quint32(degrees), 1, motorola) + rational(quint32(minutes), 1, motorola) +
            rational(quint32(seconds), 1000, motorola);
 }

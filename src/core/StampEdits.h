@@ -30,6 +30,10 @@ struct PlannedSave
     // A stamp or its offset tag does not read exactly: that stamp and its tag stay as they are.
     bool damagedTags = false;
 
+    // Date slots (TagAddBits) whose stamp was read from a PNG text profile, which has no place
+    // to write in: exiftool rewrites them.
+    quint64 stampsOutOfPlace = 0;
+
     // A date due in a stamp that cannot hold it in place (a metadata date of another length,
     // a header time past its field's range): only exiftool can write it.
     bool needsExiftool = false;
@@ -79,7 +83,7 @@ private:
     void planXmpDates(PlannedSave &plan);
     void planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key, OptionalDate date);
     void planGps(PlannedSave &plan);
-    void planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
+    void planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
     void planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,

@@ -295,10 +295,10 @@ bool XtController::isPassablePath(const QString &path)
     return !path.isEmpty() && !path.contains(QLatin1Char('\n')) && !path.contains(QLatin1Char('\r'));
 }
 
-void XtController::addError(const QString &text, ErrorType type)
+void XtController::addError(const QString &text, ToolStep type)
 {
     const QMutexLocker lock(&m_errorsMutex);
-    std::vector<QString> &entries = m_errorCollector[int(type)];
+    std::vector<QString> &entries = m_errorCollector[type];
     if (std::find(entries.begin(), entries.end(), text) == entries.end())
         entries.push_back(text);
 }
@@ -318,35 +318,12 @@ void XtController::clearErrors()
     m_errorCollector.clear();
 }
 
-QString XtController::descriptionForType(ErrorType type)
-{
-    switch (type) {
-    case ErrorType::None:
-        return tr("exiftool reported errors:");
-    case ErrorType::AddLocation:
-        return tr("A location could not be added to these files:");
-    case ErrorType::AddLocationInSidecar:
-        return tr("A location could not be added to the XMP sidecars of these files:");
-    case ErrorType::UpdateLocation:
-        return tr("The location of these files or of their sidecars could not be updated:");
-    case ErrorType::SidecarExists:
-        return tr("A new XMP sidecar was not written because a file of its name exists:");
-    case ErrorType::AddExifDateTags:
-        return tr("Date tags could not be added to these files:");
-    case ErrorType::ExtendShortXmpStamps:
-        return tr("XMP dates without seconds could not be extended in these files:");
-    }
-    return {};
-}
-
 QString XtController::errorsSummaryString() const
 {
     const QMutexLocker lock(&m_errorsMutex);
     QString summary;
     for (const auto &[type, entries] : m_errorCollector) {
-        if (type < 0 || type > 7 || entries.empty())
-            continue;
-        summary += descriptionForType(ErrorType(type)) + QLatin1String("\n\n");
+        summary += SaveErrors::descriptionForStep(type) + QLatin1String("\n\n");
         for (const QString &entry : entries)
             summary += QLatin1Char('\t') + entry + QLatin1Char('\n');
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/SaveErrors.h"
+
 #include <QMutex>
 #include <QString>
 #include <QStringList>
@@ -25,20 +27,10 @@ class XtThread;
 class XtController
 {
 public:
-    // Set before an action; an error the tool reports without a change is filed under it.
-    enum class ErrorType : int {
-        None = 0,
-        AddLocation = 1,
-        AddLocationInSidecar = 2,
-        UpdateLocation = 3,
-        SidecarExists = 5,
-        AddExifDateTags = 6,
-        ExtendShortXmpStamps = 7,
-    };
-
     struct Action
     {
-        ErrorType errorType = ErrorType::None;
+        // An error the tool reports without a change is filed under it.
+        ToolStep errorType = ToolStep::UpdateLocation;
         // Argument lines before the common tail, each a whole argument.
         QStringList arguments;
         QString path;
@@ -72,14 +64,13 @@ public:
     void cleanup();
 
     // Per error type the texts filed, in order and without repeats.
-    void addError(const QString &text, ErrorType type);
+    void addError(const QString &text, ToolStep type);
     qsizetype errorCollectorCount() const;
-    // Types 0 to 7 in order: each present type's description, a blank line, and its entries on
-    // tab-indented lines.
+    // The types in their order: each present type's description, a blank line, and its entries
+    // on tab-indented lines.
     QString errorsSummaryString() const;
     void clearErrors();
 
-    static QString descriptionForType(ErrorType type);
     // Argument lines are line-based: a path holding a line break cannot be passed.
     static bool isPassablePath(const QString &path);
 
@@ -89,7 +80,7 @@ private:
     std::unique_ptr<XtThread> m_thread;
     std::unique_ptr<XtChild> m_child;
     mutable QMutex m_errorsMutex;
-    std::map<int, std::vector<QString>> m_errorCollector;
+    std::map<ToolStep, std::vector<QString>> m_errorCollector;
 };
 
 } // namespace orv

@@ -1,5 +1,4 @@
 #include "support/CliRun.h"
-#include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
@@ -98,28 +97,6 @@ TEST_F(ExiftoolRoad, LocateGivesAJpegWithoutGpsThePlaceAndAnExistingPlaceIsMoved
     EXPECT_EQ(bad.exitCode, 2);
 }
 
-TEST_F(ExiftoolRoad, ARawFileWithASidecarGetsItsPlaceInTheSidecarNotTheRaw)
-{
-    const QString source = corpusFile(QStringLiteral("exiftool-t/CanonRaw.cr2"));
-    if (source.isEmpty())
-        GTEST_SKIP() << "no corpus";
-    const QString raw = work.filePath(QStringLiteral("shot.cr2"));
-    ASSERT_TRUE(QFile::copy(source, raw));
-    const QString sidecar =
-        buildXmpSidecar({.properties = {{"xmp:Rating", "3"}}}).write(work.path(), QStringLiteral("shot"));
-    ASSERT_TRUE(sidecar.endsWith(QLatin1String("shot.xmp")));
-    const QByteArray rawBefore = fileBytes(raw);
-
-    const CliResult run = cli({QStringLiteral("locate"), QStringLiteral("--at"),
-                               QStringLiteral("-33.8568,151.2153"), raw});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(fileBytes(raw), rawBefore);
-    const ExiftoolTags read = exiftoolTags(sidecar);
-    EXPECT_NEAR(read.number("XMP:GPSLatitude"), -33.8568, 1e-6);
-    EXPECT_NEAR(read.number("XMP:GPSLongitude"), 151.2153, 1e-6);
-    EXPECT_EQ(read.string("XMP:Rating"), "3") << "the sidecar keeps what it held";
-}
-
 TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesAfterAReimport)
 {
     const QString png = buildPng({}).write(work.path(), QStringLiteral("screenshot"));
@@ -145,6 +122,8 @@ TEST_F(ExiftoolRoad, WithoutExiftoolOnThePathInPlaceItemsAreSavedAndTheOthersFai
 {
     TiffSpec tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTime = Stamp::text("2024:05:01 10:00:00");
     const QString inPlace = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("inplace"));
     TiffSpec modifyOnly;
     modifyOnly.dateTime = Stamp::text("2024:05:01 10:00:00");

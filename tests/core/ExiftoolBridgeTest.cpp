@@ -2,6 +2,7 @@
 #include "core/SaveErrors.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
+#include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
 
@@ -57,4 +58,22 @@ TEST_F(ExiftoolBridgeTest, ANewRawLocationGoesToANewSidecarUnlessAFileHoldsItsNa
     EXPECT_EQ(errors().toolStepsFor(*pics[1]), QList<ToolStep>{ToolStep::SidecarExists});
     EXPECT_EQ(fileBytes(taken.fileName()), "not ours");
     EXPECT_TRUE(pics[1]->hasLocationChange()) << "the change stays pending";
+}
+
+TEST_F(ExiftoolBridgeTest, APngWhoseExifIsATextProfileTakesItsNewDateThroughExiftool)
+{
+    TiffSpec tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    const QByteArray exif = "Exif" + QByteArray(2, '\0') + buildExifBlock(tags).bytes;
+    MySinglePic &pic = import(buildPng({.rawProfiles = {{"exif", exif, "zTXt"}}}));
+    ASSERT_EQ(pic.singlePicAttributes.ExifDateTimeOriginal->dateOffset, 0u);
+
+    shift(3600.0);
+
+    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
+              "2024:05:01 11:00:00");
+    EXPECT_EQ(pic.exifDateTimeOriginalOLD, pic.exifDateTimeOriginalNEW);
+    EXPECT_EQ(pic.singlePicAttributes.ExifDateTimeOriginal->dateData.left(19), "2024:05:01 11:00:00")
+        << "read again from the rewritten profile";
 }

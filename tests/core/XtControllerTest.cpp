@@ -56,7 +56,7 @@ protected:
     }
 
     static XtController::Action action(const QString &path,
-                                       XtController::ErrorType type = XtController::ErrorType::AddExifDateTags)
+                                       ToolStep type = ToolStep::AddExifDateTags)
     {
         return {type, {QStringLiteral("-ExifIFD:DateTimeOriginal=2024:05:01 10:00:00")}, path, false};
     }
@@ -79,7 +79,7 @@ TEST_F(XtControllerTest, OneChildAnswersSplitReadsTimesOutIsRestartedAndFilesErr
     EXPECT_EQ(xt.errorCollectorCount(), 0) << "a time-out files no error";
 
     const XtController::Outcome error = xt.run(
-        action(QStringLiteral("/photos/error.jpg"), XtController::ErrorType::ExtendShortXmpStamps));
+        action(QStringLiteral("/photos/error.jpg"), ToolStep::ExtendShortXmpStamps));
     EXPECT_EQ(starts(), 2) << "the ended child is replaced";
     EXPECT_FALSE(error.didChangeOnLastAction);
     EXPECT_EQ(error.error, "Error: Not a valid JPG - /photos/error.jpg");
@@ -93,9 +93,9 @@ TEST_F(XtControllerTest, OneChildAnswersSplitReadsTimesOutIsRestartedAndFilesErr
     EXPECT_EQ(xt.errorCollectorCount(), 2);
     const QString summary = xt.errorsSummaryString();
     const qsizetype dateTags =
-        summary.indexOf(XtController::descriptionForType(XtController::ErrorType::AddExifDateTags));
+        summary.indexOf(SaveErrors::descriptionForStep(ToolStep::AddExifDateTags));
     const qsizetype shortStamps = summary.indexOf(
-        XtController::descriptionForType(XtController::ErrorType::ExtendShortXmpStamps));
+        SaveErrors::descriptionForStep(ToolStep::ExtendShortXmpStamps));
     EXPECT_GE(dateTags, 0);
     EXPECT_GT(shortStamps, dateTags) << "types in their order:\n" << summary.toStdString();
     EXPECT_TRUE(summary.contains("\n\n\tError: Not a valid JPG - /photos/error.jpg\n"));
@@ -128,7 +128,7 @@ TEST_F(XtControllerTest, RealExiftoolWritesAndReportsNoChangeWhenAConditionFails
               "2024:05:01 10:00:00");
 
     const XtController::Outcome skipped =
-        xt.run({XtController::ErrorType::AddLocation,
+        xt.run({ToolStep::AddLocation,
                 {QStringLiteral("-if"), QStringLiteral("$FileType eq \"PNG\""),
                  QStringLiteral("-GPSLatitude=1")},
                 path,
