@@ -76,9 +76,12 @@ QString XtChild::writableArgsPath()
                                : m_argsFolder;
     if (QDir().mkpath(folder)) {
         const QString path = QDir(folder).filePath(QStringLiteral(".args.txt"));
-        auto lock = std::make_unique<QLockFile>(path + QLatin1String(".lock"));
+        // A child started again after the last one ended keeps the file this object holds.
+        auto lock = m_argsLock ? std::move(m_argsLock)
+                               : std::make_unique<QLockFile>(path + QLatin1String(".lock"));
         QFile file(path);
-        if (lock->tryLock(0) && file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        if ((lock->isLocked() || lock->tryLock(0)) &&
+            file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
             m_argsLock = std::move(lock);
             return path;
         }
