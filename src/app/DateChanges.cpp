@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QUndoStack>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -21,6 +22,8 @@ QString undoName(const char *key)
     static const QHash<QByteArray, const char *> wording = {
         {"undoDateChangeText", "Date Change"},
         {"resetAllInFolderMode", "Reset Folder Offset"},
+        {"tzc_ui_undoRedo_full", "Time Zone Correction"},
+        {"ambiguityCorrection_undoRedo", "Other Hour of a Repeated Hour"},
         {"dragInSingleMode", "Move Dates"},
         {"altDragMultiInSingleMode", "Spread Dates"},
         {"resetAllInSingleMode", "Reset Dates"},
@@ -338,6 +341,33 @@ void DateChanges::clearUndoRedoFromFolder(const MySingleFolder *folder)
     for (qsizetype i = keptDone; i < onStack.size(); ++i)
         onStack[i]->skipNextApply();
     m_stack.setIndex(keptDone);
+}
+
+} // namespace orv
+
+namespace orv {
+
+DateChangeResult DateChanges::changeTimeZones(QList<ZoneChangeCommand::FolderChange> folders,
+                                              QList<ZoneChangeCommand::ChoiceChange> choices)
+{
+    folders.removeIf([](const ZoneChangeCommand::FolderChange &c) {
+        return c.before.source == c.after.source && c.before.target == c.after.target;
+    });
+    choices.removeIf([](const ZoneChangeCommand::ChoiceChange &c) { return c.before == c.after; });
+    if (folders.isEmpty() && choices.isEmpty())
+        return DateChangeResult::Unchanged;
+    const bool slideshowOnly = std::any_of(folders.cbegin(), folders.cend(),
+                                           [](const auto &c) { return c.folder->isEXIFIgnored(); });
+    if (m_blocked || slideshowOnly)
+        return refuse();
+    QStringList names;
+    if (!folders.isEmpty())
+        names << undoName("tzc_ui_undoRedo_full");
+    if (!choices.isEmpty())
+        names << undoName("ambiguityCorrection_undoRedo");
+    const QString name = names.join(QCoreApplication::translate("DateChanges", " and "));
+    m_stack.push(new ZoneChangeCommand(std::move(folders), std::move(choices), name, m_listener));
+    return DateChangeResult::Changed;
 }
 
 } // namespace orv

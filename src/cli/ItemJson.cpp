@@ -202,7 +202,15 @@ QJsonObject ItemJson::forPic(const MySinglePic &pic)
         item.insert(QStringLiteral("movieType"), pic.movieType);
         item.insert(QStringLiteral("movDuration"), pic.movDuration);
     }
+    insertDaylightSaving(item, pic);
     return item;
+}
+
+void ItemJson::insertDaylightSaving(QJsonObject &object, const MySinglePic &pic)
+{
+    object.insert(QStringLiteral("dstDivergenceState"), qint64(pic.dstDivergenceState));
+    object.insert(QStringLiteral("dstAmbiguityAtImportState"), qint64(pic.dstAmbiguityAtImportState));
+    object.insert(QStringLiteral("majorDateDifferenceType"), qint64(pic.majorDateDifferenceType));
 }
 
 } // namespace orv

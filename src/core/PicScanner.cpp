@@ -1,10 +1,12 @@
 #include "core/PicScanner.h"
 
 #include "core/DateStampCodec.h"
+#include "core/DaylightSaving.h"
 #include "core/GpsLocation.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "core/XmpDates.h"
+#include "core/ZoneRereading.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
 #include "formats/MySingleFolderDataReader.h"
@@ -33,20 +35,9 @@ QSysInfo::Endian byteOrder(bool motorola)
     return motorola ? QSysInfo::BigEndian : QSysInfo::LittleEndian;
 }
 
-QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
-{
-    return offset ? offset->offsetData : QByteArray();
-}
-
-// The offset a stamp was written in: its own tag when that reads exactly, else the camera
-// clock's, which another stamp's tag names.
 QByteArray offsetOfStamp(const std::optional<OffsetTagRecord> &own, const DatesData &d)
 {
-    if (own && DateStampCodec::exactExifOffsetSeconds(own->offsetData))
-        return own->offsetData;
-    return DateStampCodec::cameraClockOffset(offsetDataOf(d.exifOffsetTimeOriginal),
-                                             offsetDataOf(d.exifOffsetTimeDigitized),
-                                             offsetDataOf(d.exifOffsetTIFFTime));
+    return orv::offsetOfStamp(own, d.exifOffsetTimeOriginal, d.exifOffsetTimeDigitized, d.exifOffsetTIFFTime);
 }
 
 // The XMP packet's place depends on the container: a TIFF-based file names it in IFD0, which
@@ -575,6 +566,15 @@ std::unique_ptr<MySinglePic> buildMovie(const ScanFacts &facts, MySingleFolder &
     return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
 }
 
+// The stamps were read in the system zone; what that zone cannot read plainly is found now.
+std::unique_ptr<MySinglePic> withImportFindings(std::unique_ptr<MySinglePic> pic, const MySingleFolder &folder)
+{
+    if (pic)
+        DaylightSaving::validateDateDifferencesUsingTimeZone(
+            *pic, {TimeZone::systemZone(), folder.isQuicktimeMVHDTimezoneCorrectionEnabled}, std::nullopt);
+    return pic;
+}
+
 } // namespace
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySingleFolder &folder,
@@ -596,7 +596,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     case ScanFacts::Route::NotRegularFile:
         return nullptr;
     case ScanFacts::Route::Movie:
-        return buildMovie(facts, folder, questions);
+        return withImportFindings(buildMovie(facts, folder, questions), folder);
     case ScanFacts::Route::Unsupported:
         return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
     case ScanFacts::Route::Still:
@@ -631,8 +631,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     pic->pivImageHeight = size.isValid() ? size.height() : -1;
     if (pic->fileFormatType == JpegFormat || pic->fileFormatType == HeicFormat)
         pic->UUID = image.contentIdentifier;
-    pic->hasMinorDateDifference = pic->differenceFromGPSDate(pic->spGpsUTCDate, pic->spDateTimeOriginal) != 0.0;
-    return pic;
+    return withImportFindings(std::move(pic), folder);
 }
 
 } // namespace orv

@@ -62,9 +62,18 @@ void PlannedSave::add(qint64 offset, const QByteArray &bytes, const QByteArray &
         edits.push_back({offset, bytes, previous});
 }
 
+StampEdits::StampEdits(MySinglePic &pic, const SaveSettings &settings)
+    : m_pic(pic), m_settings(settings), m_targetZone(settings.targetTimeZone)
+{
+    const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
+    const MySingleFolder *folder = master.spSingleFolder;
+    if (!m_targetZone && folder && !(folder->sourceTimeZones.isEmpty() && folder->targetTimeZones.isEmpty()))
+        m_targetZone = folder->targetTimeZoneForPic(master, folder->sourceTimeZoneForPic(master));
+}
+
 TimeZone StampEdits::localZone() const
 {
-    return m_settings.targetTimeZone.value_or(TimeZone::systemZone());
+    return m_targetZone.value_or(TimeZone::systemZone());
 }
 
 PlannedSave StampEdits::planPhoto()
@@ -123,7 +132,7 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
     }
     QByteArray stampData;
     if (ownOffset) {
-        const TimeZone zone = m_settings.targetTimeZone.value_or(
+        const TimeZone zone = m_targetZone.value_or(
             TimeZone::fromOffsetSeconds(*ownOffset).value_or(localZone()));
         const ExifStampWithOffset written =
             DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
@@ -136,7 +145,7 @@ void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &sta
     } else {
         // A stamp without a tag of its own keeps the camera's clock that the others name.
         const std::optional<TimeZone> clock = cameraClock();
-        const TimeZone zone = clock ? m_settings.targetTimeZone.value_or(*clock) : localZone();
+        const TimeZone zone = clock ? m_targetZone.value_or(*clock) : localZone();
         stampData = DateStampCodec::exifDataFromDate(*newDate, zone);
         if (stampData.size() != stampLength + 1)
             return;
@@ -197,7 +206,7 @@ PlannedSave StampEdits::planMovie()
             const OptionalDate date =
                 isMeta ? newDate
                        : moved(DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(stored), localZone()));
-            const TimeZone zone = m_settings.targetTimeZone.value_or(zoneOfMdtaStamp(stored, localZone()));
+            const TimeZone zone = m_targetZone.value_or(zoneOfMdtaStamp(stored, localZone()));
             const int length = int(stored.size());
             if (isRealDate(date))
                 planMovieStamp(plan, a.QTMetaDate,

@@ -41,7 +41,7 @@ struct PlannedSave
 class StampEdits
 {
 public:
-    StampEdits(MySinglePic &pic, const SaveSettings &settings) : m_pic(pic), m_settings(settings) {}
+    StampEdits(MySinglePic &pic, const SaveSettings &settings);
 
     PlannedSave planPhoto();
     // A movie's stamps: the AVI IDIT, or the QuickTime metadata date and the movie header's
@@ -78,6 +78,9 @@ private:
 
     MySinglePic &m_pic;
     const SaveSettings &m_settings;
+    // The run's zone, else the item's target zone once its folder has zones; without either a
+    // stamp keeps its own zone.
+    std::optional<TimeZone> m_targetZone;
 };
 
 } // namespace orv

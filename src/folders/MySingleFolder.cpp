@@ -29,25 +29,12 @@ DateModifications zeroDateModifications()
 // Movies whose date comes from, or stands in for, their QuickTime header.
 bool hasMovieHeaderDate(int spType) { return spType >= SpTypeMvhdCreation && spType <= SpTypeMvhdZeroFixedDate; }
 
-// The zone a folder name stands for: nothing or "_SYSTEM" is the system zone.
-std::optional<TimeZone> zoneNamed(const std::optional<QString> &name)
-{
-    if (!name || *name == zoneName::system)
-        return TimeZone::systemZone();
-    return TimeZone::fromName(*name);
-}
-
 // A missing name and the system zone's own name both read as "_SYSTEM".
 QString normalizedZoneName(const std::optional<QString> &name)
 {
     if (!name || name->isEmpty() || *name == TimeZone::systemZone().name())
         return zoneName::system;
     return *name;
-}
-
-const MySinglePic &masterOf(const MySinglePic &pic)
-{
-    return pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
 }
 
 } // namespace
@@ -377,39 +364,23 @@ void MySingleFolder::clearSinglePicModeImages()
 
 std::optional<QString> MySingleFolder::sourceTimeZoneNameForPic(const MySinglePic &pic) const
 {
-    return sourceTimeZones.zoneNameFor(masterOf(pic));
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.sourceTimeZoneNameForPic(pic);
 }
 
 std::optional<QString> MySingleFolder::targetTimeZoneNameForPic(const MySinglePic &pic) const
 {
-    const MySinglePic &master = masterOf(pic);
-    const std::optional<QString> own = targetTimeZones.zoneOfItem(master);
-    if (own && (*own == zoneName::unchangedLeft || *own == zoneName::unchanged))
-        return zoneName::unchangedLeft;
-    const std::optional<QString> name = own ? own : targetTimeZones.defaultZone;
-    if (name == zoneName::unchangedLeftFolder)
-        return sourceTimeZones.defaultZone;
-    if (name == zoneName::unchanged)
-        return zoneName::unchangedLeft;
-    return name;
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.targetTimeZoneNameForPic(pic);
 }
 
 std::optional<TimeZone> MySingleFolder::sourceTimeZoneForPic(const MySinglePic &pic) const
 {
-    if (sourceTimeZones.isEmpty())
-        return TimeZone::systemZone();
-    return zoneNamed(sourceTimeZoneNameForPic(pic));
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.sourceTimeZoneForPic(pic);
 }
 
 std::optional<TimeZone> MySingleFolder::targetTimeZoneForPic(const MySinglePic &pic,
                                                              const std::optional<TimeZone> &knownSource) const
 {
-    if (sourceTimeZones.isEmpty() && targetTimeZones.isEmpty())
-        return TimeZone::systemZone();
-    const std::optional<QString> name = targetTimeZoneNameForPic(pic);
-    if (name == zoneName::unchangedLeft)
-        return knownSource ? knownSource : sourceTimeZoneForPic(pic);
-    return zoneNamed(name);
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.targetTimeZoneForPic(pic, knownSource);
 }
 
 bool MySingleFolder::validateTZCUnsavedForPic(const MySinglePic &pic, const std::optional<QString> &source,

@@ -1,4 +1,5 @@
 #include "ui/MainWindow.h"
+#include "ui/MyTimeZonePickerController.h"
 
 #include "app/AppController.h"
 #include "app/LogController.h"
@@ -133,6 +134,9 @@ void MainWindow::buildMenus()
     quit->setShortcut(QKeySequence::Quit);
 
     m_editActions->addTo(*menuBar());
+    QAction *zones = menuBar()->addMenu(tr("&Time"))->addAction(tr("Time Zone Correction…"), this,
+                                                                  &MainWindow::openTimeZonePicker);
+    zones->setObjectName(QStringLiteral("timeZonePickerAction"));
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
@@ -550,6 +554,20 @@ void MainWindow::showAbout()
                        tr("<b>Orvelle %1</b><p>Puts the dates, time zones, places and names of "
                           "your photos and movies in order.</p>")
                            .arg(QStringLiteral(ORV_VERSION)));
+}
+
+} // namespace orv
+
+namespace orv {
+
+// A sheet is not opened for a folder without items.
+void MainWindow::openTimeZonePicker()
+{
+    const QList<MySingleFolder *> folders = foldersOnShow();
+    if (folders.isEmpty() || folders.first()->count() == 0)
+        return;
+    MyTimeZonePickerController picker(m_controller->dateChanges(), *folders.first(), this);
+    picker.exec();
 }
 
 } // namespace orv

@@ -81,6 +81,7 @@ private:
     void showProgress(const ImportProgress &progress);
     void importEnded();
     void showSelectedFolders();
+    void openTimeZonePicker();
     bool showsAllFolders() const;
     void refreshListState();
     QList<MySingleFolder *> selectedFolders() const;
