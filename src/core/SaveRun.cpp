@@ -125,7 +125,7 @@ PreSaveErrors SaveRun::preProcess()
     SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
     NewDateContext calculation;
     calculation.preferences = m_settings.options;
-    const SaveCheckContext check{m_settings.targetTimeZone.value_or(TimeZone::systemZone()), {}};
+    SaveCheckContext check;
     int done = 0;
     for (MySingleFolder *folder : folders) {
         // Every file is proven afresh.
@@ -139,6 +139,7 @@ PreSaveErrors SaveRun::preProcess()
                     PicSaver(*member, environment).updatedUnchangedFileState();
             addAll(errors, checkFileUnchangedStateForSaveRenameErrors(*pic), pic);
             calculateNewDatesWithCachedPrefSettings(*pic, &m_settings.options, calculation);
+            check.targetTimeZone = StampEdits::targetZoneFor(*pic, m_settings).value_or(TimeZone::systemZone());
             for (MySinglePic *member : withDependent(pic))
                 addAll(errors, checkCalculatedValuesForSaveErrors(*member, check), member);
         }

@@ -63,12 +63,17 @@ void PlannedSave::add(qint64 offset, const QByteArray &bytes, const QByteArray &
 }
 
 StampEdits::StampEdits(MySinglePic &pic, const SaveSettings &settings)
-    : m_pic(pic), m_settings(settings), m_targetZone(settings.targetTimeZone)
+    : m_pic(pic), m_settings(settings), m_targetZone(targetZoneFor(pic, settings))
+{
+}
+
+std::optional<TimeZone> StampEdits::targetZoneFor(const MySinglePic &pic, const SaveSettings &settings)
 {
     const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
     const MySingleFolder *folder = master.spSingleFolder;
-    if (!m_targetZone && folder && !(folder->sourceTimeZones.isEmpty() && folder->targetTimeZones.isEmpty()))
-        m_targetZone = folder->targetTimeZoneForPic(master, folder->sourceTimeZoneForPic(master));
+    if (settings.targetTimeZone || !folder || (folder->sourceTimeZones.isEmpty() && folder->targetTimeZones.isEmpty()))
+        return settings.targetTimeZone;
+    return folder->targetTimeZoneForPic(master, folder->sourceTimeZoneForPic(master));
 }
 
 TimeZone StampEdits::localZone() const

@@ -43,6 +43,10 @@ class StampEdits
 public:
     StampEdits(MySinglePic &pic, const SaveSettings &settings);
 
+    // The zone the item's new stamps are written in: the run's, else the item's target zone once
+    // its folder has zones; nothing when each stamp keeps its own.
+    static std::optional<TimeZone> targetZoneFor(const MySinglePic &pic, const SaveSettings &settings);
+
     PlannedSave planPhoto();
     // A movie's stamps: the AVI IDIT, or the QuickTime metadata date and the movie header's
     // times, each in its own form and length. A stamp that is not the item's date source moves

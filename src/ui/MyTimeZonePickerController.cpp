@@ -17,6 +17,8 @@
 #include <QTimeZone>
 #include <QVBoxLayout>
 
+#include <functional>
+
 namespace orv {
 
 namespace {
@@ -199,7 +201,7 @@ void MyTimeZonePickerController::reload()
         cell(AfterColumn, DateDisplay::localDateTime(p.newDate, p.target));
         cell(FindingsColumn, findingsText(p));
         auto *choice = new QTableWidgetItem;
-        choice->setFlags(p.isAmbiguousAtImport ? Qt::ItemIsUserCheckable | Qt::ItemIsEnabled : Qt::NoItemFlags);
+        choice->setFlags(p.isAmbiguousAtImport ? Qt::ItemIsUserCheckable | Qt::ItemIsEnabled : Qt::ItemFlags());
         choice->setCheckState(m_choices.value(pic) != 0 ? Qt::Checked : Qt::Unchecked);
         m_table->setItem(row, OtherHourColumn, choice);
     }

@@ -3,6 +3,7 @@
 #include "support/JpegBuilder.h"
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -73,6 +74,10 @@ TEST(ZoneCommand, savesBerlinStampsAsNewYorkClockTimeAndFlagsDoubtfulHours)
         EXPECT_EQ(item["dstDivergenceState"].toInt(), stamps[i] == "2024:03:31 02:30:00" ? 1 : 0);
         EXPECT_EQ(item["dstAmbiguityAtImportState"].toInt(), stamps[i] == "2024:10:27 02:30:00" ? 1 : 0);
         EXPECT_EQ(item["majorDateDifferenceType"].toInt(), 0);
+        // New York's first 01:30 of its autumn night cannot be told from the second in a stamp.
+        EXPECT_EQ(item["preSaveErrors"].toArray().contains(QStringLiteral("error_01_ambiguousStamp")),
+                  stamps[i] == "2024:11:03 06:30:00")
+            << stamps[i].toStdString();
     }
     const QJsonObject &phoneItem = items[phonePath];
     EXPECT_EQ(phoneItem["majorDateDifferenceType"].toInt(), 1);

@@ -37,7 +37,8 @@ struct Probe
 QByteArray exifText(qint64 wallSeconds)
 {
     const Instant::Civil c = Instant(double(wallSeconds)).toUtcCivil();
-    return QByteArray::asprintf("%04d:%02d:%02d %02d:%02d:%02d", c.year, c.month, c.day, c.hour, c.minute, c.second);
+    return QString::asprintf("%04d:%02d:%02d %02d:%02d:%02d", c.year, c.month, c.day, c.hour, c.minute, c.second)
+        .toLatin1();
 }
 
 // One minute before, inside and one minute after each gap and each overlap that the clocks of
@@ -118,7 +119,7 @@ TEST(DaylightSaving, transitionsOfEveryZoneMatchZoneinfo)
         pic.singlePicAttributes.ExifDateTimeOriginal = StampRecord{stamp, 100};
         pic.exifDateTimeOriginalOLD = read;
         const DstFindings found = DaylightSaving::checkDSTDivergence(pic, {zone});
-        const DstFindings expected{verdicts[i] == 1 ? DateSlotCreation : 0u, verdicts[i] == 2 ? DateSlotCreation : 0u};
+        const DstFindings expected{verdicts[i] == 1 ? quint64(DateSlotCreation) : 0, verdicts[i] == 2 ? quint64(DateSlotCreation) : 0};
         // The stored reading of a repeated hour is its later moment; the earlier cannot be written.
         const bool exportFails = verdicts[i] == 2
                                  && DaylightSaving::hasDSTAmbiguityForDate(pic, read.addingSeconds(probes[i].jump), 1, {zone})

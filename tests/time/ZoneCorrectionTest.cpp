@@ -22,12 +22,13 @@ protected:
     MySinglePic &addPic(const QString &name, const QByteArray &stamp, const QByteArray &offset = {})
     {
         const QByteArray data = stamp + '\0';
-        const Instant date = DateStampCodec::dateFromExifData(data, offset, TimeZone::systemZone());
+        const QByteArray offsetData = offset.isEmpty() ? offset : offset + '\0';
+        const Instant date = DateStampCodec::dateFromExifData(data, offsetData, TimeZone::systemZone());
         MySinglePic *pic = folder.adoptPic(std::make_unique<MySinglePic>(name, &folder, SpTypeExifOriginal, date));
         pic->exifDateTimeOriginalOLD = date;
         pic->singlePicAttributes.ExifDateTimeOriginal = StampRecord{data, 100};
         if (!offset.isEmpty())
-            pic->singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{offset + '\0', 130};
+            pic->singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{offsetData, 130};
         return *pic;
     }
 
