@@ -100,3 +100,29 @@ TEST_F(ZoneChangesTest, SpecialNamesResolveThroughTheFolderAndTheMaster)
     EXPECT_EQ(ZoneCorrection::targetZoneOf(plain), TimeZone::systemZone());
     own.bundleDependentImage = nullptr;
 }
+
+// What the sheet shows for a row under working zones is what the item holds once they are
+// confirmed, and what a save then writes: the wall clock of the target zone at that instant.
+TEST_F(ZoneChangesTest, ThePreviewOfWorkingZonesIsWhatConfirmingThemGives)
+{
+    const QList<QByteArray> stamps = {"2024:03:31 02:30:00", "2024:10:27 02:30:00", "2024:11:03 06:30:00"};
+    QList<MySinglePic *> pics;
+    for (const QByteArray &stamp : stamps)
+        pics.append(&addPic(QString::fromLatin1(stamp), stamp));
+    ZoneChangeCommand::Zones working;
+    working.source.defaultZone = QStringLiteral("Europe/Berlin");
+    working.target.defaultZone = QStringLiteral("America/New_York");
+    QList<ZonePreview> previews;
+    for (MySinglePic *pic : pics)
+        previews.append(ZoneCorrection::preview(*pic, ZoneProvider{working.source, working.target}, 0));
+    ASSERT_EQ(setSource(working.source.defaultZone, working.target.defaultZone), DateChangeResult::Changed);
+    for (qsizetype i = 0; i < pics.size(); ++i) {
+        EXPECT_EQ(previews[i].newDate, pics[i]->spDateTimeModified()) << stamps[i].toStdString();
+        EXPECT_EQ(previews[i].findings.divergence, pics[i]->dstDivergenceState);
+        EXPECT_EQ(previews[i].findings.ambiguity, pics[i]->dstAmbiguityAtImportState);
+        EXPECT_EQ(previews[i].target, ZoneCorrection::targetZoneOf(*pics[i]));
+    }
+    EXPECT_EQ(previews[0].findings.divergence, quint64(DateSlotCreation));
+    EXPECT_EQ(previews[1].findings.ambiguity, quint64(DateSlotCreation));
+    EXPECT_TRUE(previews[2].isAmbiguousAtExport);
+}
