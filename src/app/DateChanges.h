@@ -3,7 +3,7 @@
 #include "app/DateAlignment.h"
 #include "app/DateChangeCommands.h"
 #include "app/ZoneChangeCommand.h"
-#include "core/Instant.h"
+#include "time/Instant.h"
 
 #include <QList>
 #include <QString>

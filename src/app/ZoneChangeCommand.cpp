@@ -45,7 +45,7 @@ std::unique_ptr<DateChangeCommand> ZoneChangeCommand::withoutFolder(const MySing
     QList<FolderChange> folders = m_folders;
     folders.removeIf([folder](const FolderChange &c) { return c.folder == folder; });
     QList<ChoiceChange> choices = m_choices;
-    choices.removeIf([folder](const ChoiceChange &c) { return c.pic->spSingleFolder == folder; });
+    choices.removeIf([folder](const ChoiceChange &c) { return MySingleFolder::of(*c.pic) == folder; });
     if (folders.isEmpty() && choices.isEmpty())
         return nullptr;
     return std::make_unique<ZoneChangeCommand>(folders, choices, text(), m_listener);
@@ -57,8 +57,9 @@ QList<MySingleFolder *> ZoneChangeCommand::folders() const
     for (const FolderChange &change : m_folders)
         result.append(change.folder);
     for (const ChoiceChange &change : m_choices) {
-        if (!result.contains(change.pic->spSingleFolder))
-            result.append(change.pic->spSingleFolder);
+        MySingleFolder *folder = MySingleFolder::of(*change.pic);
+        if (!result.contains(folder))
+            result.append(folder);
     }
     return result;
 }

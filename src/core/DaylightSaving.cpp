@@ -1,6 +1,6 @@
 #include "core/DaylightSaving.h"
 
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "core/XmpDates.h"
 #include "core/ZoneRereading.h"

@@ -1,10 +1,10 @@
 #include "core/StampEdits.h"
 
-#include "core/DateStampCodec.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
-#include "folders/MySingleFolder.h"
 #include "formats/QuickTimeLocator.h"
+#include "time/DateStampCodec.h"
 
 #include <algorithm>
 #include <cmath>
@@ -70,10 +70,10 @@ StampEdits::StampEdits(MySinglePic &pic, const SaveSettings &settings)
 std::optional<TimeZone> StampEdits::targetZoneFor(const MySinglePic &pic, const SaveSettings &settings)
 {
     const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
-    const MySingleFolder *folder = master.spSingleFolder;
-    if (settings.targetTimeZone || !folder || (folder->sourceTimeZones.isEmpty() && folder->targetTimeZones.isEmpty()))
+    const FolderFacts *folder = master.spSingleFolder;
+    if (settings.targetTimeZone || !folder || !folder->targetZoneForSave)
         return settings.targetTimeZone;
-    return folder->targetTimeZoneForPic(master, folder->sourceTimeZoneForPic(master));
+    return folder->targetZoneForSave(master);
 }
 
 TimeZone StampEdits::localZone() const
@@ -264,8 +264,8 @@ OptionalDate StampEdits::movedGpsDate() const
 {
     if (!m_settings.syncGPSDataOnSaveType)
         return m_pic.spDateTimeModified_tempFIX;
-    const MySingleFolder *folder = m_pic.spSingleFolder;
-    const double offset = folder && folder->sfEditMode == MySingleFolder::EditTogether
+    const FolderFacts *folder = m_pic.spSingleFolder;
+    const double offset = folder && folder->sfEditMode == FolderFacts::EditTogether
                               ? folder->sfDateModificationsTimeInterval
                               : m_pic.singlePicModification;
     return m_pic.spGpsUTCDate->addingSeconds(offset);

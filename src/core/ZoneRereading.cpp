@@ -1,6 +1,6 @@
 #include "core/ZoneRereading.h"
 
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "core/XmpDates.h"
 #include "time/TimeZone.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/DaylightSaving.h"
-#include "core/PicAttributes.h"
+#include "formats/PicAttributes.h"
 
 #include <QByteArray>
 

@@ -11,8 +11,7 @@ namespace {
 
 const MySingleFolder *folderOf(const MySinglePic &pic)
 {
-    const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
-    return master.spSingleFolder;
+    return MySingleFolder::of(pic.bundleMasterImage ? *pic.bundleMasterImage : pic);
 }
 
 bool correctionOf(const MySinglePic &pic)
@@ -70,7 +69,7 @@ bool ZoneCorrection::updateAllDatesAfterUpdatingTimezone(MySinglePic &pic)
             DaylightSaving::validateDateDifferencesUsingTimeZone(*member, reading, target);
         }
     }
-    if (const MySingleFolder *folder = pic.spSingleFolder)
+    if (const MySingleFolder *folder = MySingleFolder::of(pic))
         pic.isUnsavedDueToTZC = MySingleFolder::validateTZCUnsavedForPic(
             pic, folder->sourceTimeZoneNameForPic(pic), folder->targetTimeZoneNameForPic(pic));
     return changed;

@@ -1,4 +1,4 @@
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/DaylightSaving.h"
 #include "core/MySinglePic.h"
 #include "time/TimeZone.h"

@@ -2,7 +2,7 @@
 // read anew in the source zone, the hour choice, one undo step, and the special zone names.
 
 #include "app/DateChanges.h"
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"

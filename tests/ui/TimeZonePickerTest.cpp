@@ -3,7 +3,7 @@
 
 #include "app/DateChanges.h"
 #include "core/DateDisplay.h"
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"
