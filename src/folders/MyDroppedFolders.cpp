@@ -3,6 +3,7 @@
 #include "app/Preferences.h"
 #include "core/MySinglePic.h"
 #include "folders/DateSequence.h"
+#include "folders/FileGroups.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
@@ -460,9 +461,12 @@ void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, con
     }
     folder->importDepth = 0;
 
+    FileGroups(*folder).formAfterScan();
     const std::shared_ptr<DateSequence> sequence = folder->picsDelayedAtImportDueToCombAction;
     for (auto &pic : folder->picsImportedAndTempStoredUntilAllReady) {
-        if (sequence)
+        if (pic->bundleMasterImage)
+            folder->adoptPic(std::move(pic), false);
+        else if (sequence)
             sequence->hold(std::move(pic));
         else
             folder->adoptPic(std::move(pic));

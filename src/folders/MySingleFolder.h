@@ -230,6 +230,10 @@ public:
     bool globalSortLPsByMov = false;
     QSet<QString> linkedTracksKeys;
 
+    // The three group settings above take their defaults once, when the folder's first groups
+    // have formed; a folder without groups keeps -1, which reads as 0.
+    void fixGroupSettings(const ImportOptions &defaults);
+
     bool sortFolderLPsByMov() const
     {
         return sortLPsByMovModifier == 0 ? globalSortLPsByMov : sortLPsByMovModifier != 1;
