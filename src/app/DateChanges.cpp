@@ -46,7 +46,8 @@ enum class Base { Original, OriginalWithOwnOffset };
 bool staysInRange(const QList<MySinglePic *> &pics, double difference, Base base)
 {
     for (const MySinglePic *master : pics) {
-        for (const MySinglePic *pic : {master, master->bundleDependentImage}) {
+        const MySinglePic *dependent = master->bundleDependentImage;
+        for (const MySinglePic *pic : {master, dependent}) {
             const OptionalDate date = pic ? pic->spDateTimeOriginal : std::nullopt;
             if (!date || !pic->takesEdits() || date->isSentinel())
                 continue;

@@ -174,6 +174,19 @@ TEST(FileGroupsPairing, TwoFilesImportedApartStayApartAndANewOnePairsWithAnOldOn
     EXPECT_TRUE(f.folder.quickSelection.contains(&newRaw) && !f.folder.quickSelection.contains(&oldJpeg));
 }
 
+TEST(FileGroupsPairing, TheImportOptionsSwitchLeavesEveryFileAlone)
+{
+    StagedFolder f;
+    MySinglePic &raw = f.stage("IMG_5.ARW", RawFormat);
+    f.stage("IMG_5.JPG", JpegFormat);
+    f.folder.perFolderImportOptions.createFileGroups = false;
+    FileGroups(f.folder).formAfterScan();
+    EXPECT_EQ(raw.bundleDependentImage, nullptr);
+    f.folder.perFolderImportOptions.createFileGroups = true;
+    FileGroups(f.folder).formAfterScan();
+    EXPECT_NE(raw.bundleDependentImage, nullptr);
+}
+
 TEST(FileGroupsSidecars, XmpFollowsItsNamedExtensionAndADependentsXmpLiesWithItsMaster)
 {
     QTemporaryDir dir;
