@@ -67,8 +67,8 @@ TEST_F(FileGroupsCli, ScanShowsOneEntryPerGroupWithItsDependentAndSidecars)
         byName[item["spName"].toString()] = item.toObject();
 
     const QJsonObject raw = byName.value("IMG_1.DNG");
-    EXPECT_EQ(raw["dependent"]["spName"].toString(), "IMG_1.JPG");
-    EXPECT_EQ(raw["spSidecarExtensions"].toArray(), (QJsonArray{"JPG", "xmp"}));
+    EXPECT_EQ(raw["dependent"]["spName"].toString(), "IMG_1.jpg");
+    EXPECT_EQ(raw["spSidecarExtensions"].toArray(), (QJsonArray{"jpg", "xmp"}));
     EXPECT_EQ(raw["dependent"]["spDateTimeOriginal"], raw["spDateTimeOriginal"]);
 
     const QJsonObject live = byName.value("train.jpg");
@@ -80,7 +80,7 @@ TEST_F(FileGroupsCli, ScanShowsOneEntryPerGroupWithItsDependentAndSidecars)
 TEST_F(FileGroupsCli, ShiftMovesEveryFileOfEveryGroupAndTheSidecarByTheHourAsExiftoolReadsThem)
 {
     ORV_SKIP_WITHOUT_CORPUS();
-    const QStringList files = {path("IMG_1.DNG"), path("IMG_1.JPG"), path("train.jpg")};
+    const QStringList files = {path("IMG_1.DNG"), path("IMG_1.jpg"), path("train.jpg")};
     const std::map<QString, ExiftoolTags> before = exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
     const ExiftoolTags movieBefore = exiftoolTags(path("train.mov"), ExiftoolGroups::Family1);
     const ExiftoolTags sidecarBefore = exiftoolTags(path("IMG_1.xmp"), ExiftoolGroups::Family1);
