@@ -1,9 +1,9 @@
 #include "folders/FileGroups.h"
 
-#include "core/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "formats/MySingleFolderDataReader.h"
+#include "time/DateStampCodec.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -163,7 +163,7 @@ void FileGroups::changeD(MySinglePic &dependent, MySinglePic &master)
 void FileGroups::formAfterScan()
 {
     QSet<QString> newNames;
-    for (const auto &pic : m_folder.picsImportedAndTempStoredUntilAllReady)
+    for (const MySinglePic *pic : m_staged)
         newNames.insert(pic->spName);
     if (m_folder.perFolderImportOptions.createFileGroups)
         checkForPossibleBundles(newNames);
@@ -175,7 +175,7 @@ void FileGroups::checkForPossibleBundles(const QSet<QString> &newNames, bool isM
     const auto isLooking = [isMoveImport](const MySinglePic *pic) {
         return isMoveImport ? pic->isPossibleBundlePicTemp : pic->isPossibleBundlePic;
     };
-    QList<MySinglePic *> all = m_folder.allImportRelevantFiles();
+    QList<MySinglePic *> all = allImportRelevantFiles();
     if (std::none_of(all.cbegin(), all.cend(), isLooking))
         return;
     // Base names compare exactly, with case; the full name breaks ties so that two candidates
@@ -227,10 +227,15 @@ void FileGroups::checkForPossibleBundles(const QSet<QString> &newNames, bool isM
         dependent->bundleMasterImage->validateGroupDeviations();
 }
 
+QList<MySinglePic *> FileGroups::allImportRelevantFiles() const
+{
+    return m_folder.sfPicDetails_fullArray + m_staged;
+}
+
 QList<MySinglePic *> FileGroups::candidatesForBaseName(const QString &baseName, bool withDependents) const
 {
     QList<MySinglePic *> candidates;
-    for (MySinglePic *pic : m_folder.allImportRelevantFiles()) {
+    for (MySinglePic *pic : allImportRelevantFiles()) {
         if (pic->bundleMasterImage || pic->spBaseName != baseName)
             continue;
         candidates.append(pic);

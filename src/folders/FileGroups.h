@@ -19,13 +19,17 @@ class MySinglePic;
 class FileGroups
 {
 public:
-    explicit FileGroups(MySingleFolder &folder) : m_folder(folder) {}
+    // staged: the items of the scan being published, not yet the folder's.
+    explicit FileGroups(MySingleFolder &folder, QList<MySinglePic *> staged = {})
+        : m_folder(folder), m_staged(std::move(staged))
+    {
+    }
 
     // Groups and sidecars for the items a scan staged, by the folder's import options.
     void formAfterScan();
     // Pairs the folder's items and those the scan staged, of which at least one must be among
     // newNames: two files that were imported apart stay apart. Dependents leave the visible list
-    // and the staged items (the caller adopts them hidden). In move mode only files flagged as
+    // (the caller adopts staged dependents hidden). In move mode only files flagged as
     // moved in look for a partner.
     void checkForPossibleBundles(const QSet<QString> &newNames, bool isMoveImport = false);
     // Attaches the sidecars the scan set aside; errors 16 and 17 go to the folder's import errors.
@@ -45,8 +49,10 @@ private:
     void matchXmpSidecar(const QString &path);
     void matchAaeSidecar(const QString &path);
     QList<MySinglePic *> candidatesForBaseName(const QString &baseName, bool withDependents) const;
+    QList<MySinglePic *> allImportRelevantFiles() const;
 
     MySingleFolder &m_folder;
+    const QList<MySinglePic *> m_staged;
 };
 
 } // namespace orv

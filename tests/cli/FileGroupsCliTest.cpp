@@ -1,4 +1,4 @@
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "support/CliRun.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"

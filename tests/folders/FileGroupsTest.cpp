@@ -22,6 +22,16 @@ const Instant noon = Instant::fromUtc(2024, 5, 1, 12, 0, 0);
 struct StagedFolder
 {
     MySingleFolder folder{QStringLiteral("/photos/trip"), false};
+    std::vector<std::unique_ptr<MySinglePic>> staged;
+
+    QList<MySinglePic *> stagedPics() const
+    {
+        QList<MySinglePic *> pics;
+        for (const auto &pic : staged)
+            pics.append(pic.get());
+        return pics;
+    }
+    FileGroups groups() { return FileGroups(folder, stagedPics()); }
 
     MySinglePic &stage(const QString &name, int format, int type = SpTypeExifOriginal,
                        const QString &makeModel = QStringLiteral("Canon EOS R6"))
@@ -30,8 +40,8 @@ struct StagedFolder
         pic->fileFormatType = format;
         pic->pivMakeModel = makeModel;
         pic->isPossibleBundlePic = format == RawFormat || format == QuickTimeMovieFormat;
-        folder.picsImportedAndTempStoredUntilAllReady.push_back(std::move(pic));
-        return *folder.picsImportedAndTempStoredUntilAllReady.back();
+        staged.push_back(std::move(pic));
+        return *staged.back();
     }
 
     // A Live Photo half whose stamps say the given UTC time, without identifiers.
@@ -50,19 +60,19 @@ struct StagedFolder
 
     void publish()
     {
-        for (auto &pic : folder.picsImportedAndTempStoredUntilAllReady)
+        for (auto &pic : staged)
             folder.adoptPic(std::move(pic));
-        folder.picsImportedAndTempStoredUntilAllReady.clear();
+        staged.clear();
     }
 
     void pair(const QSet<QString> &newNames)
     {
-        FileGroups(folder).checkForPossibleBundles(newNames);
+        groups().checkForPossibleBundles(newNames);
     }
     void pairAll()
     {
         QSet<QString> names;
-        for (const auto &pic : folder.picsImportedAndTempStoredUntilAllReady)
+        for (const auto &pic : staged)
             names.insert(pic->spName);
         pair(names);
     }
@@ -180,10 +190,10 @@ TEST(FileGroupsPairing, TheImportOptionsSwitchLeavesEveryFileAlone)
     MySinglePic &raw = f.stage("IMG_5.ARW", RawFormat);
     f.stage("IMG_5.JPG", JpegFormat);
     f.folder.perFolderImportOptions.createFileGroups = false;
-    FileGroups(f.folder).formAfterScan();
+    f.groups().formAfterScan();
     EXPECT_EQ(raw.bundleDependentImage, nullptr);
     f.folder.perFolderImportOptions.createFileGroups = true;
-    FileGroups(f.folder).formAfterScan();
+    f.groups().formAfterScan();
     EXPECT_NE(raw.bundleDependentImage, nullptr);
 }
 
@@ -207,7 +217,7 @@ TEST(FileGroupsSidecars, XmpFollowsItsNamedExtensionAndADependentsXmpLiesWithIts
     f.folder.xmpSidecarPaths = {sidecar("P.xmp", "JPG"), sidecar("Q.XMP", ""), sidecar("R.xmp", "")};
     f.folder.aaeSidecarPaths = {QDir(dir.path()).filePath("Q.AAE")};
     f.pairAll();
-    FileGroups(f.folder).matchSidecars();
+    f.groups().matchSidecars();
 
     EXPECT_EQ(raw.spSidecarExtensions, (QStringList{"JPG", "xmp"}));
     EXPECT_EQ(jpeg.spSidecarExtensions, QStringList{MySinglePic::isXmpMaster});
