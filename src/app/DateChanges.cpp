@@ -43,18 +43,22 @@ QString undoName(const char *key)
 // The date an item stands at before a change: its original plus, in single mode, its own offset.
 enum class Base { Original, OriginalWithOwnOffset };
 
-// Every date the difference moves stays within the dates a file can hold. Items whose dates are
-// never edited, and empty stamps, take no part.
+// Every date the difference moves stays within the dates a file can hold, a group's dependent's
+// included, as it moves with its master. Items whose dates are never edited, and empty stamps,
+// take no part.
 bool staysInRange(const QList<MySinglePic *> &pics, double difference, Base base)
 {
-    for (const MySinglePic *pic : pics) {
-        const OptionalDate date = pic->spDateTimeOriginal;
-        if (!pic->takesEdits() || !date || date->isSentinel())
-            continue;
-        const double own = base == Base::OriginalWithOwnOffset ? pic->singlePicModification : 0.0;
-        const Instant moved = date->addingSeconds(own + difference);
-        if (moved < Instant::minDate() || moved > Instant::maxDate())
-            return false;
+    for (const MySinglePic *master : pics) {
+        const MySinglePic *dependent = master->bundleDependentImage;
+        for (const MySinglePic *pic : {master, dependent}) {
+            const OptionalDate date = pic ? pic->spDateTimeOriginal : std::nullopt;
+            if (!date || !pic->takesEdits() || date->isSentinel())
+                continue;
+            const double own = base == Base::OriginalWithOwnOffset ? master->singlePicModification : 0.0;
+            const Instant moved = date->addingSeconds(own + difference);
+            if (moved < Instant::minDate() || moved > Instant::maxDate())
+                return false;
+        }
     }
     return true;
 }

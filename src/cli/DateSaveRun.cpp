@@ -15,6 +15,7 @@
 #include <QJsonObject>
 
 #include <array>
+#include <map>
 
 namespace orv {
 
@@ -196,13 +197,20 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
 {
     QList<MySingleFolder *> folders;
     std::vector<std::pair<MySinglePic *, Before>> items;
+    // A group's dependent is reported inside its master's entry, as scan shows it.
+    std::map<const MySinglePic *, Before> dependentsOld;
+    const auto beforeOf = [](const MySinglePic &pic) {
+        Before before{{}, ZoneFindings::of(pic)};
+        for (std::size_t i = 0; i < slots.size(); ++i)
+            before.dates[i] = pic.*slots[i].oldDate;
+        return before;
+    };
     for (MySingleFolder *folder : imported.folders()) {
         folders.append(folder);
         for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            Before before{{}, ZoneFindings::of(*pic)};
-            for (std::size_t i = 0; i < slots.size(); ++i)
-                before.dates[i] = pic->*slots[i].oldDate;
-            items.emplace_back(pic, before);
+            items.emplace_back(pic, beforeOf(*pic));
+            if (pic->bundleDependentImage)
+                dependentsOld[pic->bundleDependentImage] = beforeOf(*pic->bundleDependentImage);
         }
     }
 
@@ -237,10 +245,19 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
         for (const ToolStep step : steps)
             err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
                 << SaveErrors::descriptionForStep(step) << "\n";
-        if (options.json)
-            json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
-        else
+        const MySinglePic *dependent = pic->bundleDependentImage;
+        if (options.json) {
+            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys);
+            if (dependent)
+                entry.insert(QStringLiteral("dependent"),
+                             itemJson(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys));
+            json.append(entry);
+        } else {
             out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun);
+            if (dependent)
+                out << readableItem(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys,
+                                    options.dryRun);
+        }
     }
     if (options.json)
         out << QJsonDocument(json).toJson(QJsonDocument::Indented);

@@ -203,6 +203,11 @@ QJsonObject ItemJson::forPic(const MySinglePic &pic)
         item.insert(QStringLiteral("movDuration"), pic.movDuration);
     }
     insertDaylightSaving(item, pic);
+    // A group is one entry: its master names the files that go with it and carries its dependent.
+    if (!pic.spSidecarExtensions.isEmpty())
+        item.insert(QStringLiteral("spSidecarExtensions"), QJsonArray::fromStringList(pic.spSidecarExtensions));
+    if (pic.bundleDependentImage)
+        item.insert(QStringLiteral("dependent"), forPic(*pic.bundleDependentImage));
     return item;
 }
 

@@ -23,6 +23,11 @@ struct ImportOptions
     bool isMVHDTimezoneCorrectionEnabled = true;
     bool useMovieOptionsQTValuesWithoutShowingSheet = false;
     int dateComparisonThresold = 1;
+    // What a folder's group settings become when its first groups form.
+    int harmonizingRawJpgsTypeDefault = 0;
+    int sortLPsByMovModifierDefault = 0;
+    int groupDisplayRawJpgPreviewDefault = 0;
+    bool sortLPsByMov = false;
 
     bool isChosen() const { return withEmptyExifFixDate != NotChosen; }
     // Takes the user's empty-tag answer and keeps the rest, which came from the preferences;

@@ -201,8 +201,17 @@ public:
 
     // --- Derived values ---
     QString spPath() const;
-    // The sidecars beside the file: its base name with each of spSidecarExtensions.
+    // The sidecars beside the file: its base name with each of spSidecarExtensions; for a
+    // dependent whose XMP lies with its master, that XMP.
     QStringList spSidecarPaths() const;
+    // spSidecarExtensions' one entry on a dependent whose XMP sidecar went to its master.
+    static inline const QString isXmpMaster = QStringLiteral("isXmpMaster");
+    // A dependent's xmp goes to its master; otherwise the extension joins the sorted list once.
+    void addSidecarExtension(const QString &extension);
+    // The names of the files that go with this one: sidecars, and a master's dependent.
+    QStringList spSidecarFiles() const;
+    // The XMP sidecar whose dates are this item's; empty when it has none.
+    QString spXMPPath() const;
     OptionalDate spDateTimeModified() const;
     OptionalDate singlePicModeDate() const;
     const MySinglePic *sortPic() const;

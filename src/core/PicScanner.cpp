@@ -411,6 +411,8 @@ std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, ItemScanContext &co
     auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), context.folder, type, date);
     pic->fileFormatType = facts.format.fileFormatType;
     pic->typeString = facts.format.typeString;
+    // RAW files and QuickTime movies look for the JPEG or the still taken beside them.
+    pic->isPossibleBundlePic = pic->fileFormatType == RawFormat || pic->fileFormatType == QuickTimeMovieFormat;
     return pic;
 }
 
@@ -533,7 +535,6 @@ std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, ItemSca
 
     auto pic = makePic(facts, context, chosen.type, chosen.date);
     pic->movieType = m.movieType;
-    pic->isPossibleBundlePic = facts.format.fileFormatType == QuickTimeMovieFormat;
     setMovieAttributesFromMVHDData(*pic, m, correction, zone);
     if (chosen.type == SpTypeMvhdZeroFileDate || chosen.type == SpTypeMvhdZeroFixedDate) {
         // The zero header is a tag to fill: the save writes the item's date into it.
@@ -605,7 +606,6 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemSc
         return nullptr;
 
     auto pic = makePic(facts, context, chosen.type, chosen.date);
-    pic->isPossibleBundlePic = chosen.type == SpTypeTiffDateTime;
     // The item keeps 0xFFFFFFFF for "no header", since 0 is a real place in a TIFF.
     pic->tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
     pic->tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;

@@ -3,6 +3,7 @@
 #include "core/MySinglePic.h"
 #include "core/Preferences.h"
 #include "folders/DateSequence.h"
+#include "folders/FileGroups.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
@@ -460,9 +461,15 @@ void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, Fol
     }
     folder->importDepth = 0;
 
+    QList<MySinglePic *> scanned;
+    for (const auto &pic : result.pics)
+        scanned.append(pic.get());
+    FileGroups(*folder, scanned).formAfterScan();
     const std::shared_ptr<DateSequence> sequence = folder->picsDelayedAtImportDueToCombAction;
     for (auto &pic : result.pics) {
-        if (sequence)
+        if (pic->bundleMasterImage)
+            folder->adoptPic(std::move(pic), false);
+        else if (sequence)
             sequence->hold(std::move(pic));
         else
             folder->adoptPic(std::move(pic));

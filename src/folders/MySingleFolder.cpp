@@ -193,8 +193,8 @@ QSet<QString> MySingleFolder::itemNames() const
     QSet<QString> names;
     for (const auto &pic : m_ownedPics) {
         names.insert(pic->spName);
-        for (const QString &extension : std::as_const(pic->spSidecarExtensions))
-            names.insert(pic->spBaseName + QLatin1Char('.') + extension);
+        for (const QString &name : pic->spSidecarFiles())
+            names.insert(name);
     }
     return names;
 }
@@ -450,6 +450,17 @@ void MySingleFolder::setTZDefaultsSource(const QString &zone, bool useAltMode)
     sourceTimeZones.defaultZone = zone;
     if (useAltMode)
         targetTimeZones.defaultZone = zoneName::unchangedLeftFolder;
+}
+
+void MySingleFolder::fixGroupSettings(const ImportOptions &defaults)
+{
+    globalSortLPsByMov = defaults.sortLPsByMov;
+    if (harmonizingRawJpgsType < 0 && !bundleDependentsRawAndJPG.isEmpty())
+        harmonizingRawJpgsType = defaults.harmonizingRawJpgsTypeDefault;
+    if (rawJpgDisplayType < 0 && !bundleDependentsRawAndJPG.isEmpty())
+        rawJpgDisplayType = defaults.groupDisplayRawJpgPreviewDefault;
+    if (sortLPsByMovModifier < 0 && !bundleDependentsLivePhotos.isEmpty())
+        sortLPsByMovModifier = defaults.sortLPsByMovModifierDefault;
 }
 
 } // namespace orv

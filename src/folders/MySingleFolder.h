@@ -222,6 +222,10 @@ public:
     qint64 rawJpgDisplayType = -1;
     QSet<QString> linkedTracksKeys;
 
+    // The group settings take their defaults once, when the folder's first groups have formed;
+    // a folder without groups keeps -1, which reads as 0.
+    void fixGroupSettings(const ImportOptions &defaults);
+
 private:
     std::vector<std::unique_ptr<MySinglePic>> m_ownedPics;
     mutable QMutex m_imagesToImportLock;

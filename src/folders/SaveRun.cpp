@@ -39,6 +39,13 @@ QList<MySinglePic *> withDependent(MySinglePic *pic)
     return group;
 }
 
+bool hasXmpSidecar(MySinglePic *pic)
+{
+    const QList<MySinglePic *> group = withDependent(pic);
+    return std::any_of(group.cbegin(), group.cend(),
+                       [](const MySinglePic *member) { return !member->spXMPPath().isEmpty(); });
+}
+
 // The file manager notices a folder whose own date moved; in-place writes leave it alone.
 void touchFolder(const QString &path)
 {
@@ -182,6 +189,7 @@ void SaveRun::saveThread(SaveOutcome &outcome)
 
     SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool, m_journal.get()};
     std::atomic<int> done = 0;
+    bool anyXmpSidecar = false;
     for (MySingleFolder *folder : folders) {
         folder->fixedDates = 0;
         folder->saveErrors = 0;
@@ -207,13 +215,14 @@ void SaveRun::saveThread(SaveOutcome &outcome)
             else
                 job.saved = PicSaver(*dependent, environment)
                                 .validatePicWithSavingChanges(true, PicSaver::DependentAlone);
-            if (!syncsXmp)
+            if (!syncsXmp && !hasXmpSidecar(&pic))
                 pic.isInvalidDueToChangesAfterImport = false;
             else if (!pic.isInvalidDueToChangesAfterImport)
                 pic.isVerifiedDuringSave = true;
         });
         bool anySaved = false;
         for (const Job &job : jobs) {
+            anyXmpSidecar = anyXmpSidecar || hasXmpSidecar(job.pic);
             for (MySinglePic *member : withDependent(job.pic)) {
                 if (job.saved && !member->hasSaveError())
                     outcome.savedPics.insert(member);
@@ -227,7 +236,9 @@ void SaveRun::saveThread(SaveOutcome &outcome)
             Q_EMIT folderSaved(folder);
         });
     }
-    if (syncsXmp)
+    // A sidecar's dates follow every save, so that other programs read the group's new date;
+    // the XMP twin inside a file only under the preference.
+    if (syncsXmp || anyXmpSidecar)
         syncXMPDataThread(folders);
 }
 
@@ -275,8 +286,10 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
     startProgress(count);
     const int step = progressStep(count);
     int done = 0;
-    const auto shouldSync = [](const MySinglePic &pic) {
-        return pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeEmptyTiffFixedDate &&
+    const bool syncsXmp = m_settings.syncXMPDataOnSave;
+    const auto shouldSync = [syncsXmp](const MySinglePic &pic) {
+        return (syncsXmp || !pic.spXMPPath().isEmpty()) && pic.spType >= SpTypeExifOriginal &&
+               pic.spType <= SpTypeEmptyTiffFixedDate &&
                !pic.isCreaXmp && !pic.isDigiXmp && !pic.isModiXmp && !pic.hasSaveError() &&
                !pic.isInvalidDueToChangesAfterImport;
     };
@@ -297,10 +310,9 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
 
 void SaveRun::syncXmpDates(MySinglePic &pic)
 {
-    const QStringList sidecars = pic.spSidecarPaths().filter(
-        QRegularExpression(QStringLiteral("\\.xmp$"), QRegularExpression::CaseInsensitiveOption));
-    const bool inSidecar = !sidecars.isEmpty();
-    const QString path = inSidecar ? sidecars.first() : pic.spPath();
+    const QString sidecar = pic.spXMPPath();
+    const bool inSidecar = !sidecar.isEmpty();
+    const QString path = inSidecar ? sidecar : pic.spPath();
     const int errorId =
         inSidecar ? SaveErrorId::XmpSidecarUnusable : SaveErrorId::XmpInFileUnreadable;
     if (inSidecar && !QFileInfo::exists(path)) {
