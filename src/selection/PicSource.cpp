@@ -2,27 +2,13 @@
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "selection/NaturalNameOrder.h"
 
 #include <algorithm>
 
 namespace orv {
 
-namespace {
-
-// Collation in the C locale ignores the numeric mode; names then sort as in English.
-QLocale collationLocale()
-{
-    const QLocale system;
-    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
-}
-
-} // namespace
-
-PicSource::PicSource() : m_collator(collationLocale())
-{
-    m_collator.setNumericMode(true);
-    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
-}
+PicSource::PicSource() : m_collator(naturalNameCollator()) {}
 
 bool PicSource::sortsBefore(const MySinglePic &a, const MySinglePic &b) const
 {

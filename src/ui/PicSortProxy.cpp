@@ -1,25 +1,12 @@
 #include "ui/PicSortProxy.h"
 
+#include "selection/NaturalNameOrder.h"
 #include "ui/PicTableModel.h"
 
 namespace orv {
 
-namespace {
-
-// Collation in the C locale compares code points and ignores the numeric mode; names then sort
-// as in English, which is what a file manager in that setting shows too.
-QLocale collationLocale()
+PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_collator(naturalNameCollator())
 {
-    const QLocale system;
-    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
-}
-
-} // namespace
-
-PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_collator(collationLocale())
-{
-    m_collator.setNumericMode(true);
-    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     setSortRole(PicTableModel::SortRole);
     setDynamicSortFilter(true);
 }
