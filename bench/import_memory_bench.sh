@@ -2,7 +2,7 @@
 # Memory per imported item: the peak resident size of importing COUNT files in the window
 # (`orvelle --import-and-quit`: list, source and strip built, thumbnails not yet), minus that of
 # importing an empty folder, divided by the count. Beside it the same figure of
-# `orvelle-cli scan` on the same files. The target: at most 1.5 KB per item.
+# `orvelle-cli scan` (text and JSON) on the same files. The target: at most 1.5 KB per item.
 #   bench/import_memory_bench.sh [COUNT]   (default 100000; the files are hard links to a few
 #                                           small corpus JPEGs, so they take no room)
 set -euo pipefail
@@ -36,6 +36,7 @@ empty=$(peak_kb "$app" --import-and-quit "$work/empty")
 full=$(peak_kb "$app" --import-and-quit "$work/photos")
 cli_empty=$(peak_kb "$cli" scan "$work/empty")
 cli_full=$(peak_kb "$cli" scan "$work/photos")
+json_full=$(peak_kb "$cli" scan --json "$work/photos")
 
 echo "files:                $count hard links to small corpus JPEGs"
 echo "window, empty start:  $empty KB peak"
@@ -43,5 +44,7 @@ echo "window, $count:  $full KB peak"
 awk -v f="$full" -v e="$empty" -v n="$count" 'BEGIN { printf "window per item:      %.2f KB (target: at most 1.5 KB)\n", (f - e) / n }'
 awk -v f="$cli_full" -v e="$cli_empty" -v n="$count" \
   'BEGIN { printf "orvelle-cli scan per item: %.2f KB\n", (f - e) / n }'
+awk -v f="$json_full" -v e="$cli_empty" -v n="$count" \
+  'BEGIN { printf "orvelle-cli scan --json per item: %.2f KB (streamed)\n", (f - e) / n }'
 awk -v f="$full" -v e="$empty" -v cf="$cli_full" -v ce="$cli_empty" \
   'BEGIN { printf "window / cli scan:    %.2fx\n", (f - e) / (cf - ce) }'
