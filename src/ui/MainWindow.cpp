@@ -139,6 +139,7 @@ void MainWindow::buildMenus()
 
     m_editActions->addTo(*menuBar());
     menuBar()->addMenu(m_timeline->filterMenu());
+    menuBar()->addMenu(m_timeline->stripsMenu());
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);

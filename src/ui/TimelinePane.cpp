@@ -12,6 +12,7 @@
 #include <QCborArray>
 #include <QCborMap>
 #include <QMenu>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 namespace orv {
@@ -42,8 +43,9 @@ TimelinePane::TimelinePane(Preferences &prefs, QWidget *parent)
       m_prefs(prefs),
       m_controller(new MyTimelinesController(this)),
       m_thumbs(new MyThumbsQueue(this)),
-      m_mainView(new MyTimelineView(*m_controller, m_controller->theTimelineView_1(), *m_thumbs, this)),
-      m_filterMenu(new QMenu(tr("Fi&lter"), this))
+      m_splitter(new QSplitter(Qt::Vertical, this)),
+      m_filterMenu(new QMenu(tr("Fi&lter"), this)),
+      m_stripsMenu(new QMenu(tr("&Strips"), this))
 {
     MyThumbsQueue::Settings settings;
     settings.side = cachedThumbSide(int(prefs.integerForKey(QStringLiteral("cachedThumbSizeMode"))), settings.side);
@@ -52,38 +54,89 @@ TimelinePane::TimelinePane(Preferences &prefs, QWidget *parent)
     settings.autoThumbModeMovies = int(prefs.integerForKey(QStringLiteral("autoThumbModeMovies")));
     m_thumbs->setSettings(settings);
 
-    TimelineViewOptions options;
     const double height = prefs.doubleForKey(QStringLiteral("timelineHeight_STD"));
-    options.timelineHeight = height > 0 ? height : options.timelineHeight;
-    options.displayTimelineLabels = preference(prefs, QStringLiteral("displayTimelineLabels"), true);
-    options.displayTimelineGaps = preference(prefs, QStringLiteral("displayTimelineGaps"), true);
-    options.extraTLsScrollArea = preference(prefs, QStringLiteral("extraTLsScrollArea"), true);
-    m_mainView->setOptions(options);
-    const FolderPalette palette = FolderPalette::fromPreferences(prefs);
-    m_mainView->setFolderColors([palette](const MySinglePic &pic) {
-        return (pic.spSingleFolder ? palette.colorFor(pic.spSingleFolder->colorIndex) : std::nullopt)
-            .value_or(QColor(90, 90, 95));
-    });
+    m_options.timelineHeight = height > 0 ? height : m_options.timelineHeight;
+    m_options.displayTimelineLabels = preference(prefs, QStringLiteral("displayTimelineLabels"), true);
+    m_options.displayTimelineGaps = preference(prefs, QStringLiteral("displayTimelineGaps"), true);
+    m_options.extraTLsScrollArea = preference(prefs, QStringLiteral("extraTLsScrollArea"), true);
+    m_mainView = addView(m_controller->theTimelineView_1());
     m_mainView->setObjectName(QStringLiteral("mainTimeline"));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_mainView);
+    layout->addWidget(m_splitter);
 
     m_thumbsTimer.setSingleShot(true);
     m_thumbsTimer.setInterval(thumbsDelayMs);
     connect(&m_thumbsTimer, &QTimer::timeout, this, &TimelinePane::runThumbs);
-    connect(m_mainView, &MyTimelineView::visibleRangeChanged, &m_thumbsTimer, qOverload<>(&QTimer::start));
-    connect(m_mainView, &MyTimelineView::picSelectionChanged, this, &TimelinePane::picSelected);
     connect(m_controller, &MyTimelinesController::sourceRebuilt, this, [this] {
-        m_mainView->sourceChanged();
+        for (MyTimelineView *view : std::as_const(m_views))
+            view->sourceChanged();
         // At once: the queue must not keep lists whose items may go right after.
         runThumbs();
         Q_EMIT filteredSourceChanged();
     });
-    connect(m_controller, &MyTimelinesController::selectionsChanged, m_mainView->viewport(),
-            qOverload<>(&QWidget::update));
+    connect(m_controller, &MyTimelinesController::selectionsChanged, this, [this] {
+        for (MyTimelineView *view : std::as_const(m_views))
+            view->viewport()->update();
+    });
     buildFilterMenu();
+    buildStripsMenu();
+}
+
+MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
+{
+    auto *view = new MyTimelineView(*m_controller, strip, *m_thumbs, m_splitter);
+    view->setOptions(m_options);
+    const FolderPalette palette = FolderPalette::fromPreferences(m_prefs);
+    view->setFolderColors([palette](const MySinglePic &pic) {
+        return (pic.spSingleFolder ? palette.colorFor(pic.spSingleFolder->colorIndex) : std::nullopt)
+            .value_or(QColor(90, 90, 95));
+    });
+    m_splitter->addWidget(view);
+    m_views.append(view);
+    connect(view, &MyTimelineView::visibleRangeChanged, &m_thumbsTimer, qOverload<>(&QTimer::start));
+    connect(view, &MyTimelineView::picSelectionChanged, this, [this, view](MySinglePic *pic) {
+        if (view == m_mainView)
+            Q_EMIT picSelected(pic);
+        // Shared and exclusive modes change the other strips too.
+        for (MyTimelineView *other : std::as_const(m_views))
+            other->viewport()->update();
+    });
+    return view;
+}
+
+MyTimelineView *TimelinePane::addTimelineForMode(int splitMode)
+{
+    TimelineStrip *strip = m_controller->addTimelineForMode(TimelineStrip::SplitMode(splitMode));
+    if (!strip)
+        return nullptr;
+    MyTimelineView *view = addView(*strip);
+    for (MyTimelineView *each : std::as_const(m_views))
+        each->sourceChanged(); // a second strip changes the sizes of all
+    return view;
+}
+
+void TimelinePane::removeLastTimeline()
+{
+    if (m_views.size() < 2)
+        return;
+    delete m_views.takeLast();
+    m_controller->removeLastTimeline();
+}
+
+void TimelinePane::buildStripsMenu()
+{
+    QAction *mirror = m_stripsMenu->addAction(tr("Add Mirror Strip"), this,
+                                              [this] { addTimelineForMode(TimelineStrip::MainOrMirror); });
+    QAction *shelf = m_stripsMenu->addAction(tr("Add Shelf Strip"), this,
+                                             [this] { addTimelineForMode(TimelineStrip::Shelf); });
+    QAction *remove = m_stripsMenu->addAction(tr("Remove Last Strip"), this, &TimelinePane::removeLastTimeline);
+    connect(m_stripsMenu, &QMenu::aboutToShow, this, [this, mirror, shelf, remove] {
+        mirror->setEnabled(m_views.size() < 3);
+        shelf->setEnabled(m_views.size() < 3 && !m_controller->isShelfed());
+        remove->setEnabled(m_views.size() > 1);
+    });
 }
 
 TimelinePane::~TimelinePane() = default;
@@ -140,7 +193,8 @@ void TimelinePane::runThumbs()
 {
     m_thumbsTimer.stop();
     QList<MyThumbsQueue::StripList> strips;
-    strips.append({m_mainView->strip().geometrySource(), m_mainView->visibleThumbsRange()});
+    for (MyTimelineView *view : std::as_const(m_views))
+        strips.append({view->strip().geometrySource(), view->visibleThumbsRange()});
     m_thumbs->runThumbs(strips);
 }
 

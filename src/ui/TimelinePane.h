@@ -5,8 +5,11 @@
 #include <QTimer>
 #include <QWidget>
 
+#include "ui/MyTimelineView.h"
+
 class QActionGroup;
 class QMenu;
+class QSplitter;
 
 namespace orv {
 
@@ -16,6 +19,7 @@ class MyThumbsQueue;
 class MyTimelinesController;
 class MyTimelineView;
 class Preferences;
+class TimelineStrip;
 
 // The timeline as the window's main pane: the controller of the strips with the source they
 // share, the thumbnail queue, the main strip, and the Filter menu with the default predicates.
@@ -32,6 +36,14 @@ public:
     MyTimelineView &mainView() const { return *m_mainView; }
     MyThumbsQueue &thumbs() const { return *m_thumbs; }
     QMenu *filterMenu() const { return m_filterMenu; }
+    // Add Mirror Strip, Add Shelf Strip, Remove Last Strip.
+    QMenu *stripsMenu() const { return m_stripsMenu; }
+    // The strips on screen, the main one first.
+    const QList<MyTimelineView *> &views() const { return m_views; }
+    // A mirror (TimelineStrip::MainOrMirror) or a shelf under the main strip; null when three
+    // strips stand.
+    MyTimelineView *addTimelineForMode(int splitMode);
+    void removeLastTimeline();
 
     // Every folder of the working set, whose items stand on the strip; rebuilds the source.
     void showFolders(const QList<MySingleFolder *> &folders);
@@ -49,13 +61,19 @@ Q_SIGNALS:
 
 private:
     void buildFilterMenu();
+    void buildStripsMenu();
+    MyTimelineView *addView(TimelineStrip &strip);
     void runThumbs();
 
     Preferences &m_prefs;
     MyTimelinesController *m_controller;
     MyThumbsQueue *m_thumbs;
+    QSplitter *m_splitter;
+    QList<MyTimelineView *> m_views;
     MyTimelineView *m_mainView;
     QMenu *m_filterMenu;
+    QMenu *m_stripsMenu;
+    TimelineViewOptions m_options;
     QTimer m_thumbsTimer;
 };
 

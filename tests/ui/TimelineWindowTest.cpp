@@ -76,6 +76,15 @@ TEST_F(TimelineWindowTest, ACorpusFolderShowsItsThumbnailsWithDateLabels)
     none->trigger();
     EXPECT_EQ(strip.strip().theSource().size(), all);
     EXPECT_EQ(window->sortedPics().rowCount(), all);
+
+    // A mirror strip shows the same items; removing it leaves the main strip alone.
+    MyTimelineView *mirror = timeline.addTimelineForMode(TimelineStrip::MainOrMirror);
+    ASSERT_TRUE(mirror);
+    EXPECT_EQ(timeline.views().size(), 2);
+    EXPECT_EQ(mirror->strip().theSource(), strip.strip().theSource());
+    timeline.removeLastTimeline();
+    EXPECT_EQ(timeline.views().size(), 1);
+    EXPECT_EQ(strip.strip().theSource().size(), all);
 }
 
 } // namespace
