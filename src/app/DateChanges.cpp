@@ -104,7 +104,7 @@ DateChangeResult DateChanges::changePicOffsets(const QList<PicOffsetCommand::Cha
                                                const QString &name, const QString &mergeKey)
 {
     for (const PicOffsetCommand::Change &change : changes)
-        if (!acceptsChangeIn(*change.pic->spSingleFolder, MySingleFolder::EditSeparately))
+        if (!acceptsChangeIn(*MySingleFolder::of(*change.pic), MySingleFolder::EditSeparately))
             return refuse();
     if (std::none_of(changes.cbegin(), changes.cend(),
                      [](const PicOffsetCommand::Change &c) { return c.before != c.after; }))
@@ -237,7 +237,7 @@ DateChangeResult DateChanges::changeDatesToDate(MySinglePic *selected, const QLi
 {
     if (!selected || !selected->spSingleFolder)
         return DateChangeResult::Unchanged;
-    MySingleFolder *folder = selected->spSingleFolder;
+    MySingleFolder *folder = MySingleFolder::of(*selected);
     const bool together = folder->sfEditMode == MySingleFolder::EditTogether;
     const OptionalDate reference = together ? selected->spDateTimeOriginal : selected->spDateTimeModified();
     if (!reference)

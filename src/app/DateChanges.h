@@ -2,7 +2,7 @@
 
 #include "app/DateAlignment.h"
 #include "app/DateChangeCommands.h"
-#include "core/Instant.h"
+#include "time/Instant.h"
 
 #include <QList>
 #include <QString>

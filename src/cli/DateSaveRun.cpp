@@ -1,11 +1,11 @@
 #include "cli/DateSaveRun.h"
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
 #include "cli/ItemJson.h"
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
-#include "core/SaveRun.h"
+#include "core/Preferences.h"
+#include "folders/SaveRun.h"
 #include "folders/MySingleFolder.h"
 
 #include <QJsonArray>

@@ -1,11 +1,11 @@
 #include "cli/ScanCommand.h"
 
-#include "app/Preferences.h"
 #include "cli/ItemJson.h"
 #include "cli/PathImport.h"
 #include "core/DateSourceText.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/DropEntry.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"

@@ -1,6 +1,6 @@
 #include "core/MySinglePic.h"
 
-#include "folders/MySingleFolder.h"
+#include "core/FolderFacts.h"
 
 #include <QDir>
 
@@ -10,7 +10,7 @@ namespace orv {
 
 std::atomic<quint32> MySinglePic::s_sessionCounter{0};
 
-MySinglePic::MySinglePic(const QString &name, MySingleFolder *folder, int type, OptionalDate date)
+MySinglePic::MySinglePic(const QString &name, FolderFacts *folder, int type, OptionalDate date)
     : spName(name),
       spNameAtImport(name),
       spSingleFolder(folder),
@@ -49,7 +49,7 @@ OptionalDate MySinglePic::spDateTimeModified() const
         return bundleMasterImage->spDateTimeModified();
     if (!takesEdits() || !spSingleFolder || !spDateTimeOriginal)
         return spDateTimeOriginal;
-    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately) {
+    if (spSingleFolder->sfEditMode == FolderFacts::EditSeparately) {
         const OptionalDate modeDate = singlePicModeDate();
         return modeDate ? modeDate : spDateTimeOriginal;
     }
@@ -99,9 +99,9 @@ bool MySinglePic::isThisPureTimeUnsaved() const
 {
     if (!spSingleFolder)
         return false;
-    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately)
+    if (spSingleFolder->sfEditMode == FolderFacts::EditSeparately)
         return singlePicModification != 0.0;
-    return spSingleFolder->sfEditMode == MySingleFolder::EditTogether
+    return spSingleFolder->sfEditMode == FolderFacts::EditTogether
            && spSingleFolder->sfDateModificationsTimeInterval != 0.0;
 }
 

@@ -1,8 +1,8 @@
 #include "core/NewDateCalculator.h"
 
-#include "core/DateStampCodec.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
-#include "folders/MySingleFolder.h"
+#include "time/DateStampCodec.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -574,7 +574,7 @@ bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
     const Instant stillDate = DateStampCodec::dateFromExifData(
         DateStampCodec::exifDataFromDate(*pic.exifDateTimeOriginalNEW, zone), TimeZone::utc());
     if (!movieDate || stillDate.isDistantPast() ||
-        MySingleFolder::isBundlingAllowedForUtcDates(*movieDate, stillDate))
+        FolderFacts::isBundlingAllowedForUtcDates(*movieDate, stillDate))
         return false;
     return !(context.lateValidateLivePhoto && context.lateValidateLivePhoto(pic));
 }

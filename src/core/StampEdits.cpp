@@ -1,10 +1,10 @@
 #include "core/StampEdits.h"
 
-#include "core/DateStampCodec.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
-#include "folders/MySingleFolder.h"
 #include "formats/QuickTimeLocator.h"
+#include "time/DateStampCodec.h"
 
 #include <algorithm>
 #include <cmath>
@@ -250,8 +250,8 @@ OptionalDate StampEdits::movedGpsDate() const
 {
     if (!m_settings.syncGPSDataOnSaveType)
         return m_pic.spDateTimeModified_tempFIX;
-    const MySingleFolder *folder = m_pic.spSingleFolder;
-    const double offset = folder && folder->sfEditMode == MySingleFolder::EditTogether
+    const FolderFacts *folder = m_pic.spSingleFolder;
+    const double offset = folder && folder->sfEditMode == FolderFacts::EditTogether
                               ? folder->sfDateModificationsTimeInterval
                               : m_pic.singlePicModification;
     return m_pic.spGpsUTCDate->addingSeconds(offset);

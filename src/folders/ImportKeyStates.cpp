@@ -1,6 +1,6 @@
 #include "folders/ImportKeyStates.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 namespace orv {
 

@@ -53,12 +53,36 @@ const MySinglePic &masterOf(const MySinglePic &pic)
 } // namespace
 
 MySingleFolder::MySingleFolder(const QString &path, bool separateMode)
-    : sfFolder(QFileInfo(path).fileName()),
-      sfFolderPath(path),
-      sfLastKnownFolderPath(path),
-      sfEditMode(separateMode ? EditSeparately : EditTogether),
-      sfDateModifications(zeroDateModifications())
+    : sfLastKnownFolderPath(path), sfDateModifications(zeroDateModifications())
 {
+    sfFolder = QFileInfo(path).fileName();
+    sfFolderPath = path;
+    sfEditMode = separateMode ? EditSeparately : EditTogether;
+}
+
+MySingleFolder *MySingleFolder::of(const MySinglePic &pic)
+{
+    return static_cast<MySingleFolder *>(pic.spSingleFolder);
+}
+
+ItemScanContext MySingleFolder::itemScanContext()
+{
+    ItemScanContext items;
+    items.folder = this;
+    items.exifIgnored = isEXIFIgnored();
+    items.mdtaDateEnabled = isQuicktimeMDTADateEnabled;
+    items.mvhdTimezoneCorrection = isQuicktimeMVHDTimezoneCorrectionEnabled;
+    items.options = perFolderImportOptions;
+    return items;
+}
+
+void MySingleFolder::takeScanContext(const ItemScanContext &items)
+{
+    perFolderImportOptions = items.options;
+    fixedDates += items.fixedDates;
+    gpxAddedPaths.unite(items.gpxPaths);
+    xmpSidecarPaths.unite(items.xmpSidecarPaths);
+    aaeSidecarPaths.unite(items.aaeSidecarPaths);
 }
 
 MySingleFolder::~MySingleFolder() = default;
@@ -139,14 +163,6 @@ void MySingleFolder::clearImagesToImport()
 qsizetype MySingleFolder::fullMediaCount() const
 {
     return sfPicDetails_fullArray.size() + bundleDependentsRawAndJPG.size() + bundleDependentsLivePhotos.size();
-}
-
-QList<MySinglePic *> MySingleFolder::allImportRelevantFiles() const
-{
-    QList<MySinglePic *> all = sfPicDetails_fullArray;
-    for (const auto &pic : picsImportedAndTempStoredUntilAllReady)
-        all.append(pic.get());
-    return all;
 }
 
 QList<MySinglePic *> MySingleFolder::sortedSfPicDetails_Full() const
@@ -458,33 +474,6 @@ void MySingleFolder::setTZDefaultsSource(const QString &zone, bool useAltMode)
     sourceTimeZones.defaultZone = zone;
     if (useAltMode)
         targetTimeZones.defaultZone = zoneName::unchangedLeftFolder;
-}
-
-bool MySingleFolder::isBundlingAllowedForUtcDates(Instant first, Instant second)
-{
-    const double difference = std::fabs(first.secondsSince(second));
-    if (difference <= 300.0)
-        return true;
-    if (difference > 3900.0)
-        return false;
-    return isDstExceptionForUtcDate(first, second);
-}
-
-// A camera that switched its clock during the early-morning transition stamps the two halves of a
-// pair on either side of the hour; only those patterns, and only in the small hours, pass.
-bool MySingleFolder::isDstExceptionForUtcDate(Instant first, Instant second)
-{
-    const Instant::Civil a = first.toUtcCivil();
-    const Instant::Civil b = second.toUtcCivil();
-    if (a.hour > 5)
-        return false;
-    if (a.hour == b.hour)
-        return (a.minute == 59 && b.minute == 0) || (a.minute == 0 && b.minute == 59);
-    if (a.hour + 2 == b.hour)
-        return a.minute == 59 && b.minute == 0;
-    if (a.hour == b.hour + 2)
-        return a.minute == 0 && b.minute == 59;
-    return false;
 }
 
 } // namespace orv

@@ -20,8 +20,8 @@ bool PicSource::sortsBefore(const MySinglePic &a, const MySinglePic &b) const
         return seconds(dateA) < seconds(dateB); // an item without a date stands first
     if (const int byName = m_collator.compare(a.spName, b.spName))
         return byName < 0;
-    const qint64 folderA = a.spSingleFolder ? a.spSingleFolder->folderSortGeneral : 0;
-    const qint64 folderB = b.spSingleFolder ? b.spSingleFolder->folderSortGeneral : 0;
+    const qint64 folderA = a.spSingleFolder ? MySingleFolder::of(a)->folderSortGeneral : 0;
+    const qint64 folderB = b.spSingleFolder ? MySingleFolder::of(b)->folderSortGeneral : 0;
     return folderA < folderB;
 }
 
@@ -60,7 +60,7 @@ bool PicSource::buildNewSourceUsingOptimizedRefilterOnly(bool optimized)
             pic->indexInSource_filtered = -1;
             pic->dstOffsetState = 0;
             if (pic->spSingleFolder)
-                pic->indexInFolder_full = pic->spSingleFolder->imageCounter++;
+                pic->indexInFolder_full = MySingleFolder::of(*pic)->imageCounter++;
         }
         m_full = std::move(full);
     }
@@ -91,7 +91,7 @@ bool PicSource::buildNewSourceUsingOptimizedRefilterOnly(bool optimized)
         MySinglePic *pic = filtered.at(i);
         pic->indexInSource_filtered = i;
         if (pic->spSingleFolder)
-            pic->indexInFolder_filtered = pic->spSingleFolder->imageCounter++;
+            pic->indexInFolder_filtered = MySingleFolder::of(*pic)->imageCounter++;
     }
     const bool changed = filtered != m_filtered;
     m_filtered = std::move(filtered);

@@ -105,7 +105,7 @@ bool MyThumbsQueue::addOperationForImage(MySinglePic &pic, bool visible)
 {
     const quint32 id = pic.sessionUniqueId;
     if (m_cache.contains(id) || m_cache.didBuildThumbFail(id) || m_queued.contains(id) || pic.isMovedToTrash
-        || (pic.spSingleFolder && pic.spSingleFolder->isDisconnected))
+        || (pic.spSingleFolder && MySingleFolder::of(pic)->isDisconnected))
         return false;
     if (pic.isMovie() && m_settings.autoThumbModeMovies == 4 && !visible)
         return false;

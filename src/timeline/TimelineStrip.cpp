@@ -1,6 +1,7 @@
 #include "timeline/TimelineStrip.h"
 
 #include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
 
 namespace orv {
 
@@ -46,7 +47,7 @@ MySinglePic *TimelineStrip::picAt(qsizetype index) const
 
 bool TimelineStrip::isRaised(const MySinglePic &pic) const
 {
-    return m_raised.isEmpty() || m_raised.contains(pic.spSingleFolder);
+    return m_raised.isEmpty() || m_raised.contains(MySingleFolder::of(pic));
 }
 
 void TimelineStrip::setPicSelection(MySinglePic *pic)

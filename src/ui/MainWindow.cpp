@@ -1,7 +1,7 @@
 #include "ui/MainWindow.h"
 
 #include "app/AppController.h"
-#include "app/LogController.h"
+#include "core/LogController.h"
 #include "core/MySinglePic.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"

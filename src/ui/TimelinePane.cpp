@@ -1,6 +1,6 @@
 #include "ui/TimelinePane.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "core/MySinglePic.h"
 #include "folders/FolderPalette.h"
 #include "folders/MySingleFolder.h"
@@ -90,7 +90,7 @@ MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
     view->setOptions(m_options);
     const FolderPalette palette = FolderPalette::fromPreferences(m_prefs);
     view->setFolderColors([palette](const MySinglePic &pic) {
-        return (pic.spSingleFolder ? palette.colorFor(pic.spSingleFolder->colorIndex) : std::nullopt)
+        return (pic.spSingleFolder ? palette.colorFor(MySingleFolder::of(pic)->colorIndex) : std::nullopt)
             .value_or(QColor(90, 90, 95));
     });
     m_splitter->addWidget(view);

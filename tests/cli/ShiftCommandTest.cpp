@@ -1,4 +1,3 @@
-#include "core/DateStampCodec.h"
 #include "formats/FileReader.h"
 #include "formats/PngLocator.h"
 #include "support/CliRun.h"
@@ -8,6 +7,7 @@
 #include "support/QtPrinters.h"
 #include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QDir>
 #include <QDirIterator>

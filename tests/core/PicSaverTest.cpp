@@ -1,7 +1,6 @@
 #include "core/PicSaver.h"
 
 #include "ByteRanges.h"
-#include "core/DateStampCodec.h"
 #include "core/SaveErrors.h"
 #include "support/Exiftool.h"
 #include "support/FailingDisk.h"
@@ -9,6 +8,7 @@
 #include "support/QtPrinters.h"
 #include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -2,6 +2,7 @@
 
 #include "core/PicScanner.h"
 #include "support/Corpus.h"
+#include "support/ScanOne.h"
 
 #include <QFileInfo>
 
@@ -55,7 +56,7 @@ TEST_F(ImportFixture, ACorpusFolderImportsAsItsFilesScanOneByOne)
     MySingleFolder alone(corpusFolder, false);
     QStringList expectedNames;
     for (const QString &name : FolderScanner::namesIn(corpusFolder)) {
-        std::unique_ptr<MySinglePic> single = PicScanner::scanFile(QDir(corpusFolder).filePath(name), alone, answers);
+        std::unique_ptr<MySinglePic> single = scanFile(QDir(corpusFolder).filePath(name), alone, answers);
         if (!single)
             continue;
         expectedNames.append(name);

@@ -1,6 +1,6 @@
-#include "core/SaveRun.h"
+#include "folders/SaveRun.h"
 
-#include "app/LogController.h"
+#include "core/LogController.h"
 #include "core/MySinglePic.h"
 #include "core/NewDateCalculator.h"
 #include "core/PicSaver.h"

@@ -1,4 +1,4 @@
-#include "app/NotificationHub.h"
+#include "core/NotificationHub.h"
 
 namespace orv {
 

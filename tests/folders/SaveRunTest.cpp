@@ -1,12 +1,12 @@
-#include "app/LogController.h"
-#include "app/Preferences.h"
-#include "core/DateStampCodec.h"
+#include "core/LogController.h"
 #include "core/PicSaver.h"
+#include "core/Preferences.h"
 #include "formats/SaveJournal.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QCoreApplication>
 #include <QDir>

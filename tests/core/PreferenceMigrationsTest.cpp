@@ -1,7 +1,7 @@
-#include "app/PreferenceMigrations.h"
+#include "core/PreferenceMigrations.h"
 
 #include "PreferencesFixture.h"
-#include "app/NotificationHub.h"
+#include "core/NotificationHub.h"
 
 #include <QCborArray>
 #include <QRect>

@@ -1,6 +1,6 @@
-#include "app/LogController.h"
+#include "core/LogController.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 #include <QDir>
 #include <QFile>

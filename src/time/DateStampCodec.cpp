@@ -1,4 +1,4 @@
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 
 #include <QtEndian>
 #include <algorithm>

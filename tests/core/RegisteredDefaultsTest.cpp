@@ -1,6 +1,6 @@
-#include "app/RegisteredDefaults.h"
+#include "core/RegisteredDefaults.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 #include <QCborArray>
 #include <QCborMap>

@@ -1,4 +1,4 @@
-#include "app/RegisteredDefaults.h"
+#include "core/RegisteredDefaults.h"
 
 #include <QCborArray>
 #include <QCborMap>

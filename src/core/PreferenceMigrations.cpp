@@ -1,6 +1,6 @@
-#include "app/PreferenceMigrations.h"
+#include "core/PreferenceMigrations.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 #include <QCborArray>
 #include <QRect>

@@ -1,7 +1,7 @@
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
-#include "app/NotificationHub.h"
-#include "app/RegisteredDefaults.h"
+#include "core/NotificationHub.h"
+#include "core/RegisteredDefaults.h"
 
 #include <QDateTime>
 #include <QEvent>

@@ -1,5 +1,5 @@
 #include "PreferencesFixture.h"
-#include "app/NotificationHub.h"
+#include "core/NotificationHub.h"
 
 #include <QCborArray>
 #include <QSize>

@@ -1,4 +1,4 @@
-#include "core/Instant.h"
+#include "time/Instant.h"
 
 #include <gtest/gtest.h>
 
