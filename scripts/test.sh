@@ -15,6 +15,6 @@ ctest --test-dir "$root/build" --output-on-failure -j "$jobs"
 
 "$root/scripts/fuzz.sh" 5
 
-"$root/scripts/build.sh" "$root/build-asan" -DORV_SANITIZE=ON -DORV_WITH_UI=OFF -- tests_core tests_formats
+"$root/scripts/build.sh" "$root/build-asan" -DORV_SANITIZE=ON -DORV_WITH_UI=OFF -- tests_core tests_formats tests_time
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
   ctest --test-dir "$root/build-asan" --output-on-failure -j "$jobs"

@@ -1,6 +1,6 @@
 #include "app/AppController.h"
 
-#include "app/LogController.h"
+#include "core/LogController.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 

@@ -118,7 +118,7 @@ void PicOffsetCommand::apply(bool forward)
     for (MySingleFolder *folder : changed)
         setEditMode(*folder, MySingleFolder::EditSeparately);
     for (const Change &change : std::as_const(m_changes))
-        change.pic->spSingleFolder->setSinglePicModification(*change.pic, forward ? change.after : change.before);
+        MySingleFolder::of(*change.pic)->setSinglePicModification(*change.pic, forward ? change.after : change.before);
     for (MySingleFolder *folder : changed)
         folder->sfUpdatePicsFromAndTill();
     if (m_listener.datesChanged)
@@ -149,7 +149,7 @@ std::unique_ptr<DateChangeCommand> PicOffsetCommand::withoutFolder(const MySingl
 
 QList<MySingleFolder *> PicOffsetCommand::folders() const
 {
-    return distinctFolders(m_changes, [](const Change &c) { return c.pic->spSingleFolder; });
+    return distinctFolders(m_changes, [](const Change &c) { return MySingleFolder::of(*c.pic); });
 }
 
 QList<MySinglePic *> PicOffsetCommand::pics() const

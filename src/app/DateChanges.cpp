@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QUndoStack>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -21,6 +22,8 @@ QString undoName(const char *key)
     static const QHash<QByteArray, const char *> wording = {
         {"undoDateChangeText", "Date Change"},
         {"resetAllInFolderMode", "Reset Folder Offset"},
+        {"tzc_ui_undoRedo_full", "Time Zone Correction"},
+        {"ambiguityCorrection_undoRedo", "Other Hour of a Repeated Hour"},
         {"dragInSingleMode", "Move Dates"},
         {"altDragMultiInSingleMode", "Spread Dates"},
         {"resetAllInSingleMode", "Reset Dates"},
@@ -40,18 +43,22 @@ QString undoName(const char *key)
 // The date an item stands at before a change: its original plus, in single mode, its own offset.
 enum class Base { Original, OriginalWithOwnOffset };
 
-// Every date the difference moves stays within the dates a file can hold. Items whose dates are
-// never edited, and empty stamps, take no part.
+// Every date the difference moves stays within the dates a file can hold, a group's dependent's
+// included, as it moves with its master. Items whose dates are never edited, and empty stamps,
+// take no part.
 bool staysInRange(const QList<MySinglePic *> &pics, double difference, Base base)
 {
-    for (const MySinglePic *pic : pics) {
-        const OptionalDate date = pic->spDateTimeOriginal;
-        if (!pic->takesEdits() || !date || date->isSentinel())
-            continue;
-        const double own = base == Base::OriginalWithOwnOffset ? pic->singlePicModification : 0.0;
-        const Instant moved = date->addingSeconds(own + difference);
-        if (moved < Instant::minDate() || moved > Instant::maxDate())
-            return false;
+    for (const MySinglePic *master : pics) {
+        const MySinglePic *dependent = master->bundleDependentImage;
+        for (const MySinglePic *pic : {master, dependent}) {
+            const OptionalDate date = pic ? pic->spDateTimeOriginal : std::nullopt;
+            if (!date || !pic->takesEdits() || date->isSentinel())
+                continue;
+            const double own = base == Base::OriginalWithOwnOffset ? master->singlePicModification : 0.0;
+            const Instant moved = date->addingSeconds(own + difference);
+            if (moved < Instant::minDate() || moved > Instant::maxDate())
+                return false;
+        }
     }
     return true;
 }
@@ -104,7 +111,7 @@ DateChangeResult DateChanges::changePicOffsets(const QList<PicOffsetCommand::Cha
                                                const QString &name, const QString &mergeKey)
 {
     for (const PicOffsetCommand::Change &change : changes)
-        if (!acceptsChangeIn(*change.pic->spSingleFolder, MySingleFolder::EditSeparately))
+        if (!acceptsChangeIn(*MySingleFolder::of(*change.pic), MySingleFolder::EditSeparately))
             return refuse();
     if (std::none_of(changes.cbegin(), changes.cend(),
                      [](const PicOffsetCommand::Change &c) { return c.before != c.after; }))
@@ -237,7 +244,7 @@ DateChangeResult DateChanges::changeDatesToDate(MySinglePic *selected, const QLi
 {
     if (!selected || !selected->spSingleFolder)
         return DateChangeResult::Unchanged;
-    MySingleFolder *folder = selected->spSingleFolder;
+    MySingleFolder *folder = MySingleFolder::of(*selected);
     const bool together = folder->sfEditMode == MySingleFolder::EditTogether;
     const OptionalDate reference = together ? selected->spDateTimeOriginal : selected->spDateTimeModified();
     if (!reference)
@@ -338,6 +345,33 @@ void DateChanges::clearUndoRedoFromFolder(const MySingleFolder *folder)
     for (qsizetype i = keptDone; i < onStack.size(); ++i)
         onStack[i]->skipNextApply();
     m_stack.setIndex(keptDone);
+}
+
+} // namespace orv
+
+namespace orv {
+
+DateChangeResult DateChanges::changeTimeZones(QList<ZoneChangeCommand::FolderChange> folders,
+                                              QList<ZoneChangeCommand::ChoiceChange> choices)
+{
+    folders.removeIf([](const ZoneChangeCommand::FolderChange &c) {
+        return c.before.source == c.after.source && c.before.target == c.after.target;
+    });
+    choices.removeIf([](const ZoneChangeCommand::ChoiceChange &c) { return c.before == c.after; });
+    if (folders.isEmpty() && choices.isEmpty())
+        return DateChangeResult::Unchanged;
+    const bool slideshowOnly = std::any_of(folders.cbegin(), folders.cend(),
+                                           [](const auto &c) { return c.folder->isEXIFIgnored(); });
+    if (m_blocked || slideshowOnly)
+        return refuse();
+    QStringList names;
+    if (!folders.isEmpty())
+        names << undoName("tzc_ui_undoRedo_full");
+    if (!choices.isEmpty())
+        names << undoName("ambiguityCorrection_undoRedo");
+    const QString name = names.join(QCoreApplication::translate("DateChanges", " and "));
+    m_stack.push(new ZoneChangeCommand(std::move(folders), std::move(choices), name, m_listener));
+    return DateChangeResult::Changed;
 }
 
 } // namespace orv

@@ -2,7 +2,8 @@
 
 #include "app/DateAlignment.h"
 #include "app/DateChangeCommands.h"
-#include "core/Instant.h"
+#include "app/ZoneChangeCommand.h"
+#include "time/Instant.h"
 
 #include <QList>
 #include <QString>
@@ -78,6 +79,12 @@ public:
     // (2) or none (1): the days control then says so. Worked out once per offset
     // (hasDSTJumperType 0), and only for a folder whose controls show a change.
     static qint64 validateDSTJumperType(MySingleFolder &folder, const TimeZone &zone);
+
+    // --- Time zones ---
+    // Time zone correction confirmed: the folders' new zones and the items' choices of the other
+    // hour, one undo step. Entries that change nothing are dropped; with none left, no step.
+    DateChangeResult changeTimeZones(QList<ZoneChangeCommand::FolderChange> folders,
+                                     QList<ZoneChangeCommand::ChoiceChange> choices);
 
     // --- Modes and history ---
     // Not an undo step: the folder keeps both kinds of change, and the mode says which is in force.

@@ -1,10 +1,10 @@
 #include "cli/AlignCommand.h"
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
 

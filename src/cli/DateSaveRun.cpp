@@ -1,18 +1,21 @@
 #include "cli/DateSaveRun.h"
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
 #include "cli/ItemJson.h"
 #include "cli/PathImport.h"
+#include "core/DaylightSaving.h"
 #include "core/MySinglePic.h"
-#include "core/SaveRun.h"
+#include "core/Preferences.h"
+#include "folders/SaveRun.h"
 #include "folders/MySingleFolder.h"
+#include "folders/ZoneCorrection.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <array>
+#include <map>
 
 namespace orv {
 
@@ -39,17 +42,51 @@ constexpr std::array<Slot, 5> slots = {{
 // OLD as the file held it before the run; a save makes OLD take NEW.
 using OldDates = std::array<OptionalDate, slots.size()>;
 
+// What the item's zone made of its stamps before the run, and by how many seconds a stored
+// offset disagrees with that zone (0 when none does).
+struct ZoneFindings
+{
+    QJsonObject flags;
+    double offsetDifference = 0.0;
+
+    static ZoneFindings of(const MySinglePic &pic)
+    {
+        ZoneFindings findings;
+        ItemJson::insertDaylightSaving(findings.flags, pic);
+        const TimeZone zone = ZoneCorrection::sourceZoneOf(pic);
+        findings.offsetDifference = DaylightSaving::checkMDTADateWithTimeZone(pic, zone);
+        if (findings.offsetDifference == 0.0)
+            findings.offsetDifference = DaylightSaving::checkEXOFTimeWithTimeZone(pic, zone);
+        findings.flags.insert(QStringLiteral("storedOffsetDifference"), findings.offsetDifference);
+        return findings;
+    }
+    bool isEmpty() const
+    {
+        return offsetDifference == 0.0 && flags.value(QStringLiteral("dstDivergenceState")).toInt() == 0
+               && flags.value(QStringLiteral("dstAmbiguityAtImportState")).toInt() == 0
+               && flags.value(QStringLiteral("majorDateDifferenceType")).toInt() == 0;
+    }
+};
+
+struct Before
+{
+    OldDates dates;
+    ZoneFindings zone;
+};
+
 QJsonArray jsonList(const QStringList &values)
 {
     return QJsonArray::fromStringList(values);
 }
 
-QJsonObject itemJson(const MySinglePic &pic, const OldDates &old, const SaveOutcome &outcome,
+QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
                      const SaveErrors &errors, const QStringList &preSaveKeys)
 {
-    QJsonObject o{{QStringLiteral("path"), pic.spPath()},
-                  {QStringLiteral("spName"), pic.spName},
-                  {QStringLiteral("saved"), outcome.savedPics.contains(&pic)}};
+    const OldDates &old = before.dates;
+    QJsonObject o = before.zone.flags;
+    o.insert(QStringLiteral("path"), pic.spPath());
+    o.insert(QStringLiteral("spName"), pic.spName);
+    o.insert(QStringLiteral("saved"), outcome.savedPics.contains(&pic));
     QJsonArray ids;
     for (const int id : errors.errorIdsFor(pic))
         ids.append(id);
@@ -71,9 +108,10 @@ QJsonObject itemJson(const MySinglePic &pic, const OldDates &old, const SaveOutc
     return o;
 }
 
-QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutcome &outcome,
+QString readableItem(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
                      const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun)
 {
+    const OldDates &old = before.dates;
     QString text = pic.spName;
     if (!dryRun) {
         QStringList problems;
@@ -96,6 +134,14 @@ QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutc
                 .arg(QLatin1String(slots[i].name), ItemJson::date(old[i]).toVariant().toString(),
                      ItemJson::date(newDate).toVariant().toString());
     }
+    if (!before.zone.isEmpty()) {
+        const QJsonObject &f = before.zone.flags;
+        text += QStringLiteral("  zone: divergence %1, ambiguity %2, major difference %3, stored offset off by %4 s\n")
+                    .arg(f.value(QStringLiteral("dstDivergenceState")).toInt())
+                    .arg(f.value(QStringLiteral("dstAmbiguityAtImportState")).toInt())
+                    .arg(f.value(QStringLiteral("majorDateDifferenceType")).toInt())
+                    .arg(before.zone.offsetDifference);
+    }
     for (const QString &key : preSaveKeys)
         text += QStringLiteral("  pre-save: %1\n").arg(key);
     return text;
@@ -104,8 +150,7 @@ QString readableItem(const MySinglePic &pic, const OldDates &old, const SaveOutc
 } // namespace
 
 QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringList &ownOptions,
-                                   const QString &requiredValue, const TakeValue &take,
-                                   Options &options)
+                                   const QString &requiredValue, const TakeValue &take, Options &options)
 {
     bool hasRequired = false;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
@@ -140,8 +185,7 @@ QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringL
         options.prefs.append({value.left(equals), value.mid(equals + 1)});
     }
     if (!hasRequired)
-        return ownOptions.first() + QLatin1Char(' ') + requiredValue +
-               QLatin1String(" is required");
+        return ownOptions.first() + QLatin1Char(' ') + requiredValue + QLatin1String(" is required");
     if (options.paths.isEmpty())
         return QStringLiteral("name at least one file or folder");
     return {};
@@ -156,14 +200,21 @@ void DateSaveRun::applyPrefs(Preferences &prefs, const Options &options)
 int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out)
 {
     QList<MySingleFolder *> folders;
-    std::vector<std::pair<MySinglePic *, OldDates>> items;
+    std::vector<std::pair<MySinglePic *, Before>> items;
+    // A group's dependent is reported inside its master's entry, as scan shows it.
+    std::map<const MySinglePic *, Before> dependentsOld;
+    const auto beforeOf = [](const MySinglePic &pic) {
+        Before before{{}, ZoneFindings::of(pic)};
+        for (std::size_t i = 0; i < slots.size(); ++i)
+            before.dates[i] = pic.*slots[i].oldDate;
+        return before;
+    };
     for (MySingleFolder *folder : imported.folders()) {
         folders.append(folder);
         for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            OldDates old;
-            for (std::size_t i = 0; i < slots.size(); ++i)
-                old[i] = pic->*slots[i].oldDate;
-            items.emplace_back(pic, old);
+            items.emplace_back(pic, beforeOf(*pic));
+            if (pic->bundleDependentImage)
+                dependentsOld[pic->bundleDependentImage] = beforeOf(*pic->bundleDependentImage);
         }
     }
 
@@ -199,10 +250,19 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
             err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
                 << SaveErrors::descriptionForStep(step) << " ("
                 << run.errors().toolReasonFor(*pic, step) << ")\n";
-        if (options.json)
-            json.append(itemJson(*pic, old, outcome, run.errors(), preSaveKeys));
-        else
+        const MySinglePic *dependent = pic->bundleDependentImage;
+        if (options.json) {
+            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys);
+            if (dependent)
+                entry.insert(QStringLiteral("dependent"),
+                             itemJson(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys));
+            json.append(entry);
+        } else {
             out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun);
+            if (dependent)
+                out << readableItem(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys,
+                                    options.dryRun);
+        }
     }
     if (options.json)
         out << QJsonDocument(json).toJson(QJsonDocument::Indented);

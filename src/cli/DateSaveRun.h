@@ -28,16 +28,16 @@ public:
     using TakeValue = std::function<QString(const QString &option, const QString &value)>;
 
     // A date command's whole line: its own options, each with a value (handed to `take`), then
-    // --dry-run, --json, --pref KEY=VALUE and the paths. The first own option (--by, --at) and
-    // one path at least are required; `requiredValue` names its value in the message when it is
-    // missing. Answers the problem for the usage message, empty when the line is good.
+    // --dry-run, --json, --pref KEY=VALUE and the paths. The first own option (--by, --source, --at)
+    // and one path at least are required; `requiredValue` names its value in the message when it
+    // is missing. Answers the problem for the usage message, empty when the line is good.
     static QString parseArguments(const QStringList &arguments, const QStringList &ownOptions,
-                                  const QString &requiredValue, const TakeValue &take,
-                                  Options &options);
+                                  const QString &requiredValue, const TakeValue &take, Options &options);
     // The user's preferences, with --pref shadowing them for this run; nothing is stored.
     static void applyPrefs(Preferences &prefs, const Options &options);
-    // Saves every imported folder (with --dry-run only the pre-check) and prints each item. The
-    // exit code: 1 when a path or an item failed, else 0.
+    // Saves every imported folder (with --dry-run only the pre-check) and prints each item with
+    // what its zone made of its stamps (the scan's daylight-saving keys and
+    // storedOffsetDifference, seconds). The exit code: 1 when a path or an item failed, else 0.
     static int saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out);
 };
 

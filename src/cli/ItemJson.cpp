@@ -202,7 +202,20 @@ QJsonObject ItemJson::forPic(const MySinglePic &pic)
         item.insert(QStringLiteral("movieType"), pic.movieType);
         item.insert(QStringLiteral("movDuration"), pic.movDuration);
     }
+    insertDaylightSaving(item, pic);
+    // A group is one entry: its master names the files that go with it and carries its dependent.
+    if (!pic.spSidecarExtensions.isEmpty())
+        item.insert(QStringLiteral("spSidecarExtensions"), QJsonArray::fromStringList(pic.spSidecarExtensions));
+    if (pic.bundleDependentImage)
+        item.insert(QStringLiteral("dependent"), forPic(*pic.bundleDependentImage));
     return item;
+}
+
+void ItemJson::insertDaylightSaving(QJsonObject &object, const MySinglePic &pic)
+{
+    object.insert(QStringLiteral("dstDivergenceState"), qint64(pic.dstDivergenceState));
+    object.insert(QStringLiteral("dstAmbiguityAtImportState"), qint64(pic.dstAmbiguityAtImportState));
+    object.insert(QStringLiteral("majorDateDifferenceType"), qint64(pic.majorDateDifferenceType));
 }
 
 } // namespace orv

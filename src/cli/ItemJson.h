@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Instant.h"
+#include "time/Instant.h"
 
 #include <QJsonObject>
 #include <QJsonValue>
@@ -17,6 +17,10 @@ class ItemJson
 {
 public:
     static QJsonObject forPic(const MySinglePic &pic);
+    // dstDivergenceState, dstAmbiguityAtImportState (bits 1 creation, 2 digitized,
+    // 4 modification) and majorDateDifferenceType (1 an offset stamp disagrees with the zone,
+    // 2 and 4 the group's dates) into `object`.
+    static void insertDaylightSaving(QJsonObject &object, const MySinglePic &pic);
     static QJsonValue date(const OptionalDate &date);
     static QString isoUtc(Instant instant);
 };

@@ -1,7 +1,7 @@
 #include "cli/LocateCommand.h"
 
 #include "app/FileTagRequests.h"
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"

@@ -1,6 +1,6 @@
 #include "cli/PathImport.h"
 
-#include "app/LogController.h"
+#include "core/LogController.h"
 #include "folders/DropEntry.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "folders/ImportKeyStates.h"
-#include "folders/ImportOptions.h"
+#include "core/ImportOptions.h"
 #include "folders/ImportQuestions.h"
 
 #include <QList>

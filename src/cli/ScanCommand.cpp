@@ -1,11 +1,11 @@
 #include "cli/ScanCommand.h"
 
-#include "app/Preferences.h"
 #include "cli/ItemJson.h"
 #include "cli/PathImport.h"
 #include "core/DateSourceText.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/DropEntry.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"
@@ -15,7 +15,6 @@
 #include <QDateTime>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QTextStream>
 
@@ -133,17 +132,23 @@ int ScanCommand::run(const QStringList &arguments)
 
     const PathImport imported(args->paths, {args->subfolderDepth, args->keys, args->emptyTags}, err);
 
-    QJsonArray items;
+    // The JSON array is written item by item, as its compact form would read: a large folder
+    // never stands in memory twice.
+    bool first = true;
+    if (args->json)
+        out << "[";
     for (const MySingleFolder *folder : imported.folders()) {
         for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            if (args->json)
-                items.append(ItemJson::forPic(*pic));
-            else
+            if (args->json) {
+                out << (first ? "" : ",") << QJsonDocument(ItemJson::forPic(*pic)).toJson(QJsonDocument::Compact);
+                first = false;
+            } else {
                 out << readableLine(*pic) << "\n";
+            }
         }
     }
     if (args->json)
-        out << QJsonDocument(items).toJson(QJsonDocument::Compact) << "\n";
+        out << "]\n";
     return imported.failed() ? 1 : 0;
 }
 

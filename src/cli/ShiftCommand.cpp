@@ -2,10 +2,10 @@
 
 #include "app/AppController.h"
 #include "app/FileTagRequests.h"
-#include "app/Preferences.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "core/SaveErrors.h"
 #include "folders/MySingleFolder.h"
 

@@ -3,6 +3,7 @@
 #include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
+#include "cli/ZoneCommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -51,6 +52,15 @@ const char *const usage =
     "                          copy:SLOT (each file's other date: SLOT is one of\n"
     "                          exifDateTimeDigitized, tiffDateTime, fileCreationDate,\n"
     "                          fileModificationDate followed by OLD or NEW).\n"
+    "  zone --source ZONE [--target ZONE] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
+    "                          Read the files' local stamps as clock time of the source\n"
+    "                          zone and save them as clock time of the target zone (default\n"
+    "                          the system's), zones named as in the tz database, e.g.\n"
+    "                          Europe/Berlin. Stamps with an offset of their own keep their\n"
+    "                          instant. Each file shows its daylight-saving findings: a stamp\n"
+    "                          in an hour the source zone skips (divergence) or repeats\n"
+    "                          (ambiguity; the later moment is taken), and a stored offset\n"
+    "                          that disagrees with the zone.\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file. A file changed since that save is left as it\n"
     "                          is and named.\n"
@@ -97,6 +107,8 @@ int main(int argc, char *argv[])
         return orv::ShiftCommand::run(args.mid(1));
     if (args.first() == QLatin1String("locate"))
         return orv::LocateCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("zone"))
+        return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
     return 2;
 }

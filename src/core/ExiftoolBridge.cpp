@@ -1,6 +1,6 @@
 #include "core/ExiftoolBridge.h"
 
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "core/MySinglePic.h"
 #include "core/NewDateCalculator.h"
 #include "core/PicScanner.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Instant.h"
 #include "formats/ByteSource.h"
+#include "time/Instant.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/PicAttributes.h"
+#include "formats/PicAttributes.h"
 
 #include <optional>
 

@@ -1,16 +1,19 @@
 #include "core/MySinglePic.h"
 
-#include "folders/MySingleFolder.h"
+#include "core/FolderFacts.h"
 
+#include <QCollator>
 #include <QDir>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orv {
 
 std::atomic<quint32> MySinglePic::s_sessionCounter{0};
 
-MySinglePic::MySinglePic(const QString &name, MySingleFolder *folder, int type, OptionalDate date)
+MySinglePic::MySinglePic(const QString &name, FolderFacts *folder, int type, OptionalDate date)
     : spName(name),
       spNameAtImport(name),
       spSingleFolder(folder),
@@ -31,9 +34,69 @@ QStringList MySinglePic::spSidecarPaths() const
 {
     const QDir folder = spSingleFolder ? QDir(spSingleFolder->sfFolderPath) : QDir();
     QStringList paths;
-    for (const QString &extension : spSidecarExtensions)
-        paths.append(folder.filePath(spBaseName + QLatin1Char('.') + extension));
+    for (const QString &extension : spSidecarExtensions) {
+        if (extension == isXmpMaster)
+            paths.append(spXMPPath());
+        else
+            paths.append(folder.filePath(spBaseName + QLatin1Char('.') + extension));
+    }
     return paths;
+}
+
+namespace {
+
+bool isXmpExtension(const QString &extension)
+{
+    return extension.compare(QLatin1String("xmp"), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+void MySinglePic::addSidecarExtension(const QString &extension)
+{
+    if (bundleMasterImage && isXmpExtension(extension)) {
+        bundleMasterImage->addSidecarExtension(extension);
+        spSidecarExtensions = {isXmpMaster};
+        return;
+    }
+    if (spSidecarExtensions.contains(extension, Qt::CaseInsensitive))
+        return;
+    spSidecarExtensions.append(extension);
+    QCollator collator;
+    collator.setNumericMode(true);
+    std::sort(spSidecarExtensions.begin(), spSidecarExtensions.end(), collator);
+}
+
+QStringList MySinglePic::spSidecarFiles() const
+{
+    if (spSidecarExtensions.isEmpty())
+        return {};
+    if (bundleDependentImage && spSidecarExtensions.size() == 1)
+        return {bundleDependentImage->spName};
+    if (spSidecarExtensions.first() == isXmpMaster)
+        return {QFileInfo(spXMPPath()).fileName()};
+    QStringList names;
+    for (const QString &extension : spSidecarExtensions)
+        names.append(spBaseName + QLatin1Char('.') + extension);
+    return names;
+}
+
+QString MySinglePic::spXMPPath() const
+{
+    const MySinglePic *owner = this;
+    if (bundleMasterImage) {
+        if (!spSidecarExtensions.contains(isXmpMaster))
+            return {};
+        owner = bundleMasterImage;
+    } else if (bundleDependentImage && bundleDependentImage->spSidecarExtensions.contains(isXmpMaster)) {
+        return {};
+    }
+    const auto xmp = std::find_if(owner->spSidecarExtensions.cbegin(), owner->spSidecarExtensions.cend(),
+                                  isXmpExtension);
+    if (xmp == owner->spSidecarExtensions.cend())
+        return {};
+    const QDir folder = spSingleFolder ? QDir(spSingleFolder->sfFolderPath) : QDir();
+    return folder.filePath(spBaseName + QLatin1Char('.') + *xmp);
 }
 
 OptionalDate MySinglePic::singlePicModeDate() const
@@ -49,7 +112,7 @@ OptionalDate MySinglePic::spDateTimeModified() const
         return bundleMasterImage->spDateTimeModified();
     if (!takesEdits() || !spSingleFolder || !spDateTimeOriginal)
         return spDateTimeOriginal;
-    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately) {
+    if (spSingleFolder->sfEditMode == FolderFacts::EditSeparately) {
         const OptionalDate modeDate = singlePicModeDate();
         return modeDate ? modeDate : spDateTimeOriginal;
     }
@@ -99,9 +162,9 @@ bool MySinglePic::isThisPureTimeUnsaved() const
 {
     if (!spSingleFolder)
         return false;
-    if (spSingleFolder->sfEditMode == MySingleFolder::EditSeparately)
+    if (spSingleFolder->sfEditMode == FolderFacts::EditSeparately)
         return singlePicModification != 0.0;
-    return spSingleFolder->sfEditMode == MySingleFolder::EditTogether
+    return spSingleFolder->sfEditMode == FolderFacts::EditTogether
            && spSingleFolder->sfDateModificationsTimeInterval != 0.0;
 }
 

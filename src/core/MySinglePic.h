@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/Instant.h"
-#include "core/PicAttributes.h"
 #include "formats/FileFormatType.h"
+#include "formats/PicAttributes.h"
+#include "time/Instant.h"
 
 #include <QString>
 #include <QStringList>
@@ -14,7 +14,7 @@
 
 namespace orv {
 
-class MySingleFolder;
+struct FolderFacts;
 
 // Date source of an item: which value its spDateTimeOriginal came from.
 enum SpType : int {
@@ -70,7 +70,7 @@ enum MajorDifferenceBits : quint64 {
 class MySinglePic
 {
 public:
-    MySinglePic(const QString &name, MySingleFolder *folder, int type, OptionalDate date);
+    MySinglePic(const QString &name, FolderFacts *folder, int type, OptionalDate date);
 
     MySinglePic(const MySinglePic &) = delete;
     MySinglePic &operator=(const MySinglePic &) = delete;
@@ -84,7 +84,7 @@ public:
     QString typeString;
     QString cachedTargetName;
     QStringList spSidecarExtensions;
-    MySingleFolder *spSingleFolder = nullptr;
+    FolderFacts *spSingleFolder = nullptr;
     quint32 sessionUniqueId = 0;
     qint64 fileFormatType = UnknownFormat;
     qint64 fileUnchangedState = 0;
@@ -204,8 +204,17 @@ public:
 
     // --- Derived values ---
     QString spPath() const;
-    // The sidecars beside the file: its base name with each of spSidecarExtensions.
+    // The sidecars beside the file: its base name with each of spSidecarExtensions; for a
+    // dependent whose XMP lies with its master, that XMP.
     QStringList spSidecarPaths() const;
+    // spSidecarExtensions' one entry on a dependent whose XMP sidecar went to its master.
+    static inline const QString isXmpMaster = QStringLiteral("isXmpMaster");
+    // A dependent's xmp goes to its master; otherwise the extension joins the sorted list once.
+    void addSidecarExtension(const QString &extension);
+    // The names of the files that go with this one: sidecars, and a master's dependent.
+    QStringList spSidecarFiles() const;
+    // The XMP sidecar whose dates are this item's; empty when it has none.
+    QString spXMPPath() const;
     OptionalDate spDateTimeModified() const;
     OptionalDate singlePicModeDate() const;
     const MySinglePic *sortPic() const;

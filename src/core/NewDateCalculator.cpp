@@ -1,8 +1,9 @@
 #include "core/NewDateCalculator.h"
 
-#include "core/DateStampCodec.h"
+#include "core/DaylightSaving.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
-#include "folders/MySingleFolder.h"
+#include "time/DateStampCodec.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -525,28 +526,6 @@ bool isMovieCorrectionEnabled(const MySinglePic &pic)
     return pic.spSingleFolder && pic.spSingleFolder->isQuicktimeMVHDTimezoneCorrectionEnabled;
 }
 
-// Whether a new date, written as a local stamp in the target zone, could be read back as
-// another moment. The field type chooses the slot: 1 creation, 2 digitized, other modification.
-bool hasDSTAmbiguityForDate(const MySinglePic &pic, OptionalDate date, int type,
-                            const TimeZone &zone)
-{
-    if (!isRealDate(date))
-        return false;
-    if (pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeEmptyTiffFixedDate) {
-        const DateSlotBits slot = type == 1   ? DateSlotCreation
-                                  : type == 2 ? DateSlotDigitized
-                                              : DateSlotModification;
-        if (!pic.isStampLocal(slot))
-            return false;
-    } else if (pic.spType >= SpTypeMvhdCreation && pic.spType <= SpTypeMvhdZeroFixedDate) {
-        if (!isMovieCorrectionEnabled(pic))
-            return false;
-    } else if (pic.spType != SpTypeRiff) {
-        return false;
-    }
-    return zone.isWallClockRepeatedAtDate(*date);
-}
-
 // A Live Photo pair without proven identifiers is known only by its dates; the save must not
 // write the two halves so far apart that the pair falls apart at the next import.
 bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
@@ -574,7 +553,7 @@ bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
     const Instant stillDate = DateStampCodec::dateFromExifData(
         DateStampCodec::exifDataFromDate(*pic.exifDateTimeOriginalNEW, zone), TimeZone::utc());
     if (!movieDate || stillDate.isDistantPast() ||
-        MySingleFolder::isBundlingAllowedForUtcDates(*movieDate, stillDate))
+        FolderFacts::isBundlingAllowedForUtcDates(*movieDate, stillDate))
         return false;
     return !(context.lateValidateLivePhoto && context.lateValidateLivePhoto(pic));
 }
@@ -607,10 +586,13 @@ QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveChe
     if (isBefore1970(pic.fileCreationDateNEW) || isBefore1970(pic.fileModificationDateNEW))
         errors.insert(QStringLiteral("error_03_pre1970"));
 
-    if ((!isOriginalBefore1904 &&
-         hasDSTAmbiguityForDate(pic, pic.exifDateTimeOriginalNEW, 1, zone)) ||
-        hasDSTAmbiguityForDate(pic, pic.exifDateTimeDigitizedNEW, 2, zone) ||
-        (!isTiffBefore1904 && hasDSTAmbiguityForDate(pic, pic.tiffDateTimeNEW, 3, zone)))
+    const ZoneReading target{zone, isMovieCorrectionEnabled(pic)};
+    const auto isAmbiguousAtExport = [&](OptionalDate date, int type) {
+        return date && DaylightSaving::hasDSTAmbiguityForDate(pic, *date, type, target);
+    };
+    if ((!isOriginalBefore1904 && isAmbiguousAtExport(pic.exifDateTimeOriginalNEW, 1)) ||
+        isAmbiguousAtExport(pic.exifDateTimeDigitizedNEW, 2) ||
+        (!isTiffBefore1904 && isAmbiguousAtExport(pic.tiffDateTimeNEW, 3)))
         errors.insert(QStringLiteral("error_01_ambiguousStamp"));
 
     if (isLivePhotoDriftingApart(pic, context))

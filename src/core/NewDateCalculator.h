@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Instant.h"
 #include "core/NewDateOptions.h"
+#include "time/Instant.h"
 #include "time/TimeZone.h"
 
 #include <QSet>
@@ -10,7 +10,7 @@
 
 namespace orv {
 
-class MySingleFolder;
+struct FolderFacts;
 class MySinglePic;
 
 // What the calculation needs to know of the application around it.
@@ -22,7 +22,7 @@ struct NewDateContext
     bool isSavingInProgress = false;
     // The alternative save button writes every item of the selected folder, changed or not.
     bool isAltSaveButtonEnabled = false;
-    const MySingleFolder *selectedFolder = nullptr;
+    const FolderFacts *selectedFolder = nullptr;
     // The previews bar shows a dragged change: items carry tempTimeDuringLiveMod.
     bool isLiveDragInPreviews = false;
 };

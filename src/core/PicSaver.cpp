@@ -1,16 +1,16 @@
 #include "core/PicSaver.h"
 
-#include "core/DateStampCodec.h"
 #include "core/ExiftoolSteps.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
 #include "core/SaveErrors.h"
 #include "core/SaveSettings.h"
 #include "core/StampEdits.h"
 #include "core/StoredBytes.h"
-#include "folders/MySingleFolder.h"
 #include "formats/FileReader.h"
 #include "formats/InPlaceWriter.h"
 #include "formats/PngLocator.h"
+#include "time/DateStampCodec.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,13 +1,13 @@
 #include "core/PicScanner.h"
 
-#include "core/DateStampCodec.h"
+#include "core/DaylightSaving.h"
 #include "core/GpsLocation.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "core/XmpDates.h"
-#include "folders/ImportQuestions.h"
-#include "folders/MySingleFolder.h"
+#include "core/ZoneRereading.h"
 #include "formats/MySingleFolderDataReader.h"
+#include "time/DateStampCodec.h"
 #include "time/TimeZone.h"
 
 #include <QFileInfo>
@@ -33,20 +33,9 @@ QSysInfo::Endian byteOrder(bool motorola)
     return motorola ? QSysInfo::BigEndian : QSysInfo::LittleEndian;
 }
 
-QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
-{
-    return offset ? offset->offsetData : QByteArray();
-}
-
-// The offset a stamp was written in: its own tag when that reads exactly, else the camera
-// clock's, which another stamp's tag names.
 QByteArray offsetOfStamp(const std::optional<OffsetTagRecord> &own, const DatesData &d)
 {
-    if (own && DateStampCodec::exactExifOffsetSeconds(own->offsetData))
-        return own->offsetData;
-    return DateStampCodec::cameraClockOffset(offsetDataOf(d.exifOffsetTimeOriginal),
-                                             offsetDataOf(d.exifOffsetTimeDigitized),
-                                             offsetDataOf(d.exifOffsetTIFFTime));
+    return orv::offsetOfStamp(own, d.exifOffsetTimeOriginal, d.exifOffsetTimeDigitized, d.exifOffsetTIFFTime);
 }
 
 // The XMP packet's place depends on the container: a TIFF-based file names it in IFD0, which
@@ -216,12 +205,6 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     return facts;
 }
 
-std::unique_ptr<MySinglePic> PicScanner::scanFile(const QString &path, MySingleFolder &folder,
-                                                  ImportQuestions &questions)
-{
-    return buildPic(readFacts(path, folder.isEXIFIgnored()), folder, questions);
-}
-
 namespace {
 
 // The file's own entry: dates, size, and the rule that a camera's modify date lying after the
@@ -345,16 +328,15 @@ void setImageAttributesFromTheDatesData(MySinglePic &pic, const ScanFacts &facts
     setGPXAttributesFromTheDatesData(pic, d);
 }
 
-// The folder's answer to empty tags, asked once and cached for the rest of its import.
-ImportOptions &emptyTagOptions(MySingleFolder &folder, ImportQuestions &questions)
+// The folder's answer to empty tags, asked once and kept for the rest of its import.
+ImportOptions &emptyTagOptions(ItemScanContext &context)
 {
-    ImportOptions &options = folder.perFolderImportOptions;
+    ImportOptions &options = context.options;
     if (!options.isChosen()) {
-        if (options.skipEmptyTagImportOptions) {
+        if (options.skipEmptyTagImportOptions || !context.askEmptyTagOptions)
             options.withEmptyExifFixDate = ImportOptions::UseFileDate;
-        } else {
-            options.takeEmptyTagAnswer(questions.emptyTagOptions(folder));
-        }
+        else
+            options.takeEmptyTagAnswer(context.askEmptyTagOptions());
     }
     return options;
 }
@@ -396,10 +378,10 @@ ChosenDate dateFromTags(const ScanFacts &facts)
 
 // The date the import options give a file whose date tags are empty: the file's creation date,
 // or the next of the fixed dates (`isFixed`).
-OptionalDate importOptionDate(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions,
+OptionalDate importOptionDate(const ScanFacts &facts, ItemScanContext &context,
                               bool &isFixed)
 {
-    ImportOptions &options = emptyTagOptions(folder, questions);
+    ImportOptions &options = emptyTagOptions(context);
     isFixed = options.usesFixedDate();
     OptionalDate date = facts.attributes->creationDate;
     if (isFixed) {
@@ -408,40 +390,42 @@ OptionalDate importOptionDate(const ScanFacts &facts, MySingleFolder &folder, Im
         date = options.prefFixDateDate->addingSeconds(options.intervalStepper);
         options.intervalStepper += options.stepInSeconds();
     }
-    ++folder.fixedDates;
+    ++context.fixedDates;
     return date;
 }
 
 // A tag exists but its stamp is empty: the import options give the date.
-ChosenDate dateFromImportOptions(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions)
+ChosenDate dateFromImportOptions(const ScanFacts &facts, ItemScanContext &context)
 {
     const DatesData &d = facts.dates;
     const int slot = d.exifDateTimeOriginal ? 0 : d.exifDateTimeDigitized ? 1 : 2;
     bool isFixed = false;
-    const OptionalDate date = importOptionDate(facts, folder, questions, isFixed);
+    const OptionalDate date = importOptionDate(facts, context, isFixed);
     if (!date)
         return {};
     return {(isFixed ? SpTypeEmptyOriginalFixedDate : SpTypeEmptyOriginalFileDate) + slot, date};
 }
 
-std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, MySingleFolder &folder, int type, OptionalDate date)
+std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, ItemScanContext &context, int type, OptionalDate date)
 {
-    auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), &folder, type, date);
+    auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), context.folder, type, date);
     pic->fileFormatType = facts.format.fileFormatType;
     pic->typeString = facts.format.typeString;
+    // RAW files and QuickTime movies look for the JPEG or the still taken beside them.
+    pic->isPossibleBundlePic = pic->fileFormatType == RawFormat || pic->fileFormatType == QuickTimeMovieFormat;
     return pic;
 }
 
-std::unique_ptr<MySinglePic> buildUndated(const ScanFacts &facts, MySingleFolder &folder, int type, OptionalDate date)
+std::unique_ptr<MySinglePic> buildUndated(const ScanFacts &facts, ItemScanContext &context, int type, OptionalDate date)
 {
-    auto pic = makePic(facts, folder, type, date);
+    auto pic = makePic(facts, context, type, date);
     if (type == SpTypeUnsupportedPhoto) {
         pic->pivMakeModel.clear();
         pic->pivImageWidth = 0;
         pic->pivImageHeight = 0;
     }
     setImageAttributesFromFileAttributes(*pic, *facts.attributes,
-                                         folder.perFolderImportOptions.dateComparisonThresold);
+                                         context.options.dateComparisonThresold);
     return pic;
 }
 
@@ -501,14 +485,14 @@ void setMovieAttributesFromMVHDData(MySinglePic &pic, const MovieHeaderData &m, 
     pic.pivMakeModel = MakerModel::completeMakerModelStringFromMaker(QString::fromUtf8(m.make), QString::fromUtf8(m.model));
 }
 
-std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, MySingleFolder &folder)
+std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, ItemScanContext &context)
 {
     const RiffMovieData &riff = *facts.riff;
     const OptionalDate date = DateStampCodec::dateFromRIFFTimeStamp(
         QString::fromLatin1(riff.creaDateData.left(24)), TimeZone::systemZone());
     if (!date)
-        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
-    auto pic = makePic(facts, folder, SpTypeRiff, date);
+        return buildUndated(facts, context, SpTypeMovieFileDate, facts.attributes->creationDate);
+    auto pic = makePic(facts, context, SpTypeRiff, date);
     pic->movieType = MovieHeaderData::RiffStamp;
     pic->exifDateTimeOriginalOLD = date;
     pic->singlePicAttributes.riffCreaDate = MovieStampRecord{riff.creaDateData, riff.creaDateDataOffset};
@@ -518,7 +502,7 @@ std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, MySingleFold
         pic->pivImageHeight = riff.pixelSize.height();
     }
     pic->movDuration = riff.duration.value_or(-1.0);
-    setImageAttributesFromFileAttributes(*pic, *facts.attributes, folder.perFolderImportOptions.dateComparisonThresold);
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes, context.options.dateComparisonThresold);
     return pic;
 }
 
@@ -526,21 +510,20 @@ std::unique_ptr<MySinglePic> buildRiffMovie(const ScanFacts &facts, MySingleFold
 // prefers it or the header has no date; otherwise the header's creation time, or its
 // modification time, each read as local clock time where the folder says cameras wrote it so.
 // A header of zeros takes its date from the import options.
-std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, MySingleFolder &folder,
-                                                 ImportQuestions &questions)
+std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, ItemScanContext &context)
 {
     const MovieHeaderData &m = *facts.movie;
     const TimeZone zone = TimeZone::systemZone();
-    const bool correction = folder.isQuicktimeMVHDTimezoneCorrectionEnabled;
+    const bool correction = context.mvhdTimezoneCorrection;
     const OptionalDate metaDate =
         m.QtCreationdate ? DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(qtText(m.QtCreationdate)), zone)
                          : std::nullopt;
     ChosenDate chosen;
     if (m.movieType == MovieHeaderData::BothZero) {
         bool isFixed = false;
-        const OptionalDate date = importOptionDate(facts, folder, questions, isFixed);
+        const OptionalDate date = importOptionDate(facts, context, isFixed);
         chosen = {isFixed ? SpTypeMvhdZeroFixedDate : SpTypeMvhdZeroFileDate, date};
-    } else if (metaDate && (folder.isQuicktimeMDTADateEnabled || (!m.creaDate && !m.modDate))) {
+    } else if (metaDate && (context.mdtaDateEnabled || (!m.creaDate && !m.modDate))) {
         chosen = {SpTypeMdta, metaDate};
     } else if (m.creaDate) {
         chosen = {SpTypeMvhdCreation, DateStampCodec::finalDateFromMVHDData(m.creaDate->data, correction, zone)};
@@ -548,11 +531,10 @@ std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, MySingl
         chosen = {SpTypeMvhdModification, DateStampCodec::finalDateFromMVHDData(m.modDate->data, correction, zone)};
     }
     if (!chosen.date)
-        return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+        return buildUndated(facts, context, SpTypeMovieFileDate, facts.attributes->creationDate);
 
-    auto pic = makePic(facts, folder, chosen.type, chosen.date);
+    auto pic = makePic(facts, context, chosen.type, chosen.date);
     pic->movieType = m.movieType;
-    pic->isPossibleBundlePic = facts.format.fileFormatType == QuickTimeMovieFormat;
     setMovieAttributesFromMVHDData(*pic, m, correction, zone);
     if (chosen.type == SpTypeMvhdZeroFileDate || chosen.type == SpTypeMvhdZeroFixedDate) {
         // The zero header is a tag to fill: the save writes the item's date into it.
@@ -560,19 +542,28 @@ std::unique_ptr<MySinglePic> buildQuickTimeMovie(const ScanFacts &facts, MySingl
         if (chosen.type == SpTypeMvhdZeroFixedDate || !pic->tiffDateTimeOLD)
             pic->tiffDateTimeOLD = Instant::distantPast();
     }
-    setImageAttributesFromFileAttributes(*pic, *facts.attributes, folder.perFolderImportOptions.dateComparisonThresold);
+    setImageAttributesFromFileAttributes(*pic, *facts.attributes, context.options.dateComparisonThresold);
     return pic;
 }
 
-std::unique_ptr<MySinglePic> buildMovie(const ScanFacts &facts, MySingleFolder &folder, ImportQuestions &questions)
+std::unique_ptr<MySinglePic> buildMovie(const ScanFacts &facts, ItemScanContext &context)
 {
-    if (folder.isEXIFIgnored())
-        return buildUndated(facts, folder, SpTypeMovieExifIgnored, Instant::distantPast());
+    if (context.exifIgnored)
+        return buildUndated(facts, context, SpTypeMovieExifIgnored, Instant::distantPast());
     if (facts.riff)
-        return buildRiffMovie(facts, folder);
+        return buildRiffMovie(facts, context);
     if (facts.movie && facts.movie->movieType != MovieHeaderData::NoHeader)
-        return buildQuickTimeMovie(facts, folder, questions);
-    return buildUndated(facts, folder, SpTypeMovieFileDate, facts.attributes->creationDate);
+        return buildQuickTimeMovie(facts, context);
+    return buildUndated(facts, context, SpTypeMovieFileDate, facts.attributes->creationDate);
+}
+
+// The stamps were read in the system zone; what that zone cannot read plainly is found now.
+std::unique_ptr<MySinglePic> withImportFindings(std::unique_ptr<MySinglePic> pic, const ItemScanContext &context)
+{
+    if (pic)
+        DaylightSaving::validateDateDifferencesUsingTimeZone(
+            *pic, {TimeZone::systemZone(), context.mvhdTimezoneCorrection}, std::nullopt);
+    return pic;
 }
 
 // Forgets what the last reading of the file found, before it is read again.
@@ -613,18 +604,17 @@ bool PicScanner::refreshInternalData(MySinglePic &pic)
     return true;
 }
 
-std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySingleFolder &folder,
-                                                  ImportQuestions &questions)
+std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
 {
     switch (facts.route) {
     case ScanFacts::Route::GpxTrack:
-        folder.gpxAddedPaths.insert(facts.path);
+        context.gpxPaths.insert(facts.path);
         return nullptr;
     case ScanFacts::Route::XmpSidecar:
-        folder.xmpSidecarPaths.insert(facts.path);
+        context.xmpSidecarPaths.insert(facts.path);
         return nullptr;
     case ScanFacts::Route::AaeSidecar:
-        folder.aaeSidecarPaths.insert(facts.path);
+        context.aaeSidecarPaths.insert(facts.path);
         return nullptr;
     case ScanFacts::Route::Directory:
     case ScanFacts::Route::Skipped:
@@ -632,33 +622,32 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     case ScanFacts::Route::NotRegularFile:
         return nullptr;
     case ScanFacts::Route::Movie:
-        return buildMovie(facts, folder, questions);
+        return withImportFindings(buildMovie(facts, context), context);
     case ScanFacts::Route::Unsupported:
-        return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
+        return buildUndated(facts, context, SpTypeUnsupportedPhoto, Instant::distantPast());
     case ScanFacts::Route::Still:
         break;
     }
-    if (folder.isEXIFIgnored())
-        return buildUndated(facts, folder, SpTypeUnsupportedPhoto, Instant::distantPast());
+    if (context.exifIgnored)
+        return buildUndated(facts, context, SpTypeUnsupportedPhoto, Instant::distantPast());
 
     const DatesData &d = facts.dates;
     ChosenDate chosen = dateFromTags(facts);
     if (!chosen.date) {
         const bool hasAnyTag = d.exifDateTimeOriginal || d.exifDateTimeDigitized || d.tiffDateTime;
-        chosen = hasAnyTag ? dateFromImportOptions(facts, folder, questions)
+        chosen = hasAnyTag ? dateFromImportOptions(facts, context)
                            : ChosenDate{SpTypeNoTagsFileDate, facts.attributes->creationDate};
     }
     if (!chosen.date)
         return nullptr;
 
-    auto pic = makePic(facts, folder, chosen.type, chosen.date);
-    pic->isPossibleBundlePic = chosen.type == SpTypeTiffDateTime;
+    auto pic = makePic(facts, context, chosen.type, chosen.date);
     // The item keeps 0xFFFFFFFF for "no header", since 0 is a real place in a TIFF.
     pic->tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
     pic->tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;
     setImageAttributesFromTheDatesData(*pic, facts);
     setImageAttributesFromFileAttributes(*pic, *facts.attributes,
-                                         folder.perFolderImportOptions.dateComparisonThresold);
+                                         context.options.dateComparisonThresold);
 
     const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);
@@ -667,8 +656,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, MySing
     pic->pivImageHeight = size.isValid() ? size.height() : -1;
     if (pic->fileFormatType == JpegFormat || pic->fileFormatType == HeicFormat)
         pic->UUID = image.contentIdentifier;
-    pic->hasMinorDateDifference = pic->differenceFromGPSDate(pic->spGpsUTCDate, pic->spDateTimeOriginal) != 0.0;
-    return pic;
+    return withImportFindings(std::move(pic), context);
 }
 
 } // namespace orv

@@ -2,21 +2,23 @@
 
 #include "core/FileAttributes.h"
 #include "core/FileFormat.h"
-#include "core/PicAttributes.h"
+#include "core/ImportOptions.h"
 #include "formats/AviLocator.h"
 #include "formats/DatesData.h"
+#include "formats/PicAttributes.h"
 #include "formats/QuickTimeLocator.h"
 #include "formats/TiffTagReader.h"
 
+#include <QSet>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace orv {
 
-class ImportQuestions;
-class MySingleFolder;
+struct FolderFacts;
 class MySinglePic;
 
 // Everything one file's bytes say, read without touching the model. Reading is the slow part
@@ -52,6 +54,23 @@ struct ScanFacts
     std::optional<RiffMovieData> riff;
 };
 
+// What turning facts into items needs besides the bytes, and what it gathers on the way. A
+// folder's scan owns one on its own thread for the length of the scan, taken from the folder on
+// the main thread when the scan starts; the folder takes the options, counts and paths back when
+// the scan is published there. The scan never reads or writes the folder itself.
+struct ItemScanContext
+{
+    FolderFacts *folder = nullptr; // handed to each item as its folder, never dereferenced here
+    bool exifIgnored = false;
+    bool mdtaDateEnabled = true;
+    bool mvhdTimezoneCorrection = true;
+    ImportOptions options;
+    // Asked at most once, when the options hold no empty-tag answer; without it, the file date.
+    std::function<ImportOptions()> askEmptyTagOptions;
+    int fixedDates = 0;
+    QSet<QString> gpxPaths, xmpSidecarPaths, aaeSidecarPaths;
+};
+
 // The scan of one file: format, byte readers, the date priority chain, the empty-tag import
 // options, GPS date and location, file attributes, camera text.
 class PicScanner
@@ -62,11 +81,7 @@ public:
 
     // Runs in file order on the folder's scan thread. Answers nothing when the facts do not make
     // an item (sidecars, directories, skipped and vanished files, no date at all).
-    static std::unique_ptr<MySinglePic> buildPic(const ScanFacts &facts, MySingleFolder &folder,
-                                                 ImportQuestions &questions);
-
-    static std::unique_ptr<MySinglePic> scanFile(const QString &path, MySingleFolder &folder,
-                                                 ImportQuestions &questions);
+    static std::unique_ptr<MySinglePic> buildPic(const ScanFacts &facts, ItemScanContext &context);
 
     // After exiftool rewrote a still: every stored value, its offset and OLD date, the location
     // and the file's attributes are read again from the file as it now stands. False when the

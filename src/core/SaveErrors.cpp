@@ -1,7 +1,7 @@
 #include "core/SaveErrors.h"
 
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
-#include "folders/MySingleFolder.h"
 #include "time/TimeZone.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Instant.h"
+#include "time/Instant.h"
 
 #include <QList>
 #include <QMutex>

@@ -1,6 +1,6 @@
 #include "core/SaveSettings.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "formats/SaveJournal.h"
 
 #include <QDateTime>

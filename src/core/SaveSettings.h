@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Instant.h"
 #include "core/NewDateOptions.h"
+#include "time/Instant.h"
 #include "time/TimeZone.h"
 
 #include <QString>

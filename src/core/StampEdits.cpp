@@ -1,10 +1,10 @@
 #include "core/StampEdits.h"
 
-#include "core/DateStampCodec.h"
+#include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
-#include "folders/MySingleFolder.h"
 #include "formats/QuickTimeLocator.h"
+#include "time/DateStampCodec.h"
 
 #include <QtEndian>
 
@@ -87,9 +87,23 @@ void PlannedSave::add(qint64 offset, const QByteArray &bytes, const QByteArray &
         edits.push_back({offset, bytes, previous});
 }
 
+StampEdits::StampEdits(MySinglePic &pic, const SaveSettings &settings)
+    : m_pic(pic), m_settings(settings), m_targetZone(targetZoneFor(pic, settings))
+{
+}
+
+std::optional<TimeZone> StampEdits::targetZoneFor(const MySinglePic &pic, const SaveSettings &settings)
+{
+    const MySinglePic &master = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
+    const FolderFacts *folder = master.spSingleFolder;
+    if (settings.targetTimeZone || !folder || !folder->targetZoneForSave)
+        return settings.targetTimeZone;
+    return folder->targetZoneForSave(master);
+}
+
 TimeZone StampEdits::localZone() const
 {
-    return m_settings.targetTimeZone.value_or(TimeZone::systemZone());
+    return m_targetZone.value_or(TimeZone::systemZone());
 }
 
 PlannedSave StampEdits::planPhoto()
@@ -159,7 +173,7 @@ void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<Sta
     }
     QByteArray stampData;
     if (ownOffset) {
-        const TimeZone zone = m_settings.targetTimeZone.value_or(
+        const TimeZone zone = m_targetZone.value_or(
             TimeZone::fromOffsetSeconds(*ownOffset).value_or(localZone()));
         const ExifStampWithOffset written =
             DateStampCodec::exifWithOffsetDatasFromDate(*newDate, zone);
@@ -172,7 +186,7 @@ void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<Sta
     } else {
         // A stamp without a tag of its own keeps the camera's clock that the others name.
         const std::optional<TimeZone> clock = cameraClock();
-        const TimeZone zone = clock ? m_settings.targetTimeZone.value_or(*clock) : localZone();
+        const TimeZone zone = clock ? m_targetZone.value_or(*clock) : localZone();
         stampData = DateStampCodec::exifDataFromDate(*newDate, zone);
         if (stampData.size() != stampLength + 1)
             return;
@@ -233,7 +247,7 @@ PlannedSave StampEdits::planMovie()
             const OptionalDate date =
                 isMeta ? newDate
                        : moved(DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(stored), localZone()));
-            const TimeZone zone = m_settings.targetTimeZone.value_or(zoneOfMdtaStamp(stored, localZone()));
+            const TimeZone zone = m_targetZone.value_or(zoneOfMdtaStamp(stored, localZone()));
             const int length = int(stored.size());
             if (isRealDate(date))
                 planMovieStamp(plan, a.QTMetaDate,
@@ -362,8 +376,8 @@ OptionalDate StampEdits::movedGpsDate() const
 {
     if (!m_settings.syncGPSDataOnSaveType)
         return m_pic.spDateTimeModified_tempFIX;
-    const MySingleFolder *folder = m_pic.spSingleFolder;
-    const double offset = folder && folder->sfEditMode == MySingleFolder::EditTogether
+    const FolderFacts *folder = m_pic.spSingleFolder;
+    const double offset = folder && folder->sfEditMode == FolderFacts::EditTogether
                               ? folder->sfDateModificationsTimeInterval
                               : m_pic.singlePicModification;
     return m_pic.spGpsUTCDate->addingSeconds(offset);

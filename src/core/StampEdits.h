@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/PicAttributes.h"
 #include "formats/InPlaceWriter.h"
+#include "formats/PicAttributes.h"
 #include "time/TimeZone.h"
 
 #include <functional>
@@ -48,7 +48,11 @@ struct PlannedSave
 class StampEdits
 {
 public:
-    StampEdits(MySinglePic &pic, const SaveSettings &settings) : m_pic(pic), m_settings(settings) {}
+    StampEdits(MySinglePic &pic, const SaveSettings &settings);
+
+    // The zone the item's new stamps are written in: the run's, else the item's target zone once
+    // its folder has zones; nothing when each stamp keeps its own.
+    static std::optional<TimeZone> targetZoneFor(const MySinglePic &pic, const SaveSettings &settings);
 
     PlannedSave planPhoto();
     // A movie's stamps: the AVI IDIT, or the QuickTime metadata date and the movie header's
@@ -97,6 +101,9 @@ private:
 
     MySinglePic &m_pic;
     const SaveSettings &m_settings;
+    // The run's zone, else the item's target zone once its folder has zones; without either a
+    // stamp keeps its own zone.
+    std::optional<TimeZone> m_targetZone;
 };
 
 } // namespace orv

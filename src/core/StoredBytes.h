@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/PicAttributes.h"
 #include "formats/InPlaceWriter.h"
+#include "formats/PicAttributes.h"
 
 namespace orv {
 

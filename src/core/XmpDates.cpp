@@ -1,6 +1,6 @@
 #include "core/XmpDates.h"
 
-#include "core/DateStampCodec.h"
+#include "time/DateStampCodec.h"
 #include "time/TimeZone.h"
 
 namespace orv {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Instant.h"
-#include "core/PicAttributes.h"
+#include "formats/PicAttributes.h"
+#include "time/Instant.h"
 
 namespace orv {
 

@@ -51,7 +51,7 @@ QList<MySingleFolder *> DateSequence::finish()
     QList<MySingleFolder *> switched;
     double offset = 0.0;
     for (auto &owned : m_pics) {
-        MySingleFolder &folder = *owned->spSingleFolder;
+        MySingleFolder &folder = *MySingleFolder::of(*owned);
         MySinglePic &pic = *folder.adoptPic(std::move(owned));
         if (!m_start)
             continue;

@@ -1,6 +1,6 @@
 #include "folders/FolderPalette.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 #include <QCborArray>
 

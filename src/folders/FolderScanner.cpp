@@ -4,6 +4,7 @@
 #include "core/PicScanner.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportKeyStates.h"
+#include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
 #include "formats/ByteSource.h"
 
@@ -83,8 +84,31 @@ QStringList undecodableNamesIn(const QString &directory)
 
 FolderScanner::FolderScanner(MySingleFolder &folder, ImportQuestions &questions, const ImportDefaults &defaults,
                              ImportScope scope)
-    : m_folder(folder), m_questions(questions), m_defaults(defaults), m_scope(scope)
+    : m_folder(folder), m_questions(questions), m_defaults(defaults), m_scope(std::move(scope))
 {
+    m_scope.items.askEmptyTagOptions = [this] { return m_questions.emptyTagOptions(m_folder); };
+}
+
+FolderScanner::ImportScope FolderScanner::scopeFor(MySingleFolder &folder, const ImportDefaults &defaults)
+{
+    ImportOptions run = folder.perImportImportOptions.isEmpty() ? defaults.importOptionsFor(folder.keyStatesAtImport)
+                                                                : folder.perImportImportOptions.takeFirst();
+    // The empty-tag answer holds for the folder's whole life, and its steps go on.
+    if (folder.perFolderImportOptions.isChosen()) {
+        const ImportOptions &chosen = folder.perFolderImportOptions;
+        run.takeEmptyTagAnswer(chosen);
+        run.intervalStepper = chosen.intervalStepper;
+    }
+    folder.perFolderImportOptions = run;
+
+    return {folder.isAdvanced, folder.isAdvancedOver, folder.itemNames(), folder.itemScanContext()};
+}
+
+void FolderScanner::takeResult(MySingleFolder &folder, Result &result)
+{
+    folder.isAdvanced = result.isPartial;
+    folder.importErrors = std::move(result.errors);
+    folder.takeScanContext(result.items);
 }
 
 QStringList FolderScanner::namesIn(const QString &directory)
@@ -101,26 +125,30 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
 {
     Result result;
     result.isPartial = m_scope.isPartial && !m_scope.isWidening;
-    m_folder.importErrors.clear();
-    prepareImportOptions();
+    scanInto(result, progress);
+    result.items = std::move(m_scope.items);
+    return result;
+}
 
+void FolderScanner::scanInto(Result &result, const ProgressCallback &progress)
+{
     const QString directory = m_folder.unlockedSecUrl();
     if (directory.isEmpty()) {
         const bool exists = QFileInfo(m_folder.sfFolderPath).isDir();
-        m_folder.importErrors.add(exists ? ImportErrors::FolderUnreadable : ImportErrors::FolderVanished,
-                                  m_folder.sfFolderPath);
-        return result;
+        result.errors.add(exists ? ImportErrors::FolderUnreadable : ImportErrors::FolderVanished,
+                          m_folder.sfFolderPath);
+        return;
     }
     const std::optional<QStringList> names = namesToImport(directory, result);
     if (!names)
-        return result;
+        return;
 
     const qint64 total = 2 * names->size() + 1;
     qint64 done = 0;
     progress(done, total);
     QStringList files;
     const QDir dir(directory);
-    const QSet<QString> imported = m_folder.itemNames();
+    const QSet<QString> &imported = m_scope.importedNames;
     for (const QString &name : *names) {
         const QString path = dir.filePath(name);
         if (imported.contains(name)) {
@@ -133,25 +161,6 @@ FolderScanner::Result FolderScanner::updatePicData(const ProgressCallback &progr
     }
     progress(done, total);
     result.wasStopped = !readAndBuild(directory, files, done, total, progress, result);
-    if (result.wasStopped)
-        return result;
-
-    // File groups (RAW+JPG, Live Photos) and the sidecar matching join here, over the staged items.
-    return result;
-}
-
-void FolderScanner::prepareImportOptions()
-{
-    ImportOptions run = m_folder.perImportImportOptions.isEmpty()
-                            ? m_defaults.importOptionsFor(m_folder.keyStatesAtImport)
-                            : m_folder.perImportImportOptions.takeFirst();
-    // The empty-tag answer holds for the folder's whole life, and its steps go on.
-    if (m_folder.perFolderImportOptions.isChosen()) {
-        const ImportOptions &chosen = m_folder.perFolderImportOptions;
-        run.takeEmptyTagAnswer(chosen);
-        run.intervalStepper = chosen.intervalStepper;
-    }
-    m_folder.perFolderImportOptions = run;
 }
 
 std::optional<QStringList> FolderScanner::namesToImport(const QString &directory, Result &result)
@@ -163,12 +172,12 @@ std::optional<QStringList> FolderScanner::namesToImport(const QString &directory
         return batch->names;
     }
     if (!FolderToken::isAccessible(directory)) {
-        m_folder.importErrors.add(ImportErrors::FolderUnreadable, directory);
+        result.errors.add(ImportErrors::FolderUnreadable, directory);
         return std::nullopt;
     }
     const QStringList names = namesIn(directory);
     for (const QString &name : undecodableNamesIn(directory))
-        m_folder.importErrors.add(ImportErrors::NameNotDecodable, QDir(directory).filePath(name));
+        result.errors.add(ImportErrors::NameNotDecodable, QDir(directory).filePath(name));
     const KeyStatesAtImport &keys = m_folder.keyStatesAtImport;
     const QStringList kept = ImportFilter(keys.tioFilterValues, keys.tioFilterType).filteredPaths(names, directory);
     if (kept.size() < names.size())
@@ -194,13 +203,13 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
         const QString target = entry.canonicalFilePath();
         if (token->identity() != m_folder.sfSecBookmark.identity() &&
             !m_folder.importAncestors.contains(token->identity()) && !target.startsWith(inside)) {
-            m_folder.importErrors.add(ImportErrors::LinkLeavesFolder, path);
+            result.errors.add(ImportErrors::LinkLeavesFolder, path);
             return;
         }
     }
     const QList<FileIdentity> &above = m_folder.importAncestors;
     if (token->identity() == m_folder.sfSecBookmark.identity() || above.contains(token->identity())) {
-        m_folder.importErrors.add(ImportErrors::SubfolderLoop, path);
+        result.errors.add(ImportErrors::SubfolderLoop, path);
         return;
     }
     result.subfolders.append({path, *token});
@@ -209,7 +218,7 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
 bool FolderScanner::readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
                                  const ProgressCallback &progress, Result &result)
 {
-    const bool exifIgnored = m_folder.isEXIFIgnored();
+    const bool exifIgnored = m_scope.items.exifIgnored;
     QStringList missing;
     for (qsizetype first = 0; first < files.size(); first += filesPerRound) {
         if (m_folder.shouldStopImport)
@@ -227,28 +236,28 @@ bool FolderScanner::readAndBuild(const QString &directory, const QStringList &fi
             if (file.problem == ImportErrors::FileVanished)
                 missing.append(file.facts.path);
             else if (file.problem)
-                m_folder.importErrors.add(*file.problem, file.facts.path);
-            if (std::unique_ptr<MySinglePic> pic = PicScanner::buildPic(file.facts, m_folder, m_questions))
-                m_folder.picsImportedAndTempStoredUntilAllReady.push_back(std::move(pic));
+                result.errors.add(*file.problem, file.facts.path);
+            if (std::unique_ptr<MySinglePic> pic = PicScanner::buildPic(file.facts, m_scope.items))
+                result.pics.push_back(std::move(pic));
         }
         done += round.size();
         progress(done, total);
     }
-    reportMissingFiles(directory, missing);
+    reportMissingFiles(directory, missing, result);
     return true;
 }
 
 // Files that vanish because their whole folder went away are one problem, not one per file.
-void FolderScanner::reportMissingFiles(const QString &directory, const QStringList &missing)
+void FolderScanner::reportMissingFiles(const QString &directory, const QStringList &missing, Result &result)
 {
     if (missing.isEmpty())
         return;
     if (!QFileInfo(directory).isDir()) {
-        m_folder.importErrors.add(ImportErrors::FolderVanished, directory);
+        result.errors.add(ImportErrors::FolderVanished, directory);
         return;
     }
     for (const QString &path : missing)
-        m_folder.importErrors.add(ImportErrors::FileVanished, path);
+        result.errors.add(ImportErrors::FileVanished, path);
 }
 
 } // namespace orv

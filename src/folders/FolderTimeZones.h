@@ -4,6 +4,8 @@
 #include <QSet>
 #include <QString>
 
+#include "time/TimeZone.h"
+
 #include <optional>
 
 namespace orv {
@@ -29,6 +31,7 @@ public:
     QHash<QString, QSet<const MySinglePic *>> itemsByZone;
 
     bool isEmpty() const { return !defaultZone && itemsByZone.isEmpty(); }
+    bool operator==(const FolderTimeZones &) const = default;
     // The zone the item (or, for a group's master, its dependent) has by itself.
     std::optional<QString> zoneOfItem(const MySinglePic &pic) const;
     // The item's own zone, else the folder's.
@@ -38,6 +41,22 @@ public:
     void remove(const MySinglePic &pic);
     // For merged views: the item sets united; the defaults are the caller's to merge.
     void unite(const FolderTimeZones &other);
+};
+
+// The zones a pair of dictionaries gives an item: a folder's own, or a sheet's working copies
+// of them while it edits. A group's dependent is answered for by its master. Nothing stands for
+// a name the tz database does not know.
+struct ZoneProvider
+{
+    const FolderTimeZones &source;
+    const FolderTimeZones &target;
+
+    // The names with the folder forms resolved; nothing stands for the system zone.
+    std::optional<QString> sourceTimeZoneNameForPic(const MySinglePic &pic) const;
+    std::optional<QString> targetTimeZoneNameForPic(const MySinglePic &pic) const;
+    std::optional<TimeZone> sourceTimeZoneForPic(const MySinglePic &pic) const;
+    std::optional<TimeZone> targetTimeZoneForPic(const MySinglePic &pic,
+                                                 const std::optional<TimeZone> &knownSource = std::nullopt) const;
 };
 
 } // namespace orv

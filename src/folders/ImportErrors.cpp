@@ -49,6 +49,10 @@ QString ImportErrors::describe(Kind kind, qsizetype count)
         return QCoreApplication::translate(
             context, "%n linked subfolder(s) skipped: the link leads out of the imported folder",
             nullptr, int(count));
+    case ImportErrors::SidecarUnreadable:
+        return QCoreApplication::translate(
+            context, "%n sidecar file(s) cannot be read; matched to their file by name alone", nullptr,
+            int(count));
     case ImportErrors::NameNotDecodable:
         return QCoreApplication::translate(
             context, "%n file(s) skipped: the name is not valid in this system's encoding; rename to open",

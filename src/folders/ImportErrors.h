@@ -25,6 +25,7 @@ public:
         NameNotDecodable,                  // a name that is not valid text in this system's encoding
         NotARegularFile,                   // a pipe, a socket or a device: never opened
         LinkLeavesFolder,                  // a linked subfolder outside the folder: not followed
+        SidecarUnreadable,                 // a sidecar that cannot be read: matched by its name alone
     };
 
     struct Problem

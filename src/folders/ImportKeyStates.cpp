@@ -1,6 +1,6 @@
 #include "folders/ImportKeyStates.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 
 namespace orv {
 
@@ -104,6 +104,11 @@ ImportDefaults ImportDefaults::fromPreferences(const Preferences &prefs)
     o.useMovieOptionsQTValuesWithoutShowingSheet =
         prefs.boolForKey(QStringLiteral("useMovieOptionsQTValuesWithoutShowingSheet"));
     o.dateComparisonThresold = int(prefs.integerForKey(QStringLiteral("dateComparisonThresold")));
+    o.harmonizingRawJpgsTypeDefault = int(prefs.integerForKey(QStringLiteral("harmonizingRawJpgsTypeDefault")));
+    o.sortLPsByMovModifierDefault = int(prefs.integerForKey(QStringLiteral("sortLPsByMovModifierDefault")));
+    o.groupDisplayRawJpgPreviewDefault =
+        int(prefs.integerForKey(QStringLiteral("groupDisplayRawJpgPreviewDefault")));
+    o.sortLPsByMov = prefs.boolForKey(QStringLiteral("sortLPsByMov"));
     return d;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Instant.h"
-#include "folders/ImportOptions.h"
+#include "core/ImportOptions.h"
+#include "time/Instant.h"
 
 #include <QString>
 #include <qnamespace.h>

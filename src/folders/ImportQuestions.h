@@ -1,7 +1,7 @@
 #pragma once
 
 #include "folders/ImportKeyStates.h"
-#include "folders/ImportOptions.h"
+#include "core/ImportOptions.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/Instant.h"
 #include "folders/FolderTimeZones.h"
 #include "folders/MySingleFolder.h"
+#include "time/Instant.h"
 
 #include <QList>
 #include <QString>

@@ -1,8 +1,9 @@
 #include "folders/MyDroppedFolders.h"
 
-#include "app/Preferences.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/DateSequence.h"
+#include "folders/FileGroups.h"
 #include "folders/ImportFilter.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
@@ -406,12 +407,12 @@ void MyDroppedFolders::continueAnalyseThread()
         // The folder's extent belongs to the main thread, where a drop may change it while
         // this scan runs; the scan works on what it was when it began.
         FolderScanner::ImportScope scope;
-        runOnOwnerThread([folder, &scope] {
-            scope = {folder->isAdvanced, folder->isAdvancedOver};
+        runOnOwnerThread([folder, &scope, &defaults] {
+            scope = FolderScanner::scopeFor(*folder, defaults);
             folder->isAdvancedOver = false;
         });
-        FolderScanner scanner(*folder, questions, defaults, scope);
-        const FolderScanner::Result result = scanner.updatePicData(
+        FolderScanner scanner(*folder, questions, defaults, std::move(scope));
+        FolderScanner::Result result = scanner.updatePicData(
             [this, folder](qint64 done, qint64 total) { reportProgress(*folder, done, total); });
         runOnOwnerThread([this, folder, &result] { importCompletedWithSubfolders(folder, result); });
 
@@ -444,13 +445,13 @@ void MyDroppedFolders::runOnOwnerThread(const std::function<void()> &work)
         Qt::BlockingQueuedConnection);
 }
 
-void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, const FolderScanner::Result &result)
+void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, FolderScanner::Result &result)
 {
     if (result.wasStopped) {
         discardStoppedImport(folder);
         return;
     }
-    folder->isAdvanced = result.isPartial;
+    FolderScanner::takeResult(*folder, result);
     const qint64 steps = importProgress().stepsTotal;
     if (steps > 0)
         reportProgress(*folder, steps, steps);
@@ -460,14 +461,19 @@ void MyDroppedFolders::importCompletedWithSubfolders(MySingleFolder *folder, con
     }
     folder->importDepth = 0;
 
+    QList<MySinglePic *> scanned;
+    for (const auto &pic : result.pics)
+        scanned.append(pic.get());
+    FileGroups(*folder, scanned).formAfterScan();
     const std::shared_ptr<DateSequence> sequence = folder->picsDelayedAtImportDueToCombAction;
-    for (auto &pic : folder->picsImportedAndTempStoredUntilAllReady) {
-        if (sequence)
+    for (auto &pic : result.pics) {
+        if (pic->bundleMasterImage)
+            folder->adoptPic(std::move(pic), false);
+        else if (sequence)
             sequence->hold(std::move(pic));
         else
             folder->adoptPic(std::move(pic));
     }
-    folder->picsImportedAndTempStoredUntilAllReady.clear();
     folder->updateFolderValuesOnPicMove();
     if (!sequence) {
         importCompletedSave(*folder);
@@ -524,7 +530,6 @@ void MyDroppedFolders::finishDelayedImport(const std::shared_ptr<DateSequence> &
 
 void MyDroppedFolders::discardStoppedImport(MySingleFolder *folder)
 {
-    folder->picsImportedAndTempStoredUntilAllReady.clear();
     folder->importErrors.clear();
     if (folder->sfPics < 0) {
         removeFolder(folder);

@@ -105,7 +105,7 @@ private:
     void runOnOwnerThread(const std::function<void()> &work);
 
     // Publication, on the main thread.
-    void importCompletedWithSubfolders(MySingleFolder *folder, const FolderScanner::Result &result);
+    void importCompletedWithSubfolders(MySingleFolder *folder, FolderScanner::Result &result);
     void queueSubfolders(MySingleFolder &parent, const QList<FolderScanner::Subfolder> &subfolders);
     void importCompletedSave(MySingleFolder &folder);
     void finishDelayedImport(const std::shared_ptr<DateSequence> &sequence);

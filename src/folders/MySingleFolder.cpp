@@ -29,14 +29,6 @@ DateModifications zeroDateModifications()
 // Movies whose date comes from, or stands in for, their QuickTime header.
 bool hasMovieHeaderDate(int spType) { return spType >= SpTypeMvhdCreation && spType <= SpTypeMvhdZeroFixedDate; }
 
-// The zone a folder name stands for: nothing or "_SYSTEM" is the system zone.
-std::optional<TimeZone> zoneNamed(const std::optional<QString> &name)
-{
-    if (!name || *name == zoneName::system)
-        return TimeZone::systemZone();
-    return TimeZone::fromName(*name);
-}
-
 // A missing name and the system zone's own name both read as "_SYSTEM".
 QString normalizedZoneName(const std::optional<QString> &name)
 {
@@ -45,20 +37,44 @@ QString normalizedZoneName(const std::optional<QString> &name)
     return *name;
 }
 
-const MySinglePic &masterOf(const MySinglePic &pic)
-{
-    return pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
-}
-
 } // namespace
 
 MySingleFolder::MySingleFolder(const QString &path, bool separateMode)
-    : sfFolder(QFileInfo(path).fileName()),
-      sfFolderPath(path),
-      sfLastKnownFolderPath(path),
-      sfEditMode(separateMode ? EditSeparately : EditTogether),
-      sfDateModifications(zeroDateModifications())
+    : sfLastKnownFolderPath(path), sfDateModifications(zeroDateModifications())
 {
+    sfFolder = QFileInfo(path).fileName();
+    sfFolderPath = path;
+    sfEditMode = separateMode ? EditSeparately : EditTogether;
+    targetZoneForSave = [this](const MySinglePic &pic) -> std::optional<TimeZone> {
+        if (sourceTimeZones.isEmpty() && targetTimeZones.isEmpty())
+            return std::nullopt;
+        return targetTimeZoneForPic(pic, sourceTimeZoneForPic(pic));
+    };
+}
+
+MySingleFolder *MySingleFolder::of(const MySinglePic &pic)
+{
+    return static_cast<MySingleFolder *>(pic.spSingleFolder);
+}
+
+ItemScanContext MySingleFolder::itemScanContext()
+{
+    ItemScanContext items;
+    items.folder = this;
+    items.exifIgnored = isEXIFIgnored();
+    items.mdtaDateEnabled = isQuicktimeMDTADateEnabled;
+    items.mvhdTimezoneCorrection = isQuicktimeMVHDTimezoneCorrectionEnabled;
+    items.options = perFolderImportOptions;
+    return items;
+}
+
+void MySingleFolder::takeScanContext(const ItemScanContext &items)
+{
+    perFolderImportOptions = items.options;
+    fixedDates += items.fixedDates;
+    gpxAddedPaths.unite(items.gpxPaths);
+    xmpSidecarPaths.unite(items.xmpSidecarPaths);
+    aaeSidecarPaths.unite(items.aaeSidecarPaths);
 }
 
 MySingleFolder::~MySingleFolder() = default;
@@ -141,14 +157,6 @@ qsizetype MySingleFolder::fullMediaCount() const
     return sfPicDetails_fullArray.size() + bundleDependentsRawAndJPG.size() + bundleDependentsLivePhotos.size();
 }
 
-QList<MySinglePic *> MySingleFolder::allImportRelevantFiles() const
-{
-    QList<MySinglePic *> all = sfPicDetails_fullArray;
-    for (const auto &pic : picsImportedAndTempStoredUntilAllReady)
-        all.append(pic.get());
-    return all;
-}
-
 QList<MySinglePic *> MySingleFolder::sortedSfPicDetails_Full() const
 {
     QList<MySinglePic *> sorted = sfPicDetails_fullArray;
@@ -185,8 +193,8 @@ QSet<QString> MySingleFolder::itemNames() const
     QSet<QString> names;
     for (const auto &pic : m_ownedPics) {
         names.insert(pic->spName);
-        for (const QString &extension : std::as_const(pic->spSidecarExtensions))
-            names.insert(pic->spBaseName + QLatin1Char('.') + extension);
+        for (const QString &name : pic->spSidecarFiles())
+            names.insert(name);
     }
     return names;
 }
@@ -377,39 +385,23 @@ void MySingleFolder::clearSinglePicModeImages()
 
 std::optional<QString> MySingleFolder::sourceTimeZoneNameForPic(const MySinglePic &pic) const
 {
-    return sourceTimeZones.zoneNameFor(masterOf(pic));
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.sourceTimeZoneNameForPic(pic);
 }
 
 std::optional<QString> MySingleFolder::targetTimeZoneNameForPic(const MySinglePic &pic) const
 {
-    const MySinglePic &master = masterOf(pic);
-    const std::optional<QString> own = targetTimeZones.zoneOfItem(master);
-    if (own && (*own == zoneName::unchangedLeft || *own == zoneName::unchanged))
-        return zoneName::unchangedLeft;
-    const std::optional<QString> name = own ? own : targetTimeZones.defaultZone;
-    if (name == zoneName::unchangedLeftFolder)
-        return sourceTimeZones.defaultZone;
-    if (name == zoneName::unchanged)
-        return zoneName::unchangedLeft;
-    return name;
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.targetTimeZoneNameForPic(pic);
 }
 
 std::optional<TimeZone> MySingleFolder::sourceTimeZoneForPic(const MySinglePic &pic) const
 {
-    if (sourceTimeZones.isEmpty())
-        return TimeZone::systemZone();
-    return zoneNamed(sourceTimeZoneNameForPic(pic));
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.sourceTimeZoneForPic(pic);
 }
 
 std::optional<TimeZone> MySingleFolder::targetTimeZoneForPic(const MySinglePic &pic,
                                                              const std::optional<TimeZone> &knownSource) const
 {
-    if (sourceTimeZones.isEmpty() && targetTimeZones.isEmpty())
-        return TimeZone::systemZone();
-    const std::optional<QString> name = targetTimeZoneNameForPic(pic);
-    if (name == zoneName::unchangedLeft)
-        return knownSource ? knownSource : sourceTimeZoneForPic(pic);
-    return zoneNamed(name);
+    return ZoneProvider{sourceTimeZones, targetTimeZones}.targetTimeZoneForPic(pic, knownSource);
 }
 
 bool MySingleFolder::validateTZCUnsavedForPic(const MySinglePic &pic, const std::optional<QString> &source,
@@ -460,31 +452,15 @@ void MySingleFolder::setTZDefaultsSource(const QString &zone, bool useAltMode)
         targetTimeZones.defaultZone = zoneName::unchangedLeftFolder;
 }
 
-bool MySingleFolder::isBundlingAllowedForUtcDates(Instant first, Instant second)
+void MySingleFolder::fixGroupSettings(const ImportOptions &defaults)
 {
-    const double difference = std::fabs(first.secondsSince(second));
-    if (difference <= 300.0)
-        return true;
-    if (difference > 3900.0)
-        return false;
-    return isDstExceptionForUtcDate(first, second);
-}
-
-// A camera that switched its clock during the early-morning transition stamps the two halves of a
-// pair on either side of the hour; only those patterns, and only in the small hours, pass.
-bool MySingleFolder::isDstExceptionForUtcDate(Instant first, Instant second)
-{
-    const Instant::Civil a = first.toUtcCivil();
-    const Instant::Civil b = second.toUtcCivil();
-    if (a.hour > 5)
-        return false;
-    if (a.hour == b.hour)
-        return (a.minute == 59 && b.minute == 0) || (a.minute == 0 && b.minute == 59);
-    if (a.hour + 2 == b.hour)
-        return a.minute == 59 && b.minute == 0;
-    if (a.hour == b.hour + 2)
-        return a.minute == 0 && b.minute == 59;
-    return false;
+    globalSortLPsByMov = defaults.sortLPsByMov;
+    if (harmonizingRawJpgsType < 0 && !bundleDependentsRawAndJPG.isEmpty())
+        harmonizingRawJpgsType = defaults.harmonizingRawJpgsTypeDefault;
+    if (rawJpgDisplayType < 0 && !bundleDependentsRawAndJPG.isEmpty())
+        rawJpgDisplayType = defaults.groupDisplayRawJpgPreviewDefault;
+    if (sortLPsByMovModifier < 0 && !bundleDependentsLivePhotos.isEmpty())
+        sortLPsByMovModifier = defaults.sortLPsByMovModifierDefault;
 }
 
 } // namespace orv

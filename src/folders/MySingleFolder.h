@@ -1,11 +1,13 @@
 #pragma once
 
-#include "core/Instant.h"
+#include "core/FolderFacts.h"
+#include "core/PicScanner.h"
 #include "folders/FolderTimeZones.h"
 #include "folders/FolderToken.h"
 #include "folders/ImportErrors.h"
 #include "folders/ImportKeyStates.h"
-#include "folders/ImportOptions.h"
+#include "core/ImportOptions.h"
+#include "time/Instant.h"
 #include "time/TimeZone.h"
 
 #include <QList>
@@ -39,14 +41,13 @@ inline const QString seconds = QStringLiteral("dmSeconds");
 
 // One imported directory: it owns its items and holds the date offset that applies to them
 // as a whole, its zones, its import state and the counts the rest of the system reads instead of
-// walking the items. Counters, items and zones change on the main thread; the scan thread only
-// fills picsImportedAndTempStoredUntilAllReady and the batches of imagesToImport. A save run's
+// walking the items. Counters, items and zones change on the main thread; a scan hands what it
+// made back to be published there, and takes only the batches of imagesToImport. A save run's
 // threads write the saved state of its items (and count their errors here) while the owner
 // refuses changes and the views read no item; the folder's end comes back to the main thread.
-class MySingleFolder
+class MySingleFolder : public FolderFacts
 {
 public:
-    enum EditMode : int { EditTogether = 1, EditSeparately = 2 };
     enum MediaTypesState : qint64 { NoMedia = 0, ImagesOnly = 1, MoviesOnly = 2, ImagesAndMovies = 3 };
     static constexpr quint16 noColorIndex = 65535;
     // Item coder version of a folder that was connected when made.
@@ -60,9 +61,10 @@ public:
     MySingleFolder(const MySingleFolder &) = delete;
     MySingleFolder &operator=(const MySingleFolder &) = delete;
 
+    // The folder that owns an item; every item's folder is one.
+    static MySingleFolder *of(const MySinglePic &pic);
+
     // --- The directory and the access to it ---
-    QString sfFolder;
-    QString sfFolderPath;
     QString sfLastKnownFolderPath;
     FolderToken sfSecBookmark;
     FolderAccessError errorType = FolderAccessError::None;
@@ -72,7 +74,6 @@ public:
     int folderFileDescriptor = -1;
     qint64 lastConnectedState = currentConnectedState;
     OptionalDate lastKnownModDateTime;
-    OptionalDate lastLocalChange;
 
     // The folder's path with access open, after re-resolving its token: empty when the
     // directory cannot be reached. A failure is handled once (didProcessUnlockError) and marks a
@@ -83,8 +84,6 @@ public:
     bool isWriteableCheckingTrashed(bool checkingTrashed);
 
     // --- Import ---
-    int modifyImportBecauseOfCommand = 0; // 0 normal, 1 express, 3 and 4 slideshow-only
-    bool isEXIFIgnored() const { return modifyImportBecauseOfCommand >= 3; }
     bool isImportSheetDone = false;
     bool isMovieImportSheetDone = false;
     // Both written on the main thread only: a scan reads them in its ImportScope, taken when it
@@ -105,8 +104,11 @@ public:
     // The directories above this one in the running import, to refuse a subfolder that leads back.
     QList<FileIdentity> importAncestors;
     std::shared_ptr<DateSequence> picsDelayedAtImportDueToCombAction;
-    // Scanned but not yet published; only the scan thread touches it until the publication.
-    std::vector<std::unique_ptr<MySinglePic>> picsImportedAndTempStoredUntilAllReady;
+
+    // What a scan of this folder starts from, and the taking back of what it gathered: the
+    // stepped options, the fixed dates, the tracks and sidecars. Both on the main thread.
+    ItemScanContext itemScanContext();
+    void takeScanContext(const ItemScanContext &items);
 
     // Batches of file names waiting for a partial import, guarded by their own lock.
     void addImagesToImport(const QStringList &names, const ImportFilter &filter);
@@ -130,8 +132,6 @@ public:
     qsizetype count() const { return sfPicDetails_fullArray.size(); }
     MySinglePic *sfPicDetailsAtIndex(qsizetype index) const { return sfPicDetails_fullArray.at(index); }
     qsizetype fullMediaCount() const;
-    // The items with those a running scan holds back.
-    QList<MySinglePic *> allImportRelevantFiles() const;
     QList<MySinglePic *> sortedSfPicDetails_Full() const;
     qint64 sfFromIndexInSource() const;
     qint64 sfTillIndexInSource() const;
@@ -151,7 +151,6 @@ public:
     qint64 exifDateTimeAddedImages = 0;
     qint64 distinctChanges = 0;
     int fixedDates = 0;
-    int saveErrors = 0;
     int renameErrors = 0;
     int keepers = 0;
     int rejects = 0;
@@ -175,9 +174,7 @@ public:
     bool hasGroupHarmonizationRelevancy() const { return !bundleDependentsRawAndJPG.isEmpty(); }
 
     // --- Edit mode and offset ---
-    int sfEditMode = EditTogether;
     DateModifications sfDateModifications;
-    double sfDateModificationsTimeInterval = 0.0;
     bool hasChangedDirection = false;
     bool tempHasChangedDirection = false;
     qint64 hasDSTJumperType = 0;
@@ -222,23 +219,12 @@ public:
     void setTZDefaultsSource(const QString &zone, bool useAltMode);
 
     // --- Groups, movies, tracks ---
-    bool isQuicktimeMDTADateEnabled = true;
-    bool isQuicktimeMVHDTimezoneCorrectionEnabled = true;
-    qint64 harmonizingRawJpgsType = -1;
-    qint64 sortLPsByMovModifier = -1;
     qint64 rawJpgDisplayType = -1;
-    bool globalSortLPsByMov = false;
     QSet<QString> linkedTracksKeys;
 
-    bool sortFolderLPsByMov() const
-    {
-        return sortLPsByMovModifier == 0 ? globalSortLPsByMov : sortLPsByMovModifier != 1;
-    }
-
-    // Whether a still and a movie stamped at these UTC dates may still form one Live Photo:
-    // within 300 s always, beyond 3900 s never, in between only across a daylight-saving shift.
-    static bool isBundlingAllowedForUtcDates(Instant first, Instant second);
-    static bool isDstExceptionForUtcDate(Instant first, Instant second);
+    // The group settings take their defaults once, when the folder's first groups have formed;
+    // a folder without groups keeps -1, which reads as 0.
+    void fixGroupSettings(const ImportOptions &defaults);
 
 private:
     std::vector<std::unique_ptr<MySinglePic>> m_ownedPics;

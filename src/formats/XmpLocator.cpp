@@ -1,9 +1,9 @@
 #include "formats/XmpLocator.h"
 
-#include "core/DateStampCodec.h"
 #include "formats/ByteOrder.h"
 #include "formats/JpegLocator.h"
 #include "formats/TiffIfd.h"
+#include "time/DateStampCodec.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/PicAttributes.h"
 #include "formats/ByteSource.h"
+#include "formats/PicAttributes.h"
 
 #include <QByteArray>
 #include <QSet>

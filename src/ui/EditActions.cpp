@@ -2,9 +2,9 @@
 
 #include "app/AppController.h"
 #include "app/DatePasteboard.h"
-#include "app/Preferences.h"
 #include "core/DateDisplay.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
 #include "ui/PicSortProxy.h"
@@ -187,7 +187,7 @@ void EditActions::showStep(int commandIndex)
 bool EditActions::isSeparateMode(const QList<MySinglePic *> &pics) const
 {
     return !pics.isEmpty() && std::all_of(pics.cbegin(), pics.cend(), [](const MySinglePic *pic) {
-        const MySingleFolder *folder = pic->spSingleFolder;
+        const MySingleFolder *folder = MySingleFolder::of(*pic);
         return folder && folder->sfEditMode == MySingleFolder::EditSeparately && !folder->isEXIFIgnored();
     });
 }

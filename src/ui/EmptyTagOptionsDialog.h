@@ -1,6 +1,6 @@
 #pragma once
 
-#include "folders/ImportOptions.h"
+#include "core/ImportOptions.h"
 #include "time/TimeZone.h"
 
 #include <QDialog>

@@ -1,6 +1,6 @@
 #include "ui/ImportSheets.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "folders/MySingleFolder.h"
 #include "time/TimeZone.h"
 #include "ui/EmptyTagOptionsDialog.h"

@@ -1,27 +1,29 @@
 #include "ui/PicSortProxy.h"
 
+#include "selection/NaturalNameOrder.h"
 #include "ui/PicTableModel.h"
 
 namespace orv {
 
-namespace {
-
-// Collation in the C locale compares code points and ignores the numeric mode; names then sort
-// as in English, which is what a file manager in that setting shows too.
-QLocale collationLocale()
+PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_collator(naturalNameCollator())
 {
-    const QLocale system;
-    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
-}
-
-} // namespace
-
-PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_collator(collationLocale())
-{
-    m_collator.setNumericMode(true);
-    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     setSortRole(PicTableModel::SortRole);
     setDynamicSortFilter(true);
+}
+
+void PicSortProxy::setAcceptedPics(std::function<bool(const MySinglePic &)> accepts)
+{
+    m_accepts = std::move(accepts);
+    invalidateFilter();
+}
+
+bool PicSortProxy::filterAcceptsRow(int sourceRow, const QModelIndex &) const
+{
+    if (!m_accepts)
+        return true;
+    const auto *pics = qobject_cast<const PicTableModel *>(sourceModel());
+    const MySinglePic *pic = pics ? pics->picAt(sourceRow) : nullptr;
+    return !pic || m_accepts(*pic);
 }
 
 bool PicSortProxy::lessThan(const QModelIndex &left, const QModelIndex &right) const

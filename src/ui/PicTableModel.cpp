@@ -6,6 +6,8 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 
+#include <QFileInfo>
+
 #include <cmath>
 
 namespace orv {
@@ -139,6 +141,9 @@ QString PicTableModel::text(const MySinglePic &pic, int column) const
 {
     switch (column) {
     case NameColumn:
+        // A group is one row: the master's name with its dependent's extension beside it.
+        if (pic.bundleDependentImage)
+            return tr("%1 + %2").arg(pic.spName, QFileInfo(pic.bundleDependentImage->spName).suffix());
         return pic.spName;
     case DateColumn:
         return DateDisplay::localDateTime(pic.spDateTimeModified(), m_zone);

@@ -1,6 +1,6 @@
 #include "ui/SaveSession.h"
 
-#include "app/LogController.h"
+#include "core/LogController.h"
 #include "core/PreSaveFindings.h"
 #include "core/SaveSettings.h"
 #include "ui/PreSaveSummaryDialog.h"

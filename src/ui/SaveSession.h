@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/SaveQuestions.h"
-#include "core/SaveRun.h"
+#include "folders/SaveRun.h"
 
 #include <QFutureWatcher>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "formats/SaveJournal.h"
 #include "ui/MainWindow.h"
 #include "ui/PicTableModel.h"

@@ -2,8 +2,8 @@
 // folders' history.
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MyDroppedFolders.h"
 

@@ -1,4 +1,3 @@
-#include "core/DateStampCodec.h"
 #include "formats/FileReader.h"
 #include "formats/PngLocator.h"
 #include "support/CliRun.h"
@@ -8,6 +7,7 @@
 #include "support/QtPrinters.h"
 #include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -51,6 +51,18 @@ protected:
         return runCli(QStringList{"shift"} + arguments, home.path());
     }
 };
+
+// Every file's entry: a group's dependent stands inside its master's.
+QJsonArray everyFile(const QJsonArray &items)
+{
+    QJsonArray files;
+    for (const QJsonValue &item : items) {
+        files.append(item);
+        if (item["dependent"].isObject())
+            files.append(item["dependent"]);
+    }
+    return files;
+}
 
 // The ranges a save may write into, from what scan reports of an item's stored values.
 struct Range
@@ -219,11 +231,11 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
     const std::map<QString, ExiftoolTags> after =
         exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
     QMap<QString, bool> readsStamp;
-    for (const QJsonValue &item : scanned)
+    for (const QJsonValue &item : everyFile(scanned))
         readsStamp[item["path"].toString()] =
             item["singlePicAttributes"].toObject().contains("ExifDateTimeOriginalOffset");
     QMap<QString, bool> saved;
-    for (const QJsonValue &item : items)
+    for (const QJsonValue &item : everyFile(items))
         saved[item["path"].toString()] = item["saved"].toBool();
     int moved = 0;
     for (const QString &file : files) {
@@ -264,7 +276,7 @@ TEST_F(ShiftCommand, ShiftingTheCameraCorpusMovesEachOriginalDateByAnHourAndKeep
     }
     EXPECT_GE(moved, 35);
 
-    for (const QJsonValue &item : scanned) {
+    for (const QJsonValue &item : everyFile(scanned)) {
         const QString path = item["path"].toString();
         std::vector<Range> ranges = storedValueRanges(item["singlePicAttributes"].toObject());
         FileReader written(path);

@@ -1,11 +1,11 @@
 #include "ByteRanges.h"
-#include "core/DateStampCodec.h"
 #include "formats/FileReader.h"
 #include "formats/PngLocator.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,6 @@
 // Movies through the scan and the save: which date each header gives the item under the folder's
 // movie options, and how a shift reaches every movie stamp in place, in its own form and length.
 
-#include "core/DateStampCodec.h"
 #include "core/PicSaver.h"
 #include "core/SaveErrors.h"
 #include "support/BoxBuilder.h"
@@ -9,6 +8,7 @@
 #include "support/MovieBuilder.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

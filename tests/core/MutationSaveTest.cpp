@@ -3,6 +3,7 @@
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/SaveFixture.h"
+#include "support/ScanOne.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -103,7 +104,7 @@ TEST(MutationSave, DamagedCorpusFilesChangeOnlyWhereTheirStampsWereRead)
             ASSERT_TRUE(file.open(QIODevice::WriteOnly));
             file.write(copy.damaged);
             file.close();
-            if (std::unique_ptr<MySinglePic> pic = PicScanner::scanFile(copy.path, folder, answers)) {
+            if (std::unique_ptr<MySinglePic> pic = scanFile(copy.path, folder, answers)) {
                 for (const auto &[offset, bytes] :
                      StoredBytes::proof(pic->singlePicAttributes, copy.damaged.size()).ranges)
                     copy.readRanges.emplace_back(offset, bytes.size());

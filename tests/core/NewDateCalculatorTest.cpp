@@ -639,13 +639,14 @@ TEST(SaveErrorChecks, LocalStampInTheRepeatedAutumnHour)
     const std::optional<TimeZone> berlinZone = TimeZone::fromName(QStringLiteral("Europe/Berlin"));
     ASSERT_TRUE(berlinZone);
     const TimeZone &berlin = *berlinZone;
-    // On 2023-10-29 Berlin's clocks went from 03:00 CEST back to 02:00 CET (01:00 UTC).
+    // On 2023-10-29 Berlin's clocks went from 03:00 CEST back to 02:00 CET (01:00 UTC). A local
+    // stamp of the repeated hour reads back as its later moment: only the earlier one is lost.
     struct Case { Instant date; bool ambiguous; };
     const Case cases[] = {
         {Instant::fromUtc(2023, 10, 28, 23, 59, 59), false}, // 01:59:59 CEST
         {Instant::fromUtc(2023, 10, 29, 0, 0, 0), true},     // 02:00 CEST
-        {Instant::fromUtc(2023, 10, 29, 1, 30, 0), true},    // 02:30 CET
-        {Instant::fromUtc(2023, 10, 29, 1, 59, 59), true},   // 02:59:59 CET
+        {Instant::fromUtc(2023, 10, 29, 0, 59, 59), true},   // 02:59:59 CEST
+        {Instant::fromUtc(2023, 10, 29, 1, 30, 0), false},   // 02:30 CET
         {Instant::fromUtc(2023, 10, 29, 2, 0, 0), false},    // 03:00 CET
         {Instant::fromUtc(2023, 3, 26, 1, 30, 0), false},    // spring: every time exists once
     };

@@ -5,7 +5,6 @@
 #include "formats/FileReader.h"
 
 #include "ByteRanges.h"
-#include "core/DateStampCodec.h"
 #include "core/SaveErrors.h"
 #include "support/Exiftool.h"
 #include "support/FailingDisk.h"
@@ -13,6 +12,7 @@
 #include "support/QtPrinters.h"
 #include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QDateTime>
 #include <QDir>

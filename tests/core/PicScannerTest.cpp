@@ -3,6 +3,7 @@
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
 #include "support/MediaFileBuilder.h"
+#include "support/ScanOne.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -53,7 +54,7 @@ protected:
 
     std::unique_ptr<MySinglePic> scan(const MediaFile &file, const QString &name = QStringLiteral("pic"))
     {
-        return PicScanner::scanFile(file.write(dir.path(), name), folder, fileDate);
+        return scanFile(file.write(dir.path(), name), folder, fileDate);
     }
 };
 
@@ -144,7 +145,7 @@ TEST_F(PicScannerTest, EmptyTagsTakeTheFileDateOrFixedDatesInSteps)
     CountingAnswers fixed(fixedDateOption(may1At10, 2));
     std::vector<std::unique_ptr<MySinglePic>> pics;
     for (const char *name : {"b", "c", "d"})
-        pics.push_back(PicScanner::scanFile(file.write(dir.path(), QLatin1String(name)), fixedFolder, fixed));
+        pics.push_back(scanFile(file.write(dir.path(), QLatin1String(name)), fixedFolder, fixed));
     EXPECT_EQ(fixed.asked, 1) << "asked once per folder";
     for (int i = 0; i < 3; ++i) {
         ASSERT_TRUE(pics[i]);
@@ -244,7 +245,7 @@ TEST_F(PicScannerTest, DamagedFilesFallBackToTheFileDate)
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(whole.left(length));
         out.close();
-        const auto pic = PicScanner::scanFile(path, folder, fileDate);
+        const auto pic = scanFile(path, folder, fileDate);
         ASSERT_TRUE(pic) << length;
         EXPECT_TRUE(pic->spDateTimeOriginal.has_value()) << length;
     }
@@ -255,17 +256,17 @@ TEST_F(PicScannerTest, SidecarsTracksAndUnknownFilesMakeNoItem)
     const QString gpx = dir.filePath(QStringLiteral("track.gpx"));
     const QString xmp = buildXmpSidecar({}).write(dir.path(), QStringLiteral("side"));
     QFile(gpx).open(QIODevice::WriteOnly);
-    EXPECT_FALSE(PicScanner::scanFile(gpx, folder, fileDate));
-    EXPECT_FALSE(PicScanner::scanFile(xmp, folder, fileDate));
+    EXPECT_FALSE(scanFile(gpx, folder, fileDate));
+    EXPECT_FALSE(scanFile(xmp, folder, fileDate));
     EXPECT_TRUE(folder.gpxAddedPaths.contains(gpx));
     EXPECT_TRUE(folder.xmpSidecarPaths.contains(xmp));
-    EXPECT_FALSE(PicScanner::scanFile(dir.filePath(QStringLiteral("gone.jpg")), folder, fileDate));
+    EXPECT_FALSE(scanFile(dir.filePath(QStringLiteral("gone.jpg")), folder, fileDate));
 
     QFile notes(dir.filePath(QStringLiteral("notes.txt")));
     ASSERT_TRUE(notes.open(QIODevice::WriteOnly));
     notes.write("hello");
     notes.close();
-    EXPECT_FALSE(PicScanner::scanFile(notes.fileName(), folder, fileDate));
+    EXPECT_FALSE(scanFile(notes.fileName(), folder, fileDate));
 }
 
 TEST_F(PicScannerTest, TiffFindsItsXmpDatesThroughIfd0)

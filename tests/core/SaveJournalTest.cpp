@@ -2,6 +2,7 @@
 #include "formats/SaveJournal.h"
 #include "support/MediaFileBuilder.h"
 #include "support/SaveFixture.h"
+#include "support/ScanOne.h"
 
 #include <QDir>
 #include <QFile>
@@ -66,7 +67,7 @@ void shiftByAnHour(const Copies &copies, const QString &journalPath)
     fileDate.withEmptyExifFixDate = ImportOptions::UseFileDate;
     FixedImportAnswers answers(fileDate);
     for (const QString &path : copies.paths)
-        folder.adoptPic(PicScanner::scanFile(path, folder, answers));
+        folder.adoptPic(scanFile(path, folder, answers));
     folder.setSfDateModificationsFromTimeInterval(oneHour, false);
     SaveSettings settings;
     settings.options = NewDateOptions::cachedForRun({}, currentInstant());

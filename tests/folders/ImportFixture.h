@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Preferences.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"

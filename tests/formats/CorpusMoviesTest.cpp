@@ -1,13 +1,13 @@
 // Every movie of the corpus read as exiftool reads it: the movie header's times, the metadata
 // creation date, the places, and AVI recording dates; and every value stands where we say.
 
-#include "core/DateStampCodec.h"
-#include "formats/MySingleFolderDataReader.h"
 #include "RecordDecoding.h"
+#include "formats/MySingleFolderDataReader.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
-#include "support/SaveFixture.h"
 #include "support/QtPrinters.h"
+#include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QFileInfo>
 #include <QProcess>

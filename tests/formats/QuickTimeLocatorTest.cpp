@@ -1,13 +1,13 @@
 // QuickTime and MPEG-4 movies crafted box by box: where the dates, places and the content
 // identifier stand, which header versions are read, and what damaged movies give.
 
-#include "core/DateStampCodec.h"
 #include "formats/QuickTimeLocator.h"
 #include "support/BoxBuilder.h"
-#include "support/MovieBuilder.h"
 #include "support/Corpus.h"
-#include "support/SaveFixture.h"
+#include "support/MovieBuilder.h"
 #include "support/QtPrinters.h"
+#include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <gtest/gtest.h>
 

@@ -4,12 +4,12 @@
 // the bytes found there, since a save trusts exactly that.
 
 #include "RecordDecoding.h"
-#include "core/DateStampCodec.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "support/Corpus.h"
 #include "support/MediaFile.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
+#include "time/DateStampCodec.h"
 
 #include <QFile>
 #include <QFileInfo>

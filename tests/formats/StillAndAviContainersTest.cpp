@@ -1,12 +1,12 @@
 // HEIF items, CR3 boxes and AVI chunks crafted byte by byte: where the metadata begins, and
 // what broken item tables and chunks give.
 
-#include "core/DateStampCodec.h"
 #include "formats/AviLocator.h"
 #include "formats/Cr3Locator.h"
 #include "formats/HeifLocator.h"
 #include "support/BoxBuilder.h"
 #include "support/QtPrinters.h"
+#include "time/DateStampCodec.h"
 
 #include <gtest/gtest.h>
 

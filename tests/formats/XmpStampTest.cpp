@@ -1,8 +1,8 @@
 // The XMP stamp forms decide how a date is read and rewritten in place; a wrong class would
 // shift a time by its zone or break a value's length.
 
-#include "core/DateStampCodec.h"
 #include "formats/XmpLocator.h"
+#include "time/DateStampCodec.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "support/SaveFixture.h"
+#include "support/ScanOne.h"
 
 #include "core/PicScanner.h"
 
@@ -28,7 +29,7 @@ MySinglePic &SaveFixture::import(const MediaFile &file, const QString &baseName)
 
 MySinglePic &SaveFixture::importPath(const QString &path)
 {
-    std::unique_ptr<MySinglePic> pic = PicScanner::scanFile(path, folder, m_fileDate);
+    std::unique_ptr<MySinglePic> pic = scanFile(path, folder, m_fileDate);
     if (!pic)
         throw std::runtime_error("the scan made no item of " + path.toStdString());
     return *folder.adoptPic(std::move(pic));

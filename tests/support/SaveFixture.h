@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/MySinglePic.h"
-#include "core/SaveRun.h"
+#include "folders/SaveRun.h"
 #include "folders/ImportQuestions.h"
 #include "folders/MySingleFolder.h"
 #include "support/MediaFile.h"

@@ -3,8 +3,8 @@
 
 #include "WindowFixture.h"
 
-#include "app/Preferences.h"
-#include "folders/ImportOptions.h"
+#include "core/Preferences.h"
+#include "core/ImportOptions.h"
 #include "folders/MySingleFolder.h"
 #include "support/MediaFileBuilder.h"
 #include "support/QtPrinters.h"

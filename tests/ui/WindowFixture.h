@@ -5,7 +5,7 @@
 
 #include "DialogAnswers.h"
 
-#include "app/Preferences.h"
+#include "core/Preferences.h"
 #include "support/MediaFileBuilder.h"
 #include "ui/MainWindow.h"
 #include "ui/PicSortProxy.h"

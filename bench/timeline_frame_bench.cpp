@@ -1,0 +1,90 @@
+// Frame time of one strip painted offscreen at 100, 10,000 and 100,000 items, scrolled to the
+// middle: the median of 200 frames per size, and the ratio of the largest to the smallest (the
+// target is at most 1.2: geometry is arithmetic on the index, so size must not matter).
+//   orvelle-timeline-bench [FRAMES]   (QT_QPA_PLATFORM=offscreen)
+
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "thumbs/MyThumbsQueue.h"
+#include "timeline/MyTimelinesController.h"
+#include "ui/MyTimelineView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace orv;
+
+namespace {
+
+double medianFrameMs(int count, int frames)
+{
+    // Two folders, one photo a minute, alternating.
+    MySingleFolder camera(QStringLiteral("/bench/camera"), false);
+    MySingleFolder phone(QStringLiteral("/bench/phone"), false);
+    const Instant start = Instant::fromUtc(2024, 5, 1, 8);
+    for (int i = 0; i < count; ++i) {
+        MySingleFolder &folder = i % 2 ? phone : camera;
+        folder.adoptPic(std::make_unique<MySinglePic>(QStringLiteral("IMG_%1.JPG").arg(i), &folder, SpTypeExifOriginal,
+                                                      start.addingSeconds(i * 60.0)));
+    }
+    MyTimelinesController controller;
+    MyThumbsQueue thumbs;
+    MyTimelineView view(controller, controller.theTimelineView_1(), thumbs);
+    view.resize(1400, 260);
+    view.show(); // lays out the viewport
+    QCoreApplication::processEvents();
+    controller.buildNewSource({&camera, &phone});
+    controller.theTimelineView_1().setRaisedFolders({&camera});
+    view.sourceChanged();
+    view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() / 2);
+
+    // Every item near the middle has its thumbnail, as after the queue's first batch.
+    QImage photo(252, 189, QImage::Format_RGB32);
+    photo.fill(QColor(120, 160, 90));
+    const ThumbRange near = view.visibleThumbsRange(40);
+    for (qsizetype i = near.first; i < near.end(); ++i)
+        thumbs.cache().insert(controller.source_filtered().at(i)->sessionUniqueId, ThumbEntry::make(photo, 252));
+
+    QImage frame(view.viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> times;
+    times.reserve(size_t(frames));
+    const int middle = view.horizontalScrollBar()->value();
+    for (int f = 0; f < frames; ++f) {
+        // A little scrolling back and forth, so that layers come and go.
+        view.horizontalScrollBar()->setValue(middle + (f % 40 - 20) * 9);
+        QElapsedTimer clock;
+        clock.start();
+        QPainter painter(&frame);
+        view.paintStrip(painter);
+        painter.end();
+        times.push_back(double(clock.nsecsElapsed()) / 1e6);
+    }
+    std::nth_element(times.begin(), times.begin() + long(times.size() / 2), times.end());
+    const ThumbRange visible = view.visibleThumbsRange();
+    std::printf("%7d items: %lld thumbnails and %lld labels a frame, %lld pixmaps held; ", count,
+                static_cast<long long>(visible.count), static_cast<long long>(view.lastLabels().size()),
+                static_cast<long long>(view.layerCount()));
+    return times[times.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    QApplication app(argc, argv);
+    const int frames = argc > 1 ? std::max(1, atoi(argv[1])) : 200;
+    std::printf("strip 1400 x 260, %d frames per size, median frame time\n", frames);
+    const double small = medianFrameMs(100, frames);
+    std::printf("median %.3f ms\n", small);
+    std::printf("median %.3f ms\n", medianFrameMs(10000, frames));
+    const double large = medianFrameMs(100000, frames);
+    std::printf("median %.3f ms\n", large);
+    std::printf("100,000 / 100: %.2fx (target: at most 1.2x)\n", large / small);
+    return 0;
+}

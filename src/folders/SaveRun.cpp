@@ -1,0 +1,391 @@
+#include "folders/SaveRun.h"
+
+#include "core/LogController.h"
+#include "core/MySinglePic.h"
+#include "core/NewDateCalculator.h"
+#include "core/PicSaver.h"
+#include "core/StampEdits.h"
+#include "core/StoredBytes.h"
+#include "folders/MySingleFolder.h"
+#include "formats/FileReader.h"
+#include "formats/InPlaceWriter.h"
+#include "formats/MySingleFolderDataReader.h"
+#include "formats/PngLocator.h"
+
+#include <QFileInfo>
+#include <QThread>
+#include <QtConcurrent>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace orv {
+
+namespace {
+
+// Saves wait on the disk far more than they compute.
+constexpr int savingThreads = 16;
+
+// The bar moves by a tenth of the items, at most 25 at a time, and at every item of a short run.
+int progressStep(int count)
+{
+    return count < 10 ? 1 : std::min(count / 10, 25);
+}
+
+QList<MySinglePic *> withDependent(MySinglePic *pic)
+{
+    QList<MySinglePic *> group{pic};
+    if (pic->bundleDependentImage)
+        group.append(pic->bundleDependentImage);
+    return group;
+}
+
+bool hasXmpSidecar(MySinglePic *pic)
+{
+    const QList<MySinglePic *> group = withDependent(pic);
+    return std::any_of(group.cbegin(), group.cend(),
+                       [](const MySinglePic *member) { return !member->spXMPPath().isEmpty(); });
+}
+
+// The file manager notices a folder whose own date moved; in-place writes leave it alone.
+void touchFolder(const QString &path)
+{
+    ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), nullptr, 0);
+}
+
+void addAll(PreSaveErrors &errors, const QSet<QString> &keys, MySinglePic *pic)
+{
+    for (const QString &key : keys)
+        errors[key].append(pic);
+}
+
+} // namespace
+
+SaveRun::SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQuestions &questions,
+                 LogController *log, FileWriteAccess *disk)
+    : m_folders(std::move(folders)), m_settings(std::move(settings)), m_questions(questions),
+      m_log(log), m_disk(disk ? *disk : FileWriteAccess::disk()),
+      m_journal(m_settings.journalPath.isEmpty()
+                    ? nullptr
+                    : std::make_unique<SaveJournal>(m_settings.journalPath))
+{
+    m_savePool.setMaxThreadCount(savingThreads);
+}
+
+SaveRun::~SaveRun() = default;
+
+bool SaveRun::isDue(const MySinglePic &pic) const
+{
+    return m_settings.options.isSavingPhotosWithoutDateChangesEnabled || pic.isUnsaved();
+}
+
+QList<MySingleFolder *> SaveRun::foldersToSave() const
+{
+    QList<MySingleFolder *> chosen;
+    for (MySingleFolder *folder : m_folders) {
+        const QList<MySinglePic *> &pics = folder->sfPicDetails_fullArray;
+        const bool hasDueItem = std::any_of(pics.begin(), pics.end(),
+                                            [this](const MySinglePic *p) { return isDue(*p); });
+        if (!folder->isEXIFIgnored() && hasDueItem)
+            chosen.append(folder);
+    }
+    return chosen;
+}
+
+void SaveRun::startProgress(int maximum)
+{
+    const QMutexLocker lock(&m_progressMutex);
+    m_progress = 0;
+    Q_EMIT progressMaximumChanged(maximum);
+    Q_EMIT progressChanged(0);
+}
+
+void SaveRun::reportProgress(int done, int count, int step)
+{
+    if (done % step != 0 && done != count)
+        return;
+    // Saves finish out of order; the bar only moves forward.
+    const QMutexLocker lock(&m_progressMutex);
+    if (done <= m_progress)
+        return;
+    m_progress = done;
+    Q_EMIT progressChanged(done);
+}
+
+int SaveRun::countDue(const QList<MySingleFolder *> &folders) const
+{
+    int count = 0;
+    for (const MySingleFolder *folder : folders)
+        count += int(std::count_if(folder->sfPicDetails_fullArray.begin(),
+                                   folder->sfPicDetails_fullArray.end(),
+                                   [this](const MySinglePic *p) { return isDue(*p); }));
+    return count;
+}
+
+PreSaveErrors SaveRun::preProcess()
+{
+    Q_EMIT statusChanged(QStringLiteral("workPanelPreSave"));
+    const QList<MySingleFolder *> folders = foldersToSave();
+    const int count = countDue(folders);
+    startProgress(count);
+
+    PreSaveErrors errors;
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
+    NewDateContext calculation;
+    calculation.preferences = m_settings.options;
+    SaveCheckContext check;
+    int done = 0;
+    for (MySingleFolder *folder : folders) {
+        // Every file is proven afresh.
+        folder->lastLocalChange = currentInstant();
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (!isDue(*pic))
+                continue;
+            reportProgress(++done, count, 100);
+            for (MySinglePic *member : withDependent(pic))
+                member->fileUnchangedState =
+                    PicSaver(*member, environment).updatedUnchangedFileState();
+            addAll(errors, checkFileUnchangedStateForSaveRenameErrors(*pic), pic);
+            calculateNewDatesWithCachedPrefSettings(*pic, &m_settings.options, calculation);
+            check.targetTimeZone = StampEdits::targetZoneFor(*pic, m_settings).value_or(TimeZone::systemZone());
+            for (MySinglePic *member : withDependent(pic))
+                addAll(errors, checkCalculatedValuesForSaveErrors(*member, check), member);
+        }
+    }
+    return errors;
+}
+
+SaveOutcome SaveRun::run()
+{
+    SaveOutcome outcome;
+    outcome.preSaveErrors = preProcess();
+    if (!outcome.preSaveErrors.isEmpty() &&
+        !m_questions.proceedDespitePreSaveErrors(outcome.preSaveErrors)) {
+        outcome.cancelled = true;
+        Q_EMIT finished(true);
+        return outcome;
+    }
+    saveThread(outcome);
+    m_xt.cleanup();
+    if (m_journal)
+        m_journal->endRun();
+    writeErrorLog();
+    Q_EMIT finished(false);
+    return outcome;
+}
+
+QFuture<SaveOutcome> SaveRun::start()
+{
+    return QtConcurrent::run([this] { return run(); });
+}
+
+void SaveRun::saveThread(SaveOutcome &outcome)
+{
+    Q_EMIT statusChanged(QStringLiteral("workPanelSave"));
+    // A change of the preference during the run reaches the next one.
+    const bool syncsXmp = m_settings.syncXMPDataOnSave;
+    const QList<MySingleFolder *> folders = foldersToSave();
+    const int count = countDue(folders);
+    startProgress(count);
+    const int step = progressStep(count);
+
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool, m_journal.get()};
+    std::atomic<int> done = 0;
+    bool anyXmpSidecar = false;
+    for (MySingleFolder *folder : folders) {
+        folder->fixedDates = 0;
+        folder->saveErrors = 0;
+        struct Job
+        {
+            MySinglePic *pic;
+            bool saved = false;
+        };
+        std::vector<Job> jobs;
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (isDue(*pic))
+                jobs.push_back({pic});
+        }
+        // A group is saved as one and touches nothing of another, and a save waits mostly on the
+        // disk: many at once let the file system commit their syncs together.
+        QtConcurrent::blockingMap(&m_savePool, jobs, [&](Job &job) {
+            reportProgress(++done, count, step);
+            MySinglePic &pic = *job.pic;
+            MySinglePic *dependent = pic.bundleDependentImage;
+            if (!dependent || m_settings.options.isSavingPhotosWithoutDateChangesEnabled ||
+                pic.isThisUnsaved(false, false) || pic.hasSaveError())
+                job.saved = PicSaver(pic, environment).validatePicWithSavingChanges(true);
+            else
+                job.saved = PicSaver(*dependent, environment)
+                                .validatePicWithSavingChanges(true, PicSaver::DependentAlone);
+            if (!syncsXmp && !hasXmpSidecar(&pic))
+                pic.isInvalidDueToChangesAfterImport = false;
+            else if (!pic.isInvalidDueToChangesAfterImport)
+                pic.isVerifiedDuringSave = true;
+        });
+        bool anySaved = false;
+        for (const Job &job : jobs) {
+            anyXmpSidecar = anyXmpSidecar || hasXmpSidecar(job.pic);
+            for (MySinglePic *member : withDependent(job.pic)) {
+                if (job.saved && !member->hasSaveError())
+                    outcome.savedPics.insert(member);
+            }
+            anySaved = anySaved || job.saved;
+        }
+        if (anySaved)
+            touchFolder(folder->sfFolderPath);
+        runOnOwnerThread([this, folder] {
+            clearDateValuesAfterSavingFolder(*folder);
+            Q_EMIT folderSaved(folder);
+        });
+    }
+    // A sidecar's dates follow every save, so that other programs read the group's new date;
+    // the XMP twin inside a file only under the preference.
+    if (syncsXmp || anyXmpSidecar)
+        syncXMPDataThread(folders);
+}
+
+void SaveRun::runOnOwnerThread(const std::function<void()> &work)
+{
+    if (QThread::currentThread() == thread())
+        work();
+    else
+        QMetaObject::invokeMethod(this, work, Qt::BlockingQueuedConnection);
+}
+
+void SaveRun::clearDateValuesAfterSavingFolder(MySingleFolder &folder)
+{
+    QList<MySinglePic *> failed;
+    for (MySinglePic *pic : folder.sfPicDetails_fullArray) {
+        if (pic->hasSaveErrorTime() ||
+            (pic->bundleDependentImage && pic->bundleDependentImage->hasSaveErrorTime()))
+            failed.append(pic);
+    }
+    if (folder.sfEditMode != MySingleFolder::EditTogether) {
+        // Items whose time failed keep their own offset: the next save retries them.
+        folder.clearSinglePicModeImages();
+        return;
+    }
+    const double interval = folder.sfDateModificationsTimeInterval;
+    const QString zero = QStringLiteral("0");
+    folder.setDirection(QStringLiteral("+"), zero, zero, zero, zero);
+    if (failed.isEmpty() || interval == 0.0)
+        return;
+    // The saved items show the same date as before; the failed ones keep the change pending.
+    folder.sfEditMode = MySingleFolder::EditSeparately;
+    for (MySinglePic *pic : failed) {
+        folder.updateSinglePicModificationBy(*pic, interval);
+        if (pic->bundleDependentImage)
+            pic->bundleDependentImage->singlePicModification = pic->singlePicModification;
+    }
+}
+
+void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
+{
+    Q_EMIT statusChanged(QStringLiteral("workPanelSyncXMP"));
+    int count = 0;
+    for (const MySingleFolder *folder : folders)
+        count += int(folder->sfPicDetails_fullArray.size());
+    startProgress(count);
+    const int step = progressStep(count);
+    int done = 0;
+    const bool syncsXmp = m_settings.syncXMPDataOnSave;
+    const auto shouldSync = [syncsXmp](const MySinglePic &pic) {
+        return (syncsXmp || !pic.spXMPPath().isEmpty()) && pic.spType >= SpTypeExifOriginal &&
+               pic.spType <= SpTypeEmptyTiffFixedDate &&
+               !pic.isCreaXmp && !pic.isDigiXmp && !pic.isModiXmp && !pic.hasSaveError() &&
+               !pic.isInvalidDueToChangesAfterImport;
+    };
+    for (MySingleFolder *folder : folders) {
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            reportProgress(++done, count, step);
+            if (pic->isVerifiedDuringSave && !pic->isInvalidDueToChangesAfterImport) {
+                for (MySinglePic *member : withDependent(pic)) {
+                    if (shouldSync(*member))
+                        syncXmpDates(*member);
+                }
+            }
+            pic->isVerifiedDuringSave = false;
+            pic->isInvalidDueToChangesAfterImport = false;
+        }
+    }
+}
+
+void SaveRun::syncXmpDates(MySinglePic &pic)
+{
+    const QString sidecar = pic.spXMPPath();
+    const bool inSidecar = !sidecar.isEmpty();
+    const QString path = inSidecar ? sidecar : pic.spPath();
+    const int errorId =
+        inSidecar ? SaveErrorId::XmpSidecarUnusable : SaveErrorId::XmpInFileUnreadable;
+    if (inSidecar && !QFileInfo::exists(path)) {
+        m_errors.addErrorID(SaveErrorId::XmpSidecarMissing, pic);
+        return;
+    }
+    const PicAttributes &a = pic.singlePicAttributes;
+    const bool isCr3 = a.cr3XmpOffset != 0;
+    const int format = inSidecar ? int(UnknownFormat)
+                       : isCr3   ? int(Cr3XmpFormat)
+                                 : int(pic.fileFormatType);
+    const quint32 start = inSidecar                ? 0
+                          : isCr3                  ? a.cr3XmpOffset
+                          : a.xmpHeaderStartOffset ? a.xmpHeaderStartOffset
+                                                   : pic.tiffHeaderStartOffset;
+    std::optional<XmpDateInfos> infos =
+        MySingleFolderDataReader().savereadXMPDatesAtPath(path, format, start);
+    if (!infos) {
+        m_errors.addErrorID(errorId, pic);
+        return;
+    }
+    PlannedSave plan = StampEdits(pic, m_settings).planXmpSync(*infos);
+    if (plan.needsXmpExtension) {
+        // A sidecar's short stamps stay as they are: its twin is not the item's date.
+        if (!inSidecar)
+            m_exiftool.extendShortXmpDateTags(pic, plan.supportStamps);
+        return;
+    }
+    if (plan.edits.empty())
+        return;
+
+    if (!inSidecar && pic.fileFormatType == PngFormat) {
+        FileReader unwritten(path);
+        if (const std::optional<ByteEdit> checksum =
+                PngLocator(unwritten).chunkCrcEdit(PngLocator::ChunkKind::Xmp, plan.edits))
+            plan.edits.push_back(*checksum);
+    }
+    // A sync leaves no trace in the file's own dates.
+    const std::optional<FileAttributes> before = FileAttributes::read(path);
+    const std::unique_ptr<InPlaceWriter> writer = m_disk.openForUpdate(path);
+    if (writer && m_journal)
+        writer->recordIn(*m_journal, path,
+                         inSidecar ? ByteProof{writer->length(), {}}
+                                   : StoredBytes::proof(pic.singlePicAttributes, writer->length()));
+    bool written = before && writer && writer->apply(plan.edits);
+    written =
+        written && writer->setModificationDate(before->modificationDate) && writer->synchronize();
+    if (!written) {
+        m_errors.addErrorID(errorId, pic);
+        return;
+    }
+    for (const auto &taken : plan.whenSaved)
+        taken();
+    // Stamps the item proves at its next save must read as the file now holds them.
+    if (!inSidecar && pic.singlePicAttributes.xmpDateInfos) {
+        for (auto &[key, record] : *pic.singlePicAttributes.xmpDateInfos) {
+            const auto synced = infos->find(key);
+            if (synced != infos->end() && synced->second.offset == record.offset)
+                record.data = synced->second.data;
+        }
+    }
+}
+
+void SaveRun::writeErrorLog()
+{
+    if (m_errors.isEmpty() || !m_log)
+        return;
+    // exiftool's own words follow the run's lists.
+    const QString text = m_errors.logText(currentInstant()) + m_xt.errorsSummaryString();
+    m_xt.clearErrors();
+    m_log->setCurentError(text);
+    m_log->updateLogOnDiskWithErrorLog(text);
+}
+
+} // namespace orv

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "time/Instant.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace orv {
+
+// Where a value stands in the file and the bytes the import saw there. A later save proves these
+// bytes unchanged before it overwrites them in place. An offset of 0 means none.
+
+// A 19-byte date stamp; dateData holds the 20 bytes with the terminating NUL. A GPS date stamp
+// uses the same record with its 11 bytes.
+struct StampRecord
+{
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    bool operator==(const StampRecord &) const = default;
+};
+
+// A 7-byte time offset such as "+02:00" with its NUL.
+struct OffsetTagRecord
+{
+    QByteArray offsetData;
+    quint32 offsetOffset = 0;
+    bool operator==(const OffsetTagRecord &) const = default;
+};
+
+// Three rationals, hours, minutes and seconds (24 bytes). needsConv: the rationals are in
+// Motorola order and must be swapped on a little-endian machine.
+struct GpsStampRecord
+{
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    bool needsConv = false;
+    bool operator==(const GpsStampRecord &) const = default;
+};
+
+// A movie's stamp and where it stands; movies pass 4 GB, so the offset is 64-bit. The QuickTime
+// metadata creation date is text of 20, 24 or 25 bytes; a movie header time is 4 bytes (8 in a
+// version 1 header); an AVI IDIT stamp is 26 bytes.
+struct MovieStampRecord
+{
+    QByteArray dateData;
+    quint64 dateOffset = 0;
+    bool operator==(const MovieStampRecord &) const = default;
+};
+
+// One ISO 6709 location text of a movie, by its source: 1 the metadata key, 2 udta's ©xyz,
+// 3 ©xyz in udta's item list. The digit counts of latitude and longitude say which texts can be
+// rewritten in place (`edit`); the horizontal accuracy rides on the first record.
+struct QtLocationRecord
+{
+    int type = 0;
+    MovieStampRecord text;
+    MovieStampRecord hAccuracy;
+    int int1 = 0, frac1 = 0, int2 = 0, frac2 = 0;
+    bool edit = false;
+    bool operator==(const QtLocationRecord &) const = default;
+};
+
+// Latitude and longitude with their refs are always complete; altitude and positioning error
+// are optional and then have empty data and offset 0.
+struct GpsLocationRecord
+{
+    QByteArray latitudeRef_Data;
+    quint32 latitudeRef_Offset = 0;
+    QByteArray latitude_Data;
+    quint32 latitude_Offset = 0;
+    QByteArray longitudeRef_Data;
+    quint32 longitudeRef_Offset = 0;
+    QByteArray longitude_Data;
+    quint32 longitude_Offset = 0;
+    QByteArray altitudeRef_Data;
+    quint32 altitudeRef_Offset = 0;
+    QByteArray altitude_Data;
+    quint32 altitude_Offset = 0;
+    QByteArray hPositioningError_Data;
+    quint32 hPositioningError_Offset = 0;
+    bool needsConv = false;
+    bool operator==(const GpsLocationRecord &) const = default;
+};
+
+// Zone form of an XMP stamp: 1 ends with "Z", 2 has its own offset, 3 has no zone (local).
+// Subtype bits: 1 the offset has no colon, 2 the stamp has no seconds.
+struct XmpStampRecord
+{
+    QByteArray data;
+    quint32 offset = 0;
+    int type = 0;
+    int subtype = 0;
+    bool operator==(const XmpStampRecord &) const = default;
+};
+
+// XMP stamps found in a packet, keyed by the tag name the system uses: ExifDateTimeOriginal,
+// ExifDateTimeDigitized, XmpCreateDate, XmpModifyDate, XmpMetadataDate, TiffDateTime,
+// PhotoshopDateCreated, GPSTimeStamp.
+using XmpDateInfos = std::map<QString, XmpStampRecord>;
+
+// The byte-level facts of an item: every value a save may overwrite, with its offset, and the
+// file attributes seen at import.
+struct PicAttributes
+{
+    std::optional<StampRecord> ExifDateTimeOriginal, ExifDateTimeDigitized, TIFFDateTime;
+    std::optional<OffsetTagRecord> ExifOffsetTimeOriginal, ExifOffsetTimeDigitized, TIFFOffsetTime;
+    std::optional<GpsStampRecord> GPSTimeStamp;
+    std::optional<StampRecord> GPSDateStamp;
+    std::optional<GpsLocationRecord> GPSLocation;
+    std::optional<double> GPSLocationXmpHPositioningError;
+    std::optional<XmpDateInfos> xmpDateInfos;
+    quint32 xmpHeaderStartOffset = 0;
+    quint32 cr3XmpOffset = 0;
+    std::optional<MovieStampRecord> QTMetaDate;
+    std::optional<MovieStampRecord> QTMvhdCreaDate, QTMvhdModDate, riffCreaDate;
+    std::vector<QtLocationRecord> qtLocations;
+
+    OptionalDate NSFileCreationDate, NSFileModificationDate;
+    std::optional<qint64> NSFileSize;
+};
+
+} // namespace orv

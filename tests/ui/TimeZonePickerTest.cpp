@@ -1,0 +1,56 @@
+// The time zone sheet edits copies: nothing reaches the folder before OK, its own undo walks its
+// choices back, and OK is one step on the main stack that gives the item what the row showed.
+
+#include "app/DateChanges.h"
+#include "core/DateDisplay.h"
+#include "time/DateStampCodec.h"
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "folders/ZoneCorrection.h"
+#include "ui/MyTimeZonePickerController.h"
+
+#include <QTableWidget>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+using namespace orv;
+
+TEST(TimeZonePicker, PreviewsWorkingZonesAndConfirmsThemAsOneMainUndoStep)
+{
+    MySingleFolder folder(QStringLiteral("/trip"), false);
+    const QByteArray stamp("2024:10:27 02:30:00");
+    const Instant read = DateStampCodec::dateFromExifData(stamp + '\0', TimeZone::systemZone());
+    MySinglePic *pic = folder.adoptPic(std::make_unique<MySinglePic>("camera.jpg", &folder, SpTypeExifOriginal, read));
+    pic->spName = QStringLiteral("camera.jpg");
+    pic->exifDateTimeOriginalOLD = read;
+    pic->singlePicAttributes.ExifDateTimeOriginal = StampRecord{stamp + '\0', 100};
+    QUndoStack mainStack;
+    DateChanges changes(mainStack, DateChangeListener{});
+    const auto afterText = [](MyTimeZonePickerController &sheet) { return sheet.table().item(0, 2)->text(); };
+
+    MyTimeZonePickerController sheet(changes, folder);
+    const QString untouched = afterText(sheet);
+    sheet.selectZoneName(QStringLiteral("Europe/Berlin"), false);
+    sheet.selectZoneName(QStringLiteral("America/New_York"), true);
+    EXPECT_EQ(afterText(sheet), QStringLiteral("2024-10-26 21:30:00 EDT"));
+    sheet.useAmbiguityAlternative(0, true);
+    EXPECT_EQ(afterText(sheet), QStringLiteral("2024-10-26 20:30:00 EDT"));
+    EXPECT_TRUE(folder.sourceTimeZones.isEmpty());
+    EXPECT_EQ(pic->spDateTimeOriginal, read);
+
+    sheet.undoStack().undo();
+    EXPECT_EQ(afterText(sheet), QStringLiteral("2024-10-26 21:30:00 EDT"));
+    sheet.undoStack().undo();
+    sheet.undoStack().undo();
+    EXPECT_EQ(afterText(sheet), untouched);
+    sheet.undoStack().redo();
+    sheet.undoStack().redo();
+    sheet.accept();
+
+    EXPECT_EQ(mainStack.count(), 1);
+    EXPECT_EQ(DateDisplay::localDateTime(pic->spDateTimeModified(), ZoneCorrection::targetZoneOf(*pic)),
+              QStringLiteral("2024-10-26 21:30:00 EDT"));
+    mainStack.undo();
+    EXPECT_EQ(pic->spDateTimeOriginal, read);
+    EXPECT_TRUE(folder.sourceTimeZones.isEmpty() && folder.targetTimeZones.isEmpty());
+}
