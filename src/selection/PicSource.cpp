@@ -1,0 +1,115 @@
+#include "selection/PicSource.h"
+
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+
+#include <algorithm>
+
+namespace orv {
+
+namespace {
+
+// Collation in the C locale ignores the numeric mode; names then sort as in English.
+QLocale collationLocale()
+{
+    const QLocale system;
+    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
+}
+
+} // namespace
+
+PicSource::PicSource() : m_collator(collationLocale())
+{
+    m_collator.setNumericMode(true);
+    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
+}
+
+bool PicSource::sortsBefore(const MySinglePic &a, const MySinglePic &b) const
+{
+    const OptionalDate dateA = a.spDateTimeModified_sort();
+    const OptionalDate dateB = b.spDateTimeModified_sort();
+    // Whole seconds: fractions never decide the order.
+    const auto seconds = [](const OptionalDate &date) { return date ? std::optional(date->wholeSeconds()) : std::nullopt; };
+    if (seconds(dateA) != seconds(dateB))
+        return seconds(dateA) < seconds(dateB); // an item without a date stands first
+    if (const int byName = m_collator.compare(a.spName, b.spName))
+        return byName < 0;
+    const qint64 folderA = a.spSingleFolder ? a.spSingleFolder->folderSortGeneral : 0;
+    const qint64 folderB = b.spSingleFolder ? b.spSingleFolder->folderSortGeneral : 0;
+    return folderA < folderB;
+}
+
+void PicSource::sortedThumbsArray(QList<MySinglePic *> &pics) const
+{
+    std::stable_sort(pics.begin(), pics.end(),
+                     [this](const MySinglePic *a, const MySinglePic *b) { return sortsBefore(*a, *b); });
+}
+
+bool PicSource::passes(MySinglePic *pic) const
+{
+    if (!m_selectedPicsToFilter.isEmpty() && !m_selectedPicsToFilter.contains(pic))
+        return false;
+    return !m_predicate || m_predicate->evaluate(*pic);
+}
+
+bool PicSource::buildNewSourceUsingOptimizedRefilterOnly(bool optimized)
+{
+    if (optimized) {
+        for (MySingleFolder *folder : std::as_const(m_folders))
+            folder->lastChangedPicIndex = -2;
+        for (MySinglePic *pic : std::as_const(m_full))
+            pic->dstOffsetState = 0;
+    } else {
+        QList<MySinglePic *> full;
+        for (MySingleFolder *folder : std::as_const(m_folders)) {
+            folder->imageCounter = 0;
+            folder->lastChangedPicIndex = -2;
+            full.append(folder->sfPicDetails_fullArray);
+        }
+        sortedThumbsArray(full);
+        ++m_sortCount;
+        for (qsizetype i = 0; i < full.size(); ++i) {
+            MySinglePic *pic = full.at(i);
+            pic->indexInSource_full = i;
+            pic->indexInSource_filtered = -1;
+            pic->dstOffsetState = 0;
+            if (pic->spSingleFolder)
+                pic->indexInFolder_full = pic->spSingleFolder->imageCounter++;
+        }
+        m_full = std::move(full);
+    }
+
+    const bool filtering = m_predicate || !m_selectedPicsToFilter.isEmpty();
+    QList<MySinglePic *> filtered;
+    QSet<MySinglePic *> excluded;
+    if (!filtering && m_shelfPics.isEmpty()) {
+        filtered = m_full;
+    } else {
+        filtered.reserve(m_full.size());
+        for (MySinglePic *pic : std::as_const(m_full)) {
+            if (m_shelfPics.contains(pic))
+                continue;
+            if (filtering && !passes(pic))
+                excluded.insert(pic);
+            else
+                filtered.append(pic);
+        }
+    }
+    m_allFilteredImages = std::move(excluded);
+
+    for (MySingleFolder *folder : std::as_const(m_folders))
+        folder->imageCounter = 0;
+    for (MySinglePic *pic : std::as_const(m_full))
+        pic->indexInSource_filtered = -1, pic->indexInFolder_filtered = -1;
+    for (qsizetype i = 0; i < filtered.size(); ++i) {
+        MySinglePic *pic = filtered.at(i);
+        pic->indexInSource_filtered = i;
+        if (pic->spSingleFolder)
+            pic->indexInFolder_filtered = pic->spSingleFolder->imageCounter++;
+    }
+    const bool changed = filtered != m_filtered;
+    m_filtered = std::move(filtered);
+    return changed;
+}
+
+} // namespace orv
