@@ -191,15 +191,19 @@ DateChangeResult DateChanges::updateThumbValues(const QList<PicDifference> &list
 DateChangeResult DateChanges::dragChangedSinglePicAltModeDates(const QList<MySinglePic *> &sorted, Instant from,
                                                                Instant to, const QString &mergeKey)
 {
-    const double step = to.secondsSince(from) / double(sorted.size() + 1);
     QList<PicDifference> list;
     for (qsizetype i = 0; i < sorted.size(); ++i) {
         const OptionalDate present = sorted[i]->spDateTimeModified_sort();
-        const double target = std::round(from.secondsSinceEpoch() + double(i + 1) * step);
         if (present)
-            list.append({sorted[i], target - present->secondsSinceEpoch()});
+            list.append({sorted[i], spreadDate(i, sorted.size(), from, to).secondsSince(*present)});
     }
     return updateThumbValues(list, undoName("altDragMultiInSingleMode"), mergeKey);
+}
+
+Instant DateChanges::spreadDate(qsizetype index, qsizetype count, Instant from, Instant to)
+{
+    const double step = to.secondsSince(from) / double(count + 1);
+    return Instant(std::round(from.secondsSinceEpoch() + double(index + 1) * step));
 }
 
 DateChangeResult DateChanges::dateValuesResetSingleMode(const QList<MySingleFolder *> &folders)

@@ -63,6 +63,8 @@ public:
     // has its entry, also one already in place, so that repeated steps continue one gesture.
     DateChangeResult dragChangedSinglePicAltModeDates(const QList<MySinglePic *> &sorted, Instant from, Instant to,
                                                       const QString &mergeKey = {});
+    // The date of the index-th of count items spread between from and to.
+    static Instant spreadDate(qsizetype index, qsizetype count, Instant from, Instant to);
     DateChangeResult dateValuesResetSingleMode(const QList<MySingleFolder *> &folders);
     // The selected item loses its own change; the rest of the selection comes back with it on undo.
     DateChangeResult removeDate(MySinglePic *selected, const QList<MySinglePic *> &selection);

@@ -2,6 +2,7 @@
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "selection/PicSource.h"
 
 #include <QSet>
 
@@ -236,6 +237,52 @@ DateChangeResult TimelineDrop::perform(DateChanges &changes, const DropPlace &pl
     if (!second)
         return DateChangeResult::Unchanged;
     return moveMainTo(changes, m_drag, *second, mergeKey);
+}
+
+DropPreview TimelineDrop::preview(const DropPlace &place, const PicSource &sorter, qsizetype visibleCount) const
+{
+    endPreview();
+    if (place.type == DropType::Spread) {
+        const std::optional<double> from = timelineSecond(place.gapLeft ? place.gapLeft : at(place.index));
+        const std::optional<double> to = timelineSecond(place.gapRight ? place.gapRight : at(place.index + 1));
+        if (!from || !to)
+            return {};
+        for (qsizetype i = 0; i < m_drag.moving.size(); ++i)
+            m_drag.moving[i]->tempTimeDuringLiveMod =
+                DateChanges::spreadDate(i, m_drag.moving.size(), Instant(*from), Instant(*to));
+    } else {
+        const std::optional<double> difference = previewDifference(place);
+        if (!difference)
+            return {};
+        for (MySinglePic *pic : m_drag.moving)
+            if (const OptionalDate date = pic->spDateTimeModified_sort())
+                pic->tempTimeDuringLiveMod = date->addingSeconds(*difference);
+    }
+
+    DropPreview preview{.order = m_drag.moving};
+    const double target = timelineSecond(at(place.index)).value_or(0.0);
+    for (const qsizetype sign : {-1, 1}) {
+        qsizetype beyond = -1; // still to take once an item two seconds away was found
+        for (qsizetype i = sign < 0 ? place.index : place.index + 1; i >= 0 && i < m_source.size() && beyond != 0;
+             i += sign) {
+            if (m_drag.isMoving(m_source[i]))
+                continue;
+            preview.order.append(m_source[i]);
+            if (beyond > 0)
+                --beyond;
+            else if (std::abs(timelineSecond(m_source[i]).value_or(target) - target) >= 2.0)
+                beyond = visibleCount / 2;
+        }
+    }
+    sorter.sortedByPreviewDates(preview.order);
+    preview.mainIndex = preview.order.indexOf(m_drag.main);
+    return preview;
+}
+
+void TimelineDrop::endPreview() const
+{
+    for (MySinglePic *pic : m_drag.moving)
+        pic->tempTimeDuringLiveMod.reset();
 }
 
 DateChangeResult TimelineDrop::moveMainTo(DateChanges &changes, const TimelineDrag &drag, double second,

@@ -11,6 +11,7 @@ namespace orv {
 
 class MySingleFolder;
 class MySinglePic;
+class PicSource;
 
 // Where a dragged item lands: a place between or on thumbnails, never a time of its own. The date
 // follows from the neighbours of the place.
@@ -97,6 +98,14 @@ DropHit dropHitAt(const StripMetrics &metrics, const QList<MySinglePic *> &sourc
 DropPlace findDropPlace(const QList<MySinglePic *> &source, const TimelineDrag &drag, qsizetype hitIndex,
                         DropZone zone, bool spreading, bool onlyIfDoubleHeight = false);
 
+// What a strip shows while a place is previewed: the moving items at their temporary dates among
+// the items around the place, in timeline order, and where the main item stands among them.
+struct DropPreview
+{
+    QList<MySinglePic *> order;
+    qsizetype mainIndex = -1;
+};
+
 // A drop's arithmetic over the source the strip shows, in whole seconds, and its change through
 // the date change owner: the folder offset in folder mode, the same difference for every moving
 // item in single mode, spreading for type 5. Main thread only, like the items it reads.
@@ -116,6 +125,14 @@ public:
     std::optional<double> previewDifference(const DropPlace &place) const;
     DateChangeResult perform(DateChanges &changes, const DropPlace &place, const QString &mergeKey = {}) const;
 
+    // Gives every moving item the temporary date the place would give it (nothing else of the
+    // item changes) and the order to show: the moving items, and on each side of the place the
+    // items up to the first one two seconds or more from the target and half of visibleCount
+    // beyond it. The preview's own sort by its dates; an empty preview without a place.
+    DropPreview preview(const DropPlace &place, const PicSource &sorter, qsizetype visibleCount) const;
+    // The moving items lose their temporary dates.
+    void endPreview() const;
+
     // The main item takes the whole second; the others follow as a drop moves them. A compound
     // folder's members keep their distances. Also the date popover's way to accept a date.
     static DateChangeResult moveMainTo(DateChanges &changes, const TimelineDrag &drag, double second,
@@ -123,6 +140,8 @@ public:
 
 private:
     const MySinglePic *at(qsizetype index) const;
+    // Spreading's dates: evenly inside the gap, as the drop lays them.
+    bool setSpreadPreviewDates(const DropPlace &place) const;
 
     const QList<MySinglePic *> &m_source;
     const TimelineDrag &m_drag;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Instant.h"
 #include "selection/FilterPredicate.h"
 
 #include <QCollator>
@@ -48,9 +49,13 @@ public:
     // file manager orders it (IMG_2 before IMG_10), then the folder's position.
     bool sortsBefore(const MySinglePic &a, const MySinglePic &b) const;
     void sortedThumbsArray(QList<MySinglePic *> &pics) const;
+    // The same order over the dates a preview shows: an item's temporary date where it has one.
+    void sortedByPreviewDates(QList<MySinglePic *> &pics) const;
 
 private:
     bool passes(MySinglePic *pic) const;
+    bool sortsBefore(const MySinglePic &a, const OptionalDate &dateA, const MySinglePic &b,
+                     const OptionalDate &dateB) const;
 
     QList<MySingleFolder *> m_folders;
     std::optional<FilterPredicate> m_predicate;

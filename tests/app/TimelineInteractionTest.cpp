@@ -6,6 +6,7 @@
 #include "app/TimelineSelection.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "selection/PicSource.h"
 #include "support/QtPrinters.h"
 
 #include <QUndoStack>
@@ -144,6 +145,30 @@ TEST_F(TimelineInteractionTest, ThePointerFindsTheThumbnailAndZoneOfItsFrame)
     EXPECT_EQ(std::get<0>(zoneAt(700, 100)), -1);
     EXPECT_EQ(zoneAt(50, 200), std::tuple(0, int(DropZone::LeftHalf), true)) << "below the raised row";
     EXPECT_EQ(std::get<0>(zoneAt(50, 300)), -1);
+}
+
+TEST_F(TimelineInteractionTest, APreviewShowsTheMovedItemAmongTheSurroundingsOfThePlaceAndChangesNoDate)
+{
+    addPic(early, "a.jpg", 0);
+    MySinglePic *c = addPic(early, "c.jpg", 2);
+    MySinglePic *d = addPic(early, "d.jpg", 50);
+    MySinglePic *e = addPic(early, "e.jpg", 100);
+    MySinglePic *e2 = addPic(early, "e2.jpg", 101);
+    MySinglePic *f = addPic(early, "f.jpg", 200);
+    MySinglePic *m = addPic(separate, "m.jpg", 1000);
+    const QList<MySinglePic *> source = strip();
+    const TimelineDrag drag = TimelineDrag::of(source, m, {}, {&separate});
+    const TimelineDrop drop(source, drag, outerGap);
+
+    const DropPreview preview = drop.preview(findDropPlace(source, drag, 3, DropZone::LeftMargin, false), PicSource(), 2);
+    EXPECT_EQ(preview.order, (QList<MySinglePic *>{c, d, m, e, e2, f}))
+        << "the near items, then one beyond the first far one on each side";
+    EXPECT_EQ(preview.mainIndex, 2);
+    EXPECT_EQ(m->tempTimeDuringLiveMod, tenAm.addingSeconds(75));
+    EXPECT_EQ(at(m), 1000);
+    EXPECT_EQ(stack.count(), 0);
+    drop.endPreview();
+    EXPECT_FALSE(m->tempTimeDuringLiveMod);
 }
 
 TEST_F(TimelineInteractionTest, SpreadingLaysTheSelectionEvenlyIntoTheGapEnteredOnEitherSide)
