@@ -3,10 +3,11 @@
 
 #include "app/KeyboardLiveMove.h"
 #include "app/TimelineDrop.h"
-#include "app/TimelineSelection.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "selection/PicSource.h"
+#include "timeline/TimelineSelection.h"
+#include "timeline/TimelineStrip.h"
 #include "support/QtPrinters.h"
 
 #include <QUndoStack>
@@ -311,36 +312,38 @@ TEST_F(TimelineInteractionTest, PressesAndRectanglesSelectInTheRaisedFolderAndTa
     MySinglePic *c = addPic(separate, "c.jpg", 20);
     MySinglePic *d = addPic(separate, "d.jpg", 30);
     const QList<MySinglePic *> source = strip();
-    const QList<MySingleFolder *> raised{&separate};
-    TimelineSelection selection;
+    TimelineStrip onStrip;
+    onStrip.setSource(source);
+    onStrip.setRaisedFolders({&separate});
+    TimelineSelection selection(onStrip);
 
-    selection.press(source, b, ClickKey::Plain, raised, true);
-    selection.press(source, other, ClickKey::Plain, raised, true);
+    selection.press(b, ClickKey::Plain, true);
+    selection.press(other, ClickKey::Plain, true);
     EXPECT_EQ(selection.target(), other) << "another folder's item is only targeted";
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{b}));
-    selection.press(source, d, ClickKey::Shift, raised, true);
+    selection.press(d, ClickKey::Shift, true);
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{b, c, d}));
-    EXPECT_EQ(selection.main(), d);
-    selection.press(source, d, ClickKey::Command, raised, true);
+    EXPECT_EQ(onStrip.picSelection(), d);
+    selection.press(d, ClickKey::Command, true);
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{b, c}));
-    EXPECT_EQ(selection.main(), c) << "the member before takes over at the end";
-    selection.press(source, b, ClickKey::Plain, raised, true);
+    EXPECT_EQ(onStrip.picSelection(), c) << "the member before takes over at the end";
+    selection.press(b, ClickKey::Plain, true);
     EXPECT_EQ(selection.selected().size(), 2) << "a press inside the selection keeps it for a drag";
-    selection.press(source, b, ClickKey::Command, raised, true);
-    EXPECT_TRUE(selection.press(source, c, ClickKey::Command, raised, true)) << "the main item alone goes";
+    selection.press(b, ClickKey::Command, true);
+    EXPECT_TRUE(selection.press(c, ClickKey::Command, true)) << "the main item alone goes";
     EXPECT_TRUE(selection.selected().isEmpty());
-    selection.press(source, a, ClickKey::Plain, raised, false);
-    selection.press(source, b, ClickKey::Shift, raised, false);
+    selection.press(a, ClickKey::Plain, false);
+    selection.press(b, ClickKey::Shift, false);
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{b})) << "folder mode has no multi-selection";
 
     selection.beginRectangle(ClickKey::Command);
-    selection.updateRectangle(source, {a, b}, true, 0);
+    selection.updateRectangle({a, b}, true, 0);
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{a})) << "Command toggles against the start";
-    EXPECT_EQ(selection.main(), a);
+    EXPECT_EQ(onStrip.picSelection(), a);
     selection.beginRectangle(ClickKey::Plain);
-    selection.updateRectangle(source, {c, d}, false, 4);
+    selection.updateRectangle({c, d}, false, 4);
     EXPECT_EQ(selection.selected(), (QList<MySinglePic *>{c, d}));
-    EXPECT_EQ(selection.main(), d) << "the item nearest the pointer";
+    EXPECT_EQ(onStrip.picSelection(), d) << "the item nearest the pointer";
     EXPECT_EQ(clickKeyFor(Qt::ControlModifier | Qt::AltModifier), ClickKey::Plain);
 }
 
