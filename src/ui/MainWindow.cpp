@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "app/LogController.h"
+#include "core/MySinglePic.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
@@ -14,6 +15,8 @@
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
 #include "ui/SaveSession.h"
+#include "ui/MyTimelineView.h"
+#include "ui/TimelinePane.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -74,7 +77,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_progress(new ImportProgressPanel(this)),
       m_offsetBar(new OffsetBar(m_controller->dateChanges(), this)),
       m_editActions(new EditActions(*m_controller, *m_picView, *m_sortedPics, *m_picModel,
-                                    [this] { return foldersOnShow(); }, this))
+                                    [this] { return foldersOnShow(); }, this)),
+      m_timeline(new TimelinePane(prefs, this))
 {
     setTitle(tr("Orvelle"));
     resize(1280, 780);
@@ -99,6 +103,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
 
     connectImport();
     connectController();
+    connectTimeline();
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);
@@ -133,6 +138,7 @@ void MainWindow::buildMenus()
     quit->setShortcut(QKeySequence::Quit);
 
     m_editActions->addTo(*menuBar());
+    menuBar()->addMenu(m_timeline->filterMenu());
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
@@ -229,7 +235,14 @@ QWidget *MainWindow::buildListPane()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(bar);
-    layout->addWidget(m_picView, 1);
+    // The strip is the main pane; the list below it is a side view of the same items.
+    auto *views = new QSplitter(Qt::Vertical, pane);
+    views->addWidget(m_timeline);
+    views->addWidget(m_picView);
+    views->setStretchFactor(0, 3);
+    views->setStretchFactor(1, 2);
+    views->setSizes({400, 260});
+    layout->addWidget(views, 1);
     return pane;
 }
 
@@ -327,6 +340,7 @@ void MainWindow::folderImported(const MySingleFolder *folder)
     m_offsetBar->refresh();
     if (!folder->importErrors.isEmpty())
         m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
+    m_timeline->showFolders(m_import->droppedFolders());
     refreshListState();
 }
 
@@ -334,6 +348,7 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
 {
     m_picModel->removeFolder(folder);
     m_folderList->removeFolder(folder);
+    m_timeline->showFolders(m_import->droppedFolders());
     if (m_folderList->folders().isEmpty())
         m_pages->setCurrentIndex(EmptyPage);
     // The folder may have been the one selected.
@@ -384,6 +399,7 @@ void MainWindow::showSelectedFolders()
                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
         return;
     }
+    m_timeline->raiseFolders(showsAllFolders() ? QList<MySingleFolder *>() : selectedFolders());
     if (showsAllFolders()) {
         m_picModel->showFolders(m_folderList->folders());
         m_offsetBar->showFolders(m_import->droppedFolders());
@@ -466,9 +482,35 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
         m_picModel->folderChanged(folder);
         m_folderList->folderChanged(folder);
     }
+    m_timeline->rebuild();
     m_offsetBar->refresh();
     m_editActions->refresh();
     refreshUnsavedState();
+}
+
+void MainWindow::connectTimeline()
+{
+    m_sortedPics->setAcceptedPics([](const MySinglePic &pic) { return pic.indexInSource_filtered >= 0; });
+    connect(m_timeline, &TimelinePane::filteredSourceChanged, this, [this] {
+        m_sortedPics->refilter();
+        refreshListState();
+    });
+    connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showPicInList);
+    connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
+        m_timeline->selectPic(m_picModel->picAt(m_sortedPics->mapToSource(current).row()));
+    });
+}
+
+void MainWindow::showPicInList(MySinglePic *pic)
+{
+    const int row = pic ? m_picModel->rowOf(pic) : -1;
+    const QModelIndex index = row >= 0 ? m_sortedPics->mapFromSource(m_picModel->index(row, 0)) : QModelIndex();
+    if (!index.isValid()) {
+        m_picView->selectionModel()->clearSelection();
+        return;
+    }
+    m_picView->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_picView->scrollTo(index);
 }
 
 void MainWindow::refreshUnsavedState()

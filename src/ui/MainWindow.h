@@ -21,12 +21,14 @@ class ImportProgressPanel;
 class ImportSheets;
 class MyDroppedFolders;
 class MySingleFolder;
+class MySinglePic;
 struct ImportProgress;
 class PicSortProxy;
 class OffsetBar;
 class PicTableModel;
 class Preferences;
 class SaveSession;
+class TimelinePane;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
 // a sortable list under the controls that shift their dates, the import's progress in the status
@@ -51,6 +53,7 @@ public:
     PicTableModel &picModel() const { return *m_picModel; }
     PicSortProxy &sortedPics() const { return *m_sortedPics; }
     FolderListModel &folderList() const { return *m_folderList; }
+    TimelinePane &timeline() const { return *m_timeline; }
     AppController &controller() const { return *m_controller; }
 
 Q_SIGNALS:
@@ -95,6 +98,9 @@ private:
     // The unsaved mark in the title and the Save action follow the folders.
     void refreshUnsavedState();
     bool askToSaveBeforeClosing();
+    // The strip and the list show the same filtered source and select together.
+    void connectTimeline();
+    void showPicInList(MySinglePic *pic);
 
     Preferences &m_prefs;
     std::unique_ptr<ImportSheets> m_sheets;
@@ -117,6 +123,7 @@ private:
     SaveSession *m_save = nullptr; // while a save runs
     // The user chose Save when closing: the window closes once the save has gone through.
     bool m_closeAfterSave = false;
+    TimelinePane *m_timeline;
 };
 
 } // namespace orv

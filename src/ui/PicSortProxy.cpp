@@ -24,6 +24,21 @@ PicSortProxy::PicSortProxy(QObject *parent) : QSortFilterProxyModel(parent), m_c
     setDynamicSortFilter(true);
 }
 
+void PicSortProxy::setAcceptedPics(std::function<bool(const MySinglePic &)> accepts)
+{
+    m_accepts = std::move(accepts);
+    invalidateFilter();
+}
+
+bool PicSortProxy::filterAcceptsRow(int sourceRow, const QModelIndex &) const
+{
+    if (!m_accepts)
+        return true;
+    const auto *pics = qobject_cast<const PicTableModel *>(sourceModel());
+    const MySinglePic *pic = pics ? pics->picAt(sourceRow) : nullptr;
+    return !pic || m_accepts(*pic);
+}
+
 bool PicSortProxy::lessThan(const QModelIndex &left, const QModelIndex &right) const
 {
     if (const int order = compare(left, right); order != 0)

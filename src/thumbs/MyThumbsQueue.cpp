@@ -1,0 +1,193 @@
+#include "thumbs/MyThumbsQueue.h"
+
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+namespace orv {
+
+namespace {
+// Items beyond each side of the visible range that are built with it.
+constexpr qsizetype rangeExtension = 2 + 2;
+} // namespace
+
+MyThumbsQueue::MyThumbsQueue(QObject *parent) : QObject(parent)
+{
+    setSettings(m_settings);
+}
+
+MyThumbsQueue::~MyThumbsQueue()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+}
+
+void MyThumbsQueue::setSettings(const Settings &settings)
+{
+    m_settings = settings;
+    m_pool.setMaxThreadCount(maxCountWithAutoBG(QThread::idealThreadCount(), settings.autoBGThumbGeneration));
+}
+
+int MyThumbsQueue::maxCountWithAutoBG(int processorCount, bool autoBG)
+{
+    return std::max(processorCount - 5, 0) + (autoBG ? 1 : 3);
+}
+
+QList<MySinglePic *> MyThumbsQueue::orderedForStrip(const StripList &strip, bool autoBG, bool reversed)
+{
+    const qsizetype count = strip.source.size();
+    const qsizetype first = std::clamp<qsizetype>(strip.visible.first - rangeExtension, 0, count);
+    const qsizetype end = std::clamp<qsizetype>(strip.visible.end() + rangeExtension, first, count);
+    QList<MySinglePic *> order;
+    if (!autoBG) {
+        order = strip.source.mid(first, end - first);
+        return order;
+    }
+    order.reserve(count);
+    QList<MySinglePic *> forward = strip.source.mid(first);
+    QList<MySinglePic *> backward;
+    for (qsizetype i = first - 1; i >= 0; --i)
+        backward.append(strip.source.at(i));
+    if (reversed) {
+        // Scrolling towards the start: what lies before the range comes right after it.
+        order = strip.source.mid(first, end - first);
+        order.append(backward);
+        order.append(strip.source.mid(end));
+    } else {
+        order = forward;
+        order.append(backward);
+    }
+    return order;
+}
+
+QList<MySinglePic *> MyThumbsQueue::mergedAlternating(const QList<QList<MySinglePic *>> &lists)
+{
+    if (lists.size() == 1)
+        return lists.first();
+    QList<MySinglePic *> merged;
+    QSet<MySinglePic *> seen;
+    qsizetype longest = 0;
+    for (const auto &list : lists)
+        longest = std::max(longest, list.size());
+    for (qsizetype i = 0; i < longest; ++i)
+        for (const auto &list : lists)
+            if (i < list.size() && !seen.contains(list.at(i))) {
+                seen.insert(list.at(i));
+                merged.append(list.at(i));
+            }
+    return merged;
+}
+
+ThumbRequest MyThumbsQueue::requestFor(const MySinglePic &pic) const
+{
+    ThumbRequest request;
+    request.sessionUniqueId = pic.sessionUniqueId;
+    // A RAW shown by its JPEG partner draws the JPEG.
+    const MySinglePic &shown = pic.bundleDependentImage && !pic.bundleDependentImage->isMovie()
+                                       && pic.isRaw()
+                                   ? *pic.bundleDependentImage
+                                   : pic;
+    request.path = shown.spPath();
+    if (shown.isMovie())
+        request.kind = ThumbRequest::Kind::Movie;
+    else if (shown.fileFormatType == HeicFormat || shown.fileFormatType == AvifFormat)
+        request.kind = ThumbRequest::Kind::Heif;
+    else if (shown.isRaw())
+        request.kind = ThumbRequest::Kind::Raw;
+    request.side = m_settings.side;
+    request.embeddedFirst = m_settings.autoThumbMode != 0;
+    return request;
+}
+
+bool MyThumbsQueue::addOperationForImage(MySinglePic &pic, bool visible)
+{
+    const quint32 id = pic.sessionUniqueId;
+    if (m_cache.contains(id) || m_cache.didBuildThumbFail(id) || m_queued.contains(id) || pic.isMovedToTrash
+        || (pic.spSingleFolder && pic.spSingleFolder->isDisconnected))
+        return false;
+    if (pic.isMovie() && m_settings.autoThumbModeMovies == 4 && !visible)
+        return false;
+    if (!pic.isMovie() && m_settings.autoThumbMode == 2 && !visible)
+        return false;
+    m_queued.insert(id);
+    const ThumbRequest request = requestFor(pic);
+    const bool keepMaxi = m_settings.keepMaxi;
+    m_pool.start([this, request, keepMaxi] {
+        {
+            QMutexLocker lock(&m_startedLock);
+            m_started.insert(request.sessionUniqueId);
+        }
+        const QImage image = ThumbDecoder::decode(request);
+        const bool failed = image.isNull();
+        ThumbEntry entry = ThumbEntry::make(failed ? ThumbDecoder::unsupportedIcon(request.side) : image, request.side,
+                                            keepMaxi);
+        QMetaObject::invokeMethod(
+            this, [this, id = request.sessionUniqueId, entry = std::move(entry), failed]() mutable {
+                finished(id, std::move(entry), failed);
+            }, Qt::QueuedConnection);
+    });
+    return true;
+}
+
+void MyThumbsQueue::runThumbs(const QList<StripList> &strips)
+{
+    // Queued operations that no thread took yet are dropped; those building go on and are not
+    // queued twice.
+    m_pool.clear();
+    {
+        QMutexLocker lock(&m_startedLock);
+        m_queued.intersect(m_started);
+    }
+    m_lastStrips = strips;
+    m_visible.clear();
+    QList<QList<MySinglePic *>> lists;
+    for (const StripList &strip : strips) {
+        for (qsizetype i = strip.visible.first; i < std::min(strip.visible.end(), strip.source.size()); ++i)
+            m_visible.insert(strip.source.at(i)->sessionUniqueId);
+        lists.append(orderedForStrip(strip, m_settings.autoBGThumbGeneration, m_settings.reversedScroll));
+    }
+    const QList<MySinglePic *> order = mergedAlternating(lists);
+    for (MySinglePic *pic : order) {
+        if (m_queued.size() >= maxQueued)
+            break;
+        addOperationForImage(*pic, m_visible.contains(pic->sessionUniqueId));
+    }
+}
+
+void MyThumbsQueue::finished(quint32 id, ThumbEntry entry, bool failed)
+{
+    {
+        QMutexLocker lock(&m_startedLock);
+        m_started.remove(id);
+    }
+    // Kept even when a new run forgot the operation: the work is done.
+    m_queued.remove(id);
+    if (!m_cache.insert(id, std::move(entry)) && m_settings.autoBGThumbGeneration)
+        stopAllOnFirstEvictMAIN();
+    if (failed)
+        m_cache.markFailed(id);
+    Q_EMIT thumbReady(id);
+    // checkThumbs: a drained queue takes the next batch while items still lack thumbnails.
+    if (m_queued.isEmpty() && m_settings.autoBGThumbGeneration)
+        runThumbs(m_lastStrips);
+}
+
+void MyThumbsQueue::stopAllOnFirstEvictMAIN()
+{
+    m_settings.autoBGThumbGeneration = false;
+    setSettings(m_settings);
+    Q_EMIT autoBGThumbGenerationStopped();
+}
+
+void MyThumbsQueue::waitForDone()
+{
+    while (!m_queued.isEmpty()) {
+        m_pool.waitForDone();
+        QCoreApplication::sendPostedEvents(this);
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace orv

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "timeline/TimelineLabels.h"
+#include "timeline/TimelineStrip.h"
+
+#include <QAbstractScrollArea>
+#include <QHash>
+#include <QPixmap>
+
+#include <functional>
+#include <optional>
+
+namespace orv {
+
+class MySinglePic;
+class MyThumbsQueue;
+class MyTimelinesController;
+
+// What the strip shows besides thumbnails, from the preferences.
+struct TimelineViewOptions
+{
+    double timelineHeight = 128;     // timelineHeight_STD
+    bool displayTimelineLabels = true;
+    bool displayTimelineGaps = true; // calendar marks, with the labels
+    bool extraTLsScrollArea = true;  // the first and last item can be scrolled to the centre
+};
+
+// One strip of the timeline on screen (with its scroll bar: the design's MyTimelineScrollView):
+// the thumbnails of its TimelineStrip in source order, the raised folder's above the centre line
+// and the others below, the selection framed, unsaved items marked, calendar marks in the gaps
+// and date and time labels below, the first of them sticky at the left edge.
+//
+// It paints from the strip's geometry and only touches the items near the visible range: their
+// thumbnails become pixmaps ("layers") here and are dropped when they scroll away. A plain click
+// selects. Main thread only.
+class MyTimelineView : public QAbstractScrollArea
+{
+    Q_OBJECT
+public:
+    MyTimelineView(MyTimelinesController &controller, TimelineStrip &strip, MyThumbsQueue &thumbs,
+                   QWidget *parent = nullptr);
+
+    MyTimelinesController &controller() const { return m_controller; }
+    TimelineStrip &strip() const { return m_strip; }
+
+    void setOptions(const TimelineViewOptions &options);
+    const TimelineViewOptions &options() const { return m_options; }
+    // Colours of the folders (colorForFolder), the items' own frame colour when lowered.
+    void setFolderColors(std::function<QColor(const MySinglePic &)> colorForPic) { m_colorForPic = std::move(colorForPic); }
+    // "Today" for the labels; the clock when unset.
+    void setToday(std::optional<Instant> today) { m_today = today; }
+
+    // The strip's items changed (source or temporary source): relayout and redraw.
+    void sourceChanged();
+    // A preview's order on this strip, drawn instead of the source; the items are untouched.
+    void setTempSource(const QList<MySinglePic *> &tempSource);
+    void clearTempSource();
+
+    // --- Geometry in viewport coordinates ---
+    double contentX(double viewportX) const;
+    double viewportX(double contentX) const;
+    MySinglePic *picAtPoint(QPointF viewportPoint) const;
+    qsizetype picIndexAtHorizontalMouseLocation(double viewportX, bool snapToLegal) const;
+    QRectF thumbRectInViewport(qsizetype index) const;
+    ThumbRange visibleThumbsRange(qsizetype extension = 0) const;
+    void scrollToIndex(qsizetype index);
+    // The item is on screen (scrolls as little as needed).
+    void ensureVisible(const MySinglePic *pic);
+
+    // Draws the visible part onto any painter: the widget's own paint, and the benchmarks.
+    void paintStrip(QPainter &painter);
+    // The labels on screen after the last paint, the sticky one first.
+    const QList<TimelineLabel> &lastLabels() const { return m_lastLabels; }
+    // How many thumbnails have a pixmap now.
+    qsizetype layerCount() const { return m_layers.size(); }
+
+public Q_SLOTS:
+    void thumbReady(quint32 sessionUniqueId);
+
+Q_SIGNALS:
+    // The user selected an item (null: clicked beside every item).
+    void picSelectionChanged(orv::MySinglePic *pic);
+    // Scrolling or resizing changed what is visible; thumbnails are to be built.
+    void visibleRangeChanged();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    void relayout();
+    // Pixmaps for the items near the range, none for the others.
+    void updateLayers(ThumbRange range);
+    const QPixmap *layerFor(const MySinglePic &pic);
+    void drawGapMarks(QPainter &painter, ThumbRange range);
+    void drawThumb(QPainter &painter, qsizetype index, MySinglePic &pic);
+    void drawLabels(QPainter &painter, ThumbRange range);
+    Instant today() const;
+
+    MyTimelinesController &m_controller;
+    TimelineStrip &m_strip;
+    MyThumbsQueue &m_thumbs;
+    TimelineViewOptions m_options;
+    TimelineLabels m_labels;
+    DateDisplayMode m_mode = DateDisplayMode::Years;
+    std::optional<Instant> m_today;
+    std::function<QColor(const MySinglePic &)> m_colorForPic;
+    QHash<quint32, QPixmap> m_layers;
+    QList<TimelineLabel> m_lastLabels;
+};
+
+} // namespace orv
