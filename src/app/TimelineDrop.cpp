@@ -7,6 +7,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 
 #include <cmath>
 
@@ -20,6 +21,13 @@ std::optional<double> timelineSecond(const MySinglePic *pic)
     if (!date)
         return std::nullopt;
     return date->wholeSeconds();
+}
+
+double dragGapOuterEdgesSeconds(qint64 index)
+{
+    static constexpr std::array<double, 15> values{5,    10,   15,    30,    60,    300,   600,  900,
+                                                   1800, 3600, 7200, 10800, 21600, 43200, 86400};
+    return values[size_t(std::clamp<qint64>(index, 0, qint64(values.size()) - 1))];
 }
 
 TimelineDrag TimelineDrag::of(const QList<MySinglePic *> &source, MySinglePic *main,

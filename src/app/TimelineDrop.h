@@ -148,6 +148,10 @@ private:
     double m_outerEdgeGap;
 };
 
+// The seconds a drop beyond the first or last item keeps from it, by the preference
+// dragGapOuterEdges (an index, clamped to the 15 values).
+double dragGapOuterEdgesSeconds(qint64 index);
+
 // The floor of the second an item stands at on the timeline; none without a date.
 std::optional<double> timelineSecond(const MySinglePic *pic);
 

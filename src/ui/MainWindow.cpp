@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "app/LogController.h"
+#include "app/Preferences.h"
 #include "core/MySinglePic.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
@@ -16,6 +17,7 @@
 #include "ui/PicTableModel.h"
 #include "ui/SaveSession.h"
 #include "ui/MyTimelineView.h"
+#include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 
 #include <QApplication>
@@ -490,6 +492,8 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 
 void MainWindow::connectTimeline()
 {
+    new TimelineDragHandler(m_timeline->mainView(), m_controller->dateChanges(),
+                            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
     m_sortedPics->setAcceptedPics([](const MySinglePic &pic) { return pic.indexInSource_filtered >= 0; });
     connect(m_timeline, &TimelinePane::filteredSourceChanged, this, [this] {
         m_sortedPics->refilter();
