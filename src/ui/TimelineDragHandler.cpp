@@ -7,6 +7,7 @@
 #include "ui/MyTimelineView.h"
 #include "ui/TimelineDatePopover.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
@@ -53,7 +54,8 @@ bool samePlace(const DropPlace &a, const DropPlace &b)
 } // namespace
 
 TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap)
-    : QObject(&view), m_view(view), m_changes(changes), m_outerEdgeGap(outerEdgeGap)
+    : QObject(&view), m_view(view), m_changes(changes), m_outerEdgeGap(outerEdgeGap),
+      m_liveMove(changes, outerEdgeGap)
 {
     m_previewTimer.setSingleShot(true);
     m_previewTimer.setInterval(50);
@@ -66,10 +68,29 @@ TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &chan
     m_marker = new PaintOverlay(view.viewport(), [this](QPainter &painter) { paintMarker(painter); });
     m_marker->hide();
     view.viewport()->installEventFilter(this);
+    view.installEventFilter(this);
 }
 
 bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == &m_view) {
+        switch (event->type()) {
+        case QEvent::KeyPress:
+            return liveMoveKey(*static_cast<QKeyEvent *>(event));
+        case QEvent::KeyRelease: {
+            const int key = static_cast<QKeyEvent *>(event)->key();
+            if (key == Qt::Key_Control || key == Qt::Key_Alt)
+                m_liveMove.disableArrowsLiveMove();
+            break;
+        }
+        case QEvent::FocusOut:
+            m_liveMove.disableArrowsLiveMove();
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
@@ -179,6 +200,22 @@ void TimelineDragHandler::updatePlace()
         m_scrollTimer.start();
     else if (!nearEdge)
         m_scrollTimer.stop();
+}
+
+bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    const bool arrows = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    if (!arrows || (held & ~Qt::MetaModifier) != (Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    MySinglePic *main = m_view.strip().picSelection();
+    if (!m_liveMove.isArmed() && !(canMoveDatesOf(main) && m_liveMove.arm(m_view.strip().theSource(), dragOfSelection(main))))
+        return true;
+    m_liveMove.liveMoveWithType(m_view.strip().theSource(),
+                                event.key() == Qt::Key_Left ? MoveDirection::Left : MoveDirection::Right,
+                                held & Qt::MetaModifier);
+    m_view.ensureVisible(main);
+    return true;
 }
 
 void TimelineDragHandler::autoscroll()

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/KeyboardLiveMove.h"
 #include "app/TimelineDrop.h"
 
 #include <QObject>
 #include <QPointF>
 #include <QTimer>
 
+class QKeyEvent;
 class QPainter;
 
 namespace orv {
@@ -19,7 +21,10 @@ class PaintOverlay;
 // neighbour tests, the strip scrolls near its edges, a preview of the place is worked out after
 // 0.05 seconds of calm, and the release drops through the date change owner. The view itself
 // still selects on the press; a double click on the selected item opens the date popover.
-// Main thread only.
+//
+// The keyboard live move: with Ctrl and Alt held (Control and Option), Left and Right move the
+// selection past the next items, with Meta as well into the next gap; letting go of Ctrl or Alt
+// ends the move, one undo step for all of it. Main thread only.
 class TimelineDragHandler : public QObject
 {
     Q_OBJECT
@@ -46,6 +51,7 @@ private:
     void updatePlace();
     void endDrag(bool drop);
     void autoscroll();
+    bool liveMoveKey(const QKeyEvent &event);
     // The arrow at the place: over the gap or the half of the target, through both rows when
     // the two items stand at different heights.
     void paintMarker(QPainter &painter) const;
@@ -63,6 +69,7 @@ private:
     QTimer m_previewTimer;
     QTimer m_scrollTimer;
     PaintOverlay *m_marker;
+    KeyboardLiveMove m_liveMove;
 };
 
 } // namespace orv

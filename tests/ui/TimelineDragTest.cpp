@@ -11,7 +11,9 @@
 #include "ui/TimelineDatePopover.h"
 #include "ui/TimelineDragHandler.h"
 
+#include <QCoreApplication>
 #include <QDateTimeEdit>
+#include <QKeyEvent>
 #include <QTest>
 #include <QUndoStack>
 
@@ -81,6 +83,54 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     EXPECT_EQ(popover->accept(), DateChangeResult::Changed);
     EXPECT_EQ(late.sfDateModificationsTimeInterval, -3599);
     EXPECT_EQ(stack.count(), 1);
+}
+
+TEST(TimelineDragTest, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep)
+{
+    MySingleFolder early(QStringLiteral("/trip/early"), false);
+    MySingleFolder late(QStringLiteral("/trip/late"), false);
+    const auto add = [](MySingleFolder &folder, const char *name, int minute) {
+        return folder.adoptPic(std::make_unique<MySinglePic>(QString::fromLatin1(name), &folder, SpTypeExifOriginal,
+                                                             Instant::fromUtc(2024, 5, 1, 10, minute)));
+    };
+    add(early, "E1.JPG", 0);
+    add(early, "E2.JPG", 1);
+    MySinglePic *first = add(late, "L1.JPG", 61);
+    add(late, "L2.JPG", 62);
+    MyTimelinesController controller;
+    MyThumbsQueue thumbs;
+    MyTimelineView view(controller, controller.theTimelineView_1(), thumbs);
+    view.resize(900, 260);
+    controller.buildNewSource({&early, &late});
+    controller.theTimelineView_1().setRaisedFolders({&late});
+    controller.theTimelineView_1().setPicSelection(first);
+    view.sourceChanged();
+    QUndoStack stack;
+    // As in the window: changed dates sort the strip again.
+    DateChanges changes(stack, DateChangeListener{[&](const QList<MySingleFolder *> &) {
+                            controller.buildNewSource({&early, &late});
+                            view.sourceChanged();
+                        },
+                                                  nullptr, nullptr});
+    TimelineDragHandler handler(view, changes, 60);
+
+    // The arrow alone goes up and down while Ctrl and Alt stay held.
+    const auto left = [&view] {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
+        QCoreApplication::sendEvent(&view, &press);
+        QCoreApplication::sendEvent(&view, &release);
+    };
+    left();
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, -3600 - 60 + 1) << "past E2: one second after E1";
+    left();
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, -3600 - 60 - 1) << "one second before the first item";
+    left();
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, -3600 - 60 - 1);
+    QTest::keyRelease(&view, Qt::Key_Control);
+    EXPECT_EQ(stack.count(), 1);
+    stack.undo();
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, 0);
 }
 
 } // namespace
