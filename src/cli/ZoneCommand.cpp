@@ -1,9 +1,9 @@
 #include "cli/ZoneCommand.h"
 
 #include "app/AppController.h"
-#include "app/Preferences.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
+#include "core/Preferences.h"
 #include "folders/MySingleFolder.h"
 #include "time/TimeZone.h"
 
