@@ -96,6 +96,10 @@ QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOut
         steps.append(int(step));
     o.insert(QStringLiteral("unavailableSteps"), steps);
     o.insert(QStringLiteral("preSaveErrors"), jsonList(preSaveKeys));
+    if (pic.gpsLat && pic.gpsLong) {
+        o.insert(QStringLiteral("gpsLat"), *pic.gpsLat);
+        o.insert(QStringLiteral("gpsLong"), *pic.gpsLong);
+    }
     for (std::size_t i = 0; i < slots.size(); ++i) {
         o.insert(QLatin1String(slots[i].name) + QLatin1String("OLD"), ItemJson::date(old[i]));
         o.insert(QLatin1String(slots[i].name) + QLatin1String("NEW"),
@@ -244,7 +248,8 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
                 << SaveErrors::reasonForId(id) << "\n";
         for (const ToolStep step : steps)
             err << "orvelle-cli: " << pic->spPath() << ": step " << int(step) << ": "
-                << SaveErrors::descriptionForStep(step) << "\n";
+                << SaveErrors::descriptionForStep(step) << " ("
+                << run.errors().toolReasonFor(*pic, step) << ")\n";
         const MySinglePic *dependent = pic->bundleDependentImage;
         if (options.json) {
             QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys);

@@ -1,6 +1,7 @@
 #include "cli/ShiftCommand.h"
 
 #include "app/AppController.h"
+#include "app/FileTagRequests.h"
 #include "cli/DateSaveRun.h"
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
@@ -19,13 +20,16 @@ namespace {
 struct Options : DateSaveRun::Options
 {
     double offset = 0.0;
+    bool addMissingDates = false;
 };
+
+const QString addMissingDatesFlag = QStringLiteral("--add-missing-dates");
 
 void usageError(QTextStream &err, const QString &message)
 {
     err << "orvelle-cli shift: " << message << "\n"
-        << "Usage: orvelle-cli shift --by OFFSET [--dry-run] [--json] [--pref KEY=VALUE]... "
-           "PATH...\n";
+        << "Usage: orvelle-cli shift --by OFFSET [--add-missing-dates] [--dry-run] [--json] "
+           "[--pref KEY=VALUE]... PATH...\n";
 }
 
 std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
@@ -40,7 +44,9 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
         options.offset = *offset;
         return QString();
     };
-    const QString problem = DateSaveRun::parseArguments(arguments, {QStringLiteral("--by")},
+    QStringList rest = arguments;
+    options.addMissingDates = rest.removeAll(addMissingDatesFlag) > 0;
+    const QString problem = DateSaveRun::parseArguments(rest, {QStringLiteral("--by")},
                                                         QStringLiteral("OFFSET"), takeOffset, options);
     if (problem.isEmpty())
         return options;
@@ -92,6 +98,10 @@ int ShiftCommand::run(const QStringList &arguments)
                 anyOutOfRange = true;
             }
         }
+    }
+    if (options->addMissingDates) {
+        for (MySingleFolder *folder : imported.folders())
+            FileTagRequests::addMissingDateTags(folder->sfPicDetails_fullArray);
     }
     const int status = DateSaveRun::saveAndReport(imported, prefs, *options, out);
     return anyOutOfRange ? std::max(status, 1) : status;

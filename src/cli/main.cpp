@@ -1,5 +1,6 @@
 #include "cli/AlignCommand.h"
 #include "cli/JournalCommands.h"
+#include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
 #include "cli/ZoneCommand.h"
@@ -28,13 +29,19 @@ const char *const usage =
     "                          (default), or fixed:DATE:STEP with DATE as\n"
     "                          2024-05-01T10:00:00 (local) or ...Z (UTC) and STEP in\n"
     "                          seconds added from one such file to the next.\n"
-    "  shift --by OFFSET [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
+    "  shift --by OFFSET [--add-missing-dates] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
     "                          Move every date of the files by OFFSET and save it into\n"
     "                          them in place. OFFSET is [+-][Nd]H:MM[:SS]: a sign, optional\n"
     "                          days, hours, minutes and optional seconds, e.g. +1:00:00,\n"
     "                          -0:30 (thirty minutes back), +2d3:00:00. --dry-run shows each\n"
     "                          date slot's OLD and NEW and the pre-save findings and writes\n"
     "                          nothing. --pref sets a preference for this run only.\n"
+    "                          --add-missing-dates also adds the date tags a file lacks\n"
+    "                          (through exiftool).\n"
+    "  locate --at LAT,LON[,ALT] [--accuracy M] [--dry-run] [--json] [--pref KEY=VALUE]...\n"
+    "         PATH...          Give every file this place (degrees, metres) and save it:\n"
+    "                          in place where the file has GPS tags, otherwise through\n"
+    "                          exiftool, or into an XMP sidecar for files that have one.\n"
     "  align --by RULE [--main PATH] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
     "                          Give the files, taken in time order, dates by a rule and\n"
     "                          save them like shift. RULE: gaps (spread the inner files\n"
@@ -98,6 +105,8 @@ int main(int argc, char *argv[])
         return orv::AlignCommand::run(args.mid(1));
     if (args.first() == QLatin1String("shift"))
         return orv::ShiftCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("locate"))
+        return orv::LocateCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

@@ -199,6 +199,16 @@ bool MySinglePic::hasLocationChange() const
     return owner->isThisPureTimeUnsaved();
 }
 
+void MySinglePic::takeSavedLocation()
+{
+    gpsLatOld.reset();
+    gpsLongOld.reset();
+    hasAddedLocation = 0;
+    shouldReSaveLoc = false;
+    newLocationHAccuracy = notSetAccuracy;
+    newLocationAltitude = notSetAccuracy;
+}
+
 bool MySinglePic::hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const
 {
     if (locAddedByTrackKey && bundleDependentImage && bundleDependentImage->locAddedByTrackKey

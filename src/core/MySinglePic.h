@@ -154,6 +154,9 @@ public:
     std::optional<double> gpsLatOld, gpsLongOld;
     std::optional<double> gpsLatTemp, gpsLongTemp;
     double newLocationHAccuracy = notSetAccuracy;
+    // Metres above sea level of a location the user gave, for the save to write; notSetAccuracy
+    // when none was given.
+    double newLocationAltitude = notSetAccuracy;
     qint64 hasAddedLocation = 0; // 0 from the file, 1 by the user, 2 by a track
     std::optional<QString> locAddedByTrackKey, lastSave_locAddedByTrackKey;
     std::optional<double> lastSave_trackTimeCorrection;
@@ -248,6 +251,8 @@ public:
     bool isThisTimeUnsaved() const;
     bool isThisPureTimeUnsaved() const;
     bool hasLocationChange() const;
+    // The file holds the item's location now: nothing waits to be written.
+    void takeSavedLocation();
     bool hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const;
     bool isGroupHarmonized() const;
     // This system never lets a harmonisation on its own call for a master's re-save.

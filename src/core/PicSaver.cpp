@@ -258,25 +258,52 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
 
     const bool dependentSaved = saveDependentFirst(onlySaveFilesOfType);
     const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    // A place the file's GPS tags can take is written in place with the dates; any other goes
+    // through exiftool first.
+    PlannedSave probe;
+    const bool locationInPlace =
+        locationDue && StampEdits(m_pic, m_env.settings).planPhotoLocation(probe);
     if (locationDue) {
-        if (!m_env.exiftool.saveLocationChange(m_pic))
+        if (!locationInPlace && !m_env.exiftool.saveLocationChange(m_pic))
             return false;
     } else if (!dependentSaved) {
         return false;
     }
 
+    if (!keepCreationDateInTags())
+        return false;
     PlannedSave plan = StampEdits(m_pic, m_env.settings).planPhoto();
     if (m_pic.shouldAddExifDateTimeTags || plan.needsXmpExtension) {
         const bool tagsAdded =
             !m_pic.shouldAddExifDateTimeTags || m_env.exiftool.completeFullExifDateTags(m_pic);
-        if (!tagsAdded || (plan.needsXmpExtension && !m_env.exiftool.extendShortXmpDateTags(m_pic)))
+        if (!tagsAdded ||
+            (plan.needsXmpExtension &&
+             !m_env.exiftool.extendShortXmpDateTags(m_pic, plan.supportStamps)))
+            return false;
+        plan = StampEdits(m_pic, m_env.settings).planPhoto();
+    }
+    if (plan.stampsOutOfPlace && areTimesDue()) {
+        m_pic.tagAddType = plan.stampsOutOfPlace;
+        if (!m_env.exiftool.completeFullExifDateTags(m_pic))
             return false;
         plan = StampEdits(m_pic, m_env.settings).planPhoto();
     }
 
     const bool datesFollowLocation =
         locationDue && m_env.settings.options.dateChangeTypeAtLocationOnlyChanges != 1;
-    if (!areTimesDue() && !datesFollowLocation) {
+    const bool datesDue = areTimesDue() || datesFollowLocation;
+    if (!datesDue)
+        plan = {};
+    if (locationInPlace && !StampEdits(m_pic, m_env.settings).planPhotoLocation(plan)) {
+        // exiftool moved the GPS tags while it added others: it writes the place too.
+        if (!m_env.exiftool.saveLocationChange(m_pic))
+            return false;
+        plan = datesDue ? StampEdits(m_pic, m_env.settings).planPhoto() : PlannedSave{};
+    }
+    if (!datesDue && plan.edits.empty()) {
+        // The file holds these values already.
+        for (const auto &taken : plan.whenSaved)
+            taken();
         m_pic.needsInternalDataRefresh = false;
         return true;
     }
@@ -322,7 +349,24 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
         return false;
     if (!areTimesDue() && !locationDue)
         return true;
+    if (!keepCreationDateInTags())
+        return false;
     return writeAndFinish({});
+}
+
+bool PicSaver::isCreationDateLost() const
+{
+    return isDatedByCreation(m_pic.spType) && m_pic.fileCreationDateNEW &&
+           !(m_pic.fileCreationDateOLD && m_pic.fileCreationDateNEW->wholeSeconds() ==
+                                              m_pic.fileCreationDateOLD->wholeSeconds());
+}
+
+bool PicSaver::keepCreationDateInTags()
+{
+    if (!isCreationDateLost() || m_pic.isMovie() ||
+        !m_env.exiftool.mayAddDateTagsToFileDatedItems())
+        return true;
+    return m_env.exiftool.addDateTagsForFileDate(m_pic);
 }
 
 bool PicSaver::writeAndFinish(PlannedSave plan)
@@ -330,11 +374,7 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     const QString path = m_pic.spPath();
     // Where the creation date is the item's date, a creation date the file system cannot take
     // would lose the change at the next import: the item stays pending, and its file untouched.
-    const bool creationHeld =
-        !isDatedByCreation(m_pic.spType) || !m_pic.fileCreationDateNEW ||
-        (m_pic.fileCreationDateOLD &&
-         m_pic.fileCreationDateNEW->wholeSeconds() == m_pic.fileCreationDateOLD->wholeSeconds());
-    if (!creationHeld)
+    if (isCreationDateLost())
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
         FileReader unwritten(path);

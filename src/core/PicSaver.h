@@ -62,6 +62,13 @@ private:
     // Every stored value's bytes are still in the file; answers the success that remains.
     bool proveStoredBytes(bool saving, bool success, FileReader *file);
     bool areTimesDue() const;
+    // The item's date is its file's creation date, which changes, and no call sets a birth time
+    // on Linux: the next import would read the old date.
+    bool isCreationDateLost() const;
+    // Such a date goes into date tags the file did not have, where the user allows them. False
+    // when the tags could not be added; true also when they may not be, the item then failing
+    // where its file dates are set.
+    bool keepCreationDateInTags();
     // Every NEW date lies within the dates a file can hold; otherwise nothing is written.
     bool areNewDatesWritable() const;
     // Writes the planned bytes, repairs PNG checksums, sets the file dates, reaches the disk;

@@ -566,7 +566,43 @@ std::unique_ptr<MySinglePic> withImportFindings(std::unique_ptr<MySinglePic> pic
     return pic;
 }
 
+// Forgets what the last reading of the file found, before it is read again.
+void cleanupBeforeRefreshInternalData(MySinglePic &pic)
+{
+    pic.isCreaXmp = pic.isDigiXmp = pic.isModiXmp = pic.hasModiXmp = pic.isGpsXmp = false;
+    PicAttributes &a = pic.singlePicAttributes;
+    a.xmpDateInfos.reset();
+    a.ExifDateTimeOriginal.reset();
+    a.ExifDateTimeDigitized.reset();
+    a.TIFFDateTime.reset();
+    a.ExifOffsetTimeOriginal.reset();
+    a.ExifOffsetTimeDigitized.reset();
+    a.TIFFOffsetTime.reset();
+    a.xmpHeaderStartOffset = 0;
+    a.cr3XmpOffset = 0;
+    a.GPSTimeStamp.reset();
+    a.GPSDateStamp.reset();
+    a.GPSLocation.reset();
+}
+
 } // namespace
+
+bool PicScanner::refreshInternalData(MySinglePic &pic)
+{
+    const ScanFacts facts = readFacts(pic.spPath(), false);
+    if (facts.route != ScanFacts::Route::Still || !facts.attributes)
+        return false;
+    cleanupBeforeRefreshInternalData(pic);
+    const DatesData &d = facts.dates;
+    pic.tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
+    pic.tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;
+    setImageAttributesFromTheDatesData(pic, facts);
+    PicAttributes &a = pic.singlePicAttributes;
+    a.NSFileCreationDate = pic.fileCreationDateOLD = facts.attributes->creationDate;
+    a.NSFileModificationDate = pic.fileModificationDateOLD = facts.attributes->modificationDate;
+    a.NSFileSize = facts.attributes->size;
+    return true;
+}
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
 {

@@ -82,6 +82,11 @@ public:
     // Runs in file order on the folder's scan thread. Answers nothing when the facts do not make
     // an item (sidecars, directories, skipped and vanished files, no date at all).
     static std::unique_ptr<MySinglePic> buildPic(const ScanFacts &facts, ItemScanContext &context);
+
+    // After exiftool rewrote a still: every stored value, its offset and OLD date, the location
+    // and the file's attributes are read again from the file as it now stands. False when the
+    // file no longer reads as a still.
+    static bool refreshInternalData(MySinglePic &pic);
 };
 
 } // namespace orv

@@ -30,6 +30,12 @@ QString SaveErrors::descriptionForStep(ToolStep step)
     case ToolStep::AddLocation:
         return QCoreApplication::translate("SaveErrors",
                                            "A location could not be added to these files:");
+    case ToolStep::AddLocationInSidecar:
+        return QCoreApplication::translate(
+            "SaveErrors", "A location could not be added to the XMP sidecars of these files:");
+    case ToolStep::SidecarExists:
+        return QCoreApplication::translate(
+            "SaveErrors", "A new XMP sidecar was not written because a file of its name exists:");
     case ToolStep::UpdateLocation:
         return QCoreApplication::translate("SaveErrors",
                                            "The location of these files could not be updated:");
@@ -200,6 +206,17 @@ QList<ToolStep> SaveErrors::toolStepsFor(const MySinglePic &pic) const
             steps.append(step);
     }
     return steps;
+}
+
+QString SaveErrors::toolReasonFor(const MySinglePic &pic, ToolStep step) const
+{
+    const QMutexLocker lock(&m_mutex);
+    const auto list = m_toolErrors.find(step);
+    if (list == m_toolErrors.end())
+        return {};
+    const auto entry = std::find_if(list->second.begin(), list->second.end(),
+                                    [&pic](const ToolEntry &e) { return e.entry.pic == &pic; });
+    return entry == list->second.end() ? QString() : entry->reason;
 }
 
 QString SaveErrors::logText(Instant now) const

@@ -34,11 +34,14 @@ constexpr int DateOutOfRange = 31;
 constexpr int NotARegularFile = 32;
 } // namespace SaveErrorId
 
-// Steps a save may need that this build cannot do yet. Those that change a file's structure go
-// through exiftool and carry its error types, so the bridge reports into the same lists.
+// Steps of a save that could not be done. Those that change a file's structure go through
+// exiftool and carry its error types.
 enum class ToolStep : int {
     AddLocation = 1,
+    AddLocationInSidecar = 2,
     UpdateLocation = 3,
+    // A new sidecar's path is taken by a file already.
+    SidecarExists = 5,
     AddExifDateTags = 6,
     ExtendShortXmpStamps = 7,
     // A movie date that does not fit its stamp in place.
@@ -65,6 +68,8 @@ public:
     // The ids and steps under which the item is listed.
     QList<int> errorIdsFor(const MySinglePic &pic) const;
     QList<ToolStep> toolStepsFor(const MySinglePic &pic) const;
+    // Why the step could not be done for the item, in words; empty when it was not listed.
+    QString toolReasonFor(const MySinglePic &pic, ToolStep step) const;
 
     // What the error log gets: the date and a summary, then each list with its description and
     // one tab-indented path per line in path order, then the steps that could not be done.

@@ -23,17 +23,26 @@ public:
     // The pre-check found values that cannot be written as they are, or files changed since
     // import. True saves what can be saved; false cancels before any file is touched.
     virtual bool proceedDespitePreSaveErrors(const PreSaveErrors &errors) = 0;
+    // An item dated by its file alone cannot keep a new date in the file's dates here: true lets
+    // the run add date tags the file did not have; false leaves such items unsaved. Asked once,
+    // before the first such item is saved.
+    virtual bool addDateTagsToFileDatedItems() = 0;
 };
 
-// Always the same answer.
+// Always the same answers.
 class FixedSaveAnswers : public SaveQuestions
 {
 public:
-    explicit FixedSaveAnswers(bool proceed) : m_proceed(proceed) {}
+    explicit FixedSaveAnswers(bool proceed, bool addDateTags = true)
+        : m_proceed(proceed), m_addDateTags(addDateTags)
+    {
+    }
     bool proceedDespitePreSaveErrors(const PreSaveErrors &) override { return m_proceed; }
+    bool addDateTagsToFileDatedItems() override { return m_addDateTags; }
 
 private:
     bool m_proceed;
+    bool m_addDateTags;
 };
 
 } // namespace orv

@@ -6,6 +6,8 @@
 #include "formats/QuickTimeLocator.h"
 #include "time/DateStampCodec.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
 
@@ -54,7 +56,30 @@ QByteArray patched(QByteArray data, qsizetype at, const QByteArray &bytes)
     return data.replace(at, bytes.size(), bytes);
 }
 
+TimeZone zoneOfXmpRecord(const XmpStampRecord &record, const TimeZone &localZone)
+{
+    if (record.type == XmpStampKind::Utc)
+        return TimeZone::utc();
+    return record.type == XmpStampKind::Local ? localZone : zoneOfXmpStamp(record, localZone);
+}
+
 } // namespace
+
+QString StampEdits::supportStamp(const XmpStampRecord &record, Instant date,
+                                 const TimeZone &localZone)
+{
+    const TimeZone zone = zoneOfXmpRecord(record, localZone);
+    const int subtype = record.subtype & ~XmpStampKind::WithoutSeconds;
+    const QString digits = DateStampCodec::xmpTimeStampFromDate(date, zone, true, subtype);
+    if (digits.size() != stampLength)
+        return {};
+    if (record.type == XmpStampKind::Utc)
+        return digits + QLatin1Char('Z');
+    if (record.type == XmpStampKind::Local)
+        return digits;
+    const QString withZone = DateStampCodec::xmpTimeStampFromDate(date, zone, false, subtype);
+    return withZone.size() > stampLength ? withZone : QString();
+}
 
 void PlannedSave::add(qint64 offset, const QByteArray &bytes, const QByteArray &previous)
 {
@@ -87,13 +112,18 @@ PlannedSave StampEdits::planPhoto()
     planXmpDates(plan);
     planGps(plan);
     PicAttributes &a = m_pic.singlePicAttributes;
-    planExifSlot(plan, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
+    planExifSlot(plan, TagAddExifOriginal, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
                  m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
-    planExifSlot(plan, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
+    planExifSlot(plan, TagAddExifDigitized, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
                  m_pic.exifDateTimeDigitizedOLD, m_pic.exifDateTimeDigitizedNEW, m_pic.isDigiXmp);
-    planExifSlot(plan, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
+    planExifSlot(plan, TagAddTiffDateTime, a.TIFFDateTime, a.TIFFOffsetTime, m_pic.tiffDateTimeOLD,
                  m_pic.tiffDateTimeNEW, m_pic.isModiXmp);
     return plan;
+}
+
+TimeZone StampEdits::zoneForNewStamps() const
+{
+    return m_settings.targetTimeZone.value_or(cameraClock().value_or(localZone()));
 }
 
 std::optional<TimeZone> StampEdits::cameraClock() const
@@ -109,12 +139,18 @@ std::optional<TimeZone> StampEdits::cameraClock() const
     return TimeZone::fromOffsetSeconds(*DateStampCodec::exactExifOffsetSeconds(offset));
 }
 
-void StampEdits::planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
+void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                               std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                               OptionalDate newDate, bool isXmpSlot)
 {
-    if (!stamp || stamp->dateOffset == 0 || isXmpSlot || !newDate)
+    if (!stamp || isXmpSlot || !newDate)
         return;
+    if (stamp->dateOffset == 0) {
+        if (isRealDate(oldDate) && isRealDate(newDate) &&
+            oldDate->wholeSeconds() != newDate->wholeSeconds())
+            plan.stampsOutOfPlace |= slot;
+        return;
+    }
     // A stamp that is neither a date nor blank is damaged: what it meant is not known.
     const QByteArray digits = stamp->dateData.left(stampLength);
     const bool isBlank = std::all_of(digits.begin(), digits.end(), [](char c) {
@@ -249,13 +285,89 @@ bool StampEdits::planMovieLocation(PlannedSave &plan)
         plan.add(qint64(record.text.dateOffset), texts[i], record.text.dateData);
         plan.whenSaved.push_back([&record, text = texts[i]] { record.text.dateData = text; });
     }
-    // The file now holds the location: no old one waits to be replaced.
-    plan.whenSaved.push_back([&pic = m_pic] {
-        pic.gpsLatOld.reset();
-        pic.gpsLongOld.reset();
-        pic.hasAddedLocation = 0;
-        pic.shouldReSaveLoc = false;
-        pic.newLocationHAccuracy = MySinglePic::notSetAccuracy;
+    plan.whenSaved.push_back([&pic = m_pic] { pic.takeSavedLocation(); });
+    return true;
+}
+
+namespace {
+
+QByteArray rational(quint32 numerator, quint32 denominator, bool motorola)
+{
+    QByteArray bytes(8, '\0');
+    uchar *p = reinterpret_cast<uchar *>(bytes.data());
+    if (motorola) {
+        qToBigEndian(numerator, p);
+        qToBigEndian(denominator, p + 4);
+    } else {
+        qToLittleEndian(numerator, p);
+        qToLittleEndian(denominator, p + 4);
+    }
+    return bytes;
+}
+
+// Degrees over 1, minutes over 1, seconds times 1000 over 1000, of a positive decimal.
+QByteArray coordDataFrom(double value, bool motorola)
+{
+    const double degrees = std::floor(value);
+    const double minutes = std::floor((value - degrees) * 60.0);
+    // Rounded, not cut: 0.8583 degrees must not come back as 0.85829997.
+    const double seconds = std::round(((value - degrees) * 60.0 - minutes) * 60.0 * 1000.0);
+    return rational(quint32(degrees), 1, motorola) + rational(quint32(minutes), 1, motorola) +
+           rational(quint32(seconds), 1000, motorola);
+}
+
+// Rounded metres times 100 over 100; exactly 0 is 0 over 1.
+QByteArray metresDataFrom(double metres, bool motorola)
+{
+    const auto hundredths = quint32(std::lround(std::abs(metres) * 100.0));
+    return hundredths == 0 ? rational(0, 1, motorola) : rational(hundredths, 100, motorola);
+}
+
+} // namespace
+
+bool StampEdits::planPhotoLocation(PlannedSave &plan)
+{
+    std::optional<GpsLocationRecord> &stored = m_pic.singlePicAttributes.GPSLocation;
+    const bool wantsAltitude = m_pic.newLocationAltitude != MySinglePic::notSetAccuracy;
+    const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
+    if (!stored || !m_pic.gpsLat || !m_pic.gpsLong || m_pic.hasXmpSidecar() ||
+        !stored->latitude_Offset || !stored->longitude_Offset || !stored->latitudeRef_Offset ||
+        !stored->longitudeRef_Offset || (wantsAltitude && !stored->altitude_Offset) ||
+        (wantsAltitude && !stored->altitudeRef_Offset) ||
+        (wantsAccuracy && !stored->hPositioningError_Offset))
+        return false;
+    GpsLocationRecord written = *stored;
+    const bool motorola = stored->needsConv;
+    const double lat = *m_pic.gpsLat;
+    const double lon = *m_pic.gpsLong;
+    written.latitudeRef_Data = QByteArray(lat < 0.0 ? "S" : "N", 2);
+    written.latitude_Data = coordDataFrom(std::abs(lat), motorola);
+    written.longitudeRef_Data = QByteArray(lon < 0.0 ? "W" : "E", 2);
+    written.longitude_Data = coordDataFrom(std::abs(lon), motorola);
+    if (wantsAltitude) {
+        written.altitudeRef_Data = QByteArray(1, m_pic.newLocationAltitude < 0.0 ? '\1' : '\0');
+        written.altitude_Data = metresDataFrom(m_pic.newLocationAltitude, motorola);
+    }
+    if (wantsAccuracy)
+        written.hPositioningError_Data = metresDataFrom(m_pic.newLocationHAccuracy, motorola);
+    const std::pair<const QByteArray GpsLocationRecord::*, quint32 GpsLocationRecord::*> parts[] = {
+        {&GpsLocationRecord::latitudeRef_Data, &GpsLocationRecord::latitudeRef_Offset},
+        {&GpsLocationRecord::latitude_Data, &GpsLocationRecord::latitude_Offset},
+        {&GpsLocationRecord::longitudeRef_Data, &GpsLocationRecord::longitudeRef_Offset},
+        {&GpsLocationRecord::longitude_Data, &GpsLocationRecord::longitude_Offset},
+        {&GpsLocationRecord::altitudeRef_Data, &GpsLocationRecord::altitudeRef_Offset},
+        {&GpsLocationRecord::altitude_Data, &GpsLocationRecord::altitude_Offset},
+        {&GpsLocationRecord::hPositioningError_Data, &GpsLocationRecord::hPositioningError_Offset},
+    };
+    for (const auto &[data, offset] : parts) {
+        if (written.*offset == 0 || (written.*data).size() != ((*stored).*data).size())
+            continue;
+        plan.add(written.*offset, written.*data, (*stored).*data);
+    }
+    plan.touchesExif = true;
+    plan.whenSaved.push_back([&stored, written, &pic = m_pic] {
+        stored = written;
+        pic.takeSavedLocation();
     });
     return true;
 }
@@ -311,9 +423,7 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
     const bool withoutSeconds = record.subtype & XmpStampKind::WithoutSeconds;
     const qsizetype digits = withoutSeconds ? 16 : stampLength;
     const bool isLocal = record.type == XmpStampKind::Local;
-    const TimeZone zone = record.type == XmpStampKind::Utc ? TimeZone::utc()
-                          : isLocal                        ? localZone
-                                                           : zoneOfXmpStamp(record, localZone);
+    const TimeZone zone = zoneOfXmpRecord(record, localZone);
     if (withoutSeconds && zone.localCivil(date).second != 0) {
         needsExtension = true;
         return {};
@@ -342,7 +452,13 @@ void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char
         return;
     XmpStampRecord &record = found->second;
     QByteArray data = record.data;
-    for (const ByteEdit &edit : xmpStampEdits(record, *date, localZone(), plan.needsXmpExtension)) {
+    bool needsExtension = false;
+    const std::vector<ByteEdit> edits = xmpStampEdits(record, *date, localZone(), needsExtension);
+    if (needsExtension) {
+        plan.needsXmpExtension = true;
+        plan.supportStamps[found->first] = supportStamp(record, *date, localZone());
+    }
+    for (const ByteEdit &edit : edits) {
         plan.add(quint32(edit.offset), edit.bytes, edit.previous);
         data = patched(data, edit.offset - record.offset, edit.bytes);
     }

@@ -5,6 +5,7 @@
 #include "time/TimeZone.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -24,8 +25,14 @@ struct PlannedSave
     bool touchesXmp = false;
     // An XMP stamp without seconds must hold a date with seconds: only exiftool can widen it.
     bool needsXmpExtension = false;
+    // For each such stamp, by its key, the whole value it must take.
+    std::map<QString, QString> supportStamps;
     // A stamp or its offset tag does not read exactly: that stamp and its tag stay as they are.
     bool damagedTags = false;
+
+    // Date slots (TagAddBits) whose stamp was read from a PNG text profile, which has no place
+    // to write in: exiftool rewrites them.
+    quint64 stampsOutOfPlace = 0;
 
     // A date due in a stamp that cannot hold it in place (a metadata date of another length,
     // a header time past its field's range): only exiftool can write it.
@@ -55,12 +62,24 @@ public:
     // The item's location into each of the movie's ISO 6709 texts, in the digit counts the text
     // has. False, and nothing planned, when a text is not in that form or there is no location.
     bool planMovieLocation(PlannedSave &plan);
+    // The item's location into a photo's GPS tags: refs, the three rationals of latitude and
+    // longitude, and the altitude and positioning error the user gave. False, and nothing
+    // planned, when a tag it needs is missing or the item has an XMP sidecar.
+    bool planPhotoLocation(PlannedSave &plan);
     // The sync pass: every XMP twin of a date slot takes the date the save gave the slot.
     // `infos` were read from the file just now.
     PlannedSave planXmpSync(XmpDateInfos &infos);
 
+    // The zone of stamps the file does not have yet: the target zone, else the camera clock its
+    // offset tags name, else the computer's.
+    TimeZone zoneForNewStamps() const;
+
     // The edits that put `date` into an XMP stamp in place: the digits, and for a stamp with its
     // own offset the offset too; fractions stay. Empty when the text would not fit.
+    // The whole value an XMP stamp without seconds takes to hold `date` with its seconds, in
+    // the stamp's own zone form.
+    static QString supportStamp(const XmpStampRecord &record, Instant date,
+                                const TimeZone &localZone);
     static std::vector<ByteEdit> xmpStampEdits(const XmpStampRecord &record, Instant date,
                                                const TimeZone &localZone, bool &needsExtension);
 
@@ -68,7 +87,7 @@ private:
     void planXmpDates(PlannedSave &plan);
     void planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key, OptionalDate date);
     void planGps(PlannedSave &plan);
-    void planExifSlot(PlannedSave &plan, std::optional<StampRecord> &stamp,
+    void planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
     void planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,

@@ -165,6 +165,7 @@ SaveOutcome SaveRun::run()
         return outcome;
     }
     saveThread(outcome);
+    m_xt.cleanup();
     if (m_journal)
         m_journal->endRun();
     writeErrorLog();
@@ -336,7 +337,9 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
     }
     PlannedSave plan = StampEdits(pic, m_settings).planXmpSync(*infos);
     if (plan.needsXmpExtension) {
-        m_exiftool.extendShortXmpDateTags(pic);
+        // A sidecar's short stamps stay as they are: its twin is not the item's date.
+        if (!inSidecar)
+            m_exiftool.extendShortXmpDateTags(pic, plan.supportStamps);
         return;
     }
     if (plan.edits.empty())
@@ -378,7 +381,9 @@ void SaveRun::writeErrorLog()
 {
     if (m_errors.isEmpty() || !m_log)
         return;
-    const QString text = m_errors.logText(currentInstant());
+    // exiftool's own words follow the run's lists.
+    const QString text = m_errors.logText(currentInstant()) + m_xt.errorsSummaryString();
+    m_xt.clearErrors();
     m_log->setCurentError(text);
     m_log->updateLogOnDiskWithErrorLog(text);
 }

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "core/ExiftoolSteps.h"
+#include "core/ExiftoolBridge.h"
 #include "core/SaveErrors.h"
 #include "core/SaveQuestions.h"
 #include "core/SaveSettings.h"
+#include "core/XtController.h"
 #include "formats/SaveJournal.h"
 
 #include <QFuture>
@@ -89,7 +90,9 @@ private:
     LogController *m_log;
     FileWriteAccess &m_disk;
     SaveErrors m_errors;
-    ExiftoolUnavailable m_exiftool{m_errors};
+    // One exiftool child serves the whole run; it ends with the run.
+    XtController m_xt;
+    ExiftoolBridge m_exiftool{m_xt, m_errors, m_settings, m_questions};
     std::unique_ptr<SaveJournal> m_journal;
     QThreadPool m_savePool;
     QMutex m_progressMutex;

@@ -8,6 +8,7 @@
 #include "ui/SaveProgressSheet.h"
 
 #include <QCoreApplication>
+#include <QMessageBox>
 
 namespace orv {
 
@@ -59,6 +60,23 @@ bool SaveSession::proceedDespitePreSaveErrors(const PreSaveErrors &errors)
         },
         Qt::BlockingQueuedConnection);
     return proceed;
+}
+
+bool SaveSession::addDateTagsToFileDatedItems()
+{
+    bool add = false;
+    QMetaObject::invokeMethod(
+        this,
+        [&] {
+            add = QMessageBox::question(
+                      m_window, tr("Add date tags?"),
+                      tr("Some files have no date tags: their date is the file's creation date, "
+                         "which cannot be changed on this system. Add date tags that hold the new "
+                         "date, so that the next import reads it? Without them these files stay "
+                         "unsaved.")) == QMessageBox::Yes;
+        },
+        Qt::BlockingQueuedConnection);
+    return add;
 }
 
 void SaveSession::runEnded()

@@ -29,6 +29,7 @@ public:
 
     // Asked on the run's thread; the user answers on the main thread while the run waits.
     bool proceedDespitePreSaveErrors(const PreSaveErrors &errors) override;
+    bool addDateTagsToFileDatedItems() override;
 
 Q_SIGNALS:
     // The run has ended and the files it wrote are synced. completed: it was not cancelled and

@@ -121,7 +121,7 @@ TEST(MutationSave, DamagedCorpusFilesChangeOnlyWhereTheirStampsWereRead)
     folder.setSfDateModificationsFromTimeInterval(3600.0, false);
     SaveSettings settings;
     settings.options = NewDateOptions::cachedForRun({}, currentInstant());
-    FixedSaveAnswers proceed(true);
+    FixedSaveAnswers proceed(true, false);
     SaveRun(QList<MySingleFolder *>{&folder}, settings, proceed).run();
 
     const std::map<QString, ExiftoolTags> after = exiftoolReadable(paths);

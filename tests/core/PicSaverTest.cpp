@@ -1,5 +1,9 @@
 #include "core/PicSaver.h"
 
+#include "core/ExiftoolBridge.h"
+#include "core/StoredBytes.h"
+#include "formats/FileReader.h"
+
 #include "ByteRanges.h"
 #include "core/SaveErrors.h"
 #include "support/Exiftool.h"
@@ -190,24 +194,29 @@ TEST_F(PicSaverTest, XmpStampsKeepTheirZoneFormAndFractionsInPlace)
     }
 }
 
-TEST_F(PicSaverTest, AnXmpStampWithoutSecondsTakesWholeMinutesOnlyTheRestWaitsForExiftool)
+TEST_F(PicSaverTest, AnXmpStampWithoutSecondsTakesWholeMinutesInPlaceAndOtherSecondsThroughExiftool)
 {
     const MediaFile jpeg = buildJpeg(
         {.xmp = buildXmp({.properties = {{"photoshop:DateCreated", "2024-05-01T10:00+02:00"}}})});
     MySinglePic &pic = import(jpeg);
     const QByteArray before = fileBytes(pic.spPath());
 
-    shift(30.0);
-    EXPECT_EQ(errors().toolStepsFor(pic), QList<ToolStep>{ToolStep::ExtendShortXmpStamps});
-    EXPECT_EQ(fileBytes(pic.spPath()), before);
-    EXPECT_EQ(pic.singlePicModification, 30.0) << "the change stays pending";
-
-    folder.sfEditMode = MySingleFolder::EditTogether;
-    pic.singlePicModification = 0.0;
     shift(60.0);
     EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
-    EXPECT_EQ(fileBytes(pic.spPath()).mid(jpeg.offsets.xmpValue("photoshop:DateCreated"), 22),
+    const QByteArray inPlace = fileBytes(pic.spPath());
+    EXPECT_EQ(inPlace.size(), before.size());
+    EXPECT_EQ(inPlace.mid(jpeg.offsets.xmpValue("photoshop:DateCreated"), 22),
               "2024-05-01T10:01+02:00");
+
+    shift(30.0);
+    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+    EXPECT_EQ(tagOf(pic, "XMP-photoshop:DateCreated"), "2024:05:01 10:01:30+02:00");
+    EXPECT_EQ(pic.singlePicModification, 0.0);
+
+    shift(60.0);
+    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+    EXPECT_EQ(tagOf(pic, "XMP-photoshop:DateCreated"), "2024:05:01 10:02:30+02:00")
+        << "the widened stamp takes later changes in place";
 }
 
 TEST_F(PicSaverTest, PngChunksStayValidAfterInPlaceWrites)
@@ -230,19 +239,28 @@ TEST_F(PicSaverTest, PngChunksStayValidAfterInPlaceWrites)
     EXPECT_EQ(tagOf(xmp, "XMP-xmp:CreateDate"), "2024:05:01 11:00:00Z");
 }
 
-TEST_F(PicSaverTest, DateTagsToAddWaitForExiftoolAndTheFileStaysAsItWas)
+TEST_F(PicSaverTest, DateTagsToAddAreAddedByExiftoolAndTheItemIsThenDatedByThem)
 {
     TiffSpec tags;
     tags.dateTime = Stamp::text("2024:05:01 10:00:00");
     MySinglePic &pic = import(buildJpeg({.exif = tags}));
     pic.shouldAddExifDateTimeTags = true;
-    const QByteArray before = fileBytes(pic.spPath());
 
     shift(oneHour);
 
-    EXPECT_EQ(errors().toolStepsFor(pic), QList<ToolStep>{ToolStep::AddExifDateTags});
-    EXPECT_EQ(fileBytes(pic.spPath()), before);
-    EXPECT_TRUE(pic.hasSaveErrorTagAdd());
+    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+    EXPECT_EQ(tagOf(pic, "ExifIFD:DateTimeOriginal"), "2024:05:01 11:00:00");
+    EXPECT_EQ(tagOf(pic, "ExifIFD:CreateDate"), "2024:05:01 11:00:00");
+    EXPECT_EQ(tagOf(pic, "IFD0:ModifyDate"), "2024:05:01 11:00:00");
+    EXPECT_EQ(pic.spType, SpTypeExifOriginal);
+    EXPECT_FALSE(pic.shouldAddExifDateTimeTags);
+    EXPECT_FALSE(pic.hasSaveError());
+    ASSERT_TRUE(pic.singlePicAttributes.ExifDateTimeOriginal);
+    FileReader file(pic.spPath());
+    EXPECT_TRUE(StoredBytes::areUnchanged(pic.singlePicAttributes, file))
+        << "the stored values are those of the rewritten file";
+    EXPECT_EQ(pic.singlePicAttributes.NSFileModificationDate->wholeSeconds(),
+              FileAttributes::read(pic.spPath())->modificationDate.wholeSeconds());
 }
 
 // --- Proof failures -------------------------------------------------------------------------
@@ -354,7 +372,9 @@ TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
 
     SaveErrors errors;
     const SaveSettings settings = defaultSettings();
-    ExiftoolUnavailable exiftool(errors);
+    XtController xt;
+    FixedSaveAnswers answers(true);
+    ExiftoolBridge exiftool(xt, errors, settings, answers);
     SaveEnvironment environment{settings, errors, FileWriteAccess::disk(), exiftool};
     EXPECT_FALSE(PicSaver(tampered, environment).validatePicWithSavingChanges(false));
     EXPECT_FALSE(PicSaver(missing, environment).validatePicWithSavingChanges(false));

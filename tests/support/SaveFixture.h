@@ -35,7 +35,8 @@ protected:
 
 private:
     FixedImportAnswers m_fileDate{fileDateOption()};
-    FixedSaveAnswers m_proceed{true};
+    // In place only: items dated by their file alone are not given tags here.
+    FixedSaveAnswers m_proceed{true, false};
     std::unique_ptr<SaveRun> m_run;
 
     static ImportOptions fileDateOption();
