@@ -145,7 +145,8 @@ DateChangeResult DateChanges::dragChangedDates(const QList<MySingleFolder *> &fo
     return changeFolderOffsets(changes, undoName("undoDateChangeText"), mergeKey);
 }
 
-DateChangeResult DateChanges::dragChangedDatesWithDiff(const QList<MySingleFolder *> &folders, double difference)
+DateChangeResult DateChanges::dragChangedDatesWithDiff(const QList<MySingleFolder *> &folders, double difference,
+                                                       const QString &mergeKey)
 {
     QList<FolderOffsetCommand::Change> changes;
     for (MySingleFolder *folder : folders) {
@@ -154,7 +155,7 @@ DateChangeResult DateChanges::dragChangedDatesWithDiff(const QList<MySingleFolde
                         {folder->sfDateModificationsTimeInterval, folder->hasChangedDirection},
                         {interval, interval == 0.0 ? folder->hasChangedDirection : interval < 0.0}});
     }
-    return changeFolderOffsets(changes, undoName("undoDateChangeText"), {});
+    return changeFolderOffsets(changes, undoName("undoDateChangeText"), mergeKey);
 }
 
 DateChangeResult DateChanges::dateValuesReset(const QList<MySingleFolder *> &folders)
@@ -195,17 +196,21 @@ DateChangeResult DateChanges::updateThumbValues(const QList<PicDifference> &list
 }
 
 DateChangeResult DateChanges::dragChangedSinglePicAltModeDates(const QList<MySinglePic *> &sorted, Instant from,
-                                                               Instant to)
+                                                               Instant to, const QString &mergeKey)
 {
-    const double step = to.secondsSince(from) / double(sorted.size() + 1);
     QList<PicDifference> list;
     for (qsizetype i = 0; i < sorted.size(); ++i) {
         const OptionalDate present = sorted[i]->spDateTimeModified_sort();
-        const double target = std::round(from.secondsSinceEpoch() + double(i + 1) * step);
-        if (present && target != present->secondsSinceEpoch())
-            list.append({sorted[i], target - present->secondsSinceEpoch()});
+        if (present)
+            list.append({sorted[i], spreadDate(i, sorted.size(), from, to).secondsSince(*present)});
     }
-    return updateThumbValues(list, undoName("altDragMultiInSingleMode"));
+    return updateThumbValues(list, undoName("altDragMultiInSingleMode"), mergeKey);
+}
+
+Instant DateChanges::spreadDate(qsizetype index, qsizetype count, Instant from, Instant to)
+{
+    const double step = to.secondsSince(from) / double(count + 1);
+    return Instant(std::round(from.secondsSinceEpoch() + double(index + 1) * step));
 }
 
 DateChangeResult DateChanges::dateValuesResetSingleMode(const QList<MySingleFolder *> &folders)

@@ -49,7 +49,8 @@ public:
     DateChangeResult dragChangedDates(const QList<MySingleFolder *> &folders, double interval, bool direction,
                                       const QString &mergeKey = {});
     // Every folder's interval moves by the difference, so the folders keep their distances.
-    DateChangeResult dragChangedDatesWithDiff(const QList<MySingleFolder *> &folders, double difference);
+    DateChangeResult dragChangedDatesWithDiff(const QList<MySingleFolder *> &folders, double difference,
+                                              const QString &mergeKey = {});
     DateChangeResult dateValuesReset(const QList<MySingleFolder *> &folders);
 
     // --- Single mode ---
@@ -59,8 +60,12 @@ public:
     // A difference per item under one undo name; no range test.
     DateChangeResult updateThumbValues(const QList<PicDifference> &list, const QString &undoName,
                                        const QString &mergeKey = {});
-    // The items, in timeline order, laid evenly into the open gap between from and to.
-    DateChangeResult dragChangedSinglePicAltModeDates(const QList<MySinglePic *> &sorted, Instant from, Instant to);
+    // The items, in timeline order, laid evenly into the open gap between from and to. Every item
+    // has its entry, also one already in place, so that repeated steps continue one gesture.
+    DateChangeResult dragChangedSinglePicAltModeDates(const QList<MySinglePic *> &sorted, Instant from, Instant to,
+                                                      const QString &mergeKey = {});
+    // The date of the index-th of count items spread between from and to.
+    static Instant spreadDate(qsizetype index, qsizetype count, Instant from, Instant to);
     DateChangeResult dateValuesResetSingleMode(const QList<MySingleFolder *> &folders);
     // The selected item loses its own change; the rest of the selection comes back with it on undo.
     DateChangeResult removeDate(MySinglePic *selected, const QList<MySinglePic *> &selection);

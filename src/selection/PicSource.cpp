@@ -12,8 +12,12 @@ PicSource::PicSource() : m_collator(naturalNameCollator()) {}
 
 bool PicSource::sortsBefore(const MySinglePic &a, const MySinglePic &b) const
 {
-    const OptionalDate dateA = a.spDateTimeModified_sort();
-    const OptionalDate dateB = b.spDateTimeModified_sort();
+    return sortsBefore(a, a.spDateTimeModified_sort(), b, b.spDateTimeModified_sort());
+}
+
+bool PicSource::sortsBefore(const MySinglePic &a, const OptionalDate &dateA, const MySinglePic &b,
+                            const OptionalDate &dateB) const
+{
     // Whole seconds: fractions never decide the order.
     const auto seconds = [](const OptionalDate &date) { return date ? std::optional(date->wholeSeconds()) : std::nullopt; };
     if (seconds(dateA) != seconds(dateB))
@@ -29,6 +33,16 @@ void PicSource::sortedThumbsArray(QList<MySinglePic *> &pics) const
 {
     std::stable_sort(pics.begin(), pics.end(),
                      [this](const MySinglePic *a, const MySinglePic *b) { return sortsBefore(*a, *b); });
+}
+
+void PicSource::sortedByPreviewDates(QList<MySinglePic *> &pics) const
+{
+    const auto date = [](const MySinglePic *pic) {
+        return pic->tempTimeDuringLiveMod ? pic->tempTimeDuringLiveMod : pic->spDateTimeModified_sort();
+    };
+    std::stable_sort(pics.begin(), pics.end(), [this, &date](const MySinglePic *a, const MySinglePic *b) {
+        return sortsBefore(*a, date(a), *b, date(b));
+    });
 }
 
 bool PicSource::passes(MySinglePic *pic) const

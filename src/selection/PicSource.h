@@ -1,6 +1,7 @@
 #pragma once
 
 #include "selection/FilterPredicate.h"
+#include "time/Instant.h"
 
 #include <QCollator>
 #include <QList>
@@ -48,9 +49,13 @@ public:
     // file manager orders it (IMG_2 before IMG_10), then the folder's position.
     bool sortsBefore(const MySinglePic &a, const MySinglePic &b) const;
     void sortedThumbsArray(QList<MySinglePic *> &pics) const;
+    // The same order over the dates a preview shows: an item's temporary date where it has one.
+    void sortedByPreviewDates(QList<MySinglePic *> &pics) const;
 
 private:
     bool passes(MySinglePic *pic) const;
+    bool sortsBefore(const MySinglePic &a, const OptionalDate &dateA, const MySinglePic &b,
+                     const OptionalDate &dateB) const;
 
     QList<MySingleFolder *> m_folders;
     std::optional<FilterPredicate> m_predicate;

@@ -1,9 +1,9 @@
 #include "ui/MainWindow.h"
-#include "ui/MyTimeZonePickerController.h"
 
 #include "app/AppController.h"
 #include "core/LogController.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
@@ -12,11 +12,13 @@
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
+#include "ui/MyTimeZonePickerController.h"
+#include "ui/MyTimelineView.h"
 #include "ui/OffsetBar.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
 #include "ui/SaveSession.h"
-#include "ui/MyTimelineView.h"
+#include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 
 #include <QApplication>
@@ -495,6 +497,8 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 
 void MainWindow::connectTimeline()
 {
+    new TimelineDragHandler(m_timeline->mainView(), m_controller->dateChanges(),
+                            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
     m_sortedPics->setAcceptedPics([](const MySinglePic &pic) { return pic.indexInSource_filtered >= 0; });
     connect(m_timeline, &TimelinePane::filteredSourceChanged, this, [this] {
         m_sortedPics->refilter();

@@ -1,0 +1,282 @@
+#include "ui/TimelineDragHandler.h"
+
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "timeline/MyTimelinesController.h"
+#include "timeline/TimelineStrip.h"
+#include "ui/MyTimelineView.h"
+#include "ui/TimelineDatePopover.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPen>
+#include <QPolygonF>
+#include <QScrollBar>
+
+#include <cmath>
+#include <functional>
+#include <utility>
+
+namespace orv {
+
+// A transparent layer over the strip for what only a drag shows.
+class PaintOverlay : public QWidget
+{
+public:
+    PaintOverlay(QWidget *parent, std::function<void(QPainter &)> paint) : QWidget(parent), m_paint(std::move(paint))
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAttribute(Qt::WA_NoSystemBackground);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        m_paint(painter);
+    }
+
+private:
+    std::function<void(QPainter &)> m_paint;
+};
+
+namespace {
+
+constexpr double dragThreshold = 5.0;
+constexpr double scrollZone = 50.0;
+
+bool samePlace(const DropPlace &a, const DropPlace &b)
+{
+    return a.index == b.index && a.type == b.type;
+}
+
+} // namespace
+
+TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap)
+    : QObject(&view), m_view(view), m_changes(changes), m_outerEdgeGap(outerEdgeGap),
+      m_liveMove(changes, outerEdgeGap)
+{
+    m_previewTimer.setSingleShot(true);
+    m_previewTimer.setInterval(50);
+    connect(&m_previewTimer, &QTimer::timeout, this, [this] {
+        const TimelineDrop drop(m_source, m_drag, m_outerEdgeGap);
+        Q_EMIT thumbDragUpdated(drop.preview(m_place, m_view.controller().source(), m_view.visibleThumbsRange().count));
+    });
+    m_scrollTimer.setInterval(20);
+    connect(&m_scrollTimer, &QTimer::timeout, this, &TimelineDragHandler::autoscroll);
+    m_marker = new PaintOverlay(view.viewport(), [this](QPainter &painter) { paintMarker(painter); });
+    m_marker->hide();
+    view.viewport()->installEventFilter(this);
+    view.installEventFilter(this);
+}
+
+bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == &m_view) {
+        switch (event->type()) {
+        case QEvent::KeyPress:
+            return liveMoveKey(*static_cast<QKeyEvent *>(event));
+        case QEvent::KeyRelease: {
+            const int key = static_cast<QKeyEvent *>(event)->key();
+            if (key == Qt::Key_Control || key == Qt::Key_Alt)
+                m_liveMove.disableArrowsLiveMove();
+            break;
+        }
+        case QEvent::FocusOut:
+            m_liveMove.disableArrowsLiveMove();
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        m_pressPoint = mouse->position();
+        MySinglePic *pic = m_view.picAtPoint(m_pressPoint);
+        m_pressed = mouse->button() == Qt::LeftButton && !(mouse->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier))
+                            && canMoveDatesOf(pic)
+                        ? pic
+                        : nullptr;
+        break;
+    }
+    case QEvent::MouseMove: {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        m_pointer = mouse->position();
+        m_modifiers = mouse->modifiers();
+        if (!m_dragging && m_pressed && (mouse->buttons() & Qt::LeftButton)
+            && (std::abs(m_pointer.x() - m_pressPoint.x()) >= dragThreshold
+                || std::abs(m_pointer.y() - m_pressPoint.y()) >= dragThreshold))
+            beginDrag();
+        if (!m_dragging)
+            break;
+        updatePlace();
+        return true;
+    }
+    case QEvent::MouseButtonDblClick: {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        MySinglePic *pic = m_view.picAtPoint(mouse->position());
+        if (!canMoveDatesOf(pic) || pic != m_view.strip().picSelection())
+            break;
+        auto *popover = new TimelineDatePopover(m_changes, dragOfSelection(pic), &m_view);
+        popover->move(m_view.viewport()->mapToGlobal(
+            m_view.thumbRectInViewport(m_view.strip().indexOf(pic)).bottomLeft().toPoint()));
+        popover->show();
+        return true;
+    }
+    case QEvent::Resize:
+        m_marker->setGeometry(m_view.viewport()->rect());
+        break;
+    case QEvent::MouseButtonRelease:
+        m_pressed = nullptr;
+        if (!m_dragging)
+            break;
+        endDrag(true);
+        return true;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool TimelineDragHandler::canMoveDatesOf(const MySinglePic *pic) const
+{
+    return pic && m_view.strip().isRaised(*pic) && MySingleFolder::of(*pic) && !MySingleFolder::of(*pic)->isEXIFIgnored()
+           && !m_changes.isBlocked();
+}
+
+TimelineDrag TimelineDragHandler::dragOfSelection(MySinglePic *pressed) const
+{
+    const TimelineStrip &strip = m_view.strip();
+    QList<MySingleFolder *> raised;
+    QList<MySinglePic *> multi;
+    for (MySinglePic *pic : strip.theSource()) {
+        if (strip.isRaised(*pic) && !raised.contains(MySingleFolder::of(*pic)))
+            raised.append(MySingleFolder::of(*pic));
+        if (strip.isSelected(pic))
+            multi.append(pic);
+    }
+    MySinglePic *main = strip.picSelection() ? strip.picSelection() : pressed;
+    return TimelineDrag::of(strip.theSource(), main, multi, raised);
+}
+
+void TimelineDragHandler::beginDrag()
+{
+    m_source = m_view.strip().theSource();
+    m_drag = dragOfSelection(m_pressed);
+    m_place = {};
+    m_dragging = true;
+    m_marker->setGeometry(m_view.viewport()->rect());
+    m_marker->show();
+}
+
+void TimelineDragHandler::updatePlace()
+{
+    const TimelineGeometry &geometry = m_view.strip().geometry();
+    const StripMetrics metrics{.left = geometry.borderMarginHorizontal(),
+                               .thumbSize = geometry.thumbSize(),
+                               .margin = geometry.theThumbMargin(),
+                               .raisedTop = geometry.thumbRect(0, true).top(),
+                               .loweredTop = geometry.thumbRect(0, false).top()};
+    const bool inside = m_view.viewport()->rect().contains(m_pointer.toPoint());
+    const DropHit hit = inside ? dropHitAt(metrics, m_source, m_drag, m_view.contentX(m_pointer.x()), m_pointer.y())
+                               : DropHit{};
+    // Alt or Ctrl held alone spreads the selection.
+    const Qt::KeyboardModifiers keys = m_modifiers & (Qt::AltModifier | Qt::ControlModifier | Qt::ShiftModifier | Qt::MetaModifier);
+    const bool spreading = keys == Qt::AltModifier || keys == Qt::ControlModifier;
+    const DropPlace place = hit.isHit()
+                                ? findDropPlace(m_source, m_drag, hit.index, hit.zone, spreading, hit.onlyIfDoubleHeight)
+                                : DropPlace{};
+    if (!samePlace(place, m_place)) {
+        m_place = place;
+        if (m_place.isValid())
+            m_previewTimer.start();
+        m_marker->update();
+    }
+    const bool nearEdge = m_pointer.x() < scrollZone || m_pointer.x() > m_view.viewport()->width() - scrollZone;
+    if (nearEdge && !m_scrollTimer.isActive())
+        m_scrollTimer.start();
+    else if (!nearEdge)
+        m_scrollTimer.stop();
+}
+
+bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    const bool arrows = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    if (!arrows || (held & ~Qt::MetaModifier) != (Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    MySinglePic *main = m_view.strip().picSelection();
+    if (!m_liveMove.isArmed() && !(canMoveDatesOf(main) && m_liveMove.arm(m_view.strip().theSource(), dragOfSelection(main))))
+        return true;
+    m_liveMove.liveMoveWithType(m_view.strip().theSource(),
+                                event.key() == Qt::Key_Left ? MoveDirection::Left : MoveDirection::Right,
+                                held & Qt::MetaModifier);
+    m_view.ensureVisible(main);
+    return true;
+}
+
+void TimelineDragHandler::autoscroll()
+{
+    QScrollBar *bar = m_view.horizontalScrollBar();
+    const int before = bar->value();
+    bar->setValue(before + (m_pointer.x() > m_view.viewport()->width() / 2.0 ? 50 : -50) / 5);
+    if (bar->value() == before)
+        m_scrollTimer.stop();
+    else
+        updatePlace();
+}
+
+void TimelineDragHandler::endDrag(bool drop)
+{
+    m_previewTimer.stop();
+    m_scrollTimer.stop();
+    Q_EMIT thumbDragWillEnd();
+    const TimelineDrop timelineDrop(m_source, m_drag, m_outerEdgeGap);
+    timelineDrop.endPreview();
+    const DropPlace place = std::exchange(m_place, DropPlace{});
+    m_dragging = false;
+    if (drop && place.isValid())
+        timelineDrop.perform(m_changes, place);
+    m_marker->hide();
+}
+
+void TimelineDragHandler::paintMarker(QPainter &painter) const
+{
+    if (!m_place.isValid())
+        return;
+    const TimelineGeometry &geometry = m_view.strip().geometry();
+    const double left = geometry.minXForIndex(m_place.index);
+    const double size = geometry.thumbSize();
+    const double halfMargin = geometry.theThumbMargin() / 2.0;
+    double x = left - halfMargin;
+    switch (m_place.type) {
+    case DropType::LeftHalf:
+        x = left + size / 4.0;
+        break;
+    case DropType::RightHalf:
+        x = left + size * 3.0 / 4.0;
+        break;
+    case DropType::RightGap:
+    case DropType::Spread:
+        x = left + size + halfMargin;
+        break;
+    default:
+        break;
+    }
+    const MySinglePic *target = m_source.value(m_place.index);
+    QRectF rows = geometry.thumbRect(m_place.index, target && m_view.strip().isRaised(*target));
+    if (m_place.needsDoubleHeightArrows)
+        rows = geometry.thumbRect(0, true).united(geometry.thumbRect(0, false));
+    const double viewX = m_view.viewportX(x);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_view.palette().highlight().color(), 3));
+    painter.drawLine(QPointF(viewX, rows.top()), QPointF(viewX, rows.bottom()));
+    painter.setBrush(m_view.palette().highlight());
+    painter.drawPolygon(QPolygonF({QPointF(viewX - 6, rows.top() - 8), QPointF(viewX + 6, rows.top() - 8),
+                                   QPointF(viewX, rows.top())}));
+}
+
+} // namespace orv

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/KeyboardLiveMove.h"
+#include "app/TimelineDrop.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QTimer>
+
+class QKeyEvent;
+class QPainter;
+
+namespace orv {
+
+class DateChanges;
+class MyTimelineView;
+class PaintOverlay;
+
+// The mouse moving dates on a strip. A press on a raised item without Shift or Ctrl, once the
+// pointer has gone 5 points, starts a date move: the place under the pointer is found by the
+// neighbour tests, the strip scrolls near its edges, a preview of the place is worked out after
+// 0.05 seconds of calm, and the release drops through the date change owner. The view itself
+// still selects on the press; a double click on the selected item opens the date popover.
+//
+// The keyboard live move: with Ctrl and Alt held (Control and Option), Left and Right move the
+// selection past the next items, with Meta as well into the next gap; letting go of Ctrl or Alt
+// ends the move, one undo step for all of it. Main thread only.
+class TimelineDragHandler : public QObject
+{
+    Q_OBJECT
+public:
+    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap);
+
+    bool isDragging() const { return m_dragging; }
+    const DropPlace &place() const { return m_place; }
+
+Q_SIGNALS:
+    // The moving items carry their temporary dates; the order is the surroundings of the place.
+    void thumbDragUpdated(const orv::DropPreview &preview);
+    void thumbDragWillEnd();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // A raised item of a folder with dates, while no save owns the folders.
+    bool canMoveDatesOf(const MySinglePic *pic) const;
+    // The selection of the strip as a drag of its main item (the pressed one without a selection).
+    TimelineDrag dragOfSelection(MySinglePic *pressed) const;
+    void beginDrag();
+    void updatePlace();
+    void endDrag(bool drop);
+    void autoscroll();
+    bool liveMoveKey(const QKeyEvent &event);
+    // The arrow at the place: over the gap or the half of the target, through both rows when
+    // the two items stand at different heights.
+    void paintMarker(QPainter &painter) const;
+
+    MyTimelineView &m_view;
+    DateChanges &m_changes;
+    double m_outerEdgeGap;
+    QPointF m_pressPoint, m_pointer;
+    Qt::KeyboardModifiers m_modifiers;
+    MySinglePic *m_pressed = nullptr;
+    bool m_dragging = false;
+    QList<MySinglePic *> m_source;
+    TimelineDrag m_drag;
+    DropPlace m_place;
+    QTimer m_previewTimer;
+    QTimer m_scrollTimer;
+    PaintOverlay *m_marker;
+    KeyboardLiveMove m_liveMove;
+};
+
+} // namespace orv
