@@ -89,37 +89,34 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
 
 int AlignCommand::run(const QStringList &arguments)
 {
-    QTextStream out(stdout);
     QTextStream err(stderr);
     const std::optional<Options> options = parseArguments(arguments, err);
     if (!options)
         return 2;
-
-    Preferences prefs(Preferences::defaultSettingsPath());
-    DateSaveRun::applyPrefs(prefs, *options);
-    PathImport imported(options->paths, {}, err);
-    QList<MySinglePic *> selection;
-    const MySinglePic *main = nullptr;
-    for (const MySingleFolder *folder : imported.folders()) {
-        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            selection.append(pic);
-            if (QDir::cleanPath(pic->spPath()) == options->main)
-                main = pic;
+    return DateSaveRun::run(*options, [&options](PathImport &imported, Preferences &prefs, QTextStream &err) {
+        QList<MySinglePic *> selection;
+        const MySinglePic *main = nullptr;
+        for (const MySingleFolder *folder : imported.folders()) {
+            for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+                selection.append(pic);
+                if (QDir::cleanPath(pic->spPath()) == options->main)
+                    main = pic;
+            }
         }
-    }
-    if (!options->main.isEmpty() && !main) {
-        usageError(err, QLatin1String("--main ") + options->main + QLatin1String(" is none of the imported files"));
-        return 2;
-    }
-    // Alignments give each item its own change.
-    DateChanges &changes = imported.controller().dateChanges();
-    changes.changeEditMode(imported.folders(), MySingleFolder::EditSeparately);
-    const NewDateOptions dateOptions = SaveSettings::fromPreferences(prefs, currentInstant()).options;
-    if (changes.realignSelection(options->tag, selection, main, dateOptions) == DateChangeResult::Refused) {
-        err << "orvelle-cli align: the dates could not be changed\n";
-        return 1;
-    }
-    return DateSaveRun::saveAndReport(imported, prefs, *options, out);
+        if (!options->main.isEmpty() && !main) {
+            usageError(err, QLatin1String("--main ") + options->main + QLatin1String(" is none of the imported files"));
+            return DateSaveRun::ChangeOutcome{2, true};
+        }
+        // Alignments give each item its own change.
+        DateChanges &changes = imported.controller().dateChanges();
+        changes.changeEditMode(imported.folders(), MySingleFolder::EditSeparately);
+        const NewDateOptions dateOptions = SaveSettings::fromPreferences(prefs, currentInstant()).options;
+        if (changes.realignSelection(options->tag, selection, main, dateOptions) == DateChangeResult::Refused) {
+            err << "orvelle-cli align: the dates could not be changed\n";
+            return DateSaveRun::ChangeOutcome{1, true};
+        }
+        return DateSaveRun::ChangeOutcome{};
+    });
 }
 
 } // namespace orv

@@ -197,6 +197,19 @@ void DateSaveRun::applyPrefs(Preferences &prefs, const Options &options)
         prefs.overrideForThisRun(key, value);
 }
 
+int DateSaveRun::run(const Options &options, const Change &change)
+{
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    Preferences prefs(Preferences::defaultSettingsPath());
+    applyPrefs(prefs, options);
+    PathImport imported(options.paths, {}, err);
+    const ChangeOutcome outcome = change(imported, prefs, err);
+    if (outcome.stop)
+        return outcome.exitCode;
+    return std::max(saveAndReport(imported, prefs, options, out), outcome.exitCode);
+}
+
 int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out)
 {
     QList<MySingleFolder *> folders;

@@ -39,6 +39,18 @@ public:
     // what its zone made of its stamps (the scan's daylight-saving keys and
     // storedOffsetDifference, seconds). The exit code: 1 when a path or an item failed, else 0.
     static int saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out);
+
+    // What a command's own change answers: an exit code that the run answers at least, and
+    // whether to stop before the save.
+    struct ChangeOutcome
+    {
+        int exitCode = 0;
+        bool stop = false;
+    };
+    using Change = std::function<ChangeOutcome(PathImport &imported, Preferences &prefs, QTextStream &err)>;
+    // The frame every date command shares once its line is read: the preferences with --pref,
+    // the import of the paths, the command's change through the owner, then the save and report.
+    static int run(const Options &options, const Change &change);
 };
 
 } // namespace orv

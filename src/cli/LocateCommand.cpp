@@ -62,7 +62,6 @@ QString takeValue(Options &options, const QString &option, const QString &value)
 
 int LocateCommand::run(const QStringList &arguments)
 {
-    QTextStream out(stdout);
     QTextStream err(stderr);
     Options options;
     const QString problem = DateSaveRun::parseArguments(
@@ -79,13 +78,12 @@ int LocateCommand::run(const QStringList &arguments)
         return 2;
     }
 
-    Preferences prefs(Preferences::defaultSettingsPath());
-    DateSaveRun::applyPrefs(prefs, options);
-    PathImport imported(options.paths, {}, err);
-    for (MySingleFolder *folder : imported.folders())
-        FileTagRequests::setUserLocation(folder->sfPicDetails_fullArray, options.latitude,
-                                         options.longitude, options.altitude, options.accuracy);
-    return DateSaveRun::saveAndReport(imported, prefs, options, out);
+    return DateSaveRun::run(options, [&options](PathImport &imported, Preferences &, QTextStream &) {
+        for (MySingleFolder *folder : imported.folders())
+            FileTagRequests::setUserLocation(folder->sfPicDetails_fullArray, options.latitude,
+                                             options.longitude, options.altitude, options.accuracy);
+        return DateSaveRun::ChangeOutcome{};
+    });
 }
 
 } // namespace orv

@@ -71,40 +71,36 @@ std::optional<double> ShiftCommand::parseOffset(const QString &text)
 
 int ShiftCommand::run(const QStringList &arguments)
 {
-    QTextStream out(stdout);
     QTextStream err(stderr);
     const std::optional<Options> options = parseArguments(arguments, err);
     if (!options)
         return 2;
-
-    Preferences prefs(Preferences::defaultSettingsPath());
-    DateSaveRun::applyPrefs(prefs, *options);
-    PathImport imported(options->paths, {}, err);
-    // The same change as the window's offset controls, range test included. A folder that the
-    // range test refuses takes the change item by item instead: an item whose date would leave
-    // the range fails alone, named, and the others are saved.
-    DateChanges &changes = imported.controller().dateChanges();
-    bool anyOutOfRange = false;
-    for (MySingleFolder *folder : imported.folders()) {
-        if (changes.dragChangedDates({folder}, options->offset, options->offset < 0.0) !=
-            DateChangeResult::Refused)
-            continue;
-        changes.changeEditMode({folder}, MySingleFolder::EditSeparately);
-        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            if (changes.dragChangedSinglePicModeDate({pic}, options->offset) ==
-                DateChangeResult::Refused) {
-                err << "orvelle-cli: " << pic->spPath() << ": error " << SaveErrorId::DateOutOfRange
-                    << ": " << SaveErrors::reasonForId(SaveErrorId::DateOutOfRange) << "\n";
-                anyOutOfRange = true;
+    return DateSaveRun::run(*options, [&options](PathImport &imported, Preferences &, QTextStream &err) {
+        // The same change as the window's offset controls, range test included. A folder that the
+        // range test refuses takes the change item by item instead: an item whose date would
+        // leave the range fails alone, named, and the others are saved.
+        DateChanges &changes = imported.controller().dateChanges();
+        DateSaveRun::ChangeOutcome outcome;
+        for (MySingleFolder *folder : imported.folders()) {
+            if (changes.dragChangedDates({folder}, options->offset, options->offset < 0.0) !=
+                DateChangeResult::Refused)
+                continue;
+            changes.changeEditMode({folder}, MySingleFolder::EditSeparately);
+            for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+                if (changes.dragChangedSinglePicModeDate({pic}, options->offset) ==
+                    DateChangeResult::Refused) {
+                    err << "orvelle-cli: " << pic->spPath() << ": error " << SaveErrorId::DateOutOfRange
+                        << ": " << SaveErrors::reasonForId(SaveErrorId::DateOutOfRange) << "\n";
+                    outcome.exitCode = 1;
+                }
             }
         }
-    }
-    if (options->addMissingDates) {
-        for (MySingleFolder *folder : imported.folders())
-            FileTagRequests::addMissingDateTags(folder->sfPicDetails_fullArray);
-    }
-    const int status = DateSaveRun::saveAndReport(imported, prefs, *options, out);
-    return anyOutOfRange ? std::max(status, 1) : status;
+        if (options->addMissingDates) {
+            for (MySingleFolder *folder : imported.folders())
+                FileTagRequests::addMissingDateTags(folder->sfPicDetails_fullArray);
+        }
+        return outcome;
+    });
 }
 
 } // namespace orv

@@ -46,24 +46,21 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
 
 int ZoneCommand::run(const QStringList &arguments)
 {
-    QTextStream out(stdout);
     QTextStream err(stderr);
     const std::optional<Options> options = parseArguments(arguments, err);
     if (!options)
         return 2;
-
-    Preferences prefs(Preferences::defaultSettingsPath());
-    DateSaveRun::applyPrefs(prefs, *options);
-    PathImport imported(options->paths, {}, err);
-    QList<ZoneChangeCommand::FolderChange> changes;
-    for (MySingleFolder *folder : imported.folders()) {
-        ZoneChangeCommand::Zones after;
-        after.source.defaultZone = options->source;
-        after.target.defaultZone = options->target;
-        changes.append({folder, {folder->sourceTimeZones, folder->targetTimeZones}, after});
-    }
-    imported.controller().dateChanges().changeTimeZones(changes, {});
-    return DateSaveRun::saveAndReport(imported, prefs, *options, out);
+    return DateSaveRun::run(*options, [&options](PathImport &imported, Preferences &, QTextStream &) {
+        QList<ZoneChangeCommand::FolderChange> changes;
+        for (MySingleFolder *folder : imported.folders()) {
+            ZoneChangeCommand::Zones after;
+            after.source.defaultZone = options->source;
+            after.target.defaultZone = options->target;
+            changes.append({folder, {folder->sourceTimeZones, folder->targetTimeZones}, after});
+        }
+        imported.controller().dateChanges().changeTimeZones(changes, {});
+        return DateSaveRun::ChangeOutcome{};
+    });
 }
 
 } // namespace orv
