@@ -31,7 +31,7 @@ class SaveThreadTest : public SaveFixture
 TEST_F(SaveThreadTest, AFoldersEndIsAppliedOnTheMainThreadWhileTheRunWaits)
 {
     ensureApplication();
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     MySinglePic &pic = import(buildJpeg({.exif = tags}));
     folder.setSfDateModificationsFromTimeInterval(3600, false);

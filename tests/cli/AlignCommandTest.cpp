@@ -25,7 +25,7 @@ protected:
 
     QString jpeg(const QString &name, const char *stamp)
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text(stamp);
         return buildJpeg({.exif = tags}).write(work.path(), name);
     }
@@ -96,7 +96,7 @@ TEST_F(AlignCommand, MinimizingPacksAroundTheMainFile)
 
 TEST_F(AlignCommand, CopyingAnotherDateMovesOnlyTheFilesThatHaveIt)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 09:15:00");
     const QString digitized = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("d"));

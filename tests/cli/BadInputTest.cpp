@@ -19,7 +19,7 @@ namespace {
 
 MediaFile jpegAt(const char *stamp)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text(stamp);
     return buildJpeg({.exif = tags});
 }

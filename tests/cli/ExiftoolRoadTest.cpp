@@ -47,7 +47,7 @@ QString isoDate(const QJsonValue &value)
 
 TEST_F(ExiftoolRoad, AddMissingDatesGivesAJpegWithoutDateTimeOriginalOneThatExiftoolReads)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:05:03 09:00:00");
     const QString path = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("modified"));
 
@@ -65,10 +65,10 @@ TEST_F(ExiftoolRoad, AddMissingDatesGivesAJpegWithoutDateTimeOriginalOneThatExif
 TEST_F(ExiftoolRoad, LocateGivesAJpegWithoutGpsThePlaceAndAnExistingPlaceIsMoved)
 {
     const QString bare = buildJpeg({}).write(work.path(), QStringLiteral("bare"));
-    TiffSpec tags;
+    TiffShape tags;
     tags.order = ByteOrder::Motorola;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
-    tags.gps = GpsSpec::at(-12.5, -70.25);
+    tags.gps = GpsShape::at(-12.5, -70.25);
     tags.gps->altitudeRef = 1;
     tags.gps->altitude = Rational{100, 1};
     tags.gps->hPositioningError = Rational{30, 1};
@@ -119,12 +119,12 @@ TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesAfterAReimport)
 
 TEST_F(ExiftoolRoad, WithoutExiftoolOnThePathInPlaceItemsAreSavedAndTheOthersFailClearly)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     tags.dateTime = Stamp::text("2024:05:01 10:00:00");
     const QString inPlace = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("inplace"));
-    TiffSpec modifyOnly;
+    TiffShape modifyOnly;
     modifyOnly.dateTime = Stamp::text("2024:05:01 10:00:00");
     const QString needsTool = buildJpeg({.exif = modifyOnly}).write(work.path(), QStringLiteral("tags"));
     const QByteArray toolBefore = fileBytes(needsTool);

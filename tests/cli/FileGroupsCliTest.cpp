@@ -22,7 +22,7 @@ class FileGroupsCli : public ::testing::Test
 protected:
     void SetUp() override
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.make = "Canon";
         tags.model = "Canon EOS R6";
         tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
@@ -31,7 +31,7 @@ protected:
         dng.suffix = QStringLiteral("DNG");
         dng.write(work.path(), QStringLiteral("IMG_1"));
         buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("IMG_1"));
-        XmpSpec xmp;
+        XmpShape xmp;
         xmp.properties = {{"exif:DateTimeOriginal", "2024-05-01T10:00:00"}};
         MediaFile sidecar = buildXmpSidecar(xmp);
         sidecar.suffix = QStringLiteral("xmp");

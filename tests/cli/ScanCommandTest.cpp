@@ -52,21 +52,21 @@ class ScanCommandTest : public ::testing::Test
 protected:
     void SetUp() override { ASSERT_TRUE(root.isValid()); }
 
-    QString photo(const QString &relativeDir, const QString &baseName, TiffSpec tags = withOriginal())
+    QString photo(const QString &relativeDir, const QString &baseName, TiffShape tags = withOriginal())
     {
         const QString dir = root.filePath(relativeDir);
         QDir().mkpath(dir);
         return buildJpeg({.exif = tags}).write(dir, baseName);
     }
-    static TiffSpec withOriginal()
+    static TiffShape withOriginal()
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
         return tags;
     }
-    static TiffSpec withBlankOriginal()
+    static TiffShape withBlankOriginal()
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::blank();
         return tags;
     }
@@ -188,10 +188,10 @@ TEST_F(ScanCommandTest, WrongUsageIsExitTwo)
 TEST(ScanCommandJson, OffsetsStampsAndLocationOfACraftedFile)
 {
     QTemporaryDir dir;
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.offsetTimeOriginal = Stamp::text("-03:30");
-    tags.gps = GpsSpec::at(48.8584, 2.2945);
+    tags.gps = GpsShape::at(48.8584, 2.2945);
     const MediaFile jpeg = buildJpeg({.exif = tags});
     jpeg.write(dir.path(), QStringLiteral("tower"));
     const QString missing = dir.filePath(QStringLiteral("nowhere.jpg"));

@@ -40,7 +40,7 @@ protected:
 
     QString builtJpeg(const QString &name = QStringLiteral("pic"))
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
         tags.dateTime = Stamp::text("2024:05:03 09:00:00");
         return buildJpeg({.exif = tags}).write(work.path(), name);

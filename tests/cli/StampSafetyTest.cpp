@@ -35,9 +35,9 @@ protected:
     }
 };
 
-TiffSpec stampsAt132410()
+TiffShape stampsAt132410()
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:05:01 13:24:10");
     tags.dateTimeOriginal = Stamp::text("2024:05:01 13:24:10");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 13:24:10");
@@ -62,7 +62,7 @@ TEST_F(StampSafety, StampsWithoutAnOffsetTagKeepTheCameraClockThatAnotherTagName
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
-        TiffSpec tags = stampsAt132410();
+        TiffShape tags = stampsAt132410();
         const auto tag = [](const Stamp &s) {
             return s.bytes.isEmpty() ? std::optional<Stamp>() : std::optional<Stamp>(s);
         };
@@ -101,7 +101,7 @@ TEST_F(StampSafety, ADamagedStampOrOffsetTagIsLeftAndReportedWhileTheOtherStamps
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
-        TiffSpec tags = stampsAt132410();
+        TiffShape tags = stampsAt132410();
         tags.dateTimeOriginal = c.original;
         tags.offsetTimeOriginal = c.offsetOriginal;
         const QString path =
@@ -138,9 +138,9 @@ TEST_F(StampSafety, AGpsTimeKeepsItsFractionAndItsDenominators)
          {{{0, 10}, {590, 10}, {59999, 1000}}}},
     };
     for (const Case &c : cases) {
-        TiffSpec tags = stampsAt132410();
+        TiffShape tags = stampsAt132410();
         tags.order = c.order;
-        tags.gps = GpsSpec::at(48.2, 16.4);
+        tags.gps = GpsShape::at(48.2, 16.4);
         tags.gps->timeStamp = c.time;
         tags.gps->dateStamp = Stamp::text("2024:05:01");
         const QString path = buildJpeg({.exif = tags}).write(work.path(), "gps");

@@ -46,11 +46,11 @@ TEST(ZoneCommand, savesBerlinStampsAsNewYorkClockTimeAndFlagsDoubtfulHours)
                                 "2024:11:03 06:30:00", "2024:11:03 07:30:00"};
     QStringList paths;
     for (qsizetype i = 0; i < stamps.size(); ++i) {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text(stamps[i].toLatin1());
         paths << buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("camera%1").arg(i));
     }
-    TiffSpec phone;
+    TiffShape phone;
     phone.dateTimeOriginal = Stamp::text("2024:03:10 03:30:00");
     phone.offsetTimeOriginal = Stamp::text("-04:00");
     const QString phonePath = buildJpeg({.exif = phone}).write(work.path(), QStringLiteral("phone"));

@@ -62,7 +62,7 @@ TEST_F(ExiftoolBridgeTest, ANewRawLocationGoesToANewSidecarUnlessAFileHoldsItsNa
 
 TEST_F(ExiftoolBridgeTest, APngWhoseExifIsATextProfileTakesItsNewDateThroughExiftool)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     const QByteArray exif = "Exif" + QByteArray(2, '\0') + buildExifBlock(tags).bytes;
     MySinglePic &pic = import(buildPng({.rawProfiles = {{"exif", exif, "zTXt"}}}));

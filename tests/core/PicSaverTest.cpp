@@ -30,14 +30,14 @@ constexpr double oneHour = 3600.0;
 
 // A camera file: three stamps, an offset tag beside the original, and a GPS time late on the
 // same day in UTC, so that an hour later its date turns.
-TiffSpec cameraTags()
+TiffShape cameraTags()
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 23:30:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 23:30:00");
     tags.dateTime = Stamp::text("2024:05:01 23:30:00");
     tags.offsetTimeOriginal = Stamp::text("+02:00");
-    tags.gps = GpsSpec::at(48.137, 11.575);
+    tags.gps = GpsShape::at(48.137, 11.575);
     tags.gps->timeStamp = RationalTriple{{{23, 1}, {10, 1}, {0, 1}}};
     tags.gps->dateStamp = Stamp::text("2024:05:01");
     return tags;
@@ -146,7 +146,7 @@ TEST_F(PicSaverTest, StampsOffsetTagAndGpsMoveInPlaceAndNothingElseChanges)
 
 TEST_F(PicSaverTest, ABlankStampTakesARealDateAndTheItemBecomesAnOriginalDateItem)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::blank();
     const MediaFile jpeg = buildJpeg({.exif = tags});
     MySinglePic &pic = import(jpeg);
@@ -165,7 +165,7 @@ TEST_F(PicSaverTest, ABlankStampTakesARealDateAndTheItemBecomesAnOriginalDateIte
 TEST_F(PicSaverTest, XmpStampsKeepTheirZoneFormAndFractionsInPlace)
 {
     const Instant capture = Instant::fromUtc(2024, 5, 1, 8, 0, 0);
-    XmpSpec xmp{.properties = {{"photoshop:DateCreated", "2024-05-01T10:00:00.250+02:00"},
+    XmpShape xmp{.properties = {{"photoshop:DateCreated", "2024-05-01T10:00:00.250+02:00"},
                                {"xmp:CreateDate", "2024-05-01T08:00:00Z"},
                                {"xmp:ModifyDate", localXmpStamp(capture)}}};
     for (const XmpForm form : {XmpForm::Attributes, XmpForm::Elements}) {
@@ -221,7 +221,7 @@ TEST_F(PicSaverTest, AnXmpStampWithoutSecondsTakesWholeMinutesInPlaceAndOtherSec
 
 TEST_F(PicSaverTest, PngChunksStayValidAfterInPlaceWrites)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     MySinglePic &exif = import(buildPng({.exif = tags}), QStringLiteral("exif"));
     const MediaFile withXmp =
@@ -241,7 +241,7 @@ TEST_F(PicSaverTest, PngChunksStayValidAfterInPlaceWrites)
 
 TEST_F(PicSaverTest, DateTagsToAddAreAddedByExiftoolAndTheItemIsThenDatedByThem)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:05:01 10:00:00");
     MySinglePic &pic = import(buildJpeg({.exif = tags}));
     pic.shouldAddExifDateTimeTags = true;
@@ -386,7 +386,7 @@ TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
 
 TEST_F(PicSaverTest, AFileExchangedForAPipeSinceTheImportIsNamedAndNeverOpened)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     MySinglePic &pic = import(buildJpeg({.exif = tags}));
     ASSERT_TRUE(QFile::remove(pic.spPath()));

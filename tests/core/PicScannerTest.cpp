@@ -60,9 +60,9 @@ protected:
 
 const Instant may1At10 = Instant::fromUtc(2024, 5, 1, 10, 0, 0);
 
-TiffSpec withOriginal(const char *stamp = "2024:05:01 10:00:00")
+TiffShape withOriginal(const char *stamp = "2024:05:01 10:00:00")
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text(stamp);
     return tags;
 }
@@ -71,7 +71,7 @@ TiffSpec withOriginal(const char *stamp = "2024:05:01 10:00:00")
 
 TEST_F(PicScannerTest, OriginalDateWinsAndEveryStampIsStoredAtItsOffset)
 {
-    TiffSpec tags = withOriginal();
+    TiffShape tags = withOriginal();
     tags.order = ByteOrder::Motorola;
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:05");
     tags.dateTime = Stamp::text("2024:05:02 08:00:00");
@@ -102,7 +102,7 @@ TEST_F(PicScannerTest, OriginalDateWinsAndEveryStampIsStoredAtItsOffset)
 
 TEST_F(PicScannerTest, EmptyOriginalFallsToDigitizedAndStaysOutOfWrites)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::blank();
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     const auto pic = scan(buildJpeg({.exif = tags}));
@@ -115,7 +115,7 @@ TEST_F(PicScannerTest, EmptyOriginalFallsToDigitizedAndStaysOutOfWrites)
 
 TEST_F(PicScannerTest, XmpCreateDateBeatsTiffDate)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:06:01 00:00:00");
     const XmpPacket xmp = buildXmp({.properties = {{QStringLiteral("xmp:CreateDate"), QStringLiteral("2024-05-01T10:00:00Z")},
                                                    {QStringLiteral("photoshop:DateCreated"), QStringLiteral("2024-05-01T09:00:00Z")}}});
@@ -131,7 +131,7 @@ TEST_F(PicScannerTest, XmpCreateDateBeatsTiffDate)
 
 TEST_F(PicScannerTest, EmptyTagsTakeTheFileDateOrFixedDatesInSteps)
 {
-    TiffSpec emptyTiff;
+    TiffShape emptyTiff;
     emptyTiff.dateTime = Stamp::zeros();
     const MediaFile file = buildJpeg({.exif = emptyTiff});
 
@@ -157,7 +157,7 @@ TEST_F(PicScannerTest, EmptyTagsTakeTheFileDateOrFixedDatesInSteps)
 
 TEST_F(PicScannerTest, EmptyOriginalWithTheFileDateOptionIsType5)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::blank();
     tags.dateTime = Stamp::blank();
     const auto pic = scan(buildJpeg({.exif = tags}));
@@ -180,7 +180,7 @@ TEST_F(PicScannerTest, FileWithoutAnyDateTagIsDatedByTheFileAndAsksNothing)
 
 TEST_F(PicScannerTest, TiffDateLaterThanTheFileBirthGivesWayToTheFileDate)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2999:01:01 00:00:00");
     folder.perFolderImportOptions.dateComparisonThresold = 0;
     const auto pic = scan(buildJpeg({.exif = tags}));
@@ -193,7 +193,7 @@ TEST_F(PicScannerTest, StampsWithNulsInsideAreNoTags)
 {
     // The locator accepts only digits, colons and blanks in the 19 bytes: a stamp cut short by
     // NULs is no tag at all, while a stamp of blanks is a tag waiting to be filled.
-    TiffSpec shortStamp;
+    TiffShape shortStamp;
     shortStamp.dateTimeOriginal = Stamp::padded("2024:05:01 10:00:", 20);
     const auto cut = scan(buildJpeg({.exif = shortStamp}), QStringLiteral("a"));
     ASSERT_TRUE(cut);
@@ -203,8 +203,8 @@ TEST_F(PicScannerTest, StampsWithNulsInsideAreNoTags)
 
 TEST_F(PicScannerTest, GpsDateAndLocationFromTheTags)
 {
-    TiffSpec tags = withOriginal();
-    tags.gps = GpsSpec::at(-33.8568, 151.2153);
+    TiffShape tags = withOriginal();
+    tags.gps = GpsShape::at(-33.8568, 151.2153);
     tags.gps->timeStamp = RationalTriple{{{9, 1}, {58, 1}, {30, 1}}};
     tags.gps->dateStamp = Stamp::text("2024:05:01");
     const auto pic = scan(buildJpeg({.exif = tags}));
@@ -214,8 +214,8 @@ TEST_F(PicScannerTest, GpsDateAndLocationFromTheTags)
     EXPECT_EQ(pic->spGpsUTCDate, Instant::fromUtc(2024, 5, 1, 9, 58, 30));
     EXPECT_FALSE(pic->isGpsXmp);
 
-    TiffSpec noFix = withOriginal();
-    noFix.gps = GpsSpec::at(0.0, 0.0);
+    TiffShape noFix = withOriginal();
+    noFix.gps = GpsShape::at(0.0, 0.0);
     noFix.gps->dateStamp = Stamp::raw("2024:05:01X");
     const auto zero = scan(buildJpeg({.exif = noFix}), QStringLiteral("zero"));
     ASSERT_TRUE(zero);
@@ -271,7 +271,7 @@ TEST_F(PicScannerTest, SidecarsTracksAndUnknownFilesMakeNoItem)
 
 TEST_F(PicScannerTest, TiffFindsItsXmpDatesThroughIfd0)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:06:01 00:00:00");
     tags.xmp = buildXmp({.properties = {{QStringLiteral("xmp:CreateDate"), QStringLiteral("2024-05-01T10:00:00")}}});
     const auto pic = scan(buildTiffFile({.tags = tags}), QStringLiteral("t"));

@@ -17,14 +17,14 @@ namespace {
 
 constexpr double oneHour = 3600.0;
 
-TiffSpec cameraTags()
+TiffShape cameraTags()
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTime = Stamp::text("2024:05:01 10:00:05");
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     tags.offsetTimeOriginal = Stamp::text("+02:00");
-    tags.gps = GpsSpec::at(48.2, 16.4);
+    tags.gps = GpsShape::at(48.2, 16.4);
     tags.gps->timeStamp = RationalTriple{{{8, 1}, {0, 1}, {0, 1}}};
     tags.gps->dateStamp = Stamp::text("2024:05:01");
     return tags;
@@ -33,7 +33,7 @@ TiffSpec cameraTags()
 // Files whose save writes several patches each, in the containers written in place.
 std::vector<MediaFile> craftedFiles()
 {
-    TiffSpec motorola = cameraTags();
+    TiffShape motorola = cameraTags();
     motorola.order = ByteOrder::Motorola;
     return {buildJpeg({.exif = cameraTags()}), buildJpeg({.exif = motorola}),
             buildTiffFile({.tags = cameraTags()}), buildPng({.exif = cameraTags()})};

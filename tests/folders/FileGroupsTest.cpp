@@ -203,12 +203,12 @@ TEST(FileGroupsSidecars, XmpFollowsItsNamedExtensionAndADependentsXmpLiesWithIts
     StagedFolder f;
     f.folder.sfFolderPath = dir.path();
     const auto sidecar = [&dir](const QString &name, const QString &forExtension) {
-        XmpSpec spec;
+        XmpShape shape;
         if (!forExtension.isEmpty())
-            spec.properties.push_back({"photoshop:SidecarForExtension", forExtension});
+            shape.properties.push_back({"photoshop:SidecarForExtension", forExtension});
         QFile file(QDir(dir.path()).filePath(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(buildXmpSidecar(spec).bytes);
+        file.write(buildXmpSidecar(shape).bytes);
         return file.fileName();
     };
     MySinglePic &raw = f.stage("P.CR2", RawFormat);

@@ -82,21 +82,21 @@ protected:
     // A JPEG with this original date in dir (relative to the root), created with its folders.
     QString photo(const QString &relativeDir, const QString &baseName, const char *stamp = "2024:05:01 10:00:00")
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text(stamp);
         return buildJpeg({.exif = tags}).write(folder(relativeDir), baseName);
     }
     // A JPEG whose original date tag is there but blank: the empty-tag options date it.
     QString blankPhoto(const QString &relativeDir, const QString &baseName)
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::blank();
         return buildJpeg({.exif = tags}).write(folder(relativeDir), baseName);
     }
     // count copies of one photo, named 001.jpg and up.
     void manyPhotos(const QString &relativeDir, int count)
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
         const QByteArray bytes = buildJpeg({.exif = tags}).bytes;
         const QDir dir(folder(relativeDir));

@@ -23,9 +23,9 @@ namespace {
 
 constexpr double oneHour = 3600.0;
 
-TiffSpec cameraTags()
+TiffShape cameraTags()
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     return tags;

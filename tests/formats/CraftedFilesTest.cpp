@@ -41,19 +41,19 @@ protected:
     std::unique_ptr<ByteSource> m_source;
 };
 
-TiffSpec originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
+TiffShape originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
 {
     return {.order = order, .dateTimeOriginal = stamp};
 }
 
 TEST_P(CraftedFile, ExifTagsInIfd0AfterThePointersAreFoundByTheSecondPass)
 {
-    TiffSpec recipe = originalDate(ByteOrder::Intel);
+    TiffShape recipe = originalDate(ByteOrder::Intel);
     recipe.dateTime = Stamp::text("2024:05:01 08:00:00");
     recipe.dateTimeDigitized = Stamp::text("2024:05:01 09:30:00");
     recipe.exifDatePlace = ExifDatePlace::Ifd0;
     recipe.pixelSize = QSize(16, 16);
-    recipe.gps = GpsSpec{.dateStamp = Stamp::text("2024:05:01")};
+    recipe.gps = GpsShape{.dateStamp = Stamp::text("2024:05:01")};
     const MediaFile file = buildExifBlock(recipe);
     const DatesData dates = readDates(file, TiffFormat);
     ASSERT_TRUE(dates.exifDateTimeOriginal && dates.exifDateTimeDigitized);
@@ -76,7 +76,7 @@ TEST_P(CraftedFile, BlankStampsAreReportedSoThatTheirTagsCanBeFilled)
 TEST_P(CraftedFile, MotorolaRationalsNeedConversion)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
-        GpsSpec gps;
+        GpsShape gps;
         gps.timeStamp = RationalTriple{Rational{10, 1}, Rational{20, 1}, Rational{30, 1}};
         const MediaFile file = buildExifBlock({.order = order, .gps = gps});
         const DatesData dates = readDates(file, TiffFormat);
@@ -89,7 +89,7 @@ TEST_P(CraftedFile, MotorolaRationalsNeedConversion)
 TEST_P(CraftedFile, GpsDateNeedsItsNulAtByteTen)
 {
     const auto gpsDate = [&](const Stamp &stamp) {
-        return readDates(buildExifBlock({.gps = GpsSpec{.dateStamp = stamp}}), TiffFormat)
+        return readDates(buildExifBlock({.gps = GpsShape{.dateStamp = stamp}}), TiffFormat)
             .gpsDateStamp;
     };
     const auto withNul = gpsDate(Stamp::text("2024:05:01"));
@@ -116,7 +116,7 @@ TEST_P(CraftedFile, NestedJpegDateIsReadInEitherByteOrder)
         for (const ByteOrder innerOrder : {ByteOrder::Intel, ByteOrder::Motorola}) {
             const MediaFile inner = buildJpeg(
                 {.jfif = false,
-                 .exif = TiffSpec{.order = innerOrder, .dateTime = Stamp::text(dateStamp)}});
+                 .exif = TiffShape{.order = innerOrder, .dateTime = Stamp::text(dateStamp)}});
             const MediaFile file = buildExifBlock({.order = order, .embeddedJpeg = inner.bytes});
             const DatesData dates = readDates(file, TiffFormat);
             ASSERT_TRUE(dates.tiffDateTime);
@@ -127,9 +127,9 @@ TEST_P(CraftedFile, NestedJpegDateIsReadInEitherByteOrder)
 }
 
 // Every tag a date or place lives in, so that a walk that depends on tag order loses one.
-TiffSpec everyDateTag(ByteOrder order, bool descending)
+TiffShape everyDateTag(ByteOrder order, bool descending)
 {
-    GpsSpec gps = GpsSpec::at(48.8566, -2.3522);
+    GpsShape gps = GpsShape::at(48.8566, -2.3522);
     gps.altitudeRef = 0;
     gps.altitude = Rational{35, 1};
     gps.timeStamp = RationalTriple{Rational{8, 1}, Rational{0, 1}, Rational{0, 1}};

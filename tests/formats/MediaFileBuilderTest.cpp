@@ -22,9 +22,9 @@ const char *orderName(ByteOrder order)
     return order == ByteOrder::Intel ? "II" : "MM";
 }
 
-TiffSpec cameraTags(ByteOrder order)
+TiffShape cameraTags(ByteOrder order)
 {
-    TiffSpec tags;
+    TiffShape tags;
     tags.order = order;
     tags.make = "Maker";
     tags.model = "Model X";
@@ -95,8 +95,8 @@ TEST_F(BuiltFile, ExifAndGpsValuesReadBackWhereTheyWerePlacedInBothByteOrders)
 {
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
         SCOPED_TRACE(orderName(order));
-        TiffSpec recipe = cameraTags(order);
-        recipe.gps = GpsSpec::at(48.8584, -2.2945);
+        TiffShape recipe = cameraTags(order);
+        recipe.gps = GpsShape::at(48.8584, -2.2945);
         recipe.gps->altitudeRef = 1;
         recipe.gps->altitude = Rational{12345, 100};
         recipe.gps->timeStamp = RationalTriple{Rational{8, 1}, Rational{30, 1}, Rational{15, 1}};
@@ -161,9 +161,9 @@ TEST_F(BuiltFile, ExifDatesInIfd0StandAfterOrAheadOfThePointers)
 {
     for (const ExifDatePlace place : {ExifDatePlace::Ifd0, ExifDatePlace::Ifd0BeforePointers}) {
         SCOPED_TRACE(int(place));
-        TiffSpec recipe = cameraTags(ByteOrder::Intel);
+        TiffShape recipe = cameraTags(ByteOrder::Intel);
         recipe.exifDatePlace = place;
-        recipe.gps = GpsSpec::at(1, 2);
+        recipe.gps = GpsShape::at(1, 2);
         read(buildJpeg({.exif = recipe}));
         const MediaOffsets &at = m_file.offsets;
 
@@ -196,9 +196,9 @@ TEST_F(BuiltFile, ContainersCarryExifAndXmpAroundARealImage)
         {"webp", {0, "EXIF", 8, "XMP ", 8}},
         {"tif", {0, {}, 0, {}, 0}}};
     for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
-        const TiffSpec tags = cameraTags(order);
+        const TiffShape tags = cameraTags(order);
         const XmpPacket xmp = xmpWithOriginalDate();
-        TiffSpec tagsAndXmp = tags;
+        TiffShape tagsAndXmp = tags;
         tagsAndXmp.xmp = xmp;
         const QSize size(12, 9);
         const MediaFile files[] = {
@@ -282,7 +282,7 @@ TEST_F(BuiltFile, XmpSidecarHoldsEveryTagTheReadersSearchInBothForms)
         {"exif:GPSHPositioningError", "5/2", "2.5"},
         {"photoshop:SidecarForExtension", "CR2"},
         {"crs:RawFileName", "IMG_0001.CR2"}};
-    XmpSpec recipe;
+    XmpShape recipe;
     for (const auto &[name, value, reading] : cases)
         recipe.properties.push_back({name, value});
     // The packet wrapper is optional; each form goes once with it and once without.
@@ -363,7 +363,7 @@ TEST_F(BuiltFile, WebpExifHeaderAndStrayPadByte)
 
 TEST_F(BuiltFile, EmbeddedJpegBehindTag46CarriesItsOwnTiffHeader12BytesIn)
 {
-    TiffSpec inner;
+    TiffShape inner;
     inner.dateTime = Stamp::text("2024:05:01 09:00:00");
     const MediaFile embedded = buildJpeg({.jfif = false, .exif = inner});
     read(buildTiffFile({.tags = {.embeddedJpeg = embedded.bytes}}));

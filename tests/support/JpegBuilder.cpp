@@ -45,7 +45,7 @@ QByteArray encodeJpegImage(QSize size, bool progressive)
     return encodeGradient(size, "jpeg", 85, progressive);
 }
 
-MediaFile buildJpeg(const JpegSpec &recipe)
+MediaFile buildJpeg(const JpegShape &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("jpg")};
     ByteWriter out(ByteOrder::Motorola);

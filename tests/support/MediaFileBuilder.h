@@ -3,7 +3,7 @@
 // Builders of real media files with exact tags at known offsets. Each answers a MediaFile: the
 // bytes, where every value was placed, and a way to write it into a folder.
 //
-//   TiffSpec tags;
+//   TiffShape tags;
 //   tags.order = ByteOrder::Motorola;
 //   tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
 //   const MediaFile jpeg = buildJpeg({.exif = tags});

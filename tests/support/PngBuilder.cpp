@@ -96,7 +96,7 @@ QByteArray rawProfileData(const PngRawProfile &profile)
     return keyword + QByteArray("\x01\0\0\0", 4) + deflated;
 }
 
-MediaFile buildPng(const PngSpec &recipe)
+MediaFile buildPng(const PngShape &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("png")};
     PngWriter png(recipe.wrongCrcChunk);

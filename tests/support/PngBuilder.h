@@ -31,10 +31,10 @@ struct PngRawProfile
 
 // Signature, IHDR, the metadata chunks around one IDAT of a real RGB image, IEND; every CRC
 // right unless wrongCrcChunk names a chunk type ("eXIf", "iTXt", "tEXt", "IDAT", ...).
-struct PngSpec
+struct PngShape
 {
     QSize size{8, 8};
-    std::optional<TiffSpec> exif{}; // eXIf chunk
+    std::optional<TiffShape> exif{}; // eXIf chunk
     ChunkPosition exifPosition = ChunkPosition::BeforeImageData;
     std::optional<XmpPacket> xmp{}; // iTXt "XML:com.adobe.xmp", uncompressed
     ChunkPosition xmpPosition = ChunkPosition::BeforeImageData;
@@ -43,7 +43,7 @@ struct PngSpec
     QByteArray wrongCrcChunk{};
 };
 
-MediaFile buildPng(const PngSpec &recipe);
+MediaFile buildPng(const PngShape &recipe);
 
 // The CRC a PNG chunk must carry: zlib crc32 over its type and data.
 quint32 pngChunkCrc(QByteArrayView typeAndData);

@@ -70,7 +70,7 @@ bool isExifDateTag(quint16 tag)
     return tag == 36867 || tag == 36868 || (tag >= 36880 && tag <= 36882);
 }
 
-std::vector<TiffEntry> exifDateEntries(const TiffSpec &recipe)
+std::vector<TiffEntry> exifDateEntries(const TiffShape &recipe)
 {
     std::vector<TiffEntry> entries;
     addIf(entries, recipe.dateTimeOriginal, 36867, &MediaOffsets::dateTimeOriginal);
@@ -81,7 +81,7 @@ std::vector<TiffEntry> exifDateEntries(const TiffSpec &recipe)
     return entries;
 }
 
-std::vector<TiffEntry> gpsEntries(const GpsSpec &gps)
+std::vector<TiffEntry> gpsEntries(const GpsShape &gps)
 {
     std::vector<TiffEntry> entries{bytes(0, TiffType::Byte, QByteArray("\x02\x03\x00\x00", 4))};
     addIf(entries, gps.latitudeRef, 1, &MediaOffsets::gpsLatitudeRef);
@@ -119,7 +119,7 @@ void sortIfd0(std::vector<TiffEntry> &entries, ExifDatePlace place, bool descend
 
 // Adds IFD0 and the Exif and GPS IFDs the recipe needs; answers IFD0's entries, unsorted, so a
 // file can add its image tags before they are placed.
-std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffSpec &recipe)
+std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffShape &recipe)
 {
     std::vector<TiffEntry> entries;
     if (recipe.make)
@@ -161,7 +161,7 @@ std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffSpec &recipe)
     return entries;
 }
 
-MediaFile finish(TiffLayout &layout, const TiffSpec &recipe, quint32 fileOffset)
+MediaFile finish(TiffLayout &layout, const TiffShape &recipe, quint32 fileOffset)
 {
     MediaFile file;
     file.suffix = QStringLiteral("tif");
@@ -225,9 +225,9 @@ RationalTriple degreesMinutesSeconds(double degrees)
             Rational{quint32(thousandthsOfSeconds % 60000), 1000}};
 }
 
-GpsSpec GpsSpec::at(double latitude, double longitude)
+GpsShape GpsShape::at(double latitude, double longitude)
 {
-    GpsSpec gps;
+    GpsShape gps;
     gps.latitudeRef = Stamp::text(latitude < 0 ? "S" : "N");
     gps.latitude = degreesMinutesSeconds(latitude);
     gps.longitudeRef = Stamp::text(longitude < 0 ? "W" : "E");
@@ -235,7 +235,7 @@ GpsSpec GpsSpec::at(double latitude, double longitude)
     return gps;
 }
 
-MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset)
+MediaFile buildExifBlock(const TiffShape &recipe, quint32 fileOffset)
 {
     TiffLayout layout;
     const int ifd0 = layout.addDirectory(&MediaOffsets::ifd0);
@@ -245,7 +245,7 @@ MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset)
     return finish(layout, recipe, fileOffset);
 }
 
-MediaFile buildTiffFile(const TiffFileSpec &recipe)
+MediaFile buildTiffFile(const TiffFileShape &recipe)
 {
     TiffLayout layout;
     const int ifd0 = layout.addDirectory(&MediaOffsets::ifd0);

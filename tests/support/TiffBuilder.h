@@ -38,7 +38,7 @@ using RationalTriple = std::array<Rational, 3>;
 // |degrees| as degrees, minutes and seconds in thousandths.
 RationalTriple degreesMinutesSeconds(double degrees);
 
-struct GpsSpec
+struct GpsShape
 {
     std::optional<Stamp> latitudeRef{}; // Stamp::text("N"): 2 bytes, in the entry itself
     std::optional<RationalTriple> latitude{};
@@ -51,7 +51,7 @@ struct GpsSpec
     std::optional<Rational> hPositioningError{};
 
     // Both refs and coordinates of a signed position.
-    static GpsSpec at(double latitude, double longitude);
+    static GpsShape at(double latitude, double longitude);
 };
 
 // Where the five Exif date and offset tags (36867, 36868, 36880-36882) stand.
@@ -64,7 +64,7 @@ enum class ExifDatePlace {
 // The tags of a TIFF/EXIF block. IFD0 entries are sorted by tag; the Exif and GPS IFDs exist
 // only when something is placed in them. With the dates in IFD0, set pixelSize to keep an
 // Exif IFD and its pointer.
-struct TiffSpec
+struct TiffShape
 {
     ByteOrder order = ByteOrder::Intel;
     std::optional<QByteArray> make{}; // written with a NUL
@@ -82,23 +82,23 @@ struct TiffSpec
     bool descendingEntries = false;
     std::optional<QSize> pixelSize{}; // Exif 40962, 40963
 
-    std::optional<GpsSpec> gps{};
+    std::optional<GpsShape> gps{};
     std::optional<XmpPacket> xmp{};           // IFD0 700
     std::optional<QByteArray> embeddedJpeg{}; // IFD0 46: a whole JPEG, e.g. buildJpeg(...).bytes
 };
 
 // A bare TIFF block, to be embedded at fileOffset of a container (offsets are reported as if
 // it stood there). Without an image it is also a metadata-only TIFF file.
-MediaFile buildExifBlock(const TiffSpec &recipe, quint32 fileOffset = 0);
+MediaFile buildExifBlock(const TiffShape &recipe, quint32 fileOffset = 0);
 
-struct TiffFileSpec
+struct TiffFileShape
 {
-    TiffSpec tags{};
+    TiffShape tags{};
     QSize imageSize{8, 8};              // an uncompressed RGB strip
     std::vector<QByteArray> previews{}; // JPEGs, each in its own IFD chained after IFD0, as in RAWs
 };
 
 // A TIFF file: header at 0, IFD0 describing a real strip image plus the recipe's tags.
-MediaFile buildTiffFile(const TiffFileSpec &recipe);
+MediaFile buildTiffFile(const TiffFileShape &recipe);
 
 } // namespace orv::test

@@ -46,7 +46,7 @@ void appendChunk(ByteWriter &out, QByteArrayView type, const QByteArray &data)
 
 } // namespace
 
-MediaFile buildWebp(const WebpSpec &recipe)
+MediaFile buildWebp(const WebpShape &recipe)
 {
     MediaFile file{{}, {}, QStringLiteral("webp")};
     ByteWriter out(ByteOrder::Intel);

@@ -35,7 +35,7 @@ QByteArray namespaceDeclarations(const std::vector<XmpProperty> &properties)
 
 } // namespace
 
-XmpPacket buildXmp(const XmpSpec &recipe)
+XmpPacket buildXmp(const XmpShape &recipe)
 {
     XmpPacket packet;
     QByteArray &out = packet.bytes;
@@ -81,7 +81,7 @@ void placeXmp(MediaOffsets &offsets, quint32 packetStart, const XmpPacket &packe
         offsets.xmpValues[name] = packetStart + offset;
 }
 
-MediaFile buildXmpSidecar(const XmpSpec &recipe)
+MediaFile buildXmpSidecar(const XmpShape &recipe)
 {
     const XmpPacket packet = buildXmp(recipe);
     MediaFile file{packet.bytes, {}, QStringLiteral("xmp")};

@@ -24,7 +24,7 @@ enum class XmpForm {
     Elements,   // <exif:DateTimeOriginal>...</exif:DateTimeOriginal>
 };
 
-struct XmpSpec
+struct XmpShape
 {
     std::vector<XmpProperty> properties{}; // written in this order
     XmpForm form = XmpForm::Attributes;
@@ -41,12 +41,12 @@ struct XmpPacket
     static XmpPacket raw(QByteArray bytes) { return {std::move(bytes), {}}; }
 };
 
-XmpPacket buildXmp(const XmpSpec &recipe);
+XmpPacket buildXmp(const XmpShape &recipe);
 
 // Records a packet placed at the absolute offset packetStart: xmpPacket and every xmpValues entry.
 void placeXmp(MediaOffsets &offsets, quint32 packetStart, const XmpPacket &packet);
 
 // A standalone .xmp sidecar file holding the packet.
-MediaFile buildXmpSidecar(const XmpSpec &recipe);
+MediaFile buildXmpSidecar(const XmpShape &recipe);
 
 } // namespace orv::test

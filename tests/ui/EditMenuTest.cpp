@@ -198,7 +198,7 @@ TEST_F(EditMenuTest, UndoingAFolderOffsetShowsThatFolderAgain)
 {
     QDir(dir.path()).mkdir(QStringLiteral("one"));
     QDir(dir.path()).mkdir(QStringLiteral("two"));
-    TiffSpec tags;
+    TiffShape tags;
     tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
     buildJpeg({.exif = tags}).write(dir.filePath(QStringLiteral("one")), QStringLiteral("a"));
     buildJpeg({.exif = tags}).write(dir.filePath(QStringLiteral("two")), QStringLiteral("b"));

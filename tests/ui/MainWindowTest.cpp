@@ -152,7 +152,7 @@ TEST_F(MainWindowTest, EmptyDateTagsAreAskedAboutOnceAndTakeTheChosenDates)
     prefs.setDate(QStringLiteral("prefFixDateDate"), Instant::fromUtc(2024, 7, 1, 8));
     prefs.setInteger(QStringLiteral("prefFixDateStepValue"), 10);
     prefs.setInteger(QStringLiteral("prefFixDateStepperKind"), 1);
-    TiffSpec blank;
+    TiffShape blank;
     blank.dateTimeOriginal = Stamp::blank();
     for (const char *name : {"a", "b"})
         buildJpeg({.exif = blank}).write(dir.path(), QLatin1String(name));
@@ -191,7 +191,7 @@ TEST_F(MainWindowTest, StopDropsTheFoldersStillWaiting)
 {
     QDir(dir.path()).mkdir(QStringLiteral("a-first"));
     QDir(dir.path()).mkdir(QStringLiteral("b-waiting"));
-    TiffSpec blank;
+    TiffShape blank;
     blank.dateTimeOriginal = Stamp::blank();
     buildJpeg({.exif = blank}).write(dir.filePath(QStringLiteral("a-first")), QStringLiteral("a"));
     buildJpeg({}).write(dir.filePath(QStringLiteral("b-waiting")), QStringLiteral("b"));

@@ -35,7 +35,7 @@ protected:
     // A JPEG whose EXIF original date holds the given stamp; without one it has no date tags.
     QString writeJpeg(const QString &baseName, const char *originalStamp = nullptr)
     {
-        TiffSpec tags;
+        TiffShape tags;
         tags.make = QByteArray("Canon");
         tags.model = QByteArray("Canon EOS R6");
         if (originalStamp)
