@@ -10,7 +10,7 @@ while [ $# -gt 0 ]; do
   cmake_args+=("$1"); shift
 done
 if [ ! -f "$dir/build.ninja" ]; then
-  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "${cmake_args[@]}"
+  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Release "${cmake_args[@]}"
 fi
 if [ ${#targets[@]} -gt 0 ]; then
   cmake --build "$dir" --target "${targets[@]}"

@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang (installed with the other build tools when missing) and runs each
-# for a while, seeded with the corpus files of its container.
-#   scripts/fuzz.sh [SECONDS_PER_TARGET] [BUILD_DIR]     (defaults: 10, build-fuzz)
+# for a while, seeded with the corpus files of its container. The tree is the sanitized one that
+# scripts/test.sh also builds the byte-level suites in, so the model is compiled once for both.
+#   scripts/fuzz.sh [SECONDS_PER_TARGET] [BUILD_DIR]     (defaults: 10, build-sanitize)
 # A crash leaves its input as crash-* in the working directory and fails the script.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 seconds=${1:-10}
-dir=${2:-$root/build-fuzz}
+dir=${2:-$root/build-sanitize}
 corpus=${ORV_CORPUS_DIR:-$root/../shared/corpus}
 
 "$root/scripts/deps.sh"
 if [ ! -f "$dir/build.ninja" ]; then
-  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DORV_FUZZ=ON -DORV_WITH_UI=OFF
 fi
 cmake --build "$dir" --target fuzzers
