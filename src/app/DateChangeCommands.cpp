@@ -4,6 +4,7 @@
 #include "folders/MySingleFolder.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace orv {
 
@@ -21,15 +22,20 @@ QList<MySingleFolder *> distinctFolders(const QList<Change> &changes, FolderOf f
     return folders;
 }
 
-// Two changes of the same targets in the same order, from the same repeated gesture.
+// Takes the next step of the same repeated gesture (the same targets in the same order) into
+// mine: its "after" values replace mine. Returns nullopt when next is another gesture, else
+// whether the merged step now changes nothing.
 template <typename Change, typename Target>
-bool continuesGesture(const QList<Change> &mine, const QString &myKey, const QList<Change> &theirs,
-                      const QString &theirKey, Target target)
+std::optional<bool> mergeGestureStep(QList<Change> &mine, const QString &myKey, const QList<Change> &next,
+                                     const QString &nextKey, Target target)
 {
-    if (myKey.isEmpty() || myKey != theirKey || mine.size() != theirs.size())
-        return false;
-    return std::equal(mine.cbegin(), mine.cend(), theirs.cbegin(),
-                      [&target](const Change &a, const Change &b) { return target(a) == target(b); });
+    if (myKey.isEmpty() || myKey != nextKey || mine.size() != next.size()
+        || !std::equal(mine.cbegin(), mine.cend(), next.cbegin(),
+                       [&target](const Change &a, const Change &b) { return target(a) == target(b); }))
+        return std::nullopt;
+    for (qsizetype i = 0; i < mine.size(); ++i)
+        mine[i].after = next[i].after;
+    return std::all_of(mine.cbegin(), mine.cend(), [](const Change &c) { return c.before == c.after; });
 }
 
 } // namespace
@@ -82,14 +88,11 @@ void FolderOffsetCommand::apply(bool forward)
 bool FolderOffsetCommand::mergeWith(const QUndoCommand *other)
 {
     const auto &next = static_cast<const FolderOffsetCommand &>(*other);
-    if (!continuesGesture(m_changes, m_mergeKey, next.m_changes, next.m_mergeKey,
-                          [](const Change &c) { return c.folder; }))
-        return false;
-    for (qsizetype i = 0; i < m_changes.size(); ++i)
-        m_changes[i].after = next.m_changes[i].after;
-    setObsolete(std::all_of(m_changes.cbegin(), m_changes.cend(),
-                            [](const Change &c) { return c.before == c.after; }));
-    return true;
+    const std::optional<bool> unchanged = mergeGestureStep(m_changes, m_mergeKey, next.m_changes, next.m_mergeKey,
+                                                           [](const Change &c) { return c.folder; });
+    if (unchanged)
+        setObsolete(*unchanged);
+    return unchanged.has_value();
 }
 
 std::unique_ptr<DateChangeCommand> FolderOffsetCommand::withoutFolder(const MySingleFolder *folder) const
@@ -128,14 +131,11 @@ void PicOffsetCommand::apply(bool forward)
 bool PicOffsetCommand::mergeWith(const QUndoCommand *other)
 {
     const auto &next = static_cast<const PicOffsetCommand &>(*other);
-    if (!continuesGesture(m_changes, m_mergeKey, next.m_changes, next.m_mergeKey,
-                          [](const Change &c) { return c.pic; }))
-        return false;
-    for (qsizetype i = 0; i < m_changes.size(); ++i)
-        m_changes[i].after = next.m_changes[i].after;
-    setObsolete(std::all_of(m_changes.cbegin(), m_changes.cend(),
-                            [](const Change &c) { return c.before == c.after; }));
-    return true;
+    const std::optional<bool> unchanged = mergeGestureStep(m_changes, m_mergeKey, next.m_changes, next.m_mergeKey,
+                                                           [](const Change &c) { return c.pic; });
+    if (unchanged)
+        setObsolete(*unchanged);
+    return unchanged.has_value();
 }
 
 std::unique_ptr<DateChangeCommand> PicOffsetCommand::withoutFolder(const MySingleFolder *folder) const

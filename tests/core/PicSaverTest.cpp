@@ -32,14 +32,9 @@ constexpr double oneHour = 3600.0;
 // same day in UTC, so that an hour later its date turns.
 TiffShape cameraTags()
 {
-    TiffShape tags;
-    tags.dateTimeOriginal = Stamp::text("2024:05:01 23:30:00");
-    tags.dateTimeDigitized = Stamp::text("2024:05:01 23:30:00");
-    tags.dateTime = Stamp::text("2024:05:01 23:30:00");
+    TiffShape tags = TiffShape::camera("2024:05:01 23:30:00");
     tags.offsetTimeOriginal = Stamp::text("+02:00");
-    tags.gps = GpsShape::at(48.137, 11.575);
-    tags.gps->timeStamp = RationalTriple{{{23, 1}, {10, 1}, {0, 1}}};
-    tags.gps->dateStamp = Stamp::text("2024:05:01");
+    tags.gps = GpsShape::fixAt(48.137, 11.575, "2024:05:01 23:10:00");
     return tags;
 }
 

@@ -204,9 +204,7 @@ TEST_F(PicScannerTest, StampsWithNulsInsideAreNoTags)
 TEST_F(PicScannerTest, GpsDateAndLocationFromTheTags)
 {
     TiffShape tags = withOriginal();
-    tags.gps = GpsShape::at(-33.8568, 151.2153);
-    tags.gps->timeStamp = RationalTriple{{{9, 1}, {58, 1}, {30, 1}}};
-    tags.gps->dateStamp = Stamp::text("2024:05:01");
+    tags.gps = GpsShape::fixAt(-33.8568, 151.2153, "2024:05:01 09:58:30");
     const auto pic = scan(buildJpeg({.exif = tags}));
     ASSERT_TRUE(pic && pic->gpsLat && pic->gpsLong);
     EXPECT_NEAR(*pic->gpsLat, -33.8568, 1e-4);

@@ -19,14 +19,10 @@ constexpr double oneHour = 3600.0;
 
 TiffShape cameraTags()
 {
-    TiffShape tags;
+    TiffShape tags = TiffShape::camera("2024:05:01 10:00:00");
     tags.dateTime = Stamp::text("2024:05:01 10:00:05");
-    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
-    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
     tags.offsetTimeOriginal = Stamp::text("+02:00");
-    tags.gps = GpsShape::at(48.2, 16.4);
-    tags.gps->timeStamp = RationalTriple{{{8, 1}, {0, 1}, {0, 1}}};
-    tags.gps->dateStamp = Stamp::text("2024:05:01");
+    tags.gps = GpsShape::fixAt(48.2, 16.4, "2024:05:01 08:00:00");
     return tags;
 }
 

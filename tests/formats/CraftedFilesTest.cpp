@@ -129,11 +129,9 @@ TEST_P(CraftedFile, NestedJpegDateIsReadInEitherByteOrder)
 // Every tag a date or place lives in, so that a walk that depends on tag order loses one.
 TiffShape everyDateTag(ByteOrder order, bool descending)
 {
-    GpsShape gps = GpsShape::at(48.8566, -2.3522);
+    GpsShape gps = GpsShape::fixAt(48.8566, -2.3522, "2024:05:01 08:00:00");
     gps.altitudeRef = 0;
     gps.altitude = Rational{35, 1};
-    gps.timeStamp = RationalTriple{Rational{8, 1}, Rational{0, 1}, Rational{0, 1}};
-    gps.dateStamp = Stamp::text("2024:05:01");
     gps.hPositioningError = Rational{5, 1};
     return {.order = order,
             .dateTime = Stamp::text("2024:05:01 10:00:02"),

@@ -2,6 +2,7 @@
 
 #include "support/TiffLayout.h"
 
+#include <QList>
 #include <algorithm>
 #include <cmath>
 
@@ -233,6 +234,26 @@ GpsShape GpsShape::at(double latitude, double longitude)
     gps.longitudeRef = Stamp::text(longitude < 0 ? "W" : "E");
     gps.longitude = degreesMinutesSeconds(longitude);
     return gps;
+}
+
+GpsShape GpsShape::fixAt(double latitude, double longitude, const char *utcStamp)
+{
+    GpsShape gps = at(latitude, longitude);
+    const QList<QByteArray> dateAndTime = QByteArray(utcStamp).split(' ');
+    const QList<QByteArray> hms = dateAndTime.value(1).split(':');
+    gps.timeStamp = RationalTriple{
+        {{hms.value(0).toUInt(), 1}, {hms.value(1).toUInt(), 1}, {hms.value(2).toUInt(), 1}}};
+    gps.dateStamp = Stamp::text(dateAndTime.value(0));
+    return gps;
+}
+
+TiffShape TiffShape::camera(const char *stamp)
+{
+    TiffShape tags;
+    tags.dateTimeOriginal = Stamp::text(stamp);
+    tags.dateTimeDigitized = Stamp::text(stamp);
+    tags.dateTime = Stamp::text(stamp);
+    return tags;
 }
 
 MediaFile buildExifBlock(const TiffShape &recipe, quint32 fileOffset)

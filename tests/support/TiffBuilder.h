@@ -52,6 +52,8 @@ struct GpsShape
 
     // Both refs and coordinates of a signed position.
     static GpsShape at(double latitude, double longitude);
+    // A position with the UTC time and date stamps of its fix, "2024:05:01 23:10:00".
+    static GpsShape fixAt(double latitude, double longitude, const char *utcStamp);
 };
 
 // Where the five Exif date and offset tags (36867, 36868, 36880-36882) stand.
@@ -85,6 +87,9 @@ struct TiffShape
     std::optional<GpsShape> gps{};
     std::optional<XmpPacket> xmp{};           // IFD0 700
     std::optional<QByteArray> embeddedJpeg{}; // IFD0 46: a whole JPEG, e.g. buildJpeg(...).bytes
+
+    // A camera's three date tags (original, digitized, modified) at one stamp.
+    static TiffShape camera(const char *stamp);
 };
 
 // A bare TIFF block, to be embedded at fileOffset of a container (offsets are reported as if
