@@ -75,8 +75,15 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == &m_view) {
         switch (event->type()) {
-        case QEvent::KeyPress:
-            return liveMoveKey(*static_cast<QKeyEvent *>(event));
+        case QEvent::KeyPress: {
+            const auto *key = static_cast<QKeyEvent *>(event);
+            if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !m_view.selection().target()
+                && canMoveDatesOf(m_view.strip().picSelection())) {
+                openPopover(m_view.strip().picSelection());
+                return true;
+            }
+            return liveMoveKey(*key);
+        }
         case QEvent::KeyRelease: {
             const int key = static_cast<QKeyEvent *>(event)->key();
             if (key == Qt::Key_Control || key == Qt::Key_Alt)
@@ -120,10 +127,7 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
         MySinglePic *pic = m_view.picAtPoint(mouse->position());
         if (!canMoveDatesOf(pic) || pic != m_view.strip().picSelection())
             break;
-        auto *popover = new TimelineDatePopover(m_changes, dragOfSelection(pic), &m_view);
-        popover->move(m_view.viewport()->mapToGlobal(
-            m_view.thumbRectInViewport(m_view.strip().indexOf(pic)).bottomLeft().toPoint()));
-        popover->show();
+        openPopover(pic);
         return true;
     }
     case QEvent::Resize:
@@ -160,6 +164,14 @@ TimelineDrag TimelineDragHandler::dragOfSelection(MySinglePic *pressed) const
     }
     MySinglePic *main = strip.picSelection() ? strip.picSelection() : pressed;
     return TimelineDrag::of(strip.theSource(), main, multi, raised);
+}
+
+void TimelineDragHandler::openPopover(MySinglePic *pic)
+{
+    auto *popover = new TimelineDatePopover(m_changes, dragOfSelection(pic), &m_view);
+    popover->move(
+        m_view.viewport()->mapToGlobal(m_view.thumbRectInViewport(m_view.strip().indexOf(pic)).bottomLeft().toPoint()));
+    popover->show();
 }
 
 void TimelineDragHandler::beginDrag()

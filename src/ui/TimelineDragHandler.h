@@ -20,7 +20,7 @@ class PaintOverlay;
 // pointer has gone 5 points, starts a date move: the place under the pointer is found by the
 // neighbour tests, the strip scrolls near its edges, a preview of the place is worked out after
 // 0.05 seconds of calm, and the release drops through the date change owner. The view itself
-// still selects on the press; a double click on the selected item opens the date popover.
+// selects on the press; a double click on the selected item or Return opens the date popover.
 //
 // The keyboard live move: with Ctrl and Alt held (Control and Option), Left and Right move the
 // selection past the next items, with Meta as well into the next gap; letting go of Ctrl or Alt
@@ -47,6 +47,8 @@ private:
     bool canMoveDatesOf(const MySinglePic *pic) const;
     // The selection of the strip as a drag of its main item (the pressed one without a selection).
     TimelineDrag dragOfSelection(MySinglePic *pressed) const;
+    // The date popover on the selected item: a double click on it, or Return.
+    void openPopover(MySinglePic *pic);
     void beginDrag();
     void updatePlace();
     void endDrag(bool drop);

@@ -96,6 +96,10 @@ MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
     m_splitter->addWidget(view);
     m_views.append(view);
     connect(view, &MyTimelineView::visibleRangeChanged, &m_thumbsTimer, qOverload<>(&QTimer::start));
+    connect(view, &MyTimelineView::folderChosen, this, &TimelinePane::folderChosen);
+    connect(view, &MyTimelineView::filesDropped, this, [this, view](const QMimeData *mime, Qt::KeyboardModifiers keys) {
+        Q_EMIT filesDropped(mime, keys, view->strip().isShelf());
+    });
     connect(view, &MyTimelineView::picSelectionChanged, this, [this, view](MySinglePic *pic) {
         if (view == m_mainView)
             Q_EMIT picSelected(pic);
