@@ -515,8 +515,19 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 
 void MainWindow::connectTimeline()
 {
-    new TimelineDragHandler(m_timeline->mainView(), m_controller->dateChanges(),
-                            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
+    const auto handleDrags = [this](MyTimelineView *view) {
+        auto *handler = new TimelineDragHandler(
+            *view, m_controller->dateChanges(), m_controller->uManager(),
+            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
+        connect(handler, &TimelineDragHandler::outerEdgeStateChanged, this, [this](const QString &text) {
+            if (text.isEmpty())
+                statusBar()->clearMessage();
+            else
+                statusBar()->showMessage(text);
+        });
+    };
+    handleDrags(&m_timeline->mainView());
+    connect(m_timeline, &TimelinePane::viewAdded, this, handleDrags);
     m_sortedPics->setAcceptedPics([](const MySinglePic &pic) { return pic.indexInSource_filtered >= 0; });
     connect(m_timeline, &TimelinePane::filteredSourceChanged, this, [this] {
         m_sortedPics->refilter();

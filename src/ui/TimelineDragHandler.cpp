@@ -46,6 +46,16 @@ namespace {
 constexpr double dragThreshold = 5.0;
 constexpr double scrollZone = 50.0;
 
+// The outer-edge gaps are whole seconds, minutes or hours.
+QString gapText(double seconds)
+{
+    if (seconds < 60)
+        return TimelineDragHandler::tr("%1 s").arg(seconds);
+    if (seconds < 3600)
+        return TimelineDragHandler::tr("%1 min").arg(seconds / 60);
+    return TimelineDragHandler::tr("%1 h").arg(seconds / 3600);
+}
+
 bool samePlace(const DropPlace &a, const DropPlace &b)
 {
     return a.index == b.index && a.type == b.type;
@@ -53,8 +63,9 @@ bool samePlace(const DropPlace &a, const DropPlace &b)
 
 } // namespace
 
-TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap)
-    : QObject(&view), m_view(view), m_changes(changes), m_outerEdgeGap(outerEdgeGap),
+TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack,
+                                         double outerEdgeGap)
+    : QObject(&view), m_view(view), m_changes(changes), m_stack(stack), m_outerEdgeGap(outerEdgeGap),
       m_liveMove(changes, outerEdgeGap)
 {
     m_previewTimer.setSingleShot(true);
@@ -184,6 +195,21 @@ void TimelineDragHandler::beginDrag()
     m_marker->show();
 }
 
+MyTimelineView *TimelineDragHandler::otherStripAt(QPointF viewportPoint) const
+{
+    const QWidget *box = m_view.parentWidget();
+    if (!box || m_view.viewport()->rect().contains(viewportPoint.toPoint()))
+        return nullptr;
+    const QPoint global = m_view.viewport()->mapToGlobal(viewportPoint.toPoint());
+    for (MyTimelineView *other : box->findChildren<MyTimelineView *>(Qt::FindDirectChildrenOnly)) {
+        if (other == &m_view || !(other->strip().isShelf() || m_view.strip().isShelf()))
+            continue;
+        if (other->viewport()->rect().contains(other->viewport()->mapFromGlobal(global)))
+            return other;
+    }
+    return nullptr;
+}
+
 void TimelineDragHandler::updatePlace()
 {
     const TimelineGeometry &geometry = m_view.strip().geometry();
@@ -192,6 +218,7 @@ void TimelineDragHandler::updatePlace()
                                .margin = geometry.theThumbMargin(),
                                .raisedTop = geometry.thumbRect(0, true).top(),
                                .loweredTop = geometry.thumbRect(0, false).top()};
+    m_stripTarget = otherStripAt(m_pointer);
     const bool inside = m_view.viewport()->rect().contains(m_pointer.toPoint());
     const DropHit hit = inside ? dropHitAt(metrics, m_source, m_drag, m_view.contentX(m_pointer.x()), m_pointer.y())
                                : DropHit{};
@@ -202,6 +229,9 @@ void TimelineDragHandler::updatePlace()
                                 ? findDropPlace(m_source, m_drag, hit.index, hit.zone, spreading, hit.onlyIfDoubleHeight)
                                 : DropPlace{};
     if (!samePlace(place, m_place)) {
+        if (place.atOuterEdge != m_place.atOuterEdge)
+            Q_EMIT outerEdgeStateChanged(
+                place.atOuterEdge ? tr("Beyond the end: %1 from the nearest item").arg(gapText(m_outerEdgeGap)) : QString());
         m_place = place;
         if (m_place.isValid())
             m_previewTimer.start();
@@ -249,8 +279,13 @@ void TimelineDragHandler::endDrag(bool drop)
     const TimelineDrop timelineDrop(m_source, m_drag, m_outerEdgeGap);
     timelineDrop.endPreview();
     const DropPlace place = std::exchange(m_place, DropPlace{});
+    if (place.atOuterEdge)
+        Q_EMIT outerEdgeStateChanged(QString());
+    MyTimelineView *stripTarget = std::exchange(m_stripTarget, nullptr);
     m_dragging = false;
-    if (drop && place.isValid())
+    if (drop && stripTarget)
+        m_view.controller().moveSelectionFromOrigin(m_view.strip(), stripTarget->strip().isShelf(), m_stack);
+    else if (drop && place.isValid())
         timelineDrop.perform(m_changes, place);
     m_marker->hide();
 }

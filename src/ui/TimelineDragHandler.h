@@ -9,6 +9,7 @@
 
 class QKeyEvent;
 class QPainter;
+class QUndoStack;
 
 namespace orv {
 
@@ -29,7 +30,9 @@ class TimelineDragHandler : public QObject
 {
     Q_OBJECT
 public:
-    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap);
+    // A drop changes dates through the owner; a drag onto a shelf strip (or from it) moves the
+    // selection between strips through their controller, one step on the stack.
+    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack, double outerEdgeGap);
 
     bool isDragging() const { return m_dragging; }
     const DropPlace &place() const { return m_place; }
@@ -38,6 +41,9 @@ Q_SIGNALS:
     // The moving items carry their temporary dates; the order is the surroundings of the place.
     void thumbDragUpdated(const orv::DropPreview &preview);
     void thumbDragWillEnd();
+    // The place went beyond the first or last item, where the outer-edge gap sets the date (the
+    // text tells it), or came back (an empty text).
+    void outerEdgeStateChanged(const QString &text);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -50,6 +56,9 @@ private:
     // The date popover on the selected item: a double click on it, or Return.
     void openPopover(MySinglePic *pic);
     void beginDrag();
+    // The strip beside this one under the pointer that a drag moves the selection to: the shelf,
+    // or any other strip from the shelf (selectionMoveType 1).
+    MyTimelineView *otherStripAt(QPointF viewportPoint) const;
     void updatePlace();
     void endDrag(bool drop);
     void autoscroll();
@@ -60,7 +69,9 @@ private:
 
     MyTimelineView &m_view;
     DateChanges &m_changes;
+    QUndoStack &m_stack;
     double m_outerEdgeGap;
+    MyTimelineView *m_stripTarget = nullptr;
     QPointF m_pressPoint, m_pointer;
     Qt::KeyboardModifiers m_modifiers;
     MySinglePic *m_pressed = nullptr;

@@ -118,6 +118,7 @@ MyTimelineView *TimelinePane::addTimelineForMode(int splitMode)
     MyTimelineView *view = addView(*strip);
     for (MyTimelineView *each : std::as_const(m_views))
         each->sourceChanged(); // a second strip changes the sizes of all
+    Q_EMIT viewAdded(view);
     return view;
 }
 

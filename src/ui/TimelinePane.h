@@ -59,6 +59,8 @@ Q_SIGNALS:
     void picSelected(orv::MySinglePic *pic);
     // The filtered source changed: views over it refresh.
     void filteredSourceChanged();
+    // A mirror or shelf strip came on screen.
+    void viewAdded(orv::MyTimelineView *view);
     // A strip chose an item of a folder that is not raised: select the folder (or add it).
     void folderChosen(orv::MySinglePic *pic, bool adding);
     // Files from outside dropped on a strip; toShelf when that strip is a shelf.

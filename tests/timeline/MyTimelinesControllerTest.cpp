@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QUndoStack>
 
 #include <gtest/gtest.h>
 
@@ -116,6 +117,15 @@ TEST_F(ControllerFixture, MirrorShelfAndSelectionModes)
     EXPECT_EQ(main().theSource().size(), 3);
     EXPECT_EQ(shelf->picSelection(), pics[1]);
     EXPECT_EQ(controller.source().filteredImagesCount(), 0);
+    // Back from the shelf by a drag: one undo step, which puts it on the shelf again.
+    QUndoStack stack;
+    shelf->setMultiSelection({pics[3]}, pics[3]);
+    controller.moveSelectionFromOrigin(*shelf, false, stack);
+    EXPECT_EQ(shelf->theSource(), QList<MySinglePic *>({pics[1]}));
+    EXPECT_EQ(main().picSelection(), pics[3]);
+    stack.undo();
+    EXPECT_EQ(shelf->theSource(), QList<MySinglePic *>({pics[1], pics[3]}));
+    EXPECT_EQ(shelf->picSelection(), pics[3]);
     controller.removeLastTimeline();
     EXPECT_EQ(main().theSource().size(), 5);
 }
