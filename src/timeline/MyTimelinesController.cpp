@@ -138,6 +138,15 @@ private:
 
 } // namespace
 
+void MyTimelinesController::getSelectionFromOrigin(const TimelineStrip &origin, TimelineStrip &target)
+{
+    if (m_selectionsMode == SharedSelection)
+        return;
+    target.setMultiSelection(origin.multiSelection(), origin.picSelection());
+    selectionChangedIn(target);
+    Q_EMIT selectionsChanged();
+}
+
 void MyTimelinesController::moveSelectionFromOrigin(TimelineStrip &origin, bool toShelf, QUndoStack &stack)
 {
     if (!isShelfed() || origin.multiSelection().isEmpty())

@@ -59,6 +59,9 @@ public:
     void enforceSelectionExclusivityFor(TimelineStrip &keeper);
     // Moves the selection of a strip to the shelf (or from the shelf back to the main strip).
     void addSelectionFrom(TimelineStrip &origin, bool toShelf);
+    // A drag from one strip to another: the target strip takes the origin's selection (nothing
+    // to do while the strips share one).
+    void getSelectionFromOrigin(const TimelineStrip &origin, TimelineStrip &target);
     // The same move as one step on the undo stack given (a drag between strips).
     void moveSelectionFromOrigin(TimelineStrip &origin, bool toShelf, QUndoStack &stack);
     // These items go to the shelf or back to the main strip, and stand selected there; items no

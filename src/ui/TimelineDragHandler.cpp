@@ -202,7 +202,7 @@ MyTimelineView *TimelineDragHandler::otherStripAt(QPointF viewportPoint) const
         return nullptr;
     const QPoint global = m_view.viewport()->mapToGlobal(viewportPoint.toPoint());
     for (MyTimelineView *other : box->findChildren<MyTimelineView *>(Qt::FindDirectChildrenOnly)) {
-        if (other == &m_view || !(other->strip().isShelf() || m_view.strip().isShelf()))
+        if (other == &m_view)
             continue;
         if (other->viewport()->rect().contains(other->viewport()->mapFromGlobal(global)))
             return other;
@@ -283,8 +283,10 @@ void TimelineDragHandler::endDrag(bool drop)
         Q_EMIT outerEdgeStateChanged(QString());
     MyTimelineView *stripTarget = std::exchange(m_stripTarget, nullptr);
     m_dragging = false;
-    if (drop && stripTarget)
+    if (drop && stripTarget && (stripTarget->strip().isShelf() || m_view.strip().isShelf()))
         m_view.controller().moveSelectionFromOrigin(m_view.strip(), stripTarget->strip().isShelf(), m_stack);
+    else if (drop && stripTarget)
+        m_view.controller().getSelectionFromOrigin(m_view.strip(), stripTarget->strip());
     else if (drop && place.isValid())
         timelineDrop.perform(m_changes, place);
     m_marker->hide();

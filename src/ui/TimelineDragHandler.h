@@ -56,8 +56,9 @@ private:
     // The date popover on the selected item: a double click on it, or Return.
     void openPopover(MySinglePic *pic);
     void beginDrag();
-    // The strip beside this one under the pointer that a drag moves the selection to: the shelf,
-    // or any other strip from the shelf (selectionMoveType 1).
+    // The strip beside this one under the pointer, where a drag takes the selection instead of
+    // moving dates (selectionMoveType 1): onto or off the shelf it moves the items, onto a mirror
+    // the selection is copied.
     MyTimelineView *otherStripAt(QPointF viewportPoint) const;
     void updatePlace();
     void endDrag(bool drop);

@@ -101,6 +101,9 @@ TEST_F(ControllerFixture, MirrorShelfAndSelectionModes)
     mirror->setPicSelection(pics[1]);
     controller.selectionChangedIn(*mirror);
     EXPECT_EQ(main().picSelection(), pics[0]); // own selections
+    controller.getSelectionFromOrigin(main(), *mirror); // a drag onto the mirror
+    EXPECT_EQ(mirror->picSelection(), pics[0]);
+    mirror->setPicSelection(pics[1]);
 
     controller.setSelectionsMode(MyTimelinesController::SharedSelection, mirror);
     EXPECT_EQ(main().picSelection(), pics[1]);
