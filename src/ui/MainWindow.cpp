@@ -516,9 +516,10 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 void MainWindow::connectTimeline()
 {
     const auto handleDrags = [this](MyTimelineView *view) {
-        auto *handler = new TimelineDragHandler(
-            *view, m_controller->dateChanges(), m_controller->uManager(),
-            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
+        auto *handler = new TimelineDragHandler(*view, m_controller->dateChanges(), m_controller->uManager(),
+                                                m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges")));
+        connect(handler, &TimelineDragHandler::dragGapOuterEdgesChanged, this,
+                [this](qint64 index) { m_prefs.setInteger(QStringLiteral("dragGapOuterEdges"), index); });
         connect(handler, &TimelineDragHandler::outerEdgeStateChanged, this, [this](const QString &text) {
             if (text.isEmpty())
                 statusBar()->clearMessage();

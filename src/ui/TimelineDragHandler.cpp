@@ -14,6 +14,7 @@
 #include <QPolygonF>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <utility>
@@ -64,14 +65,14 @@ bool samePlace(const DropPlace &a, const DropPlace &b)
 } // namespace
 
 TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack,
-                                         double outerEdgeGap)
-    : QObject(&view), m_view(view), m_changes(changes), m_stack(stack), m_outerEdgeGap(outerEdgeGap),
-      m_liveMove(changes, outerEdgeGap)
+                                         qint64 dragGapOuterEdges)
+    : QObject(&view), m_view(view), m_changes(changes), m_stack(stack), m_outerEdgeIndex(dragGapOuterEdges),
+      m_liveMove(changes, dragGapOuterEdgesSeconds(dragGapOuterEdges))
 {
     m_previewTimer.setSingleShot(true);
     m_previewTimer.setInterval(50);
     connect(&m_previewTimer, &QTimer::timeout, this, [this] {
-        const TimelineDrop drop(m_source, m_drag, m_outerEdgeGap);
+        const TimelineDrop drop(m_source, m_drag, outerEdgeGap());
         Q_EMIT thumbDragUpdated(drop.preview(m_place, m_view.controller().source(), m_view.visibleThumbsRange().count));
     });
     m_scrollTimer.setInterval(20);
@@ -88,6 +89,10 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
         switch (event->type()) {
         case QEvent::KeyPress: {
             const auto *key = static_cast<QKeyEvent *>(event);
+            if (m_dragging && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+                modifyDragGapOuterEdges(key->key() == Qt::Key_Up ? 1 : -1);
+                return true;
+            }
             if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !m_view.selection().target()
                 && canMoveDatesOf(m_view.strip().picSelection())) {
                 openPopover(m_view.strip().picSelection());
@@ -195,6 +200,25 @@ void TimelineDragHandler::beginDrag()
     m_marker->show();
 }
 
+QString TimelineDragHandler::outerEdgeText() const
+{
+    return tr("Beyond the end: %1 from the nearest item").arg(gapText(outerEdgeGap()));
+}
+
+void TimelineDragHandler::modifyDragGapOuterEdges(int step)
+{
+    const qint64 index = std::clamp<qint64>(m_outerEdgeIndex + step, 0, dragGapOuterEdgesCount - 1);
+    if (index == m_outerEdgeIndex)
+        return;
+    m_outerEdgeIndex = index;
+    m_liveMove.setOuterEdgeGap(outerEdgeGap());
+    if (m_place.atOuterEdge) {
+        Q_EMIT outerEdgeStateChanged(outerEdgeText());
+        m_previewTimer.start();
+    }
+    Q_EMIT dragGapOuterEdgesChanged(index);
+}
+
 MyTimelineView *TimelineDragHandler::otherStripAt(QPointF viewportPoint) const
 {
     const QWidget *box = m_view.parentWidget();
@@ -230,8 +254,7 @@ void TimelineDragHandler::updatePlace()
                                 : DropPlace{};
     if (!samePlace(place, m_place)) {
         if (place.atOuterEdge != m_place.atOuterEdge)
-            Q_EMIT outerEdgeStateChanged(
-                place.atOuterEdge ? tr("Beyond the end: %1 from the nearest item").arg(gapText(m_outerEdgeGap)) : QString());
+            Q_EMIT outerEdgeStateChanged(place.atOuterEdge ? outerEdgeText() : QString());
         m_place = place;
         if (m_place.isValid())
             m_previewTimer.start();
@@ -276,7 +299,7 @@ void TimelineDragHandler::endDrag(bool drop)
     m_previewTimer.stop();
     m_scrollTimer.stop();
     Q_EMIT thumbDragWillEnd();
-    const TimelineDrop timelineDrop(m_source, m_drag, m_outerEdgeGap);
+    const TimelineDrop timelineDrop(m_source, m_drag, outerEdgeGap());
     timelineDrop.endPreview();
     const DropPlace place = std::exchange(m_place, DropPlace{});
     if (place.atOuterEdge)

@@ -32,7 +32,8 @@ class TimelineDragHandler : public QObject
 public:
     // A drop changes dates through the owner; a drag onto a shelf strip (or from it) moves the
     // selection between strips through their controller, one step on the stack.
-    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack, double outerEdgeGap);
+    // dragGapOuterEdges: the index of the outer-edge gap (dragGapOuterEdgesSeconds).
+    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack, qint64 dragGapOuterEdges);
 
     bool isDragging() const { return m_dragging; }
     const DropPlace &place() const { return m_place; }
@@ -44,6 +45,8 @@ Q_SIGNALS:
     // The place went beyond the first or last item, where the outer-edge gap sets the date (the
     // text tells it), or came back (an empty text).
     void outerEdgeStateChanged(const QString &text);
+    // Up or Down during a drag stepped the outer-edge gap to this index.
+    void dragGapOuterEdgesChanged(qint64 dragGapOuterEdges);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -55,6 +58,10 @@ private:
     TimelineDrag dragOfSelection(MySinglePic *pressed) const;
     // The date popover on the selected item: a double click on it, or Return.
     void openPopover(MySinglePic *pic);
+    double outerEdgeGap() const { return dragGapOuterEdgesSeconds(m_outerEdgeIndex); }
+    QString outerEdgeText() const;
+    // Up or Down while dragging: the next larger or smaller of the outer-edge gaps.
+    void modifyDragGapOuterEdges(int step);
     void beginDrag();
     // The strip beside this one under the pointer, where a drag takes the selection instead of
     // moving dates (selectionMoveType 1): onto or off the shelf it moves the items, onto a mirror
@@ -71,7 +78,7 @@ private:
     MyTimelineView &m_view;
     DateChanges &m_changes;
     QUndoStack &m_stack;
-    double m_outerEdgeGap;
+    qint64 m_outerEdgeIndex;
     MyTimelineView *m_stripTarget = nullptr;
     QPointF m_pressPoint, m_pointer;
     Qt::KeyboardModifiers m_modifiers;

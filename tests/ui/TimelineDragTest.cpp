@@ -50,7 +50,7 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     view.sourceChanged();
     QUndoStack stack;
     DateChanges changes(stack, DateChangeListener{});
-    TimelineDragHandler handler(view, changes, stack, 60);
+    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // Strip: E1, E2, L1, L2; L1 is raised.
     const QPoint from = view.thumbRectInViewport(2).center().toPoint();
@@ -67,8 +67,14 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     EXPECT_TRUE(handler.place().atOuterEdge);
     ASSERT_EQ(outerEdge.size(), 1);
     EXPECT_EQ(outerEdge[0][0].toString(), QStringLiteral("Beyond the end: 1 min from the nearest item"));
+    // Up during the drag takes the next larger gap.
+    QSignalSpy gapIndex(&handler, &TimelineDragHandler::dragGapOuterEdgesChanged);
+    QTest::keyClick(&view, Qt::Key_Up);
+    ASSERT_EQ(gapIndex.size(), 1);
+    EXPECT_EQ(gapIndex[0][0].toLongLong(), 5);
+    EXPECT_EQ(outerEdge.last()[0].toString(), QStringLiteral("Beyond the end: 5 min from the nearest item"));
     QTest::mouseMove(viewport, to);
-    EXPECT_EQ(outerEdge.size(), 2);
+    EXPECT_EQ(outerEdge.last()[0].toString(), QString());
     EXPECT_EQ(handler.place().type, DropType::RightHalf);
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
 
@@ -120,7 +126,7 @@ TEST(TimelineDragTest, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep
                             view.sourceChanged();
                         },
                                                   nullptr, nullptr});
-    TimelineDragHandler handler(view, changes, stack, 60);
+    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // The arrow alone goes up and down while Ctrl and Alt stay held.
     const auto left = [&view] {
@@ -164,7 +170,7 @@ TEST(TimelineDragTest, DraggingOntoTheShelfMovesTheSelectionThereAsOneUndoStep)
     view->sourceChanged();
     QUndoStack stack;
     DateChanges changes(stack, DateChangeListener{});
-    TimelineDragHandler handler(*view, changes, stack, 60);
+    TimelineDragHandler handler(*view, changes, stack, 4);
 
     QWidget *viewport = view->viewport();
     const QPoint from = view->thumbRectInViewport(1).center().toPoint();
