@@ -421,14 +421,17 @@ void MyTimelineView::mouseReleaseEvent(QMouseEvent *event)
 {
     m_rubberBand->hide();
     const Press press = std::exchange(m_press, Press{});
-    if (event->button() != Qt::LeftButton || press.moved)
+    if (event->button() != Qt::LeftButton)
         return;
+    if (press.moved) {
+        if (press.rectangle || press.sweep)
+            Q_EMIT picSelectionChanged(m_strip.picSelection());
+        return;
+    }
     if (press.label == 0) // the sticky label
-        scrollByDateChapter(event->modifiers() & Qt::AltModifier ? 1 : -1);
+        scrollByDateChapter(HeldKeys::fromModifiers(event->modifiers()).option ? 1 : -1);
     else if (press.label > 0 && press.label < m_lastLabels.size())
         scrollPicToFront(m_lastLabels.at(press.label).index);
-    if (press.rectangle || press.sweep)
-        Q_EMIT picSelectionChanged(m_strip.picSelection());
 }
 
 void MyTimelineView::mouseDoubleClickEvent(QMouseEvent *event)

@@ -161,6 +161,9 @@ TEST_F(TimelineSelectionTest, KeysStepThroughTheStripAndLabelsScrollByDateChapte
     QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::AltModifier, view.labelRectInViewport(0).center().toPoint());
     EXPECT_EQ(view.visibleThumbsRange().first, 5);
     EXPECT_EQ(selected(), items({3, 4, 5})) << "a label click selects nothing";
+    strip().picAt(7)->isUnsavedDueToTZC = true;
+    key(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(selected(), items({7})) << "the next item with an unsaved change";
 
     // Files from outside go to the window.
     QSignalSpy dropped(&view, &MyTimelineView::filesDropped);
