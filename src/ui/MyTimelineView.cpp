@@ -28,6 +28,9 @@ const QColor labelColor(225, 225, 225);
 const QColor markColor(120, 120, 125);
 // How far the pointer goes before a press becomes a sweep or a rectangle.
 constexpr double dragThreshold = 5.0;
+// The zone along each side where a drag scrolls the strip (scrollModifier), and each step.
+constexpr double autoscrollZone = 50.0;
+constexpr int autoscrollStep = 10;
 } // namespace
 
 MyTimelineView::MyTimelineView(MyTimelinesController &controller, TimelineStrip &strip, MyThumbsQueue &thumbs,
@@ -38,6 +41,21 @@ MyTimelineView::MyTimelineView(MyTimelinesController &controller, TimelineStrip 
     setFocusPolicy(Qt::StrongFocus);
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
+    m_autoscrollTimer.setInterval(20);
+    connect(&m_autoscrollTimer, &QTimer::timeout, this, [this] {
+        QScrollBar *bar = horizontalScrollBar();
+        const int before = bar->value();
+        bar->setValue(before + (m_autoscrollX > viewport()->width() / 2.0 ? autoscrollStep : -autoscrollStep));
+        if (bar->value() == before) {
+            m_autoscrollTimer.stop();
+            return;
+        }
+        if (m_press.rectangle)
+            updateRectangle(m_lastPointer);
+        else if (m_press.sweep)
+            sweepTo(m_lastPointer);
+        Q_EMIT autoscrolled();
+    });
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setFrameShape(QFrame::NoFrame);
@@ -152,6 +170,15 @@ void MyTimelineView::scrollByDateChapter(int direction)
         m_labels.dateChapterFrom(m_strip.geometrySource(), visibleThumbsRange().first, m_mode, direction);
     if (chapter >= 0)
         scrollPicToFront(chapter);
+}
+
+void MyTimelineView::autoscrollNear(double x)
+{
+    m_autoscrollX = x;
+    if (x >= autoscrollZone && x <= viewport()->width() - autoscrollZone)
+        m_autoscrollTimer.stop();
+    else if (!m_autoscrollTimer.isActive())
+        m_autoscrollTimer.start();
 }
 
 void MyTimelineView::thumbReady(quint32 sessionUniqueId)
@@ -384,6 +411,8 @@ void MyTimelineView::mouseMoveEvent(QMouseEvent *event)
     else if (m_press.sweep)
         sweepTo(pointer);
     m_lastPointer = pointer;
+    if (m_press.rectangle || m_press.sweep)
+        autoscrollNear(pointer.x());
 }
 
 void MyTimelineView::updateRectangle(QPointF pointer)
@@ -420,6 +449,7 @@ void MyTimelineView::sweepTo(QPointF pointer)
 void MyTimelineView::mouseReleaseEvent(QMouseEvent *event)
 {
     m_rubberBand->hide();
+    stopAutoscroll();
     const Press press = std::exchange(m_press, Press{});
     if (event->button() != Qt::LeftButton)
         return;

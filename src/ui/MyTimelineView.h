@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QMimeData>
 #include <QPixmap>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -79,6 +80,11 @@ public:
     void scrollPicToFront(qsizetype index);
     // From the first visible item to the start of the next (1) or previous (-1) date chapter.
     void scrollByDateChapter(int direction);
+    // While a drag, sweep or rectangle holds the pointer within 50 points of a side, the strip
+    // scrolls that way every 0.02 seconds, telling autoscrolled(), until the pointer leaves the
+    // zone, the end is reached or stopAutoscroll().
+    void autoscrollNear(double viewportX);
+    void stopAutoscroll() { m_autoscrollTimer.stop(); }
 
     // Draws the visible part onto any painter: the widget's own paint, and the benchmarks.
     void paintStrip(QPainter &painter);
@@ -97,6 +103,8 @@ Q_SIGNALS:
     void picSelectionChanged(orv::MySinglePic *pic);
     // Scrolling or resizing changed what is visible; thumbnails are to be built.
     void visibleRangeChanged();
+    // One step of the autoscroll: the pointer stands over other items now.
+    void autoscrolled();
     // An item of a folder that is not raised was chosen (double click, Return on the target):
     // its folder is to be selected, or with Ctrl added to the selected ones.
     void folderChosen(orv::MySinglePic *pic, bool adding);
@@ -160,6 +168,8 @@ private:
     Press m_press;
     QPointF m_lastPointer;
     QRubberBand *m_rubberBand;
+    QTimer m_autoscrollTimer;
+    double m_autoscrollX = 0;
 };
 
 } // namespace orv

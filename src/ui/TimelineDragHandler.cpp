@@ -45,7 +45,6 @@ private:
 namespace {
 
 constexpr double dragThreshold = 5.0;
-constexpr double scrollZone = 50.0;
 
 // The outer-edge gaps are whole seconds, minutes or hours.
 QString gapText(double seconds)
@@ -75,8 +74,10 @@ TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &chan
         const TimelineDrop drop(m_source, m_drag, outerEdgeGap());
         Q_EMIT thumbDragUpdated(drop.preview(m_place, m_view.controller().source(), m_view.visibleThumbsRange().count));
     });
-    m_scrollTimer.setInterval(20);
-    connect(&m_scrollTimer, &QTimer::timeout, this, &TimelineDragHandler::autoscroll);
+    connect(&view, &MyTimelineView::autoscrolled, this, [this] {
+        if (m_dragging)
+            updatePlace();
+    });
     m_marker = new PaintOverlay(view.viewport(), [this](QPainter &painter) { paintMarker(painter); });
     m_marker->hide();
     view.viewport()->installEventFilter(this);
@@ -260,11 +261,7 @@ void TimelineDragHandler::updatePlace()
             m_previewTimer.start();
         m_marker->update();
     }
-    const bool nearEdge = m_pointer.x() < scrollZone || m_pointer.x() > m_view.viewport()->width() - scrollZone;
-    if (nearEdge && !m_scrollTimer.isActive())
-        m_scrollTimer.start();
-    else if (!nearEdge)
-        m_scrollTimer.stop();
+    m_view.autoscrollNear(m_pointer.x());
 }
 
 bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
@@ -283,21 +280,10 @@ bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
     return true;
 }
 
-void TimelineDragHandler::autoscroll()
-{
-    QScrollBar *bar = m_view.horizontalScrollBar();
-    const int before = bar->value();
-    bar->setValue(before + (m_pointer.x() > m_view.viewport()->width() / 2.0 ? 50 : -50) / 5);
-    if (bar->value() == before)
-        m_scrollTimer.stop();
-    else
-        updatePlace();
-}
-
 void TimelineDragHandler::endDrag(bool drop)
 {
     m_previewTimer.stop();
-    m_scrollTimer.stop();
+    m_view.stopAutoscroll();
     Q_EMIT thumbDragWillEnd();
     const TimelineDrop timelineDrop(m_source, m_drag, outerEdgeGap());
     timelineDrop.endPreview();

@@ -69,7 +69,6 @@ private:
     MyTimelineView *otherStripAt(QPointF viewportPoint) const;
     void updatePlace();
     void endDrag(bool drop);
-    void autoscroll();
     bool liveMoveKey(const QKeyEvent &event);
     // The arrow at the place: over the gap or the half of the target, through both rows when
     // the two items stand at different heights.
@@ -88,7 +87,6 @@ private:
     TimelineDrag m_drag;
     DropPlace m_place;
     QTimer m_previewTimer;
-    QTimer m_scrollTimer;
     PaintOverlay *m_marker;
     KeyboardLiveMove m_liveMove;
 };

@@ -176,6 +176,14 @@ TEST_F(TimelineSelectionTest, KeysStepThroughTheStripAndLabelsScrollByDateChapte
     QCoreApplication::sendEvent(view.viewport(), &drop);
     ASSERT_EQ(dropped.size(), 1);
     EXPECT_EQ(dropped[0][1].value<Qt::KeyboardModifiers>(), Qt::AltModifier);
+
+    // A rectangle held near the left side scrolls the strip that way.
+    const int before = bar->value();
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, QPoint(150, 3));
+    QTest::mouseMove(view.viewport(), QPoint(10, 40));
+    QTest::qWait(100);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, QPoint(10, 40));
+    EXPECT_LT(bar->value(), before);
 }
 
 } // namespace
