@@ -93,14 +93,21 @@ qsizetype TimelineSelection::besideCursor(int direction) const
     return direction > 0 ? 0 : m_strip.theSource().size() - 1;
 }
 
+void TimelineSelection::stepTo(MySinglePic *pic)
+{
+    if (pic && m_strip.isRaised(*pic))
+        setSelection({}, pic);
+    else if (pic)
+        m_target = pic;
+}
+
 MySinglePic *TimelineSelection::arrow(int direction, ClickKey key, bool dropOldMain, bool singleMode)
 {
     MySinglePic *main = m_strip.picSelection();
     const bool extending = singleMode && key != ClickKey::Plain && main && !m_target;
     if (!extending) {
         MySinglePic *next = m_strip.picAt(besideCursor(direction));
-        if (next)
-            press(next, ClickKey::Plain, singleMode);
+        stepTo(next);
         return next;
     }
     qsizetype at = m_strip.indexOf(main) + direction;
@@ -152,8 +159,7 @@ MySinglePic *TimelineSelection::nextChanged(int direction)
     while (m_strip.picAt(at) && !m_strip.picAt(at)->isUnsaved())
         at += direction;
     MySinglePic *to = m_strip.picAt(at);
-    if (to)
-        press(to, ClickKey::Plain, false);
+    stepTo(to);
     return to;
 }
 
@@ -179,6 +185,8 @@ void TimelineSelection::sweepOver(MySinglePic *pic, ClickKey key)
         m_swept = {m_swept.first(), pic};
         const qsizetype from = m_strip.indexOf(m_swept.first());
         const qsizetype to = m_strip.indexOf(pic);
+        if (from < 0 || to < 0) // the strip was rebuilt under the sweep
+            return;
         for (qsizetype i = std::min(from, to); i <= std::max(from, to); ++i)
             if (m_strip.isRaised(*m_strip.picAt(i)))
                 items.insert(m_strip.picAt(i));

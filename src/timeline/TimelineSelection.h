@@ -69,6 +69,8 @@ private:
     MySinglePic *cursor() const;
     // The index beside the cursor, or the first or last item without one.
     qsizetype besideCursor(int direction) const;
+    // A key reached the item: selected alone when raised, else only targeted.
+    void stepTo(MySinglePic *pic);
     void setSelection(const QSet<MySinglePic *> &items, MySinglePic *main);
 
     TimelineStrip &m_strip;
