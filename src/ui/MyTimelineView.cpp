@@ -93,6 +93,9 @@ void MyTimelineView::relayout()
 
 void MyTimelineView::sourceChanged()
 {
+    // The target may have gone with its folder; compared, never read.
+    if (m_selection.target() && !m_strip.theSource().contains(m_selection.target()))
+        m_selection.setTarget(nullptr);
     relayout();
     Q_EMIT visibleRangeChanged();
 }

@@ -188,6 +188,7 @@ void TimelinePane::selectPic(MySinglePic *pic)
     TimelineStrip &strip = m_controller->theTimelineView_1();
     if (strip.picSelection() == pic)
         return;
+    m_mainView->selection().setTarget(nullptr);
     strip.setPicSelection(pic);
     m_controller->selectionChangedIn(strip);
     m_mainView->ensureVisible(pic);
