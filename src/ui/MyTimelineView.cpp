@@ -54,7 +54,6 @@ MyTimelineView::MyTimelineView(MyTimelinesController &controller, TimelineStrip 
             updateRectangle(m_lastPointer);
         else if (m_press.sweep)
             sweepTo(m_lastPointer);
-        Q_EMIT autoscrolled();
     });
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -554,11 +553,13 @@ void MyTimelineView::dropEvent(QDropEvent *event)
 
 void MyTimelineView::wheelEvent(QWheelEvent *event)
 {
+    event->accept();
+    if (event->buttons() & Qt::LeftButton)
+        return; // a drag, sweep or rectangle holds its place under the pointer
     // A vertical wheel scrolls the strip sideways.
     const QPoint delta = event->angleDelta();
     const int step = std::abs(delta.x()) > std::abs(delta.y()) ? delta.x() : delta.y();
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() - step);
-    event->accept();
 }
 
 } // namespace orv

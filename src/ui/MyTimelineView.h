@@ -81,8 +81,8 @@ public:
     // From the first visible item to the start of the next (1) or previous (-1) date chapter.
     void scrollByDateChapter(int direction);
     // While a drag, sweep or rectangle holds the pointer within 50 points of a side, the strip
-    // scrolls that way every 0.02 seconds, telling autoscrolled(), until the pointer leaves the
-    // zone, the end is reached or stopAutoscroll().
+    // scrolls that way every 0.02 seconds until the pointer leaves the zone, the end is reached
+    // or stopAutoscroll().
     void autoscrollNear(double viewportX);
     void stopAutoscroll() { m_autoscrollTimer.stop(); }
 
@@ -103,8 +103,6 @@ Q_SIGNALS:
     void picSelectionChanged(orv::MySinglePic *pic);
     // Scrolling or resizing changed what is visible; thumbnails are to be built.
     void visibleRangeChanged();
-    // One step of the autoscroll: the pointer stands over other items now.
-    void autoscrolled();
     // An item of a folder that is not raised was chosen (double click, Return on the target):
     // its folder is to be selected, or with Ctrl added to the selected ones.
     void folderChosen(orv::MySinglePic *pic, bool adding);

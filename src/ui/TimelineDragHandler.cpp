@@ -74,7 +74,8 @@ TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &chan
         const TimelineDrop drop(m_source, m_drag, outerEdgeGap());
         Q_EMIT thumbDragUpdated(drop.preview(m_place, m_view.controller().source(), m_view.visibleThumbsRange().count));
     });
-    connect(&view, &MyTimelineView::autoscrolled, this, [this] {
+    // Autoscroll and the scrolling keys move the strip under a still pointer.
+    connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (m_dragging)
             updatePlace();
     });
