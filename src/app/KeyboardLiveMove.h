@@ -21,6 +21,8 @@ public:
     // folder's item stands on the strip to move past.
     bool arm(const QList<MySinglePic *> &source, const TimelineDrag &drag);
     bool isArmed() const { return m_drag.main != nullptr; }
+    // The outer-edge gap changed during a drag.
+    void setOuterEdgeGap(double seconds) { m_outerEdgeGap = seconds; }
     // The place the last step took, for the strip's arrows and scrolling.
     const DropPlace &lastPlace() const { return m_lastPlace; }
 

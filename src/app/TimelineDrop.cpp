@@ -25,7 +25,7 @@ std::optional<double> timelineSecond(const MySinglePic *pic)
 
 double dragGapOuterEdgesSeconds(qint64 index)
 {
-    static constexpr std::array<double, 15> values{5,    10,   15,    30,    60,    300,   600,  900,
+    static constexpr std::array<double, dragGapOuterEdgesCount> values{5,    10,   15,    30,    60,    300,   600,  900,
                                                    1800, 3600, 7200, 10800, 21600, 43200, 86400};
     return values[size_t(std::clamp<qint64>(index, 0, qint64(values.size()) - 1))];
 }

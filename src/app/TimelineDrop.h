@@ -150,6 +150,7 @@ private:
 
 // The seconds a drop beyond the first or last item keeps from it, by the preference
 // dragGapOuterEdges (an index, clamped to the 15 values).
+inline constexpr qint64 dragGapOuterEdgesCount = 15;
 double dragGapOuterEdgesSeconds(qint64 index);
 
 // The floor of the second an item stands at on the timeline; none without a date.

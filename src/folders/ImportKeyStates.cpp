@@ -20,7 +20,7 @@ bool separateModeFor(const HeldKeys &keys, qint64 folderMode)
 HeldKeys HeldKeys::fromModifiers(Qt::KeyboardModifiers modifiers)
 {
     return {modifiers.testFlag(Qt::ControlModifier), modifiers.testFlag(Qt::ShiftModifier),
-            modifiers.testFlag(Qt::AltModifier), modifiers.testFlag(Qt::MetaModifier)};
+            modifiers.testFlag(Qt::MetaModifier), modifiers.testFlag(Qt::AltModifier)};
 }
 
 FolderKind folderKindForKeys(qint64 folderType, bool command, bool shift)

@@ -12,9 +12,9 @@ namespace orv {
 
 class Preferences;
 
-// The keys held at a drop, by the role they play. On Linux the roles sit on these keys
-// (docs/import-keys.md): Ctrl express import, Shift slideshow-only, Alt separate edit mode,
-// Meta (Super) the options sheet.
+// The keys held, by the role they play: one rule for every gesture (docs/import.md). Ctrl is
+// Command, Alt is Option, Meta (Super) is Control. At a drop: Ctrl express import, Shift
+// slideshow-only, Meta separate edit mode, Alt the options sheet.
 struct HeldKeys
 {
     bool command = false;

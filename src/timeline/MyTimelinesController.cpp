@@ -2,6 +2,9 @@
 
 #include "core/MySinglePic.h"
 
+#include <QCoreApplication>
+#include <QUndoStack>
+
 namespace orv {
 
 namespace {
@@ -107,14 +110,62 @@ QList<MySinglePic *> MyTimelinesController::source_fullWithoutShelfs() const
 
 void MyTimelinesController::addSelectionFrom(TimelineStrip &origin, bool toShelf)
 {
+    moveToShelf(origin.multiSelection(), origin.picSelection(), toShelf);
+}
+
+namespace {
+
+// A move between the main strip and the shelf; undo moves the same items back.
+class ShelfMoveCommand : public QUndoCommand
+{
+public:
+    ShelfMoveCommand(MyTimelinesController &controller, const QSet<MySinglePic *> &pics, MySinglePic *main,
+                     bool toShelf)
+        : QUndoCommand(toShelf ? QCoreApplication::translate("Timeline", "Move to Shelf")
+                               : QCoreApplication::translate("Timeline", "Move from Shelf")),
+          m_controller(controller), m_pics(pics), m_main(main), m_toShelf(toShelf)
+    {
+    }
+    void redo() override { m_controller.moveToShelf(m_pics, m_main, m_toShelf); }
+    void undo() override { m_controller.moveToShelf(m_pics, m_main, !m_toShelf); }
+
+private:
+    MyTimelinesController &m_controller;
+    QSet<MySinglePic *> m_pics;
+    MySinglePic *m_main;
+    bool m_toShelf;
+};
+
+} // namespace
+
+void MyTimelinesController::getSelectionFromOrigin(const TimelineStrip &origin, TimelineStrip &target)
+{
+    if (m_selectionsMode == SharedSelection)
+        return;
+    target.setMultiSelection(origin.multiSelection(), origin.picSelection());
+    selectionChangedIn(target);
+    Q_EMIT selectionsChanged();
+}
+
+void MyTimelinesController::moveSelectionFromOrigin(TimelineStrip &origin, bool toShelf, QUndoStack &stack)
+{
+    if (!isShelfed() || origin.multiSelection().isEmpty())
+        return;
+    stack.push(new ShelfMoveCommand(*this, origin.multiSelection(), origin.picSelection(), toShelf));
+}
+
+void MyTimelinesController::moveToShelf(const QSet<MySinglePic *> &pics, MySinglePic *main, bool toShelf)
+{
     TimelineStrip *shelf = nullptr;
     for (TimelineStrip *strip : visibleTimelines())
         if (strip->isShelf())
             shelf = strip;
-    if (!shelf || origin.multiSelection().isEmpty())
+    // An undo step may outlive the import of some of its items.
+    const QList<MySinglePic *> &full = m_source.source_full();
+    const QSet<MySinglePic *> imported(full.cbegin(), full.cend());
+    const QSet<MySinglePic *> moved = QSet<MySinglePic *>(pics).intersect(imported);
+    if (!shelf || moved.isEmpty())
         return;
-    const QSet<MySinglePic *> moved = origin.multiSelection();
-    MySinglePic *main = origin.picSelection();
     if (toShelf)
         m_shelfPics.unite(moved);
     else
@@ -123,8 +174,13 @@ void MyTimelinesController::addSelectionFrom(TimelineStrip &origin, bool toShelf
     m_source.buildNewSourceUsingOptimizedRefilterOnly(true);
     refreshStrips();
     TimelineStrip &target = toShelf ? *shelf : theTimelineView_1();
-    origin.setPicSelection(nullptr);
-    target.setMultiSelection(moved, main);
+    for (TimelineStrip *strip : visibleTimelines()) {
+        if (strip == &target)
+            continue;
+        MySinglePic *kept = moved.contains(strip->picSelection()) ? nullptr : strip->picSelection();
+        strip->setMultiSelection(strip->multiSelection() - moved, kept);
+    }
+    target.setMultiSelection(moved, moved.contains(main) ? main : nullptr);
     Q_EMIT selectionsChanged();
 }
 

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QTimer>
 
+class QUndoStack;
+
 #include <array>
 #include <memory>
 
@@ -57,6 +59,14 @@ public:
     void enforceSelectionExclusivityFor(TimelineStrip &keeper);
     // Moves the selection of a strip to the shelf (or from the shelf back to the main strip).
     void addSelectionFrom(TimelineStrip &origin, bool toShelf);
+    // A drag from one strip to another: the target strip takes the origin's selection (nothing
+    // to do while the strips share one).
+    void getSelectionFromOrigin(const TimelineStrip &origin, TimelineStrip &target);
+    // The same move as one step on the undo stack given (a drag between strips).
+    void moveSelectionFromOrigin(TimelineStrip &origin, bool toShelf, QUndoStack &stack);
+    // These items go to the shelf or back to the main strip, and stand selected there; items no
+    // longer imported are left out.
+    void moveToShelf(const QSet<MySinglePic *> &pics, MySinglePic *main, bool toShelf);
     QSet<MySinglePic *> source_allShelfs() const;
     QList<MySinglePic *> source_fullWithoutShelfs() const;
 

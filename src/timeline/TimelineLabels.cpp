@@ -113,22 +113,9 @@ QList<TimelineLabel> TimelineLabels::addDateTimeLayers(const QList<MySinglePic *
         if (!date)
             continue;
         const Components now = componentsOf(*date, m_zone);
-        const MySinglePic *left = i > 0 ? source.at(i - 1) : nullptr;
-        const OptionalDate leftDate = left ? left->spDateTimeModified_sort() : std::nullopt;
-        const std::optional<Components> before =
-            leftDate && !ignoresDates(*left) ? std::optional(componentsOf(*leftDate, m_zone)) : std::nullopt;
-        const bool dayDiffers = !before || before->dayNumber != now.dayNumber;
-        const bool hourDiffers = dayDiffers || before->hour != now.hour;
-        const bool minuteDiffers = hourDiffers || before->minute != now.minute;
-        bool dateLabel = false;
-        if (mode < DateDisplayMode::Hours)
-            dateLabel = dayDiffers;
-        else if (mode == DateDisplayMode::Hours)
-            dateLabel = hourDiffers;
-        else
-            dateLabel = minuteDiffers;
-        dateLabel = dateLabel || first;
-        const bool timeLabel = mode < DateDisplayMode::Hours && (hourDiffers || dateLabel);
+        const LabelKinds kinds = labelKindsAt(source, i, mode);
+        const bool dateLabel = kinds.date || first;
+        const bool timeLabel = kinds.time || (dateLabel && mode < DateDisplayMode::Hours);
         if (!dateLabel && !timeLabel)
             continue;
         TimelineLabel label{i, {}, {}, {}};
@@ -146,6 +133,41 @@ QList<TimelineLabel> TimelineLabels::addDateTimeLayers(const QList<MySinglePic *
         labels.append(label);
     }
     return labels;
+}
+
+TimelineLabels::LabelKinds TimelineLabels::labelKindsAt(const QList<MySinglePic *> &source, qsizetype i,
+                                                       DateDisplayMode mode) const
+{
+    const MySinglePic &pic = *source.at(i);
+    const OptionalDate date = pic.spDateTimeModified_sort();
+    if (!date || ignoresDates(pic))
+        return {};
+    const Components now = componentsOf(*date, m_zone);
+    const MySinglePic *left = i > 0 ? source.at(i - 1) : nullptr;
+    const OptionalDate leftDate = left ? left->spDateTimeModified_sort() : std::nullopt;
+    const std::optional<Components> before =
+        leftDate && !ignoresDates(*left) ? std::optional(componentsOf(*leftDate, m_zone)) : std::nullopt;
+    const bool dayDiffers = !before || before->dayNumber != now.dayNumber;
+    const bool hourDiffers = dayDiffers || before->hour != now.hour;
+    const bool minuteDiffers = hourDiffers || before->minute != now.minute;
+    LabelKinds kinds;
+    if (mode < DateDisplayMode::Hours)
+        kinds.date = dayDiffers;
+    else if (mode == DateDisplayMode::Hours)
+        kinds.date = hourDiffers;
+    else
+        kinds.date = minuteDiffers;
+    kinds.time = mode < DateDisplayMode::Hours && (hourDiffers || kinds.date);
+    return kinds;
+}
+
+qsizetype TimelineLabels::dateChapterFrom(const QList<MySinglePic *> &source, qsizetype index, DateDisplayMode mode,
+                                          int direction) const
+{
+    for (qsizetype i = index + direction; i >= 0 && i < source.size(); i += direction)
+        if (labelKindsAt(source, i, mode).date)
+            return i;
+    return -1;
 }
 
 int TimelineLabels::gapPercent(const MySinglePic &left, const MySinglePic &right, DateDisplayMode mode) const

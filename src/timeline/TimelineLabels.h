@@ -52,6 +52,11 @@ public:
     QList<TimelineLabel> addDateTimeLayers(const QList<MySinglePic *> &source, ThumbRange range, DateDisplayMode mode,
                                            Instant today, bool localeIsEnglish = true) const;
 
+    // The first item of the next (direction 1) or previous (-1) date chapter from index: the
+    // next item with a date label of its own in the mode; -1 when there is none.
+    qsizetype dateChapterFrom(const QList<MySinglePic *> &source, qsizetype index, DateDisplayMode mode,
+                              int direction) const;
+
     // The height, in per cent of the strip, of the calendar mark between item index - 1 and
     // item index, 0 for none. Year 90, month 50, week 25 (modes up to 3), day 5, hour 1 (modes
     // 5 and 6); never beside a folder whose dates are ignored.
@@ -65,6 +70,14 @@ public:
     static int labelPointSize(double thumbSize) { return thumbSize < 50 ? 10 : (thumbSize < 95 ? 12 : 14); }
 
 private:
+    // Which labels item i has against its left neighbour, before the range's first item is
+    // forced to one.
+    struct LabelKinds
+    {
+        bool date = false, time = false;
+    };
+    LabelKinds labelKindsAt(const QList<MySinglePic *> &source, qsizetype i, DateDisplayMode mode) const;
+
     TimeZone m_zone;
 };
 

@@ -278,7 +278,7 @@ void MainWindow::connectImport()
     });
 }
 
-void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys)
+void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys, bool addingToShelf)
 {
     if (paths.isEmpty())
         return;
@@ -287,7 +287,7 @@ void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers key
         QApplication::beep();
         return;
     }
-    m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys));
+    m_import->processDroppedFolders(paths, HeldKeys::fromModifiers(keys), addingToShelf);
 }
 
 bool MainWindow::isImporting() const
@@ -316,14 +316,32 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
-    const QStringList paths = localPaths(event->mimeData());
-    if (paths.isEmpty() || isSaving())
+    if (localPaths(event->mimeData()).isEmpty() || isSaving())
         return;
     event->acceptProposedAction();
+    dropPaths(event->mimeData(), event->modifiers(), false);
+}
+
+void MainWindow::dropPaths(const QMimeData *mime, Qt::KeyboardModifiers keys, bool addingToShelf)
+{
+    const QStringList paths = localPaths(mime);
+    if (paths.isEmpty())
+        return;
     // The keys that came with the drop, not those held a moment later. The import may ask
     // questions first; they wait until the file manager has seen its drop accepted.
-    const Qt::KeyboardModifiers keys = event->modifiers();
-    QTimer::singleShot(0, this, [this, paths, keys] { importPaths(paths, keys); });
+    QTimer::singleShot(0, this, [this, paths, keys, addingToShelf] { importPaths(paths, keys, addingToShelf); });
+}
+
+void MainWindow::chooseFolderOf(MySinglePic *pic, bool adding)
+{
+    MySingleFolder *folder = MySingleFolder::of(*pic);
+    if (!folder)
+        return;
+    QList<MySingleFolder *> folders = adding && !showsAllFolders() ? selectedFolders() : QList<MySingleFolder *>();
+    if (!folders.contains(folder))
+        folders.append(folder);
+    selectFolders(folders);
+    m_timeline->selectPic(pic);
 }
 
 void MainWindow::folderAdded(const MySingleFolder *folder)
@@ -497,14 +515,28 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
 
 void MainWindow::connectTimeline()
 {
-    new TimelineDragHandler(m_timeline->mainView(), m_controller->dateChanges(),
-                            dragGapOuterEdgesSeconds(m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges"))));
+    const auto handleDrags = [this](MyTimelineView *view) {
+        auto *handler = new TimelineDragHandler(*view, m_controller->dateChanges(), m_controller->uManager(),
+                                                m_prefs.integerForKey(QStringLiteral("dragGapOuterEdges")));
+        connect(handler, &TimelineDragHandler::dragGapOuterEdgesChanged, this,
+                [this](qint64 index) { m_prefs.setInteger(QStringLiteral("dragGapOuterEdges"), index); });
+        connect(handler, &TimelineDragHandler::outerEdgeStateChanged, this, [this](const QString &text) {
+            if (text.isEmpty())
+                statusBar()->clearMessage();
+            else
+                statusBar()->showMessage(text);
+        });
+    };
+    handleDrags(&m_timeline->mainView());
+    connect(m_timeline, &TimelinePane::viewAdded, this, handleDrags);
     m_sortedPics->setAcceptedPics([](const MySinglePic &pic) { return pic.indexInSource_filtered >= 0; });
     connect(m_timeline, &TimelinePane::filteredSourceChanged, this, [this] {
         m_sortedPics->refilter();
         refreshListState();
     });
     connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showPicInList);
+    connect(m_timeline, &TimelinePane::folderChosen, this, &MainWindow::chooseFolderOf);
+    connect(m_timeline, &TimelinePane::filesDropped, this, &MainWindow::dropPaths);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
         m_timeline->selectPic(m_picModel->picAt(m_sortedPics->mapToSource(current).row()));
     });

@@ -8,6 +8,7 @@
 
 class QAction;
 class QLabel;
+class QMimeData;
 class QStackedWidget;
 class QTableView;
 class QTreeView;
@@ -44,7 +45,7 @@ public:
 
     // Imports folders, and single files into the folders that hold them, with the keys held
     // when they were chosen or dropped.
-    void importPaths(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier);
+    void importPaths(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier, bool addingToShelf = false);
     bool isImporting() const;
     bool isSaving() const { return m_save != nullptr; }
     // Saves every folder with unsaved changes.
@@ -92,6 +93,11 @@ private:
     QList<MySingleFolder *> foldersOnShow() const;
     // The sidebar selects exactly these folders.
     void selectFolders(const QList<MySingleFolder *> &folders);
+    // Files dropped on the window or a strip, imported once the drop has been answered.
+    void dropPaths(const QMimeData *mime, Qt::KeyboardModifiers keys, bool addingToShelf);
+    // An item of a folder not on show chosen on the strip: its folder is shown (or added), the
+    // item selected.
+    void chooseFolderOf(MySinglePic *pic, bool adding);
     void setTitle(const QString &title);
     void connectController();
     void datesChanged(const QList<MySingleFolder *> &folders);

@@ -1,14 +1,19 @@
 #pragma once
 
 #include "timeline/TimelineLabels.h"
+#include "timeline/TimelineSelection.h"
 #include "timeline/TimelineStrip.h"
 
 #include <QAbstractScrollArea>
 #include <QHash>
+#include <QMimeData>
 #include <QPixmap>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
+
+class QRubberBand;
 
 namespace orv {
 
@@ -31,8 +36,12 @@ struct TimelineViewOptions
 // and date and time labels below, the first of them sticky at the left edge.
 //
 // It paints from the strip's geometry and only touches the items near the visible range: their
-// thumbnails become pixmaps ("layers") here and are dropped when they scroll away. A plain click
-// selects. Main thread only.
+// thumbnails become pixmaps ("layers") here and are dropped when they scroll away.
+//
+// Clicks, sweeps, rectangles and the selection keys change the selection by the rules of
+// TimelineSelection (Ctrl is Command, Alt is Option, Meta is Control). A click on a date label
+// scrolls its item to the front; on the sticky one it goes back a date chapter, with Alt forward.
+// Home, End and the page keys scroll, with Ctrl the page keys by date chapters. Main thread only.
 class MyTimelineView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -42,6 +51,7 @@ public:
 
     MyTimelinesController &controller() const { return m_controller; }
     TimelineStrip &strip() const { return m_strip; }
+    TimelineSelection &selection() { return m_selection; }
 
     void setOptions(const TimelineViewOptions &options);
     const TimelineViewOptions &options() const { return m_options; }
@@ -66,11 +76,22 @@ public:
     void scrollToIndex(qsizetype index);
     // The item is on screen (scrolls as little as needed).
     void ensureVisible(const MySinglePic *pic);
+    // The item stands first at the left edge (scrollPicToFront).
+    void scrollPicToFront(qsizetype index);
+    // From the first visible item to the start of the next (1) or previous (-1) date chapter.
+    void scrollByDateChapter(int direction);
+    // While a drag, sweep or rectangle holds the pointer within 50 points of a side, the strip
+    // scrolls that way every 0.02 seconds until the pointer leaves the zone, the end is reached
+    // or stopAutoscroll().
+    void autoscrollNear(double viewportX);
+    void stopAutoscroll() { m_autoscrollTimer.stop(); }
 
     // Draws the visible part onto any painter: the widget's own paint, and the benchmarks.
     void paintStrip(QPainter &painter);
     // The labels on screen after the last paint, the sticky one first.
     const QList<TimelineLabel> &lastLabels() const { return m_lastLabels; }
+    // Where the n-th of those labels stands in the viewport.
+    QRectF labelRectInViewport(qsizetype n) const { return m_labelRects.value(n).translated(-contentX(0), 0); }
     // How many thumbnails have a pixmap now.
     qsizetype layerCount() const { return m_layers.size(); }
 
@@ -82,15 +103,45 @@ Q_SIGNALS:
     void picSelectionChanged(orv::MySinglePic *pic);
     // Scrolling or resizing changed what is visible; thumbnails are to be built.
     void visibleRangeChanged();
+    // An item of a folder that is not raised was chosen (double click, Return on the target):
+    // its folder is to be selected, or with Ctrl added to the selected ones.
+    void folderChosen(orv::MySinglePic *pic, bool adding);
+    // Files dropped from outside onto the strip, with the keys held.
+    void filesDropped(const QMimeData *mime, Qt::KeyboardModifiers keys);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
+    // What the press that holds the button started.
+    struct Press
+    {
+        QPointF contentPoint;
+        ClickKey key = ClickKey::Plain;
+        qsizetype label = -1; // on a date label
+        bool rectangle = false;
+        bool sweep = false;
+        bool moved = false;   // beyond the 5 points that make a drag
+    };
+    void selectionChanged(const MySinglePic *shown);
+    // Whether the raised items change one by one: the main item's folder, else the first raised.
+    bool stripIsSingleMode() const;
+    void updateRectangle(QPointF pointer);
+    void sweepTo(QPointF pointer);
+    qsizetype labelAt(QPointF viewportPoint) const;
+    bool selectionKey(const QKeyEvent &event);
+
     void relayout();
     // Pixmaps for the items near the range, none for the others.
     void updateLayers(ThumbRange range);
@@ -110,6 +161,13 @@ private:
     std::function<QColor(const MySinglePic &)> m_colorForPic;
     QHash<quint32, QPixmap> m_layers;
     QList<TimelineLabel> m_lastLabels;
+    QList<QRectF> m_labelRects; // content coordinates, beside m_lastLabels
+    TimelineSelection m_selection;
+    Press m_press;
+    QPointF m_lastPointer;
+    QRubberBand *m_rubberBand;
+    QTimer m_autoscrollTimer;
+    double m_autoscrollX = 0;
 };
 
 } // namespace orv

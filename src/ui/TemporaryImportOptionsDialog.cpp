@@ -104,7 +104,7 @@ TemporaryImportOptionsDialog::TemporaryImportOptionsDialog(const TemporaryImport
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     m_alwaysShown->setChecked(alwaysShown);
-    m_alwaysShown->setToolTip(tr("Otherwise hold the Meta key while dropping or opening to see them"));
+    m_alwaysShown->setToolTip(tr("Otherwise hold the Alt key while dropping or opening to see them"));
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);

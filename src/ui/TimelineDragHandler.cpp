@@ -14,6 +14,7 @@
 #include <QPolygonF>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <utility>
@@ -44,7 +45,16 @@ private:
 namespace {
 
 constexpr double dragThreshold = 5.0;
-constexpr double scrollZone = 50.0;
+
+// The outer-edge gaps are whole seconds, minutes or hours.
+QString gapText(double seconds)
+{
+    if (seconds < 60)
+        return TimelineDragHandler::tr("%1 s").arg(seconds);
+    if (seconds < 3600)
+        return TimelineDragHandler::tr("%1 min").arg(seconds / 60);
+    return TimelineDragHandler::tr("%1 h").arg(seconds / 3600);
+}
 
 bool samePlace(const DropPlace &a, const DropPlace &b)
 {
@@ -53,18 +63,22 @@ bool samePlace(const DropPlace &a, const DropPlace &b)
 
 } // namespace
 
-TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap)
-    : QObject(&view), m_view(view), m_changes(changes), m_outerEdgeGap(outerEdgeGap),
-      m_liveMove(changes, outerEdgeGap)
+TimelineDragHandler::TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack,
+                                         qint64 dragGapOuterEdges)
+    : QObject(&view), m_view(view), m_changes(changes), m_stack(stack), m_outerEdgeIndex(dragGapOuterEdges),
+      m_liveMove(changes, dragGapOuterEdgesSeconds(dragGapOuterEdges))
 {
     m_previewTimer.setSingleShot(true);
     m_previewTimer.setInterval(50);
     connect(&m_previewTimer, &QTimer::timeout, this, [this] {
-        const TimelineDrop drop(m_source, m_drag, m_outerEdgeGap);
+        const TimelineDrop drop(m_source, m_drag, outerEdgeGap());
         Q_EMIT thumbDragUpdated(drop.preview(m_place, m_view.controller().source(), m_view.visibleThumbsRange().count));
     });
-    m_scrollTimer.setInterval(20);
-    connect(&m_scrollTimer, &QTimer::timeout, this, &TimelineDragHandler::autoscroll);
+    // Autoscroll and the scrolling keys move the strip under a still pointer.
+    connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (m_dragging)
+            updatePlace();
+    });
     m_marker = new PaintOverlay(view.viewport(), [this](QPainter &painter) { paintMarker(painter); });
     m_marker->hide();
     view.viewport()->installEventFilter(this);
@@ -75,8 +89,19 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == &m_view) {
         switch (event->type()) {
-        case QEvent::KeyPress:
-            return liveMoveKey(*static_cast<QKeyEvent *>(event));
+        case QEvent::KeyPress: {
+            const auto *key = static_cast<QKeyEvent *>(event);
+            if (m_dragging && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+                modifyDragGapOuterEdges(key->key() == Qt::Key_Up ? 1 : -1);
+                return true;
+            }
+            if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !m_view.selection().target()
+                && canMoveDatesOf(m_view.strip().picSelection())) {
+                openPopover(m_view.strip().picSelection());
+                return true;
+            }
+            return liveMoveKey(*key);
+        }
         case QEvent::KeyRelease: {
             const int key = static_cast<QKeyEvent *>(event)->key();
             if (key == Qt::Key_Control || key == Qt::Key_Alt)
@@ -120,10 +145,7 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
         MySinglePic *pic = m_view.picAtPoint(mouse->position());
         if (!canMoveDatesOf(pic) || pic != m_view.strip().picSelection())
             break;
-        auto *popover = new TimelineDatePopover(m_changes, dragOfSelection(pic), &m_view);
-        popover->move(m_view.viewport()->mapToGlobal(
-            m_view.thumbRectInViewport(m_view.strip().indexOf(pic)).bottomLeft().toPoint()));
-        popover->show();
+        openPopover(pic);
         return true;
     }
     case QEvent::Resize:
@@ -162,6 +184,14 @@ TimelineDrag TimelineDragHandler::dragOfSelection(MySinglePic *pressed) const
     return TimelineDrag::of(strip.theSource(), main, multi, raised);
 }
 
+void TimelineDragHandler::openPopover(MySinglePic *pic)
+{
+    auto *popover = new TimelineDatePopover(m_changes, dragOfSelection(pic), &m_view);
+    popover->move(
+        m_view.viewport()->mapToGlobal(m_view.thumbRectInViewport(m_view.strip().indexOf(pic)).bottomLeft().toPoint()));
+    popover->show();
+}
+
 void TimelineDragHandler::beginDrag()
 {
     m_source = m_view.strip().theSource();
@@ -172,6 +202,40 @@ void TimelineDragHandler::beginDrag()
     m_marker->show();
 }
 
+QString TimelineDragHandler::outerEdgeText() const
+{
+    return tr("Beyond the end: %1 from the nearest item").arg(gapText(outerEdgeGap()));
+}
+
+void TimelineDragHandler::modifyDragGapOuterEdges(int step)
+{
+    const qint64 index = std::clamp<qint64>(m_outerEdgeIndex + step, 0, dragGapOuterEdgesCount - 1);
+    if (index == m_outerEdgeIndex)
+        return;
+    m_outerEdgeIndex = index;
+    m_liveMove.setOuterEdgeGap(outerEdgeGap());
+    if (m_place.atOuterEdge) {
+        Q_EMIT outerEdgeStateChanged(outerEdgeText());
+        m_previewTimer.start();
+    }
+    Q_EMIT dragGapOuterEdgesChanged(index);
+}
+
+MyTimelineView *TimelineDragHandler::otherStripAt(QPointF viewportPoint) const
+{
+    const QWidget *box = m_view.parentWidget();
+    if (!box || m_view.viewport()->rect().contains(viewportPoint.toPoint()))
+        return nullptr;
+    const QPoint global = m_view.viewport()->mapToGlobal(viewportPoint.toPoint());
+    for (MyTimelineView *other : box->findChildren<MyTimelineView *>(Qt::FindDirectChildrenOnly)) {
+        if (other == &m_view)
+            continue;
+        if (other->viewport()->rect().contains(other->viewport()->mapFromGlobal(global)))
+            return other;
+    }
+    return nullptr;
+}
+
 void TimelineDragHandler::updatePlace()
 {
     const TimelineGeometry &geometry = m_view.strip().geometry();
@@ -180,6 +244,7 @@ void TimelineDragHandler::updatePlace()
                                .margin = geometry.theThumbMargin(),
                                .raisedTop = geometry.thumbRect(0, true).top(),
                                .loweredTop = geometry.thumbRect(0, false).top()};
+    m_stripTarget = otherStripAt(m_pointer);
     const bool inside = m_view.viewport()->rect().contains(m_pointer.toPoint());
     const DropHit hit = inside ? dropHitAt(metrics, m_source, m_drag, m_view.contentX(m_pointer.x()), m_pointer.y())
                                : DropHit{};
@@ -190,16 +255,14 @@ void TimelineDragHandler::updatePlace()
                                 ? findDropPlace(m_source, m_drag, hit.index, hit.zone, spreading, hit.onlyIfDoubleHeight)
                                 : DropPlace{};
     if (!samePlace(place, m_place)) {
+        if (place.atOuterEdge != m_place.atOuterEdge)
+            Q_EMIT outerEdgeStateChanged(place.atOuterEdge ? outerEdgeText() : QString());
         m_place = place;
         if (m_place.isValid())
             m_previewTimer.start();
         m_marker->update();
     }
-    const bool nearEdge = m_pointer.x() < scrollZone || m_pointer.x() > m_view.viewport()->width() - scrollZone;
-    if (nearEdge && !m_scrollTimer.isActive())
-        m_scrollTimer.start();
-    else if (!nearEdge)
-        m_scrollTimer.stop();
+    m_view.autoscrollNear(m_pointer.x());
 }
 
 bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
@@ -218,27 +281,23 @@ bool TimelineDragHandler::liveMoveKey(const QKeyEvent &event)
     return true;
 }
 
-void TimelineDragHandler::autoscroll()
-{
-    QScrollBar *bar = m_view.horizontalScrollBar();
-    const int before = bar->value();
-    bar->setValue(before + (m_pointer.x() > m_view.viewport()->width() / 2.0 ? 50 : -50) / 5);
-    if (bar->value() == before)
-        m_scrollTimer.stop();
-    else
-        updatePlace();
-}
-
 void TimelineDragHandler::endDrag(bool drop)
 {
     m_previewTimer.stop();
-    m_scrollTimer.stop();
+    m_view.stopAutoscroll();
     Q_EMIT thumbDragWillEnd();
-    const TimelineDrop timelineDrop(m_source, m_drag, m_outerEdgeGap);
+    const TimelineDrop timelineDrop(m_source, m_drag, outerEdgeGap());
     timelineDrop.endPreview();
     const DropPlace place = std::exchange(m_place, DropPlace{});
+    if (place.atOuterEdge)
+        Q_EMIT outerEdgeStateChanged(QString());
+    MyTimelineView *stripTarget = std::exchange(m_stripTarget, nullptr);
     m_dragging = false;
-    if (drop && place.isValid())
+    if (drop && stripTarget && (stripTarget->strip().isShelf() || m_view.strip().isShelf()))
+        m_view.controller().moveSelectionFromOrigin(m_view.strip(), stripTarget->strip().isShelf(), m_stack);
+    else if (drop && stripTarget)
+        m_view.controller().getSelectionFromOrigin(m_view.strip(), stripTarget->strip());
+    else if (drop && place.isValid())
         timelineDrop.perform(m_changes, place);
     m_marker->hide();
 }

@@ -9,6 +9,7 @@
 
 class QKeyEvent;
 class QPainter;
+class QUndoStack;
 
 namespace orv {
 
@@ -20,7 +21,7 @@ class PaintOverlay;
 // pointer has gone 5 points, starts a date move: the place under the pointer is found by the
 // neighbour tests, the strip scrolls near its edges, a preview of the place is worked out after
 // 0.05 seconds of calm, and the release drops through the date change owner. The view itself
-// still selects on the press; a double click on the selected item opens the date popover.
+// selects on the press; a double click on the selected item or Return opens the date popover.
 //
 // The keyboard live move: with Ctrl and Alt held (Control and Option), Left and Right move the
 // selection past the next items, with Meta as well into the next gap; letting go of Ctrl or Alt
@@ -29,7 +30,10 @@ class TimelineDragHandler : public QObject
 {
     Q_OBJECT
 public:
-    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, double outerEdgeGap);
+    // A drop changes dates through the owner; a drag onto a shelf strip (or from it) moves the
+    // selection between strips through their controller, one step on the stack.
+    // dragGapOuterEdges: the index of the outer-edge gap (dragGapOuterEdgesSeconds).
+    TimelineDragHandler(MyTimelineView &view, DateChanges &changes, QUndoStack &stack, qint64 dragGapOuterEdges);
 
     bool isDragging() const { return m_dragging; }
     const DropPlace &place() const { return m_place; }
@@ -38,6 +42,11 @@ Q_SIGNALS:
     // The moving items carry their temporary dates; the order is the surroundings of the place.
     void thumbDragUpdated(const orv::DropPreview &preview);
     void thumbDragWillEnd();
+    // The place went beyond the first or last item, where the outer-edge gap sets the date (the
+    // text tells it), or came back (an empty text).
+    void outerEdgeStateChanged(const QString &text);
+    // Up or Down during a drag stepped the outer-edge gap to this index.
+    void dragGapOuterEdgesChanged(qint64 dragGapOuterEdges);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -47,10 +56,19 @@ private:
     bool canMoveDatesOf(const MySinglePic *pic) const;
     // The selection of the strip as a drag of its main item (the pressed one without a selection).
     TimelineDrag dragOfSelection(MySinglePic *pressed) const;
+    // The date popover on the selected item: a double click on it, or Return.
+    void openPopover(MySinglePic *pic);
+    double outerEdgeGap() const { return dragGapOuterEdgesSeconds(m_outerEdgeIndex); }
+    QString outerEdgeText() const;
+    // Up or Down while dragging: the next larger or smaller of the outer-edge gaps.
+    void modifyDragGapOuterEdges(int step);
     void beginDrag();
+    // The strip beside this one under the pointer, where a drag takes the selection instead of
+    // moving dates (selectionMoveType 1): onto or off the shelf it moves the items, onto a mirror
+    // the selection is copied.
+    MyTimelineView *otherStripAt(QPointF viewportPoint) const;
     void updatePlace();
     void endDrag(bool drop);
-    void autoscroll();
     bool liveMoveKey(const QKeyEvent &event);
     // The arrow at the place: over the gap or the half of the target, through both rows when
     // the two items stand at different heights.
@@ -58,7 +76,9 @@ private:
 
     MyTimelineView &m_view;
     DateChanges &m_changes;
-    double m_outerEdgeGap;
+    QUndoStack &m_stack;
+    qint64 m_outerEdgeIndex;
+    MyTimelineView *m_stripTarget = nullptr;
     QPointF m_pressPoint, m_pointer;
     Qt::KeyboardModifiers m_modifiers;
     MySinglePic *m_pressed = nullptr;
@@ -67,7 +87,6 @@ private:
     TimelineDrag m_drag;
     DropPlace m_place;
     QTimer m_previewTimer;
-    QTimer m_scrollTimer;
     PaintOverlay *m_marker;
     KeyboardLiveMove m_liveMove;
 };

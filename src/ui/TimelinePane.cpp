@@ -96,6 +96,10 @@ MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
     m_splitter->addWidget(view);
     m_views.append(view);
     connect(view, &MyTimelineView::visibleRangeChanged, &m_thumbsTimer, qOverload<>(&QTimer::start));
+    connect(view, &MyTimelineView::folderChosen, this, &TimelinePane::folderChosen);
+    connect(view, &MyTimelineView::filesDropped, this, [this, view](const QMimeData *mime, Qt::KeyboardModifiers keys) {
+        Q_EMIT filesDropped(mime, keys, view->strip().isShelf());
+    });
     connect(view, &MyTimelineView::picSelectionChanged, this, [this, view](MySinglePic *pic) {
         if (view == m_mainView)
             Q_EMIT picSelected(pic);
@@ -114,6 +118,7 @@ MyTimelineView *TimelinePane::addTimelineForMode(int splitMode)
     MyTimelineView *view = addView(*strip);
     for (MyTimelineView *each : std::as_const(m_views))
         each->sourceChanged(); // a second strip changes the sizes of all
+    Q_EMIT viewAdded(view);
     return view;
 }
 
@@ -183,6 +188,7 @@ void TimelinePane::selectPic(MySinglePic *pic)
     TimelineStrip &strip = m_controller->theTimelineView_1();
     if (strip.picSelection() == pic)
         return;
+    m_mainView->selection().setTarget(nullptr);
     strip.setPicSelection(pic);
     m_controller->selectionChangedIn(strip);
     m_mainView->ensureVisible(pic);

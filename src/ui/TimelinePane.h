@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMimeData>
 #include <QSet>
 #include <QTimer>
 #include <QWidget>
@@ -58,6 +59,12 @@ Q_SIGNALS:
     void picSelected(orv::MySinglePic *pic);
     // The filtered source changed: views over it refresh.
     void filteredSourceChanged();
+    // A mirror or shelf strip came on screen.
+    void viewAdded(orv::MyTimelineView *view);
+    // A strip chose an item of a folder that is not raised: select the folder (or add it).
+    void folderChosen(orv::MySinglePic *pic, bool adding);
+    // Files from outside dropped on a strip; toShelf when that strip is a shelf.
+    void filesDropped(const QMimeData *mime, Qt::KeyboardModifiers keys, bool toShelf);
 
 private:
     void buildFilterMenu();

@@ -67,14 +67,14 @@ TEST(ImportKeys, LinuxModifiersTakeTheFourRoles)
 {
     const HeldKeys ctrl = HeldKeys::fromModifiers(Qt::ControlModifier);
     EXPECT_TRUE(ctrl.command && !ctrl.shift && !ctrl.control && !ctrl.option);
-    const HeldKeys alt = HeldKeys::fromModifiers(Qt::AltModifier);
-    EXPECT_TRUE(alt.control && !alt.command);
-    const HeldKeys meta = HeldKeys::fromModifiers(Qt::MetaModifier | Qt::ShiftModifier);
-    EXPECT_TRUE(meta.option && meta.shift && !meta.command);
+    const HeldKeys meta = HeldKeys::fromModifiers(Qt::MetaModifier);
+    EXPECT_TRUE(meta.control && !meta.command && !meta.option);
+    const HeldKeys alt = HeldKeys::fromModifiers(Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(alt.option && alt.shift && !alt.command && !alt.control);
 
     ImportDefaults defaults;
     defaults.isAlwaysShowOptionsDisabled = true;
-    EXPECT_TRUE(defaults.showsOptionsSheet(meta));
+    EXPECT_TRUE(defaults.showsOptionsSheet(alt));
     EXPECT_FALSE(defaults.showsOptionsSheet(ctrl));
 }
 

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QUndoStack>
 
 #include <gtest/gtest.h>
 
@@ -100,6 +101,9 @@ TEST_F(ControllerFixture, MirrorShelfAndSelectionModes)
     mirror->setPicSelection(pics[1]);
     controller.selectionChangedIn(*mirror);
     EXPECT_EQ(main().picSelection(), pics[0]); // own selections
+    controller.getSelectionFromOrigin(main(), *mirror); // a drag onto the mirror
+    EXPECT_EQ(mirror->picSelection(), pics[0]);
+    mirror->setPicSelection(pics[1]);
 
     controller.setSelectionsMode(MyTimelinesController::SharedSelection, mirror);
     EXPECT_EQ(main().picSelection(), pics[1]);
@@ -116,6 +120,15 @@ TEST_F(ControllerFixture, MirrorShelfAndSelectionModes)
     EXPECT_EQ(main().theSource().size(), 3);
     EXPECT_EQ(shelf->picSelection(), pics[1]);
     EXPECT_EQ(controller.source().filteredImagesCount(), 0);
+    // Back from the shelf by a drag: one undo step, which puts it on the shelf again.
+    QUndoStack stack;
+    shelf->setMultiSelection({pics[3]}, pics[3]);
+    controller.moveSelectionFromOrigin(*shelf, false, stack);
+    EXPECT_EQ(shelf->theSource(), QList<MySinglePic *>({pics[1]}));
+    EXPECT_EQ(main().picSelection(), pics[3]);
+    stack.undo();
+    EXPECT_EQ(shelf->theSource(), QList<MySinglePic *>({pics[1], pics[3]}));
+    EXPECT_EQ(shelf->picSelection(), pics[3]);
     controller.removeLastTimeline();
     EXPECT_EQ(main().theSource().size(), 5);
 }

@@ -80,6 +80,12 @@ TEST_F(LabelsFixture, LabelsNameTodayYesterdayTomorrowAndFollowTheMode)
     EXPECT_EQ(hours[1].index, 2);
     EXPECT_EQ(hours[1].dateText, labels.formatted(Instant::fromUtc(2026, 11, 23, 11), 4));
     EXPECT_TRUE(hours[1].timeText.isEmpty());
+
+    // Date chapters begin where a date label of the mode stands, wherever the range starts.
+    EXPECT_EQ(labels.dateChapterFrom(source, 1, DateDisplayMode::Days, 1), 3);
+    EXPECT_EQ(labels.dateChapterFrom(source, 3, DateDisplayMode::Days, -1), 0);
+    EXPECT_EQ(labels.dateChapterFrom(source, 1, DateDisplayMode::Hours, 1), 2);
+    EXPECT_EQ(labels.dateChapterFrom(source, 5, DateDisplayMode::Days, 1), -1);
 }
 
 TEST_F(LabelsFixture, CalendarMarks)

@@ -1,19 +1,25 @@
-// The real window, offscreen: dates shifted in the offset controls reach the files by Save, what
-// cannot be saved is reported with its path, and unsaved changes are never lost by quitting.
+// The real window, offscreen: dates shifted in the offset controls or by a drag on the strip reach
+// the files by Save, what cannot be saved is reported with its path, and unsaved changes are never
+// lost by quitting.
 
 #include "WindowFixture.h"
 
 #include "support/Exiftool.h"
+#include "ui/FolderListModel.h"
+#include "ui/MyTimelineView.h"
 #include "ui/PicTableModel.h"
 #include "ui/SaveErrorsDialog.h"
+#include "ui/TimelinePane.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMessageBox>
 #include <QSpinBox>
 #include <QTest>
+#include <QTreeView>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
@@ -84,6 +90,45 @@ TEST_F(SaveWindowTest, AnHourAddedInTheControlsIsWrittenByTheSaveAndTheListStays
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_FALSE(action("saveAction").isEnabled());
     EXPECT_TRUE(answers.asked.isEmpty()) << "a clean save asks nothing";
+}
+
+TEST_F(SaveWindowTest, APhotoDraggedOntoItsMomentGivesItsFolderTheOffsetThatTheSaveWritesToEveryFile)
+{
+    // Two cameras an hour apart: the late one's first photo is the moment of the early one's second.
+    const auto shoot = [this](const QString &folder, const QString &name, const char *stamp) {
+        QDir(dir.path()).mkdir(folder);
+        TiffShape tags;
+        tags.dateTimeOriginal = Stamp::text(stamp);
+        return buildJpeg({.exif = tags}).write(dir.filePath(folder), name);
+    };
+    const QString early = QStringLiteral("early"), late = QStringLiteral("late");
+    shoot(early, QStringLiteral("E1"), "2024:05:01 10:00:00");
+    shoot(early, QStringLiteral("E2"), "2024:05:01 10:01:00");
+    const QString l1 = shoot(late, QStringLiteral("L1"), "2024:05:01 11:01:00");
+    const QString l2 = shoot(late, QStringLiteral("L2"), "2024:05:01 11:02:00");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.filePath(early), dir.filePath(late)}); }));
+    window->findChild<QTreeView *>()->selectionModel()->select(
+        window->folderList().index(1, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    ASSERT_EQ(shownColumn(PicTableModel::NameColumn), (QStringList{"E1.jpg", "E2.jpg"}));
+
+    // Strip: E1 E2 L1 L2. A double click on the lowered L1 shows its folder.
+    MyTimelineView &strip = window->timeline().mainView();
+    QWidget *viewport = strip.viewport();
+    const QPoint from = strip.thumbRectInViewport(2).center().toPoint();
+    QTest::mouseDClick(viewport, Qt::LeftButton, {}, from);
+    ASSERT_EQ(shownColumn(PicTableModel::NameColumn), (QStringList{"L1.jpg", "L2.jpg"}));
+
+    const QRectF target = strip.thumbRectInViewport(1);
+    const QPoint to(int(target.center().x() + target.width() / 8), int(target.center().y()));
+    QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+    QTest::mouseMove(viewport, (from + to) / 2);
+    QTest::mouseMove(viewport, to);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+    EXPECT_EQ(stampIn(l1), QStringLiteral("2024:05:01 11:01:00")) << "nothing is written before Save";
+
+    ASSERT_TRUE(saveAndWait());
+    EXPECT_EQ(stampIn(l1), QStringLiteral("2024:05:01 10:01:01"));
+    EXPECT_EQ(stampIn(l2), QStringLiteral("2024:05:01 10:02:01"));
 }
 
 TEST_F(SaveWindowTest, AFileGoneSinceTheImportIsReportedWithItsPathWhileTheOthersAreSaved)

@@ -14,8 +14,10 @@
 #include <QCoreApplication>
 #include <QDateTimeEdit>
 #include <QKeyEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUndoStack>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -48,7 +50,7 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     view.sourceChanged();
     QUndoStack stack;
     DateChanges changes(stack, DateChangeListener{});
-    TimelineDragHandler handler(view, changes, 60);
+    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // Strip: E1, E2, L1, L2; L1 is raised.
     const QPoint from = view.thumbRectInViewport(2).center().toPoint();
@@ -58,9 +60,21 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     QTest::mousePress(viewport, Qt::LeftButton, {}, from);
     QTest::mouseMove(viewport, from + QPoint(3, 0));
     EXPECT_FALSE(handler.isDragging()) << "not before 5 points";
-    QTest::mouseMove(viewport, (from + to) / 2);
-    QTest::mouseMove(viewport, to);
+    // Left of the first item the outer-edge gap counts, and the window is told.
+    QSignalSpy outerEdge(&handler, &TimelineDragHandler::outerEdgeStateChanged);
+    QTest::mouseMove(viewport, view.thumbRectInViewport(0).center().toPoint() - QPoint(int(target.width() * 0.6), 0));
     ASSERT_TRUE(handler.isDragging());
+    EXPECT_TRUE(handler.place().atOuterEdge);
+    ASSERT_EQ(outerEdge.size(), 1);
+    EXPECT_EQ(outerEdge[0][0].toString(), QStringLiteral("Beyond the end: 1 min from the nearest item"));
+    // Up during the drag takes the next larger gap.
+    QSignalSpy gapIndex(&handler, &TimelineDragHandler::dragGapOuterEdgesChanged);
+    QTest::keyClick(&view, Qt::Key_Up);
+    ASSERT_EQ(gapIndex.size(), 1);
+    EXPECT_EQ(gapIndex[0][0].toLongLong(), 5);
+    EXPECT_EQ(outerEdge.last()[0].toString(), QStringLiteral("Beyond the end: 5 min from the nearest item"));
+    QTest::mouseMove(viewport, to);
+    EXPECT_EQ(outerEdge.last()[0].toString(), QString());
     EXPECT_EQ(handler.place().type, DropType::RightHalf);
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
 
@@ -112,7 +126,7 @@ TEST(TimelineDragTest, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep
                             view.sourceChanged();
                         },
                                                   nullptr, nullptr});
-    TimelineDragHandler handler(view, changes, 60);
+    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // The arrow alone goes up and down while Ctrl and Alt stay held.
     const auto left = [&view] {
@@ -131,6 +145,47 @@ TEST(TimelineDragTest, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep
     EXPECT_EQ(stack.count(), 1);
     stack.undo();
     EXPECT_EQ(late.sfDateModificationsTimeInterval, 0);
+}
+
+TEST(TimelineDragTest, DraggingOntoTheShelfMovesTheSelectionThereAsOneUndoStep)
+{
+    MySingleFolder trip(QStringLiteral("/trip"), true);
+    QList<MySinglePic *> pics;
+    for (int minute = 0; minute < 3; ++minute)
+        pics.append(trip.adoptPic(std::make_unique<MySinglePic>(QStringLiteral("P%1.JPG").arg(minute), &trip,
+                                                                SpTypeExifOriginal,
+                                                                Instant::fromUtc(2024, 5, 1, 10, minute))));
+    MyTimelinesController controller;
+    controller.buildNewSource({&trip});
+    TimelineStrip *shelfStrip = controller.addTimelineShelf();
+    MyThumbsQueue thumbs;
+    QWidget box;
+    auto *layout = new QVBoxLayout(&box);
+    auto *view = new MyTimelineView(controller, controller.theTimelineView_1(), thumbs, &box);
+    auto *shelf = new MyTimelineView(controller, *shelfStrip, thumbs, &box);
+    layout->addWidget(view);
+    layout->addWidget(shelf);
+    box.resize(900, 560);
+    box.show();
+    view->sourceChanged();
+    QUndoStack stack;
+    DateChanges changes(stack, DateChangeListener{});
+    TimelineDragHandler handler(*view, changes, stack, 4);
+
+    QWidget *viewport = view->viewport();
+    const QPoint from = view->thumbRectInViewport(1).center().toPoint();
+    const QPoint onShelf = viewport->mapFromGlobal(shelf->viewport()->mapToGlobal(shelf->viewport()->rect().center()));
+    QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+    QTest::mouseMove(viewport, from + QPoint(0, 20));
+    QTest::mouseMove(viewport, onShelf);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, onShelf);
+    EXPECT_EQ(shelfStrip->theSource(), QList<MySinglePic *>{pics[1]});
+    EXPECT_EQ(controller.theTimelineView_1().theSource().size(), 2);
+    EXPECT_EQ(trip.sfDateModificationsTimeInterval, 0) << "no date moves";
+    ASSERT_EQ(stack.count(), 1);
+    stack.undo();
+    EXPECT_TRUE(shelfStrip->theSource().isEmpty());
+    EXPECT_EQ(controller.theTimelineView_1().picSelection(), pics[1]);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // The strip drawn offscreen: two folders, one raised and one lowered, with labels, and a click
-// that selects.
+// that selects a raised item.
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
@@ -62,10 +62,11 @@ TEST(TimelineViewTest, TwoFoldersStandRaisedAndLowered)
     EXPECT_EQ(view.lastLabels()[1].index, 3);
     EXPECT_EQ(view.layerCount(), 0); // no thumbnails built yet: no layers
 
+    qRegisterMetaType<MySinglePic *>();
     QSignalSpy selected(&view, &MyTimelineView::picSelectionChanged);
-    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, lowered.center().toPoint());
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, raised.center().toPoint());
     ASSERT_EQ(selected.size(), 1);
-    EXPECT_EQ(controller.theTimelineView_1().picSelection(), pics[1]);
+    EXPECT_EQ(controller.theTimelineView_1().picSelection(), pics[0]);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// The window with its strip: a corpus folder shows its thumbnails with date labels, the strip
-// and the list select together, and the Filter menu narrows both.
+// The window with its strip: a corpus folder dropped on the strip shows its thumbnails with date
+// labels, the strip and the list select together, and the Filter menu narrows both.
 
 #include "WindowFixture.h"
 
@@ -12,9 +12,11 @@
 #include "ui/TimelinePane.h"
 
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QTableView>
 #include <QTest>
+#include <QUrl>
 
 namespace orv::test {
 namespace {
@@ -26,8 +28,16 @@ class TimelineWindowTest : public WindowFixture
 TEST_F(TimelineWindowTest, ACorpusFolderShowsItsThumbnailsWithDateLabels)
 {
     ORV_SKIP_WITHOUT_CORPUS();
-    ASSERT_TRUE(waitForImport([&] { window->importPaths({corpusFile(QStringLiteral("Lychee/tests/Samples"))}); }));
     TimelinePane &timeline = window->timeline();
+    // Dropped from a file manager onto the strip.
+    QMimeData mime;
+    mime.setUrls({QUrl::fromLocalFile(corpusFile(QStringLiteral("Lychee/tests/Samples")))});
+    ASSERT_TRUE(waitForImport([&] {
+        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(timeline.mainView().viewport(), &enter);
+        QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(timeline.mainView().viewport(), &drop);
+    }));
     MyTimelineView &strip = timeline.mainView();
     const QList<MySinglePic *> &shown = strip.strip().theSource();
     ASSERT_GE(shown.size(), 6);
