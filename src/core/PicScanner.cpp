@@ -409,8 +409,7 @@ ChosenDate dateFromImportOptions(const ScanFacts &facts, ItemScanContext &contex
 std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, ItemScanContext &context, int type, OptionalDate date)
 {
     auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), context.folder, type, date);
-    pic->fileFormatType = facts.format.fileFormatType;
-    pic->typeString = facts.format.typeString;
+    pic->fileFormatType = FileFormatType(facts.format.fileFormatType);
     // RAW files and QuickTime movies look for the JPEG or the still taken beside them.
     pic->isPossibleBundlePic = pic->fileFormatType == RawFormat || pic->fileFormatType == QuickTimeMovieFormat;
     return pic;
