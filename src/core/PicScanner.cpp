@@ -293,8 +293,8 @@ void setGPXAttributesFromTheDatesData(MySinglePic &pic, const DatesData &d)
         a.GPSDateStamp = d.gpsDateStamp;
         a.GPSTimeStamp = d.gpsTimeStamp;
         pic.spGpsUTCDate = DateStampCodec::updatedGpsDateWithCreationDate(
-            d.gpsDateStamp ? d.gpsDateStamp->dateData : QByteArray(),
-            d.gpsTimeStamp ? d.gpsTimeStamp->dateData : QByteArray(),
+            d.gpsDateStamp ? d.gpsDateStamp->dateData.toByteArray() : QByteArray(),
+            d.gpsTimeStamp ? d.gpsTimeStamp->dateData.toByteArray() : QByteArray(),
             byteOrder(d.gpsTimeStamp && d.gpsTimeStamp->needsConv), pic.spDateTimeOriginal);
     }
     if (d.gpsLocation) {

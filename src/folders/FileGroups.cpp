@@ -28,7 +28,7 @@ QString stampText(const QByteArray &data)
 bool areLivePhotoDatesClose(const MySinglePic &movie, const MySinglePic &still)
 {
     const std::optional<StampRecord> stillStamp = still.sourceDateExifData();
-    const std::optional<MovieStampRecord> &movieStamp = movie.singlePicAttributes.QTMetaDate;
+    const BoxedOptional<MovieStampRecord> &movieStamp = movie.singlePicAttributes.QTMetaDate;
     if (!stillStamp || !movieStamp)
         return false;
     const TimeZone utc = TimeZone::utc();
@@ -114,7 +114,7 @@ void FileGroups::moveInfosFromDependent(MySinglePic &dependent, MySinglePic &mas
 {
     if (dependent.isMovie() && !m_folder.isEXIFIgnored()) {
         // A Live Photo's movie is dated by its metadata date, like its still by its own stamp.
-        const std::optional<MovieStampRecord> &meta = dependent.singlePicAttributes.QTMetaDate;
+        const BoxedOptional<MovieStampRecord> &meta = dependent.singlePicAttributes.QTMetaDate;
         if (meta && dependent.spType != SpTypeMdta) {
             if (const OptionalDate date = DateStampCodec::dateFromMDTATimeStamp(stampText(meta->dateData),
                                                                                TimeZone::systemZone())) {
