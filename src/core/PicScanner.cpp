@@ -605,6 +605,14 @@ bool PicScanner::refreshInternalData(MySinglePic &pic)
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
 {
+    std::unique_ptr<MySinglePic> pic = buildPicOfRoute(facts, context);
+    if (pic)
+        pic->pivMakeModel = *context.cameraNames.insert(pic->pivMakeModel);
+    return pic;
+}
+
+std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts, ItemScanContext &context)
+{
     switch (facts.route) {
     case ScanFacts::Route::GpxTrack:
         context.gpxPaths.insert(facts.path);
