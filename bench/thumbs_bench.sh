@@ -24,14 +24,22 @@ done
 cat "$work"/photos/* > /dev/null
 cores=$(nproc)
 
-read -r built failed ours < <("$bench" "$work/photos" 252 "$cores")
+# Beside the rates, the processor time each contender spent (user and system, all threads and
+# processes): on a busy machine the wall time follows the share each one gets of the cores.
+read -r built failed ours < <(/usr/bin/time -f '%U %S' -o "$work/ours.cpu" "$bench" "$work/photos" 252 "$cores")
 start=$(date +%s.%N)
-find "$work/photos" -name '*.jpg' -print0 \
-  | xargs -0 -n $(( (count + cores - 1) / cores )) -P "$cores" vipsthumbnail -s 252 -o "$work/vips/%s.jpg"
+/usr/bin/time -f '%U %S' -o "$work/vips.cpu" bash -c 'find "$1" -name "*.jpg" -print0 \
+  | xargs -0 -n "$2" -P "$3" vipsthumbnail -s 252 -o "$4/%s.jpg"' _ \
+  "$work/photos" $(( (count + cores - 1) / cores )) "$cores" "$work/vips"
 end=$(date +%s.%N)
 vips=$(awk -v a="$start" -v b="$end" 'BEGIN { print b - a }')
+cpu_seconds() { awk '{ print $1 + $2 }' "$1"; }
+ours_cpu=$(cpu_seconds "$work/ours.cpu")
+vips_cpu=$(cpu_seconds "$work/vips.cpu")
 
 echo "files:          $count copies of ${#phones[@]} 12-megapixel phone JPEGs, $cores cores"
 echo "orvelle:        $(rate "$count" "$ours") thumbnails/s ($ours s, $built built, $failed failed)"
 echo "vipsthumbnail:  $(rate "$count" "$vips") thumbnails/s ($vips s)"
 awk -v a="$vips" -v b="$ours" 'BEGIN { printf "orvelle / vips rate: %.2fx (target: at least 1x)\n", a / b }'
+awk -v a="$vips_cpu" -v b="$ours_cpu" -v n="$count" \
+  'BEGIN { printf "processor time:  orvelle %.1f ms, vipsthumbnail %.1f ms per thumbnail; vips / orvelle %.2fx\n", 1000 * b / n, 1000 * a / n, a / b }'

@@ -41,7 +41,7 @@ void addOffsetTag(QJsonObject &out, const char *key, const std::optional<OffsetT
 }
 
 // Movie stamps: text ones as text, the movie header's binary times in hex.
-void addMovieStamp(QJsonObject &out, const char *key, const std::optional<MovieStampRecord> &stamp,
+void addMovieStamp(QJsonObject &out, const char *key, const BoxedOptional<MovieStampRecord> &stamp,
                    bool isText)
 {
     if (!stamp)

@@ -22,7 +22,7 @@ bool isAmbiguous(Instant date, const TimeZone &zone) { return zone.isWallClockRe
 
 const XmpStampRecord *xmpRecordOfSlot(const MySinglePic &pic, DateSlotBits slot)
 {
-    const std::optional<XmpDateInfos> &infos = pic.singlePicAttributes.xmpDateInfos;
+    const BoxedOptional<XmpDateInfos> &infos = pic.singlePicAttributes.xmpDateInfos;
     if (!infos)
         return nullptr;
     switch (slot) {
@@ -86,7 +86,7 @@ SlotTest testStillSlot(const MySinglePic &pic, DateSlotBits slot, OptionalDate d
     return {true, diverged, isAmbiguous(*date, zone)};
 }
 
-SlotTest testMovieHeader(const std::optional<MovieStampRecord> &stamp, OptionalDate date, const TimeZone &zone)
+SlotTest testMovieHeader(const BoxedOptional<MovieStampRecord> &stamp, OptionalDate date, const TimeZone &zone)
 {
     if (!stamp || !isRealDate(date))
         return {};
@@ -280,7 +280,7 @@ quint64 DaylightSaving::dstAmbiguityAtExportState(const MySinglePic &pic, const 
 
 double DaylightSaving::checkMDTADateWithTimeZone(const MySinglePic &pic, const TimeZone &zone, DstSpecialCase *special)
 {
-    const std::optional<MovieStampRecord> &meta = pic.singlePicAttributes.QTMetaDate;
+    const BoxedOptional<MovieStampRecord> &meta = pic.singlePicAttributes.QTMetaDate;
     if (!meta)
         return 0.0;
     const QString text = QString::fromLatin1(meta->dateData);

@@ -15,14 +15,17 @@ std::atomic<quint32> MySinglePic::s_sessionCounter{0};
 
 MySinglePic::MySinglePic(const QString &name, FolderFacts *folder, int type, OptionalDate date)
     : spName(name),
-      spNameAtImport(name),
       spSingleFolder(folder),
+      spDateTimeOriginal(date),
       sessionUniqueId(s_sessionCounter.fetch_add(1)),
-      spType(type),
-      spDateTimeOriginal(date)
+      spType(type)
 {
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    spBaseName = dot > 0 ? name.left(dot) : name;
+}
+
+QStringView MySinglePic::spBaseName() const
+{
+    const qsizetype dot = spName.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? QStringView(spName).left(dot) : QStringView(spName);
 }
 
 QString MySinglePic::spPath() const
@@ -38,7 +41,7 @@ QStringList MySinglePic::spSidecarPaths() const
         if (extension == isXmpMaster)
             paths.append(spXMPPath());
         else
-            paths.append(folder.filePath(spBaseName + QLatin1Char('.') + extension));
+            paths.append(folder.filePath(spBaseName().toString() + QLatin1Char('.') + extension));
     }
     return paths;
 }
@@ -77,7 +80,7 @@ QStringList MySinglePic::spSidecarFiles() const
         return {QFileInfo(spXMPPath()).fileName()};
     QStringList names;
     for (const QString &extension : spSidecarExtensions)
-        names.append(spBaseName + QLatin1Char('.') + extension);
+        names.append(spBaseName().toString() + QLatin1Char('.') + extension);
     return names;
 }
 
@@ -96,7 +99,7 @@ QString MySinglePic::spXMPPath() const
     if (xmp == owner->spSidecarExtensions.cend())
         return {};
     const QDir folder = spSingleFolder ? QDir(spSingleFolder->sfFolderPath) : QDir();
-    return folder.filePath(spBaseName + QLatin1Char('.') + *xmp);
+    return folder.filePath(spBaseName().toString() + QLatin1Char('.') + *xmp);
 }
 
 OptionalDate MySinglePic::singlePicModeDate() const
@@ -191,12 +194,7 @@ bool MySinglePic::hasLocationChange() const
     const bool masterCarriesChange = bundleMasterImage && bundleMasterImage->gpsLatOld && gpsLat;
     if (!gpsLatOld && !masterCarriesChange && hasAddedLocation == 0)
         return newLocationHAccuracy != notSetAccuracy;
-    // A track location is unchanged while it still comes from the track it was saved with; it
-    // moves again only when the item's time moves.
-    const MySinglePic *owner = bundleMasterImage ? bundleMasterImage : this;
-    if (!owner->locAddedByTrackKey || owner->locAddedByTrackKey != owner->lastSave_locAddedByTrackKey)
-        return true;
-    return owner->isThisPureTimeUnsaved();
+    return true;
 }
 
 void MySinglePic::takeSavedLocation()
@@ -211,9 +209,6 @@ void MySinglePic::takeSavedLocation()
 
 bool MySinglePic::hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const
 {
-    if (locAddedByTrackKey && bundleDependentImage && bundleDependentImage->locAddedByTrackKey
-        && !gpsLat)
-        return false;
     if (isRaw() && hasAddedLocation && addRawLocationsOnlyInSidecars)
         return false;
     return hasLocationChange();

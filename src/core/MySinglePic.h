@@ -6,7 +6,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <QVariantMap>
 
 #include <atomic>
 #include <limits>
@@ -42,19 +41,9 @@ enum SpType : int {
     SpTypeMovieExifIgnored = 22,
 };
 
-// A movie position as a rational: value / timescale seconds.
-struct MediaTime
-{
-    qint64 value = 0;
-    qint32 timescale = 0;
-    quint32 flags = 0;
-    qint64 epoch = 0;
-};
-
 enum SaveErrorBits : quint64 { SaveErrorLocation = 1, SaveErrorTagAdd = 2, SaveErrorTime = 4 };
 enum TagAddBits : quint64 { TagAddExifOriginal = 1, TagAddExifDigitized = 2, TagAddTiffDateTime = 4 };
 enum NormalizationBits : quint64 { NormalizationMetaOrder = 1, NormalizationFileDates = 4 };
-enum ActiveChangeBits : quint64 { ActiveChangeLocationMoved = 1, ActiveChangeTagsToAdd = 2 };
 // The three metadata date slots as bits, in the order creation, digitized, modification.
 enum DateSlotBits : quint64 { DateSlotCreation = 1, DateSlotDigitized = 2, DateSlotModification = 4 };
 enum MajorDifferenceBits : quint64 {
@@ -77,32 +66,23 @@ public:
 
     static constexpr double notSetAccuracy = std::numeric_limits<double>::max();
 
+    // The members are ordered by size so that 100,000 items stay small: pointers, texts and
+    // dates first, then four-byte numbers, then the byte-sized states and flags. Bit sets and
+    // small states take the narrowest integer their values need.
+
     // --- Identity and file ---
     QString spName;
-    QString spNameAtImport;
-    QString spBaseName;
-    QString typeString;
-    QString cachedTargetName;
     QStringList spSidecarExtensions;
     FolderFacts *spSingleFolder = nullptr;
-    quint32 sessionUniqueId = 0;
-    qint64 fileFormatType = UnknownFormat;
-    qint64 fileUnchangedState = 0;
-    bool isExtensionHidden = false;
-    bool isThumbSuppressed = false;
-    bool isMovedToTrash = false;
-    qint32 hasRenameError = 0;
+    MySinglePic *bundleDependentImage = nullptr;
+    MySinglePic *bundleMasterImage = nullptr;
 
     // --- Camera ---
+    // Shared between the items of one camera (see PicScanner), so it costs no text per item.
     QString pivMakeModel = QStringLiteral("-");
-    qint32 pivImageWidth = -1;
-    qint32 pivImageHeight = -1;
     QString UUID;
-    // The content identifiers of this item and its Live Photo partner were compared and agree.
-    bool isLivePhotoUUIDValidated = false;
 
     // --- Dates ---
-    int spType = 0;
     OptionalDate spDateTimeOriginal;
     OptionalDate exifDateTimeOriginalOLD, exifDateTimeOriginalNEW;
     OptionalDate exifDateTimeDigitizedOLD, exifDateTimeDigitizedNEW;
@@ -113,97 +93,76 @@ public:
     OptionalDate spDateTimeModified_tempFIX;
     OptionalDate lastCheckedAt;
     double singlePicModification = 0.0;
-    double singlePicModification_backup = 0.0;
-    bool isCreaXmp = false, isDigiXmp = false, isModiXmp = false, hasModiXmp = false;
-    bool isGpsXmp = false;
-    bool isUnsavedDueToTZC = false;
-    bool shouldAddExifDateTimeTags = false, didAddExifDateTimeTags = false;
-    bool hasMinorDateDifference = false;
-    quint64 majorDateDifferenceType = 0;
-    quint64 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0;
-    qint64 usesAltTimeAtAmbiguityReason = 0; // not 0: the user chose the other hour of a repeated one
-    qint64 dstOffsetState = 0;               // timeline marker cache: 0 unknown, -1, 1, 2
 
     // --- Live preview of a change; never a pending edit ---
     // The timeline time the item would take (that of its sortPic), and the move that gives it;
     // empty outside a preview and wherever the present date stands.
     OptionalDate tempTimeDuringLiveMod;
     double tempMoveDateByDuringLiveMod = 0.0;
-    qint64 tempIdxFullDuringLiveMod = -1;
-
-    // --- Bytes ---
-    PicAttributes singlePicAttributes;
-    bool tiffHeaderType = false; // Intel order
-    quint32 tiffHeaderStartOffset = 0xFFFFFFFF;
-    quint32 previewSoiOffset = 0, previewEoiOffset = 0;
-
-    // --- Movie ---
-    // What the movie's header said: 15 an AVI stamp, 16 a good creation date, 17 only a good
-    // modification date, 19 both zero; 0 no header read.
-    int movieType = 0;
-    double movDuration = -1.0;
-    MediaTime movCurrentTime, movChapterTime, livePhotoStillImageTime{0, 0, 0, 0};
-    // The movie header's reading, kept until the folder's movie options are known.
-    QVariantMap qTMovieLateReadingInfo;
-    // Neighbours in a compound Live Photo.
-    MySinglePic *compoundLivePhotoPrev = nullptr;
-    MySinglePic *compoundLivePhotoNext = nullptr;
 
     // --- Location ---
     std::optional<double> gpsLat, gpsLong;
     std::optional<double> gpsLatOld, gpsLongOld;
-    std::optional<double> gpsLatTemp, gpsLongTemp;
     double newLocationHAccuracy = notSetAccuracy;
     // Metres above sea level of a location the user gave, for the save to write; notSetAccuracy
     // when none was given.
     double newLocationAltitude = notSetAccuracy;
-    qint64 hasAddedLocation = 0; // 0 from the file, 1 by the user, 2 by a track
-    std::optional<QString> locAddedByTrackKey, lastSave_locAddedByTrackKey;
-    std::optional<double> lastSave_trackTimeCorrection;
-    qint64 linkedToFolderTracksType = 0;
-    bool isTrackLinkingPrevented = false;
-    bool needsTrackLocationRefresh = false;
-    bool shouldReSaveLoc = false;
 
-    // --- Save run state ---
-    quint64 saveErrorType = 0;
-    quint64 activeChangeType = 0;
-    quint64 tagAddType = 0;
-    quint64 normalizationType = 0;
+    // --- Movie ---
+    double movDuration = -1.0;
+
+    // --- Bytes ---
+    PicAttributes singlePicAttributes;
+    quint32 tiffHeaderStartOffset = 0xFFFFFFFF;
+
+    // --- Four-byte numbers ---
+    quint32 sessionUniqueId = 0;
+    FileFormatType fileFormatType = UnknownFormat;
+    int spType = 0;
+    qint32 pivImageWidth = -1;
+    qint32 pivImageHeight = -1;
+    // Positions in the source and the folder, full and filtered; -1 outside them.
+    qint32 indexInSource_full = -1, indexInSource_filtered = -1;
+    qint32 indexInFolder_full = -1, indexInFolder_filtered = -1;
+
+    // --- Byte-sized states ---
+    // What the movie's header said: 15 an AVI stamp, 16 a good creation date, 17 only a good
+    // modification date, 19 both zero; 0 no header read.
+    qint8 movieType = 0;
+    qint8 fileUnchangedState = 0;
+    qint8 hasAddedLocation = 0;             // 0 from the file, 1 by the user, 2 by a track
+    qint8 usesAltTimeAtAmbiguityReason = 0; // not 0: the user chose the other hour of a repeated one
+    qint8 dstOffsetState = 0;               // timeline marker cache: 0 unknown, -1, 1, 2
+    qint8 marker = 0;
+    quint8 majorDateDifferenceType = 0;     // MajorDifferenceBits
+    quint8 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0; // DateSlotBits
+    quint8 saveErrorType = 0;               // SaveErrorBits
+    quint8 tagAddType = 0;                  // TagAddBits
+    quint8 normalizationType = 0;           // NormalizationBits
+
+    // --- Flags ---
+    bool tiffHeaderType = false; // Intel order
+    bool isExtensionHidden = false;
+    bool isMovedToTrash = false;
+    // The content identifiers of this item and its Live Photo partner were compared and agree.
+    bool isLivePhotoUUIDValidated = false;
+    bool isCreaXmp = false, isDigiXmp = false, isModiXmp = false, hasModiXmp = false;
+    bool isGpsXmp = false;
+    bool isUnsavedDueToTZC = false;
+    bool shouldAddExifDateTimeTags = false, didAddExifDateTimeTags = false;
+    bool hasMinorDateDifference = false;
+    bool shouldReSaveLoc = false;
     bool isInvalidDueToChangesAfterImport = false;
     bool isVerifiedDuringSave = false;
-    bool isWriteUnnecessaryDuringActiveSave = false;
-    bool didRefreshTimesAfterSave = false;
     bool isAffectedBySave = false;
-    bool needsInternalDataRefresh = false;
-    // Per-save scratch values, such as the stamps exiftool must write for short XMP dates.
-    QVariantMap tempCache;
-
-    // --- Rating, source position, groups ---
     bool isKeeper = false, isRejected = false;
-    qint64 indexInSource = -1;
-    qint64 indexInSource_full = -1, indexInSource_filtered = -1;
-    qint64 indexInFolder_full = -1, indexInFolder_filtered = -1;
     bool isPossibleBundlePic = false;
-    MySinglePic *bundleDependentImage = nullptr;
-    MySinglePic *bundleMasterImage = nullptr;
     bool isPossibleBundlePicTemp = false;
-    qint64 wouldBenefitFromReImport = 0;
-    // Late-load progress: 1 still to check, 2 reimport advised, 3 and 4 applied new data, 5 up
-    // to date, 7 reimported, 9 forced check.
-    qint64 importedState = 0;
-    qint64 metaDataIncludedState = 0;
-    qint64 importStateRefreshId = 0;
-    qint64 reimportId = 0, marker = 0, forceGroupInView = 0;
-    // Values to reapply after a reimport (date in force, location, tags to add).
-    QVariantMap tempDataAtReimport;
-    // Values read from a sidecar, and the platform properties kept for the info panel.
-    QVariantMap relevantSidecarInfos;
-    QVariantMap exifDict, exifAuxDict, tiffDict, customDict;
-    QString metasReadOnSystem;
 
     // --- Derived values ---
     QString spPath() const;
+    // The name without its last extension.
+    QStringView spBaseName() const;
     // The sidecars beside the file: its base name with each of spSidecarExtensions; for a
     // dependent whose XMP lies with its master, that XMP.
     QStringList spSidecarPaths() const;

@@ -104,7 +104,7 @@ qint64 PicSaver::updatedUnchangedFileState()
         return 0;
     if (!StoredBytes::areUnchanged(m_pic.singlePicAttributes, file))
         return 4;
-    return m_pic.wouldBenefitFromReImport ? 5 : 0;
+    return 0;
 }
 
 bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType,
@@ -113,7 +113,6 @@ bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType
     if (!saving)
         return realValidatePicWithSavingChanges(false, onlySaveFilesOfType, isWithoutError);
 
-    m_pic.didRefreshTimesAfterSave = false;
     const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled ||
                           m_pic.isThisPureTimeUnsaved();
     const bool tagsDue = m_pic.shouldAddExifDateTimeTags;
@@ -304,7 +303,6 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
         // The file holds these values already.
         for (const auto &taken : plan.whenSaved)
             taken();
-        m_pic.needsInternalDataRefresh = false;
         return true;
     }
     return writeAndFinish(std::move(plan));
@@ -324,7 +322,6 @@ bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
     if (locationDue && !stamps.planMovieLocation(plan) && !m_env.exiftool.saveLocationChange(m_pic))
         return false;
     if (!datesDue && plan.edits.empty()) {
-        m_pic.needsInternalDataRefresh = false;
         return true;
     }
     if (plan.needsExiftool) {
@@ -443,7 +440,6 @@ void PicSaver::takeSavedState()
     if (m_pic.spType == SpTypeMvhdZeroFileDate || m_pic.spType == SpTypeMvhdZeroFixedDate)
         m_pic.spType = SpTypeMvhdCreation;
     m_pic.isUnsavedDueToTZC = false;
-    m_pic.didRefreshTimesAfterSave = true;
 }
 
 } // namespace orv

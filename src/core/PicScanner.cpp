@@ -293,8 +293,8 @@ void setGPXAttributesFromTheDatesData(MySinglePic &pic, const DatesData &d)
         a.GPSDateStamp = d.gpsDateStamp;
         a.GPSTimeStamp = d.gpsTimeStamp;
         pic.spGpsUTCDate = DateStampCodec::updatedGpsDateWithCreationDate(
-            d.gpsDateStamp ? d.gpsDateStamp->dateData : QByteArray(),
-            d.gpsTimeStamp ? d.gpsTimeStamp->dateData : QByteArray(),
+            d.gpsDateStamp ? d.gpsDateStamp->dateData.toByteArray() : QByteArray(),
+            d.gpsTimeStamp ? d.gpsTimeStamp->dateData.toByteArray() : QByteArray(),
             byteOrder(d.gpsTimeStamp && d.gpsTimeStamp->needsConv), pic.spDateTimeOriginal);
     }
     if (d.gpsLocation) {
@@ -409,8 +409,7 @@ ChosenDate dateFromImportOptions(const ScanFacts &facts, ItemScanContext &contex
 std::unique_ptr<MySinglePic> makePic(const ScanFacts &facts, ItemScanContext &context, int type, OptionalDate date)
 {
     auto pic = std::make_unique<MySinglePic>(QFileInfo(facts.path).fileName(), context.folder, type, date);
-    pic->fileFormatType = facts.format.fileFormatType;
-    pic->typeString = facts.format.typeString;
+    pic->fileFormatType = FileFormatType(facts.format.fileFormatType);
     // RAW files and QuickTime movies look for the JPEG or the still taken beside them.
     pic->isPossibleBundlePic = pic->fileFormatType == RawFormat || pic->fileFormatType == QuickTimeMovieFormat;
     return pic;
@@ -605,6 +604,14 @@ bool PicScanner::refreshInternalData(MySinglePic &pic)
 }
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
+{
+    std::unique_ptr<MySinglePic> pic = buildPicOfRoute(facts, context);
+    if (pic)
+        pic->pivMakeModel = *context.cameraNames.insert(pic->pivMakeModel);
+    return pic;
+}
+
+std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts, ItemScanContext &context)
 {
     switch (facts.route) {
     case ScanFacts::Route::GpxTrack:

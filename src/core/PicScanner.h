@@ -69,6 +69,8 @@ struct ItemScanContext
     std::function<ImportOptions()> askEmptyTagOptions;
     int fixedDates = 0;
     QSet<QString> gpxPaths, xmpSidecarPaths, aaeSidecarPaths;
+    // The camera texts seen so far: the items of one camera share one text.
+    QSet<QString> cameraNames;
 };
 
 // The scan of one file: format, byte readers, the date priority chain, the empty-tag import
@@ -87,6 +89,9 @@ public:
     // and the file's attributes are read again from the file as it now stands. False when the
     // file no longer reads as a still.
     static bool refreshInternalData(MySinglePic &pic);
+
+private:
+    static std::unique_ptr<MySinglePic> buildPicOfRoute(const ScanFacts &facts, ItemScanContext &context);
 };
 
 } // namespace orv

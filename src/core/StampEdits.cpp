@@ -130,7 +130,7 @@ std::optional<TimeZone> StampEdits::cameraClock() const
 {
     const PicAttributes &a = m_pic.singlePicAttributes;
     const auto data = [](const std::optional<OffsetTagRecord> &tag) {
-        return tag && tag->offsetOffset ? tag->offsetData : QByteArray();
+        return tag && tag->offsetOffset ? tag->offsetData.toByteArray() : QByteArray();
     };
     const QByteArray offset = DateStampCodec::cameraClockOffset(
         data(a.ExifOffsetTimeOriginal), data(a.ExifOffsetTimeDigitized), data(a.TIFFOffsetTime));
@@ -199,7 +199,7 @@ void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<Sta
     });
 }
 
-void StampEdits::planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+void StampEdits::planMovieStamp(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
                                 const QByteArray &bytes)
 {
     if (bytes.size() != stamp->dateData.size()) {
@@ -210,7 +210,7 @@ void StampEdits::planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecor
     plan.whenSaved.push_back([&stamp, bytes] { stamp->dateData = bytes; });
 }
 
-void StampEdits::planMovieHeaderTime(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+void StampEdits::planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
                                      OptionalDate date, bool correction)
 {
     if (!stamp || stamp->dateOffset == 0 || !isRealDate(date))
@@ -327,7 +327,7 @@ QByteArray metresDataFrom(double metres, bool motorola)
 
 bool StampEdits::planPhotoLocation(PlannedSave &plan)
 {
-    std::optional<GpsLocationRecord> &stored = m_pic.singlePicAttributes.GPSLocation;
+    BoxedOptional<GpsLocationRecord> &stored = m_pic.singlePicAttributes.GPSLocation;
     const bool wantsAltitude = m_pic.newLocationAltitude != MySinglePic::notSetAccuracy;
     const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
     if (!stored || !m_pic.gpsLat || !m_pic.gpsLong || m_pic.hasXmpSidecar() ||

@@ -90,9 +90,9 @@ private:
     void planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
-    void planMovieStamp(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+    void planMovieStamp(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
                         const QByteArray &bytes);
-    void planMovieHeaderTime(PlannedSave &plan, std::optional<MovieStampRecord> &stamp,
+    void planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
                              OptionalDate date, bool correction);
     OptionalDate movedGpsDate() const;
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.

@@ -37,7 +37,7 @@ bool holdsLocation(FileReader &file, const GpsLocationRecord &r)
            holds(file, r.hPositioningError_Offset, r.hPositioningError_Data);
 }
 
-bool holdsMovieStamp(FileReader &file, const std::optional<MovieStampRecord> &stamp)
+bool holdsMovieStamp(FileReader &file, const BoxedOptional<MovieStampRecord> &stamp)
 {
     return !stamp || holds(file, stamp->dateOffset, stamp->dateData);
 }

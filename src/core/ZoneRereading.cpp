@@ -12,7 +12,7 @@ namespace {
 
 QByteArray offsetDataOf(const std::optional<OffsetTagRecord> &offset)
 {
-    return offset ? offset->offsetData : QByteArray();
+    return offset ? offset->offsetData.toByteArray() : QByteArray();
 }
 
 // A stamp that exists but is empty keeps its distantPast; an XMP slot is read elsewhere.
@@ -34,7 +34,7 @@ void rereadXmpSlot(OptionalDate &date, bool isXmp, const XmpStampRecord *record,
         date = XmpDates::xmpDateFromStampInfos(record, zone);
 }
 
-void rereadMovieHeader(OptionalDate &date, const std::optional<MovieStampRecord> &stamp, const ZoneReading &reading)
+void rereadMovieHeader(OptionalDate &date, const BoxedOptional<MovieStampRecord> &stamp, const ZoneReading &reading)
 {
     if (!stamp || !date || date->isDistantPast())
         return;
@@ -71,8 +71,8 @@ void updateGpsDateWithCreationDate(MySinglePic &pic)
     if (!pic.spGpsUTCDate || pic.isGpsXmp || a.GPSDateStamp.has_value() == a.GPSTimeStamp.has_value())
         return;
     pic.spGpsUTCDate = DateStampCodec::updatedGpsDateWithCreationDate(
-        a.GPSDateStamp ? a.GPSDateStamp->dateData : QByteArray(),
-        a.GPSTimeStamp ? a.GPSTimeStamp->dateData : QByteArray(),
+        a.GPSDateStamp ? a.GPSDateStamp->dateData.toByteArray() : QByteArray(),
+        a.GPSTimeStamp ? a.GPSTimeStamp->dateData.toByteArray() : QByteArray(),
         a.GPSTimeStamp && a.GPSTimeStamp->needsConv ? QSysInfo::BigEndian : QSysInfo::LittleEndian,
         pic.spDateTimeOriginal);
 }

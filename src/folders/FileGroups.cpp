@@ -28,7 +28,7 @@ QString stampText(const QByteArray &data)
 bool areLivePhotoDatesClose(const MySinglePic &movie, const MySinglePic &still)
 {
     const std::optional<StampRecord> stillStamp = still.sourceDateExifData();
-    const std::optional<MovieStampRecord> &movieStamp = movie.singlePicAttributes.QTMetaDate;
+    const BoxedOptional<MovieStampRecord> &movieStamp = movie.singlePicAttributes.QTMetaDate;
     if (!stillStamp || !movieStamp)
         return false;
     const TimeZone utc = TimeZone::utc();
@@ -114,7 +114,7 @@ void FileGroups::moveInfosFromDependent(MySinglePic &dependent, MySinglePic &mas
 {
     if (dependent.isMovie() && !m_folder.isEXIFIgnored()) {
         // A Live Photo's movie is dated by its metadata date, like its still by its own stamp.
-        const std::optional<MovieStampRecord> &meta = dependent.singlePicAttributes.QTMetaDate;
+        const BoxedOptional<MovieStampRecord> &meta = dependent.singlePicAttributes.QTMetaDate;
         if (meta && dependent.spType != SpTypeMdta) {
             if (const OptionalDate date = DateStampCodec::dateFromMDTATimeStamp(stampText(meta->dateData),
                                                                                TimeZone::systemZone())) {
@@ -149,7 +149,6 @@ void FileGroups::moveInfosFromDependent(MySinglePic &dependent, MySinglePic &mas
     }
     if (dependent.hasImportOptionChanges() && !master.hasImportOptionChanges() && m_folder.fixedDates > 0)
         --m_folder.fixedDates;
-    dependent.cachedTargetName.clear();
     if (m_folder.quickSelection.remove(&dependent))
         m_folder.quickSelection.insert(&master);
 }
@@ -181,8 +180,8 @@ void FileGroups::checkForPossibleBundles(const QSet<QString> &newNames, bool isM
     // Base names compare exactly, with case; the full name breaks ties so that two candidates
     // for one partner are decided the same way on every run.
     std::sort(all.begin(), all.end(), [&isLooking](const MySinglePic *a, const MySinglePic *b) {
-        if (a->spBaseName != b->spBaseName)
-            return a->spBaseName < b->spBaseName;
+        if (a->spBaseName() != b->spBaseName())
+            return a->spBaseName() < b->spBaseName();
         if (isLooking(a) != isLooking(b))
             return isLooking(a);
         return a->spName < b->spName;
@@ -194,7 +193,7 @@ void FileGroups::checkForPossibleBundles(const QSet<QString> &newNames, bool isM
         MySinglePic &item = *all[i];
         for (qsizetype j = i + 1; j < all.size() && isLooking(&item); ++j) {
             MySinglePic &other = *all[j];
-            if (other.spBaseName != item.spBaseName)
+            if (other.spBaseName() != item.spBaseName())
                 break;
             if (!newNames.contains(item.spName) && !newNames.contains(other.spName))
                 continue;
@@ -236,7 +235,7 @@ QList<MySinglePic *> FileGroups::candidatesForBaseName(const QString &baseName, 
 {
     QList<MySinglePic *> candidates;
     for (MySinglePic *pic : allImportRelevantFiles()) {
-        if (pic->bundleMasterImage || pic->spBaseName != baseName)
+        if (pic->bundleMasterImage || pic->spBaseName() != baseName)
             continue;
         candidates.append(pic);
         if (withDependents && pic->bundleDependentImage)

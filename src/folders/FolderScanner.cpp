@@ -139,26 +139,27 @@ void FolderScanner::scanInto(Result &result, const ProgressCallback &progress)
                           m_folder.sfFolderPath);
         return;
     }
-    const std::optional<QStringList> names = namesToImport(directory, result);
+    std::optional<QStringList> names = namesToImport(directory, result);
     if (!names)
         return;
 
     const qint64 total = 2 * names->size() + 1;
     qint64 done = 0;
     progress(done, total);
+    // Names, not paths: a folder of 100,000 files holds one text per file while it is read, the
+    // one its item keeps.
     QStringList files;
-    const QDir dir(directory);
     const QSet<QString> &imported = m_scope.importedNames;
-    for (const QString &name : *names) {
-        const QString path = dir.filePath(name);
+    for (const QString &name : std::as_const(*names)) {
         if (imported.contains(name)) {
             done += 2;
             continue;
         }
         // Subfolders and entries that are no regular file are told apart by the one status each
         // name gets while it is read.
-        files.append(path);
+        files.append(name);
     }
+    names.reset();
     progress(done, total);
     result.wasStopped = !readAndBuild(directory, files, done, total, progress, result);
 }
@@ -215,20 +216,22 @@ void FolderScanner::takeSubfolder(const QString &path, Result &result)
     result.subfolders.append({path, *token});
 }
 
-bool FolderScanner::readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
+bool FolderScanner::readAndBuild(const QString &directory, const QStringList &names, qint64 &done, qint64 total,
                                  const ProgressCallback &progress, Result &result)
 {
     const bool exifIgnored = m_scope.items.exifIgnored;
     QStringList missing;
-    for (qsizetype first = 0; first < files.size(); first += filesPerRound) {
+    for (qsizetype first = 0; first < names.size(); first += filesPerRound) {
         if (m_folder.shouldStopImport)
             return false;
-        const QStringList round = files.mid(first, filesPerRound);
-        const QList<ReadFile> read = QtConcurrent::blockingMapped(
-            round, [exifIgnored](const QString &path) { return readFile(path, exifIgnored); });
+        const QStringList round = names.mid(first, filesPerRound);
+        const QList<ReadFile> read = QtConcurrent::blockingMapped(round, [exifIgnored, &directory](const QString &name) {
+            return readFile(QDir(directory).filePath(name), exifIgnored);
+        });
         done += round.size();
         progress(done, total);
-        for (const ReadFile &file : read) {
+        for (qsizetype i = 0; i < read.size(); ++i) {
+            const ReadFile &file = read.at(i);
             if (file.facts.route == ScanFacts::Route::Directory) {
                 takeSubfolder(file.facts.path, result);
                 continue;
@@ -237,8 +240,11 @@ bool FolderScanner::readAndBuild(const QString &directory, const QStringList &fi
                 missing.append(file.facts.path);
             else if (file.problem)
                 result.errors.add(*file.problem, file.facts.path);
-            if (std::unique_ptr<MySinglePic> pic = PicScanner::buildPic(file.facts, m_scope.items))
+            if (std::unique_ptr<MySinglePic> pic = PicScanner::buildPic(file.facts, m_scope.items)) {
+                if (pic->spName == round.at(i))
+                    pic->spName = round.at(i); // the listing's text rather than a copy of it
                 result.pics.push_back(std::move(pic));
+            }
         }
         done += round.size();
         progress(done, total);

@@ -84,7 +84,7 @@ private:
     // Nothing when the directory cannot be listed; the error is recorded.
     std::optional<QStringList> namesToImport(const QString &directory, Result &result);
     void takeSubfolder(const QString &path, Result &result);
-    bool readAndBuild(const QString &directory, const QStringList &files, qint64 &done, qint64 total,
+    bool readAndBuild(const QString &directory, const QStringList &names, qint64 &done, qint64 total,
                       const ProgressCallback &progress, Result &result);
     void reportMissingFiles(const QString &directory, const QStringList &missing, Result &result);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "formats/BoxedOptional.h"
+#include "formats/InlineBytes.h"
 #include "time/Instant.h"
 
 #include <QByteArray>
@@ -18,7 +20,7 @@ namespace orv {
 // uses the same record with its 11 bytes.
 struct StampRecord
 {
-    QByteArray dateData;
+    InlineBytes<20> dateData;
     quint32 dateOffset = 0;
     bool operator==(const StampRecord &) const = default;
 };
@@ -26,7 +28,7 @@ struct StampRecord
 // A 7-byte time offset such as "+02:00" with its NUL.
 struct OffsetTagRecord
 {
-    QByteArray offsetData;
+    InlineBytes<7> offsetData;
     quint32 offsetOffset = 0;
     bool operator==(const OffsetTagRecord &) const = default;
 };
@@ -35,7 +37,7 @@ struct OffsetTagRecord
 // Motorola order and must be swapped on a little-endian machine.
 struct GpsStampRecord
 {
-    QByteArray dateData;
+    InlineBytes<24> dateData;
     quint32 dateOffset = 0;
     bool needsConv = false;
     bool operator==(const GpsStampRecord &) const = default;
@@ -103,20 +105,21 @@ struct XmpStampRecord
 using XmpDateInfos = std::map<QString, XmpStampRecord>;
 
 // The byte-level facts of an item: every value a save may overwrite, with its offset, and the
-// file attributes seen at import.
+// file attributes seen at import. What most items lack (a location, an XMP packet's dates, a
+// movie's stamps) is boxed, so that it takes room only where it exists.
 struct PicAttributes
 {
     std::optional<StampRecord> ExifDateTimeOriginal, ExifDateTimeDigitized, TIFFDateTime;
     std::optional<OffsetTagRecord> ExifOffsetTimeOriginal, ExifOffsetTimeDigitized, TIFFOffsetTime;
     std::optional<GpsStampRecord> GPSTimeStamp;
     std::optional<StampRecord> GPSDateStamp;
-    std::optional<GpsLocationRecord> GPSLocation;
+    BoxedOptional<GpsLocationRecord> GPSLocation;
     std::optional<double> GPSLocationXmpHPositioningError;
-    std::optional<XmpDateInfos> xmpDateInfos;
+    BoxedOptional<XmpDateInfos> xmpDateInfos;
     quint32 xmpHeaderStartOffset = 0;
     quint32 cr3XmpOffset = 0;
-    std::optional<MovieStampRecord> QTMetaDate;
-    std::optional<MovieStampRecord> QTMvhdCreaDate, QTMvhdModDate, riffCreaDate;
+    BoxedOptional<MovieStampRecord> QTMetaDate;
+    BoxedOptional<MovieStampRecord> QTMvhdCreaDate, QTMvhdModDate, riffCreaDate;
     std::vector<QtLocationRecord> qtLocations;
 
     OptionalDate NSFileCreationDate, NSFileModificationDate;

@@ -103,6 +103,8 @@ ThumbRequest MyThumbsQueue::requestFor(const MySinglePic &pic) const
 
 bool MyThumbsQueue::addOperationForImage(MySinglePic &pic, bool visible)
 {
+    if (m_paused)
+        return false;
     const quint32 id = pic.sessionUniqueId;
     if (m_cache.contains(id) || m_cache.didBuildThumbFail(id) || m_queued.contains(id) || pic.isMovedToTrash
         || (pic.spSingleFolder && MySingleFolder::of(pic)->isDisconnected))
@@ -141,6 +143,8 @@ void MyThumbsQueue::runThumbs(const QList<StripList> &strips)
         m_queued.intersect(m_started);
     }
     m_lastStrips = strips;
+    if (m_paused)
+        return;
     m_visible.clear();
     QList<QList<MySinglePic *>> lists;
     for (const StripList &strip : strips) {
@@ -170,8 +174,23 @@ void MyThumbsQueue::finished(quint32 id, ThumbEntry entry, bool failed)
         m_cache.markFailed(id);
     Q_EMIT thumbReady(id);
     // checkThumbs: a drained queue takes the next batch while items still lack thumbnails.
-    if (m_queued.isEmpty() && m_settings.autoBGThumbGeneration)
+    if (m_queued.isEmpty() && m_settings.autoBGThumbGeneration && !m_paused)
         runThumbs(m_lastStrips);
+}
+
+void MyThumbsQueue::setPaused(bool paused)
+{
+    if (paused == m_paused)
+        return;
+    m_paused = paused;
+    if (!paused) {
+        runThumbs(m_lastStrips);
+        return;
+    }
+    m_pool.clear();
+    m_pool.waitForDone();
+    QMutexLocker lock(&m_startedLock);
+    m_queued.intersect(m_started);
 }
 
 void MyThumbsQueue::stopAllOnFirstEvictMAIN()

@@ -64,6 +64,11 @@ public:
     // Whether the item's thumbnail is to be built now; visible: on screen in a strip.
     bool addOperationForImage(MySinglePic &pic, bool visible);
     int queuedCount() const { return int(m_queued.size()); }
+    // While a save runs its threads own the items and write the files: a paused queue reads
+    // neither. Pausing drops what no thread took yet and waits for the decodes under way;
+    // resuming builds from the last lists again.
+    void setPaused(bool paused);
+    bool isPaused() const { return m_paused; }
     // Blocks until every operation started has ended and its result is in the cache (tests,
     // benchmarks).
     void waitForDone();
@@ -87,6 +92,7 @@ private:
     QSet<quint32> m_started;  // under m_startedLock: taken by a thread
     QSet<quint32> m_visible;  // of the last run
     QList<StripList> m_lastStrips;
+    bool m_paused = false;
 };
 
 } // namespace orv

@@ -116,7 +116,23 @@ constexpr int maxPacketsForFrame = 600;
 
 QImage ThumbDecoder::decodeWithReader(const QString &path, int side)
 {
-    QImageReader reader(path);
+    // The whole file in memory lets libjpeg see all the scan at once and take its fast Huffman
+    // path, which it leaves when fewer than a few KB wait in its buffer (the file device hands it
+    // 4 KB at a time). A file too large for that is read from the device.
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    if (file.size() > maxBytesReadWhole) {
+        file.close();
+        QImageReader reader(path);
+        return readScaled(reader, side, true);
+    }
+    QByteArray bytes = file.readAll();
+    file.close();
+    // The format comes from the content, as for a file whose name says another.
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
     return readScaled(reader, side, true);
 }
 

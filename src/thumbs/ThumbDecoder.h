@@ -39,6 +39,8 @@ public:
     static QImage unsupportedIcon(int side);
     // Pixels larger than this are refused before decoding (a 200-megapixel image at most).
     static constexpr qint64 maxPixels = 200LL * 1000 * 1000;
+    // Files up to this size are read whole before decoding; larger ones are read as they decode.
+    static constexpr qint64 maxBytesReadWhole = 64LL * 1024 * 1024;
 };
 
 } // namespace orv

@@ -7,6 +7,7 @@
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
 #include "ui/EditActions.h"
 #include "ui/FolderListModel.h"
@@ -576,6 +577,7 @@ void MainWindow::save()
     // The run's threads own the items until it ends: the list reads none of them, and the window
     // keeps its last picture.
     m_controller->saveWillStart();
+    m_timeline->thumbs().setPaused(true);
     m_picModel->setItemsLocked(true);
     m_pages->setUpdatesEnabled(false);
     m_editActions->refresh();
@@ -587,6 +589,7 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
     m_save->deleteLater();
     m_save = nullptr;
     m_picModel->setItemsLocked(false);
+    m_timeline->thumbs().setPaused(false);
     m_pages->setUpdatesEnabled(true);
     // The owner forgets what can no longer be undone and tells the views of every saved folder,
     // also of one whose failed items kept their change in separate mode.

@@ -208,7 +208,7 @@ TEST(MySinglePicIdentity, SessionIdsRiseAndPathsJoinTheFolder)
     MySinglePic *b = f.add(SpTypeExifOriginal, noon);
     EXPECT_EQ(b->sessionUniqueId, a->sessionUniqueId + 1);
     EXPECT_EQ(a->spPath(), QStringLiteral("/photos/trip/IMG.JPG"));
-    EXPECT_EQ(a->spBaseName, QStringLiteral("IMG"));
+    EXPECT_EQ(a->spBaseName(), QStringLiteral("IMG"));
     EXPECT_EQ(a->movDuration, -1.0);
     EXPECT_EQ(a->newLocationHAccuracy, MySinglePic::notSetAccuracy);
     EXPECT_EQ(f.folder.sfPicDetails_fullArray.size(), 2);

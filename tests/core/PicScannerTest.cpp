@@ -297,7 +297,7 @@ TEST_F(PicScannerTest, APngRawProfileGivesTheDateButNoPlaceToWriteIt)
     ASSERT_TRUE(fromXmp);
     EXPECT_TRUE(fromXmp->isDigiXmp) << "xmp:CreateDate fills the digitized slot";
     EXPECT_EQ(fromXmp->spDateTimeOriginal, may1At10);
-    const std::optional<XmpDateInfos> &infos = fromXmp->singlePicAttributes.xmpDateInfos;
+    const BoxedOptional<XmpDateInfos> &infos = fromXmp->singlePicAttributes.xmpDateInfos;
     ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
     EXPECT_EQ(infos->at("XmpCreateDate").offset, 0u);
 }

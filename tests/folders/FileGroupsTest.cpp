@@ -33,7 +33,7 @@ struct StagedFolder
     }
     FileGroups groups() { return FileGroups(folder, stagedPics()); }
 
-    MySinglePic &stage(const QString &name, int format, int type = SpTypeExifOriginal,
+    MySinglePic &stage(const QString &name, FileFormatType format, int type = SpTypeExifOriginal,
                        const QString &makeModel = QStringLiteral("Canon EOS R6"))
     {
         auto pic = std::make_unique<MySinglePic>(name, &folder, type, noon);

@@ -156,7 +156,11 @@ TEST_F(DecodeTest, BadInputGetsTheIconAndTheOthersGoOn)
                                                                                                     : SpTypeExifOriginal,
                                                                   Instant(0))));
     MyThumbsQueue queue;
+    // A save runs: nothing is read until it ends.
+    queue.setPaused(true);
     queue.runThumbs({{pics, {0, 5}}});
+    EXPECT_EQ(queue.queuedCount(), 0);
+    queue.setPaused(false);
     queue.waitForDone();
     ThumbCache &cache = queue.cache();
     for (MySinglePic *pic : pics)
