@@ -330,11 +330,11 @@ bool StampEdits::planPhotoLocation(PlannedSave &plan)
     std::optional<GpsLocationRecord> &stored = m_pic.singlePicAttributes.GPSLocation;
     const bool wantsAltitude = m_pic.newLocationAltitude != MySinglePic::notSetAccuracy;
     const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
+    // Altitude and positioning error tags the file lacks are exiftool's to add; the parts that
+    // exist are written here.
     if (!stored || !m_pic.gpsLat || !m_pic.gpsLong || m_pic.hasXmpSidecar() ||
         !stored->latitude_Offset || !stored->longitude_Offset || !stored->latitudeRef_Offset ||
-        !stored->longitudeRef_Offset || (wantsAltitude && !stored->altitude_Offset) ||
-        (wantsAltitude && !stored->altitudeRef_Offset) ||
-        (wantsAccuracy && !stored->hPositioningError_Offset))
+        !stored->longitudeRef_Offset)
         return false;
     GpsLocationRecord written = *stored;
     const bool motorola = stored->needsConv;
@@ -344,12 +344,14 @@ bool StampEdits::planPhotoLocation(PlannedSave &plan)
     written.latitude_Data = coordDataFrom(std::abs(lat), motorola);
     written.longitudeRef_Data = QByteArray(lon < 0.0 ? "W" : "E", 2);
     written.longitude_Data = coordDataFrom(std::abs(lon), motorola);
-    if (wantsAltitude) {
+    if (wantsAltitude && stored->altitude_Offset && stored->altitudeRef_Offset) {
         written.altitudeRef_Data = QByteArray(1, m_pic.newLocationAltitude < 0.0 ? '\1' : '\0');
         written.altitude_Data = metresDataFrom(m_pic.newLocationAltitude, motorola);
     }
-    if (wantsAccuracy)
-        written.hPositioningError_Data = metresDataFrom(m_pic.newLocationHAccuracy, motorola);
+    if (stored->hPositioningError_Offset &&
+        (wantsAccuracy || m_settings.setPositioningErrorsToZeroOnChange))
+        written.hPositioningError_Data =
+            metresDataFrom(wantsAccuracy ? m_pic.newLocationHAccuracy : 0.0, motorola);
     const std::pair<const QByteArray GpsLocationRecord::*, quint32 GpsLocationRecord::*> parts[] = {
         {&GpsLocationRecord::latitudeRef_Data, &GpsLocationRecord::latitudeRef_Offset},
         {&GpsLocationRecord::latitude_Data, &GpsLocationRecord::latitude_Offset},
