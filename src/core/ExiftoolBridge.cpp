@@ -311,11 +311,16 @@ bool ExiftoolBridge::addDateTagsForFileDate(MySinglePic &pic)
         return false;
     }
     const QString value = stamp + offset;
-    const QStringList lines = {QStringLiteral("-XMP-exif:DateTimeOriginal=") + value,
-                               QStringLiteral("-XMP-xmp:CreateDate=") + value};
+    // A movie takes the metadata date the scan reads with its own offset.
+    const QStringList lines =
+        pic.isMovie() ? QStringList{QStringLiteral("-Keys:CreationDate=") + value}
+                      : QStringList{QStringLiteral("-XMP-exif:DateTimeOriginal=") + value,
+                                    QStringLiteral("-XMP-xmp:CreateDate=") + value};
     if (!act(ToolStep::AddExifDateTags, lines, pic, pic.spPath()) ||
         !refreshInternalData(pic, ToolStep::AddExifDateTags))
         return false;
+    if (pic.isMovie())
+        return true;
     if (pic.exifDateTimeOriginalOLD) {
         pic.exifDateTimeOriginalNEW = pic.exifDateTimeOriginalOLD;
         pic.exifDateTimeDigitizedNEW = pic.exifDateTimeDigitizedOLD;

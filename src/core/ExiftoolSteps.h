@@ -29,7 +29,8 @@ public:
     // Whether an item dated by its file alone may take its new date as tags it did not have;
     // asked once per run.
     virtual bool mayAddDateTagsToFileDatedItems() = 0;
-    // Such an item's new creation date, as date tags: EXIF for JPEG, TIFF and PNG, XMP elsewhere.
+    // Such an item's new creation date, as date tags: EXIF for JPEG, TIFF and PNG, the metadata
+    // date for a QuickTime or MPEG-4 movie, XMP elsewhere.
     virtual bool addDateTagsForFileDate(MySinglePic &pic) = 0;
 };
 

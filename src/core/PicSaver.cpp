@@ -364,8 +364,13 @@ bool PicSaver::isCreationDateLost() const
 
 bool PicSaver::keepCreationDateInTags()
 {
-    if (!isCreationDateLost() || m_pic.isMovie() ||
-        !m_env.exiftool.mayAddDateTagsToFileDatedItems())
+    // exiftool writes no date into other movies; a header the user's option passes over would
+    // be passed over again at the next import.
+    const bool takesTags =
+        !m_pic.isMovie() || (m_pic.spType == SpTypeMovieFileDate &&
+                             (m_pic.fileFormatType == QuickTimeMovieFormat ||
+                              m_pic.fileFormatType == Mpeg4MovieFormat));
+    if (!isCreationDateLost() || !takesTags || !m_env.exiftool.mayAddDateTagsToFileDatedItems())
         return true;
     return m_env.exiftool.addDateTagsForFileDate(m_pic);
 }
