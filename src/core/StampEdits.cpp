@@ -269,6 +269,21 @@ PlannedSave StampEdits::planMovie()
     return plan;
 }
 
+namespace {
+
+// Metres as digits behind a point, in exactly `length` bytes; empty when they do not fit.
+QByteArray locationHAccuracyData(double metres, qsizetype length)
+{
+    const qsizetype whole = QByteArray::number(std::floor(metres), 'f', 0).size();
+    const qsizetype decimals = length - whole - 1;
+    if (decimals < 1)
+        return {};
+    const QByteArray text = QByteArray::number(metres, 'f', int(decimals));
+    return text.size() == length ? text : QByteArray();
+}
+
+} // namespace
+
 bool StampEdits::planMovieLocation(PlannedSave &plan)
 {
     std::vector<QtLocationRecord> &records = m_pic.singlePicAttributes.qtLocations;
@@ -284,6 +299,18 @@ bool StampEdits::planMovieLocation(PlannedSave &plan)
         QtLocationRecord &record = records[i];
         plan.add(qint64(record.text.dateOffset), texts[i], record.text.dateData);
         plan.whenSaved.push_back([&record, text = texts[i]] { record.text.dateData = text; });
+    }
+    // The accuracy text takes the new accuracy, or 0 where a moved place leaves the old one
+    // stale, in as many bytes as it has; a value that does not fit stays out.
+    MovieStampRecord &accuracy = records.front().hAccuracy;
+    const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
+    if (accuracy.dateOffset && (wantsAccuracy || m_settings.setPositioningErrorsToZeroOnChange)) {
+        const QByteArray text = locationHAccuracyData(
+            wantsAccuracy ? std::max(0.0, m_pic.newLocationHAccuracy) : 0.0, accuracy.dateData.size());
+        if (!text.isEmpty()) {
+            plan.add(qint64(accuracy.dateOffset), text, accuracy.dateData);
+            plan.whenSaved.push_back([&accuracy, text] { accuracy.dateData = text; });
+        }
     }
     plan.whenSaved.push_back([&pic = m_pic] { pic.takeSavedLocation(); });
     return true;

@@ -237,7 +237,10 @@ TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)
                                          std::pair("+51.4169-000.0806/", "-33.8688+151.2093/"),
                                          std::pair("+33.1268-117.3273/", "-33.8688+151.2093/")})
         EXPECT_EQ(after.mid(before.indexOf(text), qsizetype(strlen(expected))), QByteArray(expected));
-    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("Keys:GPSCoordinates"), "-33.8688 151.2093 103.64");
+    const ExiftoolTags read = exiftoolTags(pic.spPath(), ExiftoolGroups::Family1);
+    EXPECT_EQ(read.string("Keys:GPSCoordinates"), "-33.8688 151.2093 103.64");
+    EXPECT_EQ(read.number("Keys:LocationAccuracyHorizontal"), 0.0) << "the old accuracy went with the old place";
+    EXPECT_EQ(pic.singlePicAttributes.qtLocations[0].hAccuracy.dateData, "0.0000000");
     EXPECT_EQ(pic.hasAddedLocation, 0);
     EXPECT_FALSE(pic.hasLocationChange());
 
