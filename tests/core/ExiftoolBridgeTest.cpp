@@ -7,6 +7,7 @@
 #include "support/SaveFixture.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -190,5 +191,34 @@ TEST_F(ExiftoolBridgeTest, GpsTagsTakeThePlaceInPlaceAndExiftoolAddsTheAltitudeA
         EXPECT_EQ(read.string("EXIF:GPSHPositioningError"), error);
         EXPECT_EQ(read.string("XMP:GPSHPositioningError"), error);
         EXPECT_FALSE(pic.hasLocationChange());
+    }
+}
+
+TEST_F(ExiftoolBridgeTest, CameraGpsTagsTakeAMovedPlaceBelowSeaLevelInPlaceAndLoseTheirStaleAccuracy)
+{
+    SaveSettings settings = defaultSettings();
+    settings.syncXMPDataOnSave = true;
+    for (const char *name : {"exiftool-t/Apple.jpg", "metadata-extractor-images/jpg/Issue 508.jpg"}) {
+        const QString source = corpusFile(QString::fromLatin1(name));
+        if (source.isEmpty())
+            GTEST_SKIP() << "no corpus";
+        const QString copy = dir.filePath(QFileInfo(source).fileName());
+        ASSERT_TRUE(QFile::copy(source, copy));
+        QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+        MySinglePic &pic = importPath(copy);
+        ASSERT_TRUE(pic.singlePicAttributes.GPSLocation) << name;
+        const qint64 size = QFileInfo(copy).size();
+        move(pic, -33.8688, 151.2093, -5.0);
+
+        shift(0.0, nullptr, settings);
+
+        EXPECT_TRUE(errors().toolStepsFor(pic).isEmpty()) << name;
+        const ExiftoolTags read = exiftoolTags(copy);
+        EXPECT_NEAR(read.number("Composite:GPSLatitude"), -33.8688, 1e-6) << name;
+        EXPECT_NEAR(read.number("Composite:GPSLongitude"), 151.2093, 1e-6);
+        EXPECT_NEAR(read.number("Composite:GPSAltitude"), -5.0, 1e-6);
+        EXPECT_EQ(read.number("EXIF:GPSHPositioningError"), 0.0);
+        EXPECT_FALSE(read.has("XMP:GPSLatitude")) << "a file without an XMP place gets none";
+        EXPECT_EQ(QFileInfo(copy).size(), size) << "every part had its tag: all in place";
     }
 }
