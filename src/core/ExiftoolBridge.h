@@ -61,7 +61,8 @@ public:
 private:
     enum class Acted { Changed, Unchanged, Refused };
     // One action on `path` (the item's file, or its sidecar). Refused: the action could not be
-    // asked, and the item's error is filed. Unchanged: nothing is filed, `why` tells the reason.
+    // asked, and the item's error is filed. Unchanged: nothing is filed; `why` holds the tool's
+    // error or its time-out, and stays empty where the tool only found nothing to change.
     Acted tryAct(ToolStep step, const QStringList &arguments, MySinglePic &pic, const QString &path,
                  QString &why);
     // The same, where no change fails the item. True when the tool changed the file.
