@@ -222,3 +222,30 @@ TEST_F(ExiftoolBridgeTest, CameraGpsTagsTakeAMovedPlaceBelowSeaLevelInPlaceAndLo
         EXPECT_EQ(QFileInfo(copy).size(), size) << "every part had its tag: all in place";
     }
 }
+
+TEST_F(ExiftoolBridgeTest, AnExistingSidecarTakesTheMovedPlaceAndLosesAStaleAccuracyWhetherOrNotItHadAPlace)
+{
+    const std::pair<QString, std::vector<XmpProperty>> sidecars[] = {
+        {QStringLiteral("placed"),
+         {{"exif:GPSLatitude", "48,51.0N"}, {"exif:GPSLongitude", "2,16.8E"}, {"exif:GPSHPositioningError", "30"}}},
+        {QStringLiteral("rated"), {{"xmp:Rating", "3"}}}};
+    for (const auto &[name, properties] : sidecars) {
+        MySinglePic &pic = placedJpeg(name, false, false);
+        const QString sidecar = buildXmpSidecar({.properties = properties}).write(dir.path(), name);
+        pic.spSidecarExtensions = {QStringLiteral("xmp")};
+        const QByteArray before = fileBytes(pic.spPath());
+        move(pic, -33.8688, 151.2093);
+
+        shift(0.0);
+
+        EXPECT_TRUE(errors().toolStepsFor(pic).isEmpty()) << name.toStdString();
+        EXPECT_EQ(fileBytes(pic.spPath()), before) << "the place goes to the sidecar alone";
+        const ExiftoolTags read = exiftoolTags(sidecar);
+        EXPECT_NEAR(read.number("XMP:GPSLatitude"), -33.8688, 1e-9) << name.toStdString();
+        const bool hadAccuracy = name == QLatin1String("placed");
+        EXPECT_EQ(read.has("XMP:GPSHPositioningError"), hadAccuracy);
+        if (hadAccuracy) {
+            EXPECT_EQ(read.number("XMP:GPSHPositioningError"), 0.0);
+        }
+    }
+}
