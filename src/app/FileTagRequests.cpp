@@ -6,6 +6,16 @@
 
 namespace orv {
 
+namespace {
+
+double roundedTo(double value, int digits)
+{
+    const double scale = std::pow(10.0, digits);
+    return std::round(value * scale) / scale;
+}
+
+} // namespace
+
 namespace FileTagRequests {
 
 int addMissingDateTags(const QList<MySinglePic *> &pics)
@@ -37,8 +47,10 @@ bool setUserLocation(const QList<MySinglePic *> &pics, double latitude, double l
             pic->gpsLatOld = pic->gpsLat;
             pic->gpsLongOld = pic->gpsLong;
         }
-        pic->gpsLat = latitude;
-        pic->gpsLong = longitude;
+        // A movie whose place text has few digits takes the place it can hold in place.
+        const auto rounding = pic->needsLocRounding();
+        pic->gpsLat = rounding ? roundedTo(latitude, rounding->latitudeDigits) : latitude;
+        pic->gpsLong = rounding ? roundedTo(longitude, rounding->longitudeDigits) : longitude;
         pic->hasAddedLocation = 1;
         pic->newLocationAltitude = altitude;
         pic->newLocationHAccuracy = accuracy;

@@ -59,46 +59,130 @@ QString number(double value, int decimals)
     return QString::number(value, 'f', decimals);
 }
 
+bool isSet(double value)
+{
+    return value != MySinglePic::notSetAccuracy;
+}
+
+// "-EXIF:" and the like; the new-place type names no group and lets exiftool choose.
+QString tagPrefix(const char *group)
+{
+    return QLatin1Char('-') + QLatin1String(group) + (*group ? QLatin1String(":") : QLatin1String());
+}
+
+// A coordinate as exiftool takes it: EXIF an absolute value beside its ref, XMP a signed value.
+QStringList coordinateLines(const char *group, const MySinglePic &source)
+{
+    const double lat = *source.gpsLat;
+    const double lon = *source.gpsLong;
+    const QString prefix = tagPrefix(group);
+    if (QLatin1String(group) == QLatin1String("XMP"))
+        return {prefix + QStringLiteral("GPSLatitude=") + number(lat, 14),
+                prefix + QStringLiteral("GPSLongitude=") + number(lon, 14)};
+    return {prefix + QStringLiteral("GPSLatitude=") + number(std::abs(lat), 14),
+            prefix + QStringLiteral("GPSLatitudeRef=") + (lat < 0.0 ? u'S' : u'N'),
+            prefix + QStringLiteral("GPSLongitude=") + number(std::abs(lon), 14),
+            prefix + QStringLiteral("GPSLongitudeRef=") + (lon < 0.0 ? u'W' : u'E')};
+}
+
+// exiftool reads a ref given as a number by its sign: the signed altitude says above or below.
+QStringList altitudeLines(const char *group, const MySinglePic &source)
+{
+    if (!isSet(source.newLocationAltitude))
+        return {};
+    const QString prefix = tagPrefix(group);
+    return {prefix + QStringLiteral("GPSAltitude=") + number(std::abs(source.newLocationAltitude), 6),
+            prefix + QStringLiteral("GPSAltitudeRef=") + number(source.newLocationAltitude, 6)};
+}
+
+QString accuracyLine(const char *group, double accuracy)
+{
+    return tagPrefix(group) + QStringLiteral("GPSHPositioningError=") +
+           (accuracy == 0.0 ? QStringLiteral("0") : number(std::max(0.0, accuracy), 6));
+}
+
+QStringList condition(const char *expression)
+{
+    return {QStringLiteral("-if"), QLatin1String(expression)};
+}
+
 } // namespace
 
-QStringList ExiftoolBridge::locationArguments(const MySinglePic &pic, bool forXmp)
+bool ExiftoolBridge::willAddNewLocation(const MySinglePic &pic)
 {
-    const double lat = *pic.gpsLat;
-    const double lon = *pic.gpsLong;
-    QStringList lines;
-    if (forXmp) {
-        lines << QStringLiteral("-XMP:GPSLatitude=") + number(lat, 14)
-              << QStringLiteral("-XMP:GPSLongitude=") + number(lon, 14);
-    } else {
-        lines << QStringLiteral("-GPSLatitude=") + number(std::abs(lat), 14)
-              << QStringLiteral("-GPSLatitudeRef=") + (lat < 0.0 ? u'S' : u'N')
-              << QStringLiteral("-GPSLongitude=") + number(std::abs(lon), 14)
-              << QStringLiteral("-GPSLongitudeRef=") + (lon < 0.0 ? u'W' : u'E');
+    if (pic.gpsLatOld)
+        return false;
+    return pic.isMovie() ? pic.singlePicAttributes.qtLocations.empty()
+                         : !pic.singlePicAttributes.GPSLocation;
+}
+
+ExiftoolBridge::LocationArguments
+ExiftoolBridge::updateLocationArguments(LocationType type, const MySinglePic &source,
+                                        bool zeroAccuracyOnChange)
+{
+    const double accuracy = source.newLocationHAccuracy;
+    // The accuracy a moved place leaves in the tags; nothing when they keep theirs.
+    const bool changesAccuracy = isSet(accuracy) || zeroAccuracyOnChange;
+    const double newAccuracy = isSet(accuracy) ? accuracy : 0.0;
+    LocationArguments written;
+    QStringList &lines = written.lines;
+    switch (type) {
+    case LocationType::New:
+        lines << coordinateLines("", source) << altitudeLines("", source);
+        if (isSet(accuracy))
+            lines << accuracyLine("", accuracy);
+        break;
+    case LocationType::Exif:
+    case LocationType::Xmp: {
+        const char *group = type == LocationType::Exif ? "EXIF" : "XMP";
+        lines << condition(type == LocationType::Exif
+                               ? "(defined $EXIF:GPSLatitude and defined $EXIF:GPSLongitude)"
+                               : "(defined $XMP:GPSLatitude and defined $XMP:GPSLongitude)")
+              << coordinateLines(group, source) << altitudeLines(group, source);
+        written.needsSeparateHaccRun = changesAccuracy;
+        break;
     }
-    const QString group = forXmp ? QStringLiteral("-XMP:") : QStringLiteral("-");
-    if (pic.newLocationAltitude != MySinglePic::notSetAccuracy)
-        lines << group + QStringLiteral("GPSAltitude=") + number(std::abs(pic.newLocationAltitude), 6)
-              << group + QStringLiteral("GPSAltitudeRef=") +
-                     (pic.newLocationAltitude < 0.0 ? u'1' : u'0');
-    if (pic.newLocationHAccuracy != MySinglePic::notSetAccuracy)
-        lines << group + QStringLiteral("GPSHPositioningError=") +
-                     number(std::max(0.0, pic.newLocationHAccuracy), 6);
+    case LocationType::Existing:
+        lines << QStringLiteral("-wm") << QStringLiteral("w") << coordinateLines("EXIF", source)
+              << coordinateLines("XMP", source) << altitudeLines("EXIF", source)
+              << altitudeLines("XMP", source);
+        if (changesAccuracy)
+            lines << accuracyLine("EXIF", newAccuracy) << accuracyLine("XMP", newAccuracy);
+        break;
+    case LocationType::XmpAccuracy:
+    case LocationType::ExifAccuracy:
+        if (!changesAccuracy)
+            break;
+        if (type == LocationType::XmpAccuracy)
+            lines << condition("(defined $XMP:GPSHPositioningError)") << accuracyLine("XMP", newAccuracy);
+        else
+            lines << condition("(defined $EXIF:GPSHPositioningError)") << accuracyLine("EXIF", newAccuracy);
+        break;
+    }
+    return written;
+}
+
+QStringList ExiftoolBridge::extendExifLocationArguments(const MySinglePic &pic)
+{
+    QStringList lines = altitudeLines("EXIF", pic);
+    if (isSet(pic.newLocationHAccuracy))
+        lines << accuracyLine("EXIF", pic.newLocationHAccuracy);
     return lines;
 }
 
-bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePic &pic,
-                         const QString &path)
+ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &arguments,
+                                             MySinglePic &pic, const QString &path, QString &why)
 {
     if (!XtController::isPassablePath(path)) {
         m_errors.addToolError(step, pic, tr("a path with a line break cannot be given to exiftool"));
-        return false;
+        return Acted::Refused;
     }
     // The tool would rewrite a read-only file all the same; it is refused here.
     const QString file = pic.spPath();
     if (!QFileInfo(file).isWritable() ||
         (QFileInfo::exists(path) && !QFileInfo(path).isWritable())) {
         m_errors.addErrorID(SaveErrorId::SaveCannotOpen, pic);
-        return false;
+        return Acted::Refused;
     }
     XtController::Action action;
     action.errorType = step;
@@ -107,11 +191,8 @@ bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePi
     action.fast = path == file && pic.fileFormatType == PngFormat;
     const XtController::Outcome outcome = m_xt.run(action);
     if (!outcome.didChangeOnLastAction) {
-        m_errors.addToolError(step, pic,
-                              outcome.timedOut        ? tr("exiftool did not answer in time")
-                              : outcome.error.isEmpty() ? tr("exiftool changed nothing")
-                                                        : outcome.error);
-        return false;
+        why = outcome.timedOut ? tr("exiftool did not answer in time") : outcome.error;
+        return Acted::Unchanged;
     }
     // The tool wrote a new file: its modification date goes back to the stored one.
     if (const OptionalDate &stored = pic.singlePicAttributes.NSFileModificationDate;
@@ -119,12 +200,29 @@ bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePi
         if (const std::unique_ptr<InPlaceFile> written = InPlaceFile::open(file))
             written->setModificationDate(*stored);
     }
-    return true;
+    return Acted::Changed;
+}
+
+bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePic &pic,
+                         const QString &path)
+{
+    QString why;
+    const Acted acted = tryAct(step, arguments, pic, path, why);
+    if (acted == Acted::Unchanged)
+        m_errors.addToolError(step, pic, why.isEmpty() ? tr("exiftool changed nothing") : why);
+    return acted == Acted::Changed;
 }
 
 bool ExiftoolBridge::refreshInternalData(MySinglePic &pic, ToolStep step)
 {
-    if (PicScanner::refreshInternalData(pic))
+    // The item's place is the one in force: a place still to be written in place must not give
+    // way to the one the file holds now.
+    const std::optional<double> lat = pic.gpsLat;
+    const std::optional<double> lon = pic.gpsLong;
+    const bool refreshed = PicScanner::refreshInternalData(pic);
+    pic.gpsLat = lat;
+    pic.gpsLong = lon;
+    if (refreshed)
         return true;
     m_errors.addToolError(step, pic, tr("the file exiftool wrote cannot be read again"));
     return false;
@@ -213,11 +311,16 @@ bool ExiftoolBridge::addDateTagsForFileDate(MySinglePic &pic)
         return false;
     }
     const QString value = stamp + offset;
-    const QStringList lines = {QStringLiteral("-XMP-exif:DateTimeOriginal=") + value,
-                               QStringLiteral("-XMP-xmp:CreateDate=") + value};
+    // A movie takes the metadata date the scan reads with its own offset.
+    const QStringList lines =
+        pic.isMovie() ? QStringList{QStringLiteral("-Keys:CreationDate=") + value}
+                      : QStringList{QStringLiteral("-XMP-exif:DateTimeOriginal=") + value,
+                                    QStringLiteral("-XMP-xmp:CreateDate=") + value};
     if (!act(ToolStep::AddExifDateTags, lines, pic, pic.spPath()) ||
         !refreshInternalData(pic, ToolStep::AddExifDateTags))
         return false;
+    if (pic.isMovie())
+        return true;
     if (pic.exifDateTimeOriginalOLD) {
         pic.exifDateTimeOriginalNEW = pic.exifDateTimeOriginalOLD;
         pic.exifDateTimeDigitizedNEW = pic.exifDateTimeDigitizedOLD;
@@ -226,7 +329,7 @@ bool ExiftoolBridge::addDateTagsForFileDate(MySinglePic &pic)
     return true;
 }
 
-bool ExiftoolBridge::updateXmpLocationInSidecar(MySinglePic &pic)
+bool ExiftoolBridge::updateXmpLocationInSidecar(MySinglePic &pic, bool isNewLocation)
 {
     const QStringList existing =
         pic.spSidecarPaths().filter(QStringLiteral(".xmp"), Qt::CaseInsensitive);
@@ -240,35 +343,131 @@ bool ExiftoolBridge::updateXmpLocationInSidecar(MySinglePic &pic)
     }
     const ToolStep step =
         pic.hasAddedLocation ? ToolStep::AddLocationInSidecar : ToolStep::UpdateLocation;
-    QStringList lines = locationArguments(pic, true);
+    QStringList lines = coordinateLines("XMP", pic);
     if (isNew)
         lines << QStringLiteral("-XMP:SidecarForExtension=") + file.suffix().toUpper();
+    lines << altitudeLines("XMP", pic);
+    const double accuracy = pic.newLocationHAccuracy;
+    if (isSet(accuracy))
+        lines << accuracyLine("XMP", accuracy);
     if (!act(step, lines, pic, path))
+        return false;
+    // A sidecar that had a positioning error keeps none that no longer holds. A run of its own,
+    // as "-wm w" in the same action would also keep a sidecar without a place from taking one.
+    const bool zeroesAccuracy = !isSet(accuracy) && !isNew && !isNewLocation &&
+                                m_settings.setPositioningErrorsToZeroOnChange;
+    QString ignored;
+    if (zeroesAccuracy &&
+        tryAct(step, updateLocationArguments(LocationType::XmpAccuracy, pic, true).lines, pic, path,
+               ignored) == Acted::Refused)
         return false;
     if (isNew)
         pic.spSidecarExtensions.append(QStringLiteral("xmp"));
+    std::optional<double> &kept = pic.singlePicAttributes.GPSLocationXmpHPositioningError;
+    if (isSet(accuracy))
+        kept = std::max(0.0, accuracy);
+    else if (m_settings.setPositioningErrorsToZeroOnChange)
+        kept.reset();
     pic.takeSavedLocation();
     return true;
 }
 
-bool ExiftoolBridge::saveLocationChange(MySinglePic &pic)
+ExiftoolBridge::Acted ExiftoolBridge::updateLocation(LocationType type, MySinglePic &pic,
+                                                     QString &why)
+{
+    const ToolStep step = type == LocationType::New ? ToolStep::AddLocation : ToolStep::UpdateLocation;
+    const bool zero = m_settings.setPositioningErrorsToZeroOnChange;
+    const LocationArguments written = updateLocationArguments(type, pic, zero);
+    const Acted acted = tryAct(step, written.lines, pic, pic.spPath(), why);
+    if (acted != Acted::Changed || !written.needsSeparateHaccRun)
+        return acted;
+    const LocationType accuracyType =
+        type == LocationType::Exif ? LocationType::ExifAccuracy : LocationType::XmpAccuracy;
+    QString ignored;
+    const Acted accuracy =
+        tryAct(step, updateLocationArguments(accuracyType, pic, zero).lines, pic, pic.spPath(), ignored);
+    return accuracy == Acted::Refused ? Acted::Refused : Acted::Changed;
+}
+
+bool ExiftoolBridge::completeInPlaceLocation(MySinglePic &pic)
+{
+    const GpsLocationRecord &stored = *pic.singlePicAttributes.GPSLocation;
+    const bool lacksAltitude = isSet(pic.newLocationAltitude) &&
+                               (!stored.altitude_Offset || !stored.altitudeRef_Offset);
+    const bool lacksAccuracy = isSet(pic.newLocationHAccuracy) && !stored.hPositioningError_Offset;
+    bool changed = false;
+    if (lacksAltitude || lacksAccuracy) {
+        if (!act(ToolStep::UpdateLocation, extendExifLocationArguments(pic), pic, pic.spPath()))
+            return false;
+        changed = true;
+    }
+    if (m_settings.syncXMPDataOnSave) {
+        // A file without an XMP place has no twin to keep in step.
+        QString why;
+        const Acted acted = updateLocation(LocationType::Xmp, pic, why);
+        if (acted == Acted::Refused)
+            return false;
+        changed = changed || acted == Acted::Changed;
+    }
+    return !changed || refreshInternalData(pic, ToolStep::UpdateLocation);
+}
+
+bool ExiftoolBridge::updateFileLocation(MySinglePic &pic)
+{
+    const auto fail = [&](ToolStep step, const QString &why) {
+        m_errors.addToolError(step, pic, why.isEmpty() ? tr("exiftool changed nothing") : why);
+        return false;
+    };
+    QString why;
+    if (willAddNewLocation(pic)) {
+        const Acted acted = updateLocation(LocationType::New, pic, why);
+        if (acted == Acted::Unchanged)
+            return fail(ToolStep::AddLocation, why);
+        if (acted == Acted::Refused)
+            return false;
+    } else if (m_settings.syncXMPDataOnSave && !pic.singlePicAttributes.GPSLocation) {
+        // Both places move together wherever the file has them; a file with neither keeps the
+        // place beside it.
+        const Acted acted = updateLocation(LocationType::Existing, pic, why);
+        if (acted == Acted::Refused)
+            return false;
+        if (acted == Acted::Unchanged)
+            return why.isEmpty() ? updateXmpLocationInSidecar(pic, false)
+                                 : fail(ToolStep::UpdateLocation, why);
+    } else {
+        // The EXIF tags where the file has them, and the XMP place where it has one: always
+        // under sync, otherwise only when no EXIF tag took the place. A file that took neither
+        // fails.
+        const Acted exif = updateLocation(LocationType::Exif, pic, why);
+        if (exif == Acted::Refused)
+            return false;
+        Acted xmp = Acted::Unchanged;
+        if (exif == Acted::Unchanged || m_settings.syncXMPDataOnSave)
+            xmp = updateLocation(LocationType::Xmp, pic, why);
+        if (xmp == Acted::Refused)
+            return false;
+        if (exif == Acted::Unchanged && xmp == Acted::Unchanged)
+            return fail(ToolStep::UpdateLocation, why);
+    }
+    if (!refreshInternalData(pic, ToolStep::UpdateLocation))
+        return false;
+    pic.takeSavedLocation();
+    return true;
+}
+
+bool ExiftoolBridge::saveLocationChange(MySinglePic &pic, bool exifInPlace)
 {
     if (!pic.gpsLat || !pic.gpsLong) {
         m_errors.addToolError(ToolStep::UpdateLocation, pic, tr("no location to write"));
         return false;
     }
-    const bool willAddNewLocation = !pic.singlePicAttributes.GPSLocation;
+    if (exifInPlace && pic.singlePicAttributes.GPSLocation)
+        return completeInPlaceLocation(pic);
+    const bool isNewLocation = willAddNewLocation(pic);
     const bool useSidecar =
         pic.hasXmpSidecar() || pic.isMovie() ||
-        (willAddNewLocation && pic.isRaw() && m_settings.options.addRawLocationsOnlyInSidecars);
-    if (useSidecar)
-        return updateXmpLocationInSidecar(pic);
-    const ToolStep step = willAddNewLocation ? ToolStep::AddLocation : ToolStep::UpdateLocation;
-    if (!act(step, locationArguments(pic, false), pic, pic.spPath()) ||
-        !refreshInternalData(pic, step))
-        return false;
-    pic.takeSavedLocation();
-    return true;
+        (isNewLocation && pic.isRaw() && m_settings.options.addRawLocationsOnlyInSidecars);
+    return useSidecar ? updateXmpLocationInSidecar(pic, isNewLocation) : updateFileLocation(pic);
 }
 
 } // namespace orv

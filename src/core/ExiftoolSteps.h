@@ -23,11 +23,14 @@ public:
     // whole value each takes.
     virtual bool extendShortXmpDateTags(MySinglePic &pic,
                                         const std::map<QString, QString> &supportStamps) = 0;
-    virtual bool saveLocationChange(MySinglePic &pic) = 0;
+    // The item's location. `exifInPlace`: the file's GPS tags take latitude and longitude in
+    // place, and exiftool only adds the parts they lack and keeps the XMP twin in step.
+    virtual bool saveLocationChange(MySinglePic &pic, bool exifInPlace) = 0;
     // Whether an item dated by its file alone may take its new date as tags it did not have;
     // asked once per run.
     virtual bool mayAddDateTagsToFileDatedItems() = 0;
-    // Such an item's new creation date, as date tags: EXIF for JPEG, TIFF and PNG, XMP elsewhere.
+    // Such an item's new creation date, as date tags: EXIF for JPEG, TIFF and PNG, the metadata
+    // date for a QuickTime or MPEG-4 movie, XMP elsewhere.
     virtual bool addDateTagsForFileDate(MySinglePic &pic) = 0;
 };
 

@@ -207,6 +207,18 @@ void MySinglePic::takeSavedLocation()
     newLocationAltitude = notSetAccuracy;
 }
 
+std::optional<MySinglePic::LocRounding> MySinglePic::needsLocRounding() const
+{
+    // A sidecar takes any number of digits; so does a text with room for the usual five.
+    const std::vector<QtLocationRecord> &records = singlePicAttributes.qtLocations;
+    if (!isMovie() || records.empty() || !relevantSidecarInfos.isEmpty())
+        return std::nullopt;
+    const QtLocationRecord &first = records.front();
+    if (first.frac1 >= 5 && first.frac2 >= 5)
+        return std::nullopt;
+    return LocRounding{first.frac1, first.frac2};
+}
+
 bool MySinglePic::hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const
 {
     if (isRaw() && hasAddedLocation && addRawLocationsOnlyInSidecars)

@@ -212,6 +212,14 @@ public:
     bool hasLocationChange() const;
     // The file holds the item's location now: nothing waits to be written.
     void takeSavedLocation();
+    // The fraction digits of latitude and longitude a new location keeps, so that it fits the
+    // place text a movie holds in place; nothing where any count fits.
+    struct LocRounding
+    {
+        int latitudeDigits = 0;
+        int longitudeDigits = 0;
+    };
+    std::optional<LocRounding> needsLocRounding() const;
     bool hasLocationChangeIgnoringSpecialCases(bool addRawLocationsOnlyInSidecars) const;
     bool isGroupHarmonized() const;
     // This system never lets a harmonisation on its own call for a master's re-save.

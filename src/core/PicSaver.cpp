@@ -263,7 +263,7 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
     const bool locationInPlace =
         locationDue && StampEdits(m_pic, m_env.settings).planPhotoLocation(probe);
     if (locationDue) {
-        if (!locationInPlace && !m_env.exiftool.saveLocationChange(m_pic))
+        if (!m_env.exiftool.saveLocationChange(m_pic, locationInPlace))
             return false;
     } else if (!dependentSaved) {
         return false;
@@ -295,7 +295,7 @@ bool PicSaver::savePhoto(bool saving, int onlySaveFilesOfType, bool success, Fil
         plan = {};
     if (locationInPlace && !StampEdits(m_pic, m_env.settings).planPhotoLocation(plan)) {
         // exiftool moved the GPS tags while it added others: it writes the place too.
-        if (!m_env.exiftool.saveLocationChange(m_pic))
+        if (!m_env.exiftool.saveLocationChange(m_pic, false))
             return false;
         plan = datesDue ? StampEdits(m_pic, m_env.settings).planPhoto() : PlannedSave{};
     }
@@ -319,7 +319,8 @@ bool PicSaver::saveMovie(bool saving, bool success, FileReader *file)
     StampEdits stamps(m_pic, m_env.settings);
     PlannedSave plan = datesDue ? stamps.planMovie() : PlannedSave{};
     // A place text of the common form takes the new location in place; others need exiftool.
-    if (locationDue && !stamps.planMovieLocation(plan) && !m_env.exiftool.saveLocationChange(m_pic))
+    if (locationDue && !stamps.planMovieLocation(plan) &&
+        !m_env.exiftool.saveLocationChange(m_pic, false))
         return false;
     if (!datesDue && plan.edits.empty()) {
         return true;
@@ -340,7 +341,7 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
     if (!saveDependentFirst(onlySaveFilesOfType))
         return false;
     const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
-    if (locationDue && !m_env.exiftool.saveLocationChange(m_pic))
+    if (locationDue && !m_env.exiftool.saveLocationChange(m_pic, false))
         return false;
     if (m_pic.shouldAddExifDateTimeTags && !m_env.exiftool.completeFullExifDateTags(m_pic))
         return false;
@@ -360,8 +361,13 @@ bool PicSaver::isCreationDateLost() const
 
 bool PicSaver::keepCreationDateInTags()
 {
-    if (!isCreationDateLost() || m_pic.isMovie() ||
-        !m_env.exiftool.mayAddDateTagsToFileDatedItems())
+    // exiftool writes no date into other movies; a header the user's option passes over would
+    // be passed over again at the next import.
+    const bool takesTags =
+        !m_pic.isMovie() || (m_pic.spType == SpTypeMovieFileDate &&
+                             (m_pic.fileFormatType == QuickTimeMovieFormat ||
+                              m_pic.fileFormatType == Mpeg4MovieFormat));
+    if (!isCreationDateLost() || !takesTags || !m_env.exiftool.mayAddDateTagsToFileDatedItems())
         return true;
     return m_env.exiftool.addDateTagsForFileDate(m_pic);
 }

@@ -1,6 +1,7 @@
 #include "core/PicScanner.h"
 
 #include "core/DaylightSaving.h"
+#include "core/FolderFacts.h"
 #include "core/GpsLocation.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
@@ -584,18 +585,50 @@ void cleanupBeforeRefreshInternalData(MySinglePic &pic)
     a.GPSLocation.reset();
 }
 
+// The header values of a movie exiftool rewrote.
+bool refreshMovieData(MySinglePic &pic, const MovieHeaderData &m)
+{
+    PicAttributes &a = pic.singlePicAttributes;
+    a.QTMetaDate.reset();
+    a.QTMvhdCreaDate.reset();
+    a.QTMvhdModDate.reset();
+    a.qtLocations.clear();
+    const TimeZone zone = TimeZone::systemZone();
+    if (pic.spType == SpTypeMovieFileDate && m.QtCreationdate) {
+        const OptionalDate date =
+            DateStampCodec::dateFromMDTATimeStamp(QString::fromLatin1(qtText(m.QtCreationdate)), zone);
+        if (!date)
+            return false;
+        pic.spType = SpTypeMdta;
+        pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW = date;
+    }
+    const bool correction = pic.spSingleFolder && pic.spSingleFolder->isQuicktimeMVHDTimezoneCorrectionEnabled;
+    pic.movieType = m.movieType;
+    setMovieAttributesFromMVHDData(pic, m, correction && pic.spType != SpTypeMdta, zone);
+    return true;
+}
+
 } // namespace
 
 bool PicScanner::refreshInternalData(MySinglePic &pic)
 {
     const ScanFacts facts = readFacts(pic.spPath(), false);
-    if (facts.route != ScanFacts::Route::Still || !facts.attributes)
+    if (!facts.attributes)
         return false;
-    cleanupBeforeRefreshInternalData(pic);
-    const DatesData &d = facts.dates;
-    pic.tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
-    pic.tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;
-    setImageAttributesFromTheDatesData(pic, facts);
+    const bool isQuickTime = facts.route == ScanFacts::Route::Movie && facts.movie &&
+                             facts.movie->movieType != MovieHeaderData::NoHeader;
+    if (isQuickTime && pic.isMovie()) {
+        if (!refreshMovieData(pic, *facts.movie))
+            return false;
+    } else if (facts.route == ScanFacts::Route::Still && !pic.isMovie()) {
+        cleanupBeforeRefreshInternalData(pic);
+        const DatesData &d = facts.dates;
+        pic.tiffHeaderStartOffset = d.tiffHeader ? d.tiffHeader->offset : 0xFFFFFFFF;
+        pic.tiffHeaderType = d.tiffHeader && d.tiffHeader->isIntel;
+        setImageAttributesFromTheDatesData(pic, facts);
+    } else {
+        return false;
+    }
     PicAttributes &a = pic.singlePicAttributes;
     a.NSFileCreationDate = pic.fileCreationDateOLD = facts.attributes->creationDate;
     a.NSFileModificationDate = pic.fileModificationDateOLD = facts.attributes->modificationDate;

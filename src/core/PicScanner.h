@@ -86,8 +86,9 @@ public:
     static std::unique_ptr<MySinglePic> buildPic(const ScanFacts &facts, ItemScanContext &context);
 
     // After exiftool rewrote a still: every stored value, its offset and OLD date, the location
-    // and the file's attributes are read again from the file as it now stands. False when the
-    // file no longer reads as a still.
+    // and the file's attributes are read again from the file as it now stands. A QuickTime or
+    // MPEG-4 movie has its header values read again; one dated by its file alone that now holds
+    // a metadata date is dated by that. False when the file no longer reads as it did.
     static bool refreshInternalData(MySinglePic &pic);
 
 private:

@@ -47,6 +47,8 @@ SaveSettings SaveSettings::fromPreferences(const Preferences &prefs, Instant now
     settings.syncGPSDataOnSave = prefs.boolForKey(QStringLiteral("syncGPSDataOnSave"));
     settings.syncGPSDataOnSaveType = prefs.boolForKey(QStringLiteral("syncGPSDataOnSaveType"));
     settings.syncXMPDataOnSave = prefs.boolForKey(QStringLiteral("syncXMPDataOnSave"));
+    settings.setPositioningErrorsToZeroOnChange =
+        prefs.boolForKey(QStringLiteral("setPositioningErrorsToZeroOnChange"));
     settings.journalPath = SaveJournal::defaultPath();
     return settings;
 }

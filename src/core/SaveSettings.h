@@ -19,7 +19,11 @@ struct SaveSettings
     bool syncGPSDataOnSave = true;
     // On: a GPS date moves by the item's offset. Off: it takes the item's new date.
     bool syncGPSDataOnSaveType = true;
+    // On: XMP locations and stamps follow what the save writes into EXIF.
     bool syncXMPDataOnSave = false;
+    // A moved location without an accuracy of its own leaves no stale positioning error behind:
+    // the tags that have one take 0.
+    bool setPositioningErrorsToZeroOnChange = true;
     // The zone every new stamp is written in once time zone correction chooses one. Without it a
     // stamp keeps its own zone: the one its offset tag or XMP offset names, UTC for a "Z" stamp,
     // the system zone for a local stamp, the zone the scan read it in.

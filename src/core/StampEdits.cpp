@@ -269,6 +269,21 @@ PlannedSave StampEdits::planMovie()
     return plan;
 }
 
+namespace {
+
+// Metres as digits behind a point, in exactly `length` bytes; empty when they do not fit.
+QByteArray locationHAccuracyData(double metres, qsizetype length)
+{
+    const qsizetype whole = QByteArray::number(std::floor(metres), 'f', 0).size();
+    const qsizetype decimals = length - whole - 1;
+    if (decimals < 1)
+        return {};
+    const QByteArray text = QByteArray::number(metres, 'f', int(decimals));
+    return text.size() == length ? text : QByteArray();
+}
+
+} // namespace
+
 bool StampEdits::planMovieLocation(PlannedSave &plan)
 {
     std::vector<QtLocationRecord> &records = m_pic.singlePicAttributes.qtLocations;
@@ -284,6 +299,18 @@ bool StampEdits::planMovieLocation(PlannedSave &plan)
         QtLocationRecord &record = records[i];
         plan.add(qint64(record.text.dateOffset), texts[i], record.text.dateData);
         plan.whenSaved.push_back([&record, text = texts[i]] { record.text.dateData = text; });
+    }
+    // The accuracy text takes the new accuracy, or 0 where a moved place leaves the old one
+    // stale, in as many bytes as it has; a value that does not fit stays out.
+    MovieStampRecord &accuracy = records.front().hAccuracy;
+    const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
+    if (accuracy.dateOffset && (wantsAccuracy || m_settings.setPositioningErrorsToZeroOnChange)) {
+        const QByteArray text = locationHAccuracyData(
+            wantsAccuracy ? std::max(0.0, m_pic.newLocationHAccuracy) : 0.0, accuracy.dateData.size());
+        if (!text.isEmpty()) {
+            plan.add(qint64(accuracy.dateOffset), text, accuracy.dateData);
+            plan.whenSaved.push_back([&accuracy, text] { accuracy.dateData = text; });
+        }
     }
     plan.whenSaved.push_back([&pic = m_pic] { pic.takeSavedLocation(); });
     return true;
@@ -330,11 +357,11 @@ bool StampEdits::planPhotoLocation(PlannedSave &plan)
     BoxedOptional<GpsLocationRecord> &stored = m_pic.singlePicAttributes.GPSLocation;
     const bool wantsAltitude = m_pic.newLocationAltitude != MySinglePic::notSetAccuracy;
     const bool wantsAccuracy = m_pic.newLocationHAccuracy != MySinglePic::notSetAccuracy;
+    // Altitude and positioning error tags the file lacks are exiftool's to add; the parts that
+    // exist are written here.
     if (!stored || !m_pic.gpsLat || !m_pic.gpsLong || m_pic.hasXmpSidecar() ||
         !stored->latitude_Offset || !stored->longitude_Offset || !stored->latitudeRef_Offset ||
-        !stored->longitudeRef_Offset || (wantsAltitude && !stored->altitude_Offset) ||
-        (wantsAltitude && !stored->altitudeRef_Offset) ||
-        (wantsAccuracy && !stored->hPositioningError_Offset))
+        !stored->longitudeRef_Offset)
         return false;
     GpsLocationRecord written = *stored;
     const bool motorola = stored->needsConv;
@@ -344,12 +371,14 @@ bool StampEdits::planPhotoLocation(PlannedSave &plan)
     written.latitude_Data = coordDataFrom(std::abs(lat), motorola);
     written.longitudeRef_Data = QByteArray(lon < 0.0 ? "W" : "E", 2);
     written.longitude_Data = coordDataFrom(std::abs(lon), motorola);
-    if (wantsAltitude) {
+    if (wantsAltitude && stored->altitude_Offset && stored->altitudeRef_Offset) {
         written.altitudeRef_Data = QByteArray(1, m_pic.newLocationAltitude < 0.0 ? '\1' : '\0');
         written.altitude_Data = metresDataFrom(m_pic.newLocationAltitude, motorola);
     }
-    if (wantsAccuracy)
-        written.hPositioningError_Data = metresDataFrom(m_pic.newLocationHAccuracy, motorola);
+    if (stored->hPositioningError_Offset &&
+        (wantsAccuracy || m_settings.setPositioningErrorsToZeroOnChange))
+        written.hPositioningError_Data =
+            metresDataFrom(wantsAccuracy ? m_pic.newLocationHAccuracy : 0.0, motorola);
     const std::pair<const QByteArray GpsLocationRecord::*, quint32 GpsLocationRecord::*> parts[] = {
         {&GpsLocationRecord::latitudeRef_Data, &GpsLocationRecord::latitudeRef_Offset},
         {&GpsLocationRecord::latitude_Data, &GpsLocationRecord::latitude_Offset},

@@ -1,6 +1,7 @@
 #include "support/CliRun.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
+#include "support/MovieBuilder.h"
 #include "support/QtPrinters.h"
 #include "support/SaveFixture.h"
 
@@ -11,6 +12,7 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <map>
 
 using namespace orv;
 using namespace orv::test;
@@ -100,21 +102,31 @@ TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesAfterAReimport)
 {
     const QString png = buildPng({}).write(work.path(), QStringLiteral("screenshot"));
     const QString jpeg = buildJpeg({}).write(work.path(), QStringLiteral("messenger"));
-    QJsonObject before[2] = {scanned(png), scanned(jpeg)};
-    ASSERT_EQ(before[0].value("spType").toInt(), 11);
+    // A movie without a header or a metadata date.
+    const QString movie = QDir(work.path()).filePath(QStringLiteral("clip.mov"));
+    QFile clip(movie);
+    ASSERT_TRUE(clip.open(QIODevice::WriteOnly));
+    clip.write(orv::test::movie({.times = std::nullopt, .creationDate = ""}));
+    clip.close();
+    const QString paths[] = {png, jpeg, movie};
+    std::map<QString, QJsonObject> before;
+    for (const QString &path : paths)
+        before[path] = scanned(path);
+    ASSERT_EQ(before[png].value("spType").toInt(), 11);
+    ASSERT_EQ(before[movie].value("spType").toInt(), 14);
 
-    const CliResult run = cli({QStringLiteral("shift"), QStringLiteral("--by"),
-                               QStringLiteral("-2d0:00:00"), QStringLiteral("--json"), png, jpeg});
+    const CliResult run = cli({QStringLiteral("shift"), QStringLiteral("--by"), QStringLiteral("-2d0:00:00"),
+                               QStringLiteral("--json"), png, jpeg, movie});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    for (int i = 0; i < 2; ++i) {
-        const QJsonObject item = run.json().at(i).toObject();
-        const QJsonObject after = scanned(item.value("path").toString());
-        const QDateTime old = QDateTime::fromString(isoDate(before[i].value("spDateTimeOriginal")), Qt::ISODateWithMs);
+    for (const QString &path : paths) {
+        const QJsonObject after = scanned(path);
+        const QDateTime old = QDateTime::fromString(isoDate(before[path].value("spDateTimeOriginal")), Qt::ISODateWithMs);
         const QDateTime now = QDateTime::fromString(isoDate(after.value("spDateTimeOriginal")), Qt::ISODateWithMs);
-        EXPECT_EQ(old.secsTo(now), -2 * 86400) << item.value("path").toString().toStdString();
-        EXPECT_EQ(after.value("spType").toInt(), 1);
+        EXPECT_EQ(old.secsTo(now), -2 * 86400) << path.toStdString();
+        EXPECT_EQ(after.value("spType").toInt(), path == movie ? 21 : 1) << "dated by its new tag";
     }
     EXPECT_FALSE(tag(png, "ExifIFD:DateTimeOriginal").isEmpty());
+    EXPECT_FALSE(tag(movie, "Keys:CreationDate").isEmpty());
 }
 
 TEST_F(ExiftoolRoad, WithoutExiftoolOnThePathInPlaceItemsAreSavedAndTheOthersFailClearly)

@@ -1,6 +1,7 @@
 // Movies through the scan and the save: which date each header gives the item under the folder's
 // movie options, and how a shift reaches every movie stamp in place, in its own form and length.
 
+#include "app/FileTagRequests.h"
 #include "core/PicSaver.h"
 #include "core/SaveErrors.h"
 #include "support/BoxBuilder.h"
@@ -222,9 +223,10 @@ TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)
 {
     MySinglePic &pic = importMovie(movie({}));
     const QByteArray before = fileBytes(pic.spPath());
-    pic.gpsLat = -33.86882;
-    pic.gpsLong = 151.20929;
-    pic.hasAddedLocation = 1;
+    ASSERT_TRUE(FileTagRequests::setUserLocation({&pic}, -33.86882, 151.20929,
+                                                 MySinglePic::notSetAccuracy, MySinglePic::notSetAccuracy));
+    EXPECT_EQ(*pic.gpsLat, -33.8688) << "the item takes the place its text can hold";
+    EXPECT_EQ(*pic.gpsLong, 151.2093);
 
     shift(0.0);
 
@@ -235,7 +237,10 @@ TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)
                                          std::pair("+51.4169-000.0806/", "-33.8688+151.2093/"),
                                          std::pair("+33.1268-117.3273/", "-33.8688+151.2093/")})
         EXPECT_EQ(after.mid(before.indexOf(text), qsizetype(strlen(expected))), QByteArray(expected));
-    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("Keys:GPSCoordinates"), "-33.8688 151.2093 103.64");
+    const ExiftoolTags read = exiftoolTags(pic.spPath(), ExiftoolGroups::Family1);
+    EXPECT_EQ(read.string("Keys:GPSCoordinates"), "-33.8688 151.2093 103.64");
+    EXPECT_EQ(read.number("Keys:LocationAccuracyHorizontal"), 0.0) << "the old accuracy went with the old place";
+    EXPECT_EQ(pic.singlePicAttributes.qtLocations[0].hAccuracy.dateData, "0.0000000");
     EXPECT_EQ(pic.hasAddedLocation, 0);
     EXPECT_FALSE(pic.hasLocationChange());
 
