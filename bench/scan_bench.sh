@@ -8,7 +8,7 @@ set -euo pipefail
 source "$(dirname "$0")/common.sh"
 count=${1:-5000}
 work=$(mktemp -d /tmp/orvelle-scan-bench.XXXXXX)
-trap 'rm -rf "$work" "$work.json" "$work.strace"' EXIT
+trap 'rm -rf "$work" "$work.json" "$work.strace" "$work.sh"' EXIT
 
 fill_with_jpegs "$work" "$count" +1M
 files=("$work"/*.jpg)
@@ -20,10 +20,17 @@ run_json_only() { "$cli" scan --json "$work" > "$work.json"; }
 run_exiv2() { printf '%s\0' "${files[@]}" | xargs -0 exiv2 -q -pt "${exiv2_keys[@]}"; }
 run_exiftool() { exiftool -fast2 -j -time:all -gps:all "$work"; }
 
-# syscalls COMMAND...: system calls per file of one run, from strace's summary.
+# syscalls COMMAND...: system calls per file of one run, from strace's summary ("-" when the
+# run left none).
 syscalls() {
+  rm -f "$work.strace"
   strace -c -f -o "$work.strace" "$@" > /dev/null 2>&1 || true
+  [ -s "$work.strace" ] || { echo "-"; return; }
   awk -v n="$count" '$NF == "total" { printf "%.1f", $(NF - 2) / n }' "$work.strace"
+}
+# A peer's run as a script of its own: the list of files is far longer than one argument may be.
+peer_script() {
+  { declare -p files exiv2_keys work; declare -f "run_$1"; echo "run_$1"; } > "$work.sh"
 }
 
 run_ours > /dev/null    # warm the binary
@@ -40,7 +47,8 @@ for peer in exiv2 exiftool; do
     continue
   fi
   theirs=$(seconds "run_$peer")
+  peer_script "$peer"
   printf '%-22s%8s files/s %8s s  %6s calls/file  ours %sx\n' "$peer:" "$(rate "$count" "$theirs")" "$theirs" \
-    "$(syscalls bash -c "$(declare -f run_$peer); $(declare -p files exiv2_keys work); run_$peer")" \
+    "$(syscalls bash "$work.sh")" \
     "$(awk -v a="$ours" -v b="$theirs" 'BEGIN { printf "%.1f", b / a }')"
 done

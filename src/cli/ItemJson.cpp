@@ -1,84 +1,135 @@
 #include "cli/ItemJson.h"
 
+#include "cli/CompactJson.h"
 #include "core/MySinglePic.h"
 
-#include <QJsonArray>
-
 #include <cmath>
+#include <cstdio>
 
 namespace orv {
 
 namespace {
 
+using CompactJson::Object;
+
 // Stamps are text; the trailing NUL is the file's, not the value's.
-QJsonValue stampText(const QByteArray &data)
+void addText(Object &out, QByteArrayView key, const QByteArray &data)
 {
     const qsizetype nul = data.indexOf('\0');
-    return QString::fromLatin1(nul < 0 ? data : data.left(nul));
+    out.insertLatin1(key, nul < 0 ? QByteArrayView(data) : QByteArrayView(data).first(nul));
 }
 
-QJsonValue hex(const QByteArray &data) { return QString::fromLatin1(data.toHex()); }
-
-QJsonValue number(const std::optional<double> &value)
+void addHex(Object &out, QByteArrayView key, const QByteArray &data)
 {
-    return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
+    out.insertLatin1(key, data.toHex());
 }
 
-void addStamp(QJsonObject &out, const char *key, const std::optional<StampRecord> &stamp)
+void addNumber(Object &out, QByteArrayView key, const std::optional<double> &value)
+{
+    if (value)
+        out.insert(key, *value);
+    else
+        out.insert(key, nullptr);
+}
+
+// Two digits per field but the year, which a stamp may set to anything.
+QByteArray isoUtcText(Instant instant)
+{
+    const Instant::Civil c = instant.toUtcCivil();
+    char text[48];
+    int length = std::snprintf(text, sizeof text, "%04d", c.year);
+    const std::pair<char, int> fields[] = {
+        {'-', c.month}, {'-', c.day}, {'T', c.hour}, {':', c.minute}, {':', c.second}};
+    for (const auto &[separator, field] : fields) {
+        text[length++] = separator;
+        text[length++] = char('0' + field / 10);
+        text[length++] = char('0' + field % 10);
+    }
+    // Milliseconds are the finest a stamp carries; a float's noise below them is not a fraction.
+    const long millis = std::lround(c.fraction * 1000.0);
+    if (millis > 0 && millis < 1000) {
+        text[length++] = '.';
+        for (const long digit : {millis / 100, millis / 10 % 10, millis % 10})
+            text[length++] = char('0' + digit);
+        while (text[length - 1] == '0')
+            --length;
+    }
+    text[length++] = 'Z';
+    return QByteArray(text, length);
+}
+
+void addDate(Object &out, QByteArrayView key, const OptionalDate &date)
+{
+    if (const std::optional<QByteArray> text = ItemJson::dateText(date))
+        out.insertLatin1(key, *text);
+    else
+        out.insert(key, nullptr);
+}
+
+QByteArray keyWith(const char *key, const char *suffix) { return QByteArray(key) + suffix; }
+
+void addStamp(Object &out, const char *key, const std::optional<StampRecord> &stamp)
 {
     if (!stamp)
         return;
-    out.insert(QLatin1String(key) + QLatin1String("Offset"), qint64(stamp->dateOffset));
-    out.insert(QLatin1String(key) + QLatin1String("Data"), stampText(stamp->dateData));
+    out.insert(keyWith(key, "Offset"), qint64(stamp->dateOffset));
+    addText(out, keyWith(key, "Data"), stamp->dateData);
 }
 
-void addOffsetTag(QJsonObject &out, const char *key, const std::optional<OffsetTagRecord> &tag)
+void addOffsetTag(Object &out, const char *key, const std::optional<OffsetTagRecord> &tag)
 {
     if (!tag)
         return;
-    out.insert(QLatin1String(key) + QLatin1String("Offset"), qint64(tag->offsetOffset));
-    out.insert(QLatin1String(key) + QLatin1String("Data"), stampText(tag->offsetData));
+    out.insert(keyWith(key, "Offset"), qint64(tag->offsetOffset));
+    addText(out, keyWith(key, "Data"), tag->offsetData);
 }
 
 // Movie stamps: text ones as text, the movie header's binary times in hex.
-void addMovieStamp(QJsonObject &out, const char *key, const BoxedOptional<MovieStampRecord> &stamp,
+void addMovieStamp(Object &out, const char *key, const BoxedOptional<MovieStampRecord> &stamp,
                    bool isText)
 {
     if (!stamp)
         return;
-    out.insert(QLatin1String(key) + QLatin1String("Offset"), qint64(stamp->dateOffset));
-    out.insert(QLatin1String(key) + QLatin1String("Data"), isText ? stampText(stamp->dateData) : hex(stamp->dateData));
+    out.insert(keyWith(key, "Offset"), qint64(stamp->dateOffset));
+    if (isText)
+        addText(out, keyWith(key, "Data"), stamp->dateData);
+    else
+        addHex(out, keyWith(key, "Data"), stamp->dateData);
 }
 
-QJsonArray qtLocations(const std::vector<QtLocationRecord> &records)
+std::vector<Object> qtLocations(const std::vector<QtLocationRecord> &records)
 {
-    QJsonArray array;
-    for (const QtLocationRecord &r : records) {
-        QJsonObject o{{QStringLiteral("type"), r.type},
-                      {QStringLiteral("offset"), qint64(r.text.dateOffset)},
-                      {QStringLiteral("data"), stampText(r.text.dateData)},
-                      {QStringLiteral("int1"), r.int1},
-                      {QStringLiteral("frac1"), r.frac1},
-                      {QStringLiteral("int2"), r.int2},
-                      {QStringLiteral("frac2"), r.frac2},
-                      {QStringLiteral("edit"), r.edit}};
+    std::vector<Object> array(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const QtLocationRecord &r = records[i];
+        Object &o = array[i];
+        o.insert("type", r.type);
+        o.insert("offset", qint64(r.text.dateOffset));
+        addText(o, "data", r.text.dateData);
+        o.insert("int1", r.int1);
+        o.insert("frac1", r.frac1);
+        o.insert("int2", r.int2);
+        o.insert("frac2", r.frac2);
+        o.insert("edit", r.edit);
         if (r.hAccuracy.dateOffset) {
-            o.insert(QStringLiteral("HAccuracyOffset"), qint64(r.hAccuracy.dateOffset));
-            o.insert(QStringLiteral("HAccuracyData"), stampText(r.hAccuracy.dateData));
+            o.insert("HAccuracyOffset", qint64(r.hAccuracy.dateOffset));
+            addText(o, "HAccuracyData", r.hAccuracy.dateData);
         }
-        array.append(o);
     }
     return array;
 }
 
-QJsonObject gpsLocation(const GpsLocationRecord &r)
+Object gpsLocation(const GpsLocationRecord &r)
 {
-    QJsonObject o;
+    Object o;
     auto part = [&](const char *name, const QByteArray &data, quint32 offset, bool isText) {
         if (offset == 0)
             return;
-        o.insert(QLatin1String(name) + QLatin1String("_Data"), isText ? stampText(data) : hex(data));
-        o.insert(QLatin1String(name) + QLatin1String("_Offset"), qint64(offset));
+        if (isText)
+            addText(o, keyWith(name, "_Data"), data);
+        else
+            addHex(o, keyWith(name, "_Data"), data);
+        o.insert(keyWith(name, "_Offset"), qint64(offset));
     };
     part("latitudeRef", r.latitudeRef_Data, r.latitudeRef_Offset, true);
     part("latitude", r.latitude_Data, r.latitude_Offset, false);
@@ -87,135 +138,142 @@ QJsonObject gpsLocation(const GpsLocationRecord &r)
     part("altitudeRef", r.altitudeRef_Data, r.altitudeRef_Offset, false);
     part("altitude", r.altitude_Data, r.altitude_Offset, false);
     part("hPositioningError", r.hPositioningError_Data, r.hPositioningError_Offset, false);
-    o.insert(QStringLiteral("needsConv"), r.needsConv);
+    o.insert("needsConv", r.needsConv);
     return o;
 }
 
-QJsonObject attributes(const PicAttributes &a)
+Object attributes(const PicAttributes &a)
 {
-    QJsonObject o;
+    Object o;
     addStamp(o, "ExifDateTimeOriginal", a.ExifDateTimeOriginal);
     addStamp(o, "ExifDateTimeDigitized", a.ExifDateTimeDigitized);
     addStamp(o, "TIFFDateTime", a.TIFFDateTime);
     addOffsetTag(o, "ExifOffsetTimeOriginal", a.ExifOffsetTimeOriginal);
     addOffsetTag(o, "ExifOffsetTimeDigitized", a.ExifOffsetTimeDigitized);
     addOffsetTag(o, "TIFFOffsetTime", a.TIFFOffsetTime);
-    if (a.GPSTimeStamp)
-        o.insert(QStringLiteral("GPSTimeStamp"),
-                 QJsonObject{{QStringLiteral("dateData"), hex(a.GPSTimeStamp->dateData)},
-                             {QStringLiteral("dateOffset"), qint64(a.GPSTimeStamp->dateOffset)},
-                             {QStringLiteral("needsConv"), a.GPSTimeStamp->needsConv}});
-    if (a.GPSDateStamp)
-        o.insert(QStringLiteral("GPSDateStamp"),
-                 QJsonObject{{QStringLiteral("dateData"), stampText(a.GPSDateStamp->dateData)},
-                             {QStringLiteral("dateOffset"), qint64(a.GPSDateStamp->dateOffset)}});
+    if (a.GPSTimeStamp) {
+        Object time;
+        addHex(time, "dateData", a.GPSTimeStamp->dateData);
+        time.insert("dateOffset", qint64(a.GPSTimeStamp->dateOffset));
+        time.insert("needsConv", a.GPSTimeStamp->needsConv);
+        o.insert("GPSTimeStamp", time);
+    }
+    if (a.GPSDateStamp) {
+        Object date;
+        addText(date, "dateData", a.GPSDateStamp->dateData);
+        date.insert("dateOffset", qint64(a.GPSDateStamp->dateOffset));
+        o.insert("GPSDateStamp", date);
+    }
     if (a.GPSLocation)
-        o.insert(QStringLiteral("GPSLocation"), gpsLocation(*a.GPSLocation));
-    if (a.GPSLocationXmpHPositioningError)
-        o.insert(QStringLiteral("GPSLocationXmp"),
-                 QJsonObject{{QStringLiteral("hPositioningError"), *a.GPSLocationXmpHPositioningError}});
+        o.insert("GPSLocation", gpsLocation(*a.GPSLocation));
+    if (a.GPSLocationXmpHPositioningError) {
+        Object xmp;
+        xmp.insert("hPositioningError", *a.GPSLocationXmpHPositioningError);
+        o.insert("GPSLocationXmp", xmp);
+    }
     if (a.xmpDateInfos) {
-        QJsonObject infos;
-        for (const auto &[key, record] : *a.xmpDateInfos)
-            infos.insert(key, QJsonObject{{QStringLiteral("data"), stampText(record.data)},
-                                          {QStringLiteral("offset"), qint64(record.offset)},
-                                          {QStringLiteral("type"), record.type},
-                                          {QStringLiteral("subtype"), record.subtype}});
-        o.insert(QStringLiteral("xmpDateInfos"), infos);
+        Object infos;
+        for (const auto &[key, record] : *a.xmpDateInfos) {
+            Object info;
+            addText(info, "data", record.data);
+            info.insert("offset", qint64(record.offset));
+            info.insert("type", record.type);
+            info.insert("subtype", record.subtype);
+            infos.insert(key.toUtf8(), info);
+        }
+        o.insert("xmpDateInfos", infos);
     }
     if (a.xmpHeaderStartOffset)
-        o.insert(QStringLiteral("xmpHeaderStartOffset"), qint64(a.xmpHeaderStartOffset));
+        o.insert("xmpHeaderStartOffset", qint64(a.xmpHeaderStartOffset));
     if (a.cr3XmpOffset)
-        o.insert(QStringLiteral("cr3XmpOffset"), qint64(a.cr3XmpOffset));
+        o.insert("cr3XmpOffset", qint64(a.cr3XmpOffset));
     addMovieStamp(o, "QTMetaDate", a.QTMetaDate, true);
     addMovieStamp(o, "QTMvhdCreaDate", a.QTMvhdCreaDate, false);
     addMovieStamp(o, "QTMvhdModDate", a.QTMvhdModDate, false);
     addMovieStamp(o, "riffCreaDate", a.riffCreaDate, true);
     if (!a.qtLocations.empty())
-        o.insert(QStringLiteral("qtLocations"), qtLocations(a.qtLocations));
+        o.insert("qtLocations", qtLocations(a.qtLocations));
     if (a.NSFileCreationDate)
-        o.insert(QStringLiteral("NSFileCreationDate"), ItemJson::date(a.NSFileCreationDate));
+        addDate(o, "NSFileCreationDate", a.NSFileCreationDate);
     if (a.NSFileModificationDate)
-        o.insert(QStringLiteral("NSFileModificationDate"), ItemJson::date(a.NSFileModificationDate));
+        addDate(o, "NSFileModificationDate", a.NSFileModificationDate);
     if (a.NSFileSize)
-        o.insert(QStringLiteral("NSFileSize"), *a.NSFileSize);
+        o.insert("NSFileSize", *a.NSFileSize);
     return o;
+}
+
+Object itemObject(const MySinglePic &pic)
+{
+    Object item;
+    item.insert("path", pic.spPath());
+    item.insert("spName", pic.spName);
+    item.insert("fileFormatType", qint64(pic.fileFormatType));
+    item.insert("spType", pic.spType);
+    addDate(item, "spDateTimeOriginal", pic.spDateTimeOriginal);
+    addDate(item, "exifDateTimeOriginalOLD", pic.exifDateTimeOriginalOLD);
+    addDate(item, "exifDateTimeDigitizedOLD", pic.exifDateTimeDigitizedOLD);
+    addDate(item, "tiffDateTimeOLD", pic.tiffDateTimeOLD);
+    addDate(item, "fileCreationDateOLD", pic.fileCreationDateOLD);
+    addDate(item, "fileModificationDateOLD", pic.fileModificationDateOLD);
+    addDate(item, "spGpsUTCDate", pic.spGpsUTCDate);
+    addNumber(item, "gpsLat", pic.gpsLat);
+    addNumber(item, "gpsLong", pic.gpsLong);
+    item.insert("pivMakeModel", pic.pivMakeModel);
+    item.insert("pivImageWidth", pic.pivImageWidth);
+    item.insert("pivImageHeight", pic.pivImageHeight);
+    item.insert("isCreaXmp", pic.isCreaXmp);
+    item.insert("isDigiXmp", pic.isDigiXmp);
+    item.insert("isModiXmp", pic.isModiXmp);
+    item.insert("singlePicAttributes", attributes(pic.singlePicAttributes));
+    // A Live Photo's still and movie name the same content identifier.
+    if (!pic.UUID.isEmpty())
+        item.insert("UUID", pic.UUID);
+    if (pic.isMovie()) {
+        item.insert("movieType", pic.movieType);
+        item.insert("movDuration", pic.movDuration);
+    }
+    for (const auto &[key, value] : ItemJson::daylightSaving(pic))
+        item.insert(key, value);
+    // A group is one entry: its master names the files that go with it and carries its dependent.
+    if (!pic.spSidecarExtensions.isEmpty())
+        item.insert("spSidecarExtensions", pic.spSidecarExtensions);
+    if (pic.bundleDependentImage)
+        item.insert("dependent", itemObject(*pic.bundleDependentImage));
+    return item;
 }
 
 } // namespace
 
-QString ItemJson::isoUtc(Instant instant)
+std::optional<QByteArray> ItemJson::dateText(const OptionalDate &date)
 {
-    const Instant::Civil c = instant.toUtcCivil();
-    QString text = QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02d", c.year, c.month, c.day, c.hour,
-                                     c.minute, c.second);
-    // Milliseconds are the finest a stamp carries; a float's noise below them is not a fraction.
-    const long millis = std::lround(c.fraction * 1000.0);
-    if (millis > 0 && millis < 1000) {
-        QString fraction = QString::asprintf(".%03ld", millis);
-        while (fraction.endsWith(QLatin1Char('0')))
-            fraction.chop(1);
-        text += fraction;
-    }
-    return text + QLatin1Char('Z');
+    if (!date)
+        return std::nullopt;
+    if (date->isDistantPast())
+        return QByteArray("distantPast");
+    if (date->isDistantFuture())
+        return QByteArray("distantFuture");
+    return isoUtcText(*date);
 }
 
 QJsonValue ItemJson::date(const OptionalDate &date)
 {
-    if (!date)
-        return QJsonValue(QJsonValue::Null);
-    if (date->isDistantPast())
-        return QStringLiteral("distantPast");
-    if (date->isDistantFuture())
-        return QStringLiteral("distantFuture");
-    return isoUtc(*date);
+    const std::optional<QByteArray> text = dateText(date);
+    return text ? QJsonValue(QString::fromLatin1(*text)) : QJsonValue(QJsonValue::Null);
 }
 
-QJsonObject ItemJson::forPic(const MySinglePic &pic)
+void ItemJson::writePic(const MySinglePic &pic, std::string &out) { itemObject(pic).writeTo(out); }
+
+std::array<std::pair<const char *, qint64>, 3> ItemJson::daylightSaving(const MySinglePic &pic)
 {
-    QJsonObject item{
-        {QStringLiteral("path"), pic.spPath()},
-        {QStringLiteral("spName"), pic.spName},
-        {QStringLiteral("fileFormatType"), qint64(pic.fileFormatType)},
-        {QStringLiteral("spType"), pic.spType},
-        {QStringLiteral("spDateTimeOriginal"), date(pic.spDateTimeOriginal)},
-        {QStringLiteral("exifDateTimeOriginalOLD"), date(pic.exifDateTimeOriginalOLD)},
-        {QStringLiteral("exifDateTimeDigitizedOLD"), date(pic.exifDateTimeDigitizedOLD)},
-        {QStringLiteral("tiffDateTimeOLD"), date(pic.tiffDateTimeOLD)},
-        {QStringLiteral("fileCreationDateOLD"), date(pic.fileCreationDateOLD)},
-        {QStringLiteral("fileModificationDateOLD"), date(pic.fileModificationDateOLD)},
-        {QStringLiteral("spGpsUTCDate"), date(pic.spGpsUTCDate)},
-        {QStringLiteral("gpsLat"), number(pic.gpsLat)},
-        {QStringLiteral("gpsLong"), number(pic.gpsLong)},
-        {QStringLiteral("pivMakeModel"), pic.pivMakeModel},
-        {QStringLiteral("pivImageWidth"), pic.pivImageWidth},
-        {QStringLiteral("pivImageHeight"), pic.pivImageHeight},
-        {QStringLiteral("isCreaXmp"), pic.isCreaXmp},
-        {QStringLiteral("isDigiXmp"), pic.isDigiXmp},
-        {QStringLiteral("isModiXmp"), pic.isModiXmp},
-        {QStringLiteral("singlePicAttributes"), attributes(pic.singlePicAttributes)},
-    };
-    // A Live Photo's still and movie name the same content identifier.
-    if (!pic.UUID.isEmpty())
-        item.insert(QStringLiteral("UUID"), pic.UUID);
-    if (pic.isMovie()) {
-        item.insert(QStringLiteral("movieType"), pic.movieType);
-        item.insert(QStringLiteral("movDuration"), pic.movDuration);
-    }
-    insertDaylightSaving(item, pic);
-    // A group is one entry: its master names the files that go with it and carries its dependent.
-    if (!pic.spSidecarExtensions.isEmpty())
-        item.insert(QStringLiteral("spSidecarExtensions"), QJsonArray::fromStringList(pic.spSidecarExtensions));
-    if (pic.bundleDependentImage)
-        item.insert(QStringLiteral("dependent"), forPic(*pic.bundleDependentImage));
-    return item;
+    return {{{"dstDivergenceState", qint64(pic.dstDivergenceState)},
+             {"dstAmbiguityAtImportState", qint64(pic.dstAmbiguityAtImportState)},
+             {"majorDateDifferenceType", qint64(pic.majorDateDifferenceType)}}};
 }
 
 void ItemJson::insertDaylightSaving(QJsonObject &object, const MySinglePic &pic)
 {
-    object.insert(QStringLiteral("dstDivergenceState"), qint64(pic.dstDivergenceState));
-    object.insert(QStringLiteral("dstAmbiguityAtImportState"), qint64(pic.dstAmbiguityAtImportState));
-    object.insert(QStringLiteral("majorDateDifferenceType"), qint64(pic.majorDateDifferenceType));
+    for (const auto &[key, value] : daylightSaving(pic))
+        object.insert(QLatin1String(key), value);
 }
 
 } // namespace orv

@@ -6,6 +6,11 @@
 #include <QJsonValue>
 #include <QString>
 
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+
 namespace orv {
 
 class MySinglePic;
@@ -16,13 +21,17 @@ class MySinglePic;
 class ItemJson
 {
 public:
-    static QJsonObject forPic(const MySinglePic &pic);
+    // Appends the item as one compact JSON object.
+    static void writePic(const MySinglePic &pic, std::string &out);
     // dstDivergenceState, dstAmbiguityAtImportState (bits 1 creation, 2 digitized,
     // 4 modification) and majorDateDifferenceType (1 an offset stamp disagrees with the zone,
-    // 2 and 4 the group's dates) into `object`.
+    // 2 and 4 the group's dates).
+    static std::array<std::pair<const char *, qint64>, 3> daylightSaving(const MySinglePic &pic);
     static void insertDaylightSaving(QJsonObject &object, const MySinglePic &pic);
     static QJsonValue date(const OptionalDate &date);
-    static QString isoUtc(Instant instant);
+    // Nothing for no date.
+    static std::optional<QByteArray> dateText(const OptionalDate &date);
+
 };
 
 } // namespace orv

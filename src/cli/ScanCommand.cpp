@@ -15,10 +15,11 @@
 #include <QDateTime>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QJsonDocument>
+#include <QFile>
 #include <QTextStream>
 
 #include <optional>
+#include <string>
 
 namespace orv {
 
@@ -132,23 +133,36 @@ int ScanCommand::run(const QStringList &arguments)
 
     const PathImport imported(args->paths, {args->subfolderDepth, args->keys, args->emptyTags}, err);
 
-    // The JSON array is written item by item, as its compact form would read: a large folder
-    // never stands in memory twice.
+    if (!args->json) {
+        for (const MySingleFolder *folder : imported.folders()) {
+            for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
+                out << readableLine(*pic) << "\n";
+        }
+        return imported.failed() ? 1 : 0;
+    }
+    // The JSON array is written item by item, as its compact form would read, in blocks of
+    // bytes straight to the output: a large folder never stands in memory twice, and no text
+    // conversion stands between the items and the pipe.
+    QFile output;
+    if (!output.open(stdout, QIODevice::WriteOnly))
+        return 1;
+    constexpr std::size_t blockSize = 1 << 20;
+    std::string block = "[";
     bool first = true;
-    if (args->json)
-        out << "[";
     for (const MySingleFolder *folder : imported.folders()) {
         for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            if (args->json) {
-                out << (first ? "" : ",") << QJsonDocument(ItemJson::forPic(*pic)).toJson(QJsonDocument::Compact);
-                first = false;
-            } else {
-                out << readableLine(*pic) << "\n";
+            if (!first)
+                block += ',';
+            ItemJson::writePic(*pic, block);
+            first = false;
+            if (block.size() >= blockSize) {
+                output.write(block.data(), qint64(block.size()));
+                block.clear();
             }
         }
     }
-    if (args->json)
-        out << "]\n";
+    block += "]\n";
+    output.write(block.data(), qint64(block.size()));
     return imported.failed() ? 1 : 0;
 }
 

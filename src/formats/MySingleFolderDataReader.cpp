@@ -180,7 +180,12 @@ MySingleFolderDataReader::savereadXMPDatesOfPngProfile(const ByteSource &file)
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPAtPath(const QString &path,
                                                                    quint32 startingFrom)
 {
-    const FileByteSource file(path);
+    return metadataFromXMP(FileByteSource(path), startingFrom);
+}
+
+XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMP(const ByteSource &file,
+                                                             quint32 startingFrom)
+{
     XmpLocator xmp(file);
     const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(startingFrom);
     return start ? xmp.readMetadata(*start) : XmpSidecarMetadata{};
@@ -228,7 +233,11 @@ WebpChunkOffsets MySingleFolderDataReader::riffHeaderDataForWebP(const ByteSourc
 
 QMap<QString, QString> MySingleFolderDataReader::tEXtDataFromPNG(const QString &path)
 {
-    const FileByteSource file(path);
+    return tEXtDataFromPNG(FileByteSource(path));
+}
+
+QMap<QString, QString> MySingleFolderDataReader::tEXtDataFromPNG(const ByteSource &file)
+{
     return PngLocator(file).tEXtData();
 }
 
@@ -241,7 +250,13 @@ std::optional<RawPreviewInfo>
 MySingleFolderDataReader::savereadInternalJPGs(const QString &path,
                                                std::optional<TiffHeader> moreInfos)
 {
-    const FileByteSource file(path);
+    return savereadInternalJPGs(FileByteSource(path), moreInfos);
+}
+
+std::optional<RawPreviewInfo>
+MySingleFolderDataReader::savereadInternalJPGs(const ByteSource &file,
+                                               std::optional<TiffHeader> moreInfos)
+{
     return RawPreviewLocator(file).savereadInternalJPGs(moreInfos);
 }
 

@@ -43,6 +43,7 @@ public:
     // decoded packet, where no in-place write can reach; nothing when the PNG has no such chunk.
     std::optional<XmpDateInfos> savereadXMPDatesOfPngProfile(const ByteSource &file);
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
+    XmpSidecarMetadata metadataFromXMP(const ByteSource &file, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
 
     // unverifiedType 1: a QuickTime movie, which may lack an ftyp box; 2: MPEG-4.
@@ -54,9 +55,12 @@ public:
     WebpChunkOffsets riffHeaderDataForWebPFileAtPath(const QString &path);
     WebpChunkOffsets riffHeaderDataForWebP(const ByteSource &file);
     QMap<QString, QString> tEXtDataFromPNG(const QString &path);
+    QMap<QString, QString> tEXtDataFromPNG(const ByteSource &file);
     bool lockPNGChunkOfType(PngLocator::ChunkKind kind, const QString &path);
 
     std::optional<RawPreviewInfo> savereadInternalJPGs(const QString &path,
+                                                       std::optional<TiffHeader> moreInfos);
+    std::optional<RawPreviewInfo> savereadInternalJPGs(const ByteSource &file,
                                                        std::optional<TiffHeader> moreInfos);
     // Make, model, pixel size, orientation and Live Photo identifier from the TIFF header that
     // savereadDatesAtPath reported.

@@ -69,7 +69,7 @@ QByteArray fileBytes(const QString &path, quint32 offset, qsizetype length)
     return file.read(length);
 }
 
-class CorpusDates : public testing::TestWithParam<std::tuple<QString, SourceKind>>
+class CorpusDates : public testing::TestWithParam<CorpusFileAndSource>
 {
 protected:
     void SetUp() override
@@ -219,14 +219,8 @@ TEST_P(CorpusDates, GpsLocationMatchesExiftool)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Corpus, CorpusDates,
-    testing::Combine(testing::ValuesIn(corpusFiles(stillSuffixes)),
-                     testing::Values(SourceKind::File, SourceKind::Memory)),
-    [](const testing::TestParamInfo<CorpusDates::ParamType> &info) {
-        return corpusTestName({std::get<0>(info.param), info.index}) + "_"
-            + sourceKindName(std::get<1>(info.param));
-    });
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusDates, corpusFilesOnBothSources(stillSuffixes),
+                         corpusSourceTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusDates);
 
 } // namespace

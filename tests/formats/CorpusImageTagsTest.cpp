@@ -49,7 +49,7 @@ bool isPixelSizeDisagreement(const QString &path)
     return false;
 }
 
-class CorpusImageTags : public testing::TestWithParam<std::tuple<QString, SourceKind>>
+class CorpusImageTags : public testing::TestWithParam<CorpusFileAndSource>
 {
 };
 
@@ -73,14 +73,8 @@ TEST_P(CorpusImageTags, MatchExiftool)
     EXPECT_EQ(tags.contentIdentifier, exif.string("Apple:MediaGroupUUID"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Corpus, CorpusImageTags,
-    testing::Combine(testing::ValuesIn(corpusFiles(tiffCarrierSuffixes)),
-                     testing::Values(SourceKind::File, SourceKind::Memory)),
-    [](const testing::TestParamInfo<CorpusImageTags::ParamType> &info) {
-        return corpusTestName({std::get<0>(info.param), info.index}) + "_"
-            + sourceKindName(std::get<1>(info.param));
-    });
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusImageTags,
+                         corpusFilesOnBothSources(tiffCarrierSuffixes), corpusSourceTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusImageTags);
 
 TEST(CorpusImageTags, LivePhotoStillCarriesTheMovieIdentifier)

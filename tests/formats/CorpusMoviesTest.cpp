@@ -48,14 +48,15 @@ OptionalDate exiftoolDate(const QString &text)
     return DateStampCodec::dateFromEXIFTimeStamp(text, TimeZone::utc());
 }
 
-class CorpusMovies : public testing::TestWithParam<QString>
+class CorpusMovies : public testing::TestWithParam<CorpusFileAndSource>
 {
 protected:
     void SetUp() override
     {
-        path = GetParam();
+        path = std::get<0>(GetParam());
         exif = exiftoolTags(path, ExiftoolGroups::Family1);
         bytes = fileBytes(path);
+        source = openSource(std::get<1>(GetParam()), path);
     }
 
     void expectInFile(const QByteArray &data, quint64 offset, const char *what)
@@ -81,6 +82,7 @@ protected:
     QString path;
     ExiftoolTags exif;
     QByteArray bytes;
+    std::unique_ptr<ByteSource> source;
 };
 
 class CorpusQuickTimeMovies : public CorpusMovies
@@ -101,7 +103,7 @@ TEST_P(CorpusQuickTimeMovies, HeaderTimesMetadataDateAndPlaceMatchExiftool)
 {
     const bool quickTime = path.endsWith(QLatin1String(".mov"), Qt::CaseInsensitive);
     const MovieHeaderData m =
-        MySingleFolderDataReader().quicktimeHeaderDataForMovieFileAtPath(path, quickTime ? 1 : 2);
+        MySingleFolderDataReader().quicktimeHeaderDataForMovie(*source, quickTime ? 1 : 2);
     ASSERT_NE(m.movieType, MovieHeaderData::NoHeader);
 
     expectSameDate("QuickTime:CreateDate", headerDate(m.creaDate));
@@ -136,7 +138,7 @@ TEST_P(CorpusQuickTimeMovies, HeaderTimesMetadataDateAndPlaceMatchExiftool)
 
 TEST_P(CorpusAviMovies, IditStampMatchesExiftool)
 {
-    const std::optional<RiffMovieData> riff = MySingleFolderDataReader().riffHeaderDataForMovieFileAtPath(path);
+    const std::optional<RiffMovieData> riff = MySingleFolderDataReader().riffHeaderDataForMovie(*source);
     const OptionalDate ours =
         riff ? DateStampCodec::dateFromRIFFTimeStamp(QString::fromLatin1(riff->creaDateData.left(24)), TimeZone::utc())
              : std::nullopt;
@@ -147,9 +149,10 @@ TEST_P(CorpusAviMovies, IditStampMatchesExiftool)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusQuickTimeMovies, testing::ValuesIn(corpusFiles({"mov", "mp4"})),
-                         corpusTestName);
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusAviMovies, testing::ValuesIn(corpusFiles({"avi"})), corpusTestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusQuickTimeMovies, corpusFilesOnBothSources({"mov", "mp4"}),
+                         corpusSourceTestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusAviMovies, corpusFilesOnBothSources({"avi"}),
+                         corpusSourceTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusQuickTimeMovies);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusAviMovies);
 

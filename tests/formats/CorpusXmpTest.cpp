@@ -54,24 +54,24 @@ const char *knownDisagreementOf(const QString &path)
 
 // As the scan finds the packet: sidecars and PNG by themselves, JPEG by the segment walk,
 // WebP by its chunk, TIFF and RAW files by IFD0 tag 700.
-std::optional<XmpDateInfos> readXmpAsTheScanDoes(const QString &path)
+XmpDateInfos readXmpAsTheScanDoes(const ByteSource &source, const QString &path)
 {
     MySingleFolderDataReader reader;
     if (QFileInfo(path).suffix().toLower() == "xmp")
-        return reader.savereadXMPDatesAtPath(path, UnknownFormat, 0);
+        return reader.savereadXMPDates(source, UnknownFormat, 0);
     const int format = formatForSuffix(path);
     if (format == WebpFormat) {
-        const auto xmp = reader.riffHeaderDataForWebPFileAtPath(path).xmpOffset;
-        return xmp ? reader.savereadXMPDatesAtPath(path, format, *xmp) : XmpDateInfos{};
+        const auto xmp = reader.riffHeaderDataForWebP(source).xmpOffset;
+        return xmp ? reader.savereadXMPDates(source, format, *xmp) : XmpDateInfos{};
     }
     if (format == PngFormat)
-        return reader.savereadXMPDatesAtPath(path, format, 0);
-    const DatesData dates = reader.savereadDatesAtPath(path, format);
+        return reader.savereadXMPDates(source, format, 0);
+    const DatesData dates = reader.savereadDates(source, format);
     if (format == JpegFormat)
-        return reader.savereadXMPDatesAtPath(path, format, dates.jpgXMPOffset.value_or(0));
+        return reader.savereadXMPDates(source, format, dates.jpgXMPOffset.value_or(0));
     if (!dates.tiffHeader)
         return XmpDateInfos{};
-    return reader.savereadXMPDatesAtPath(path, format, dates.tiffHeader->offset);
+    return reader.savereadXMPDates(source, format, dates.tiffHeader->offset);
 }
 
 // exiftool shows XMP dates in EXIF form.
@@ -83,29 +83,28 @@ QString inExiftoolForm(QByteArray stamp)
     return QString::fromLatin1(stamp);
 }
 
-class CorpusXmp : public testing::TestWithParam<QString>
+class CorpusXmp : public testing::TestWithParam<CorpusFileAndSource>
 {
 };
 
 TEST_P(CorpusXmp, DatesMatchExiftoolAndStandAtTheirOffsets)
 {
-    const QString path = GetParam();
+    const auto &[path, kind] = GetParam();
     if (const char *reason = knownDisagreementOf(path))
         GTEST_SKIP() << reason;
     const ExiftoolTags exif = exiftoolTags(path, ExiftoolGroups::Family1);
-    const std::optional<XmpDateInfos> infos = readXmpAsTheScanDoes(path);
-    ASSERT_TRUE(infos);
+    const XmpDateInfos infos = readXmpAsTheScanDoes(*openSource(kind, path), path);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     for (const auto &[ours, theirs] : keyPairs) {
-        const auto found = infos->find(QLatin1String(ours));
+        const auto found = infos.find(QLatin1String(ours));
         // A date without a time is no stamp: it could not take a time in place.
         const QString expected = exif.string(QLatin1String(theirs));
         if (expected.size() <= 10) {
-            EXPECT_EQ(found, infos->end()) << ours;
+            EXPECT_EQ(found, infos.end()) << ours;
             continue;
         }
-        ASSERT_NE(found, infos->end()) << ours << " missing; exiftool reads "
+        ASSERT_NE(found, infos.end()) << ours << " missing; exiftool reads "
                                        << expected.toStdString();
         const XmpStampRecord &record = found->second;
         EXPECT_EQ(inExiftoolForm(record.data), expected) << ours;
@@ -115,8 +114,8 @@ TEST_P(CorpusXmp, DatesMatchExiftoolAndStandAtTheirOffsets)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, CorpusXmp, testing::ValuesIn(corpusFiles(xmpCarrierSuffixes)),
-                         corpusTestName);
+INSTANTIATE_TEST_SUITE_P(Corpus, CorpusXmp, corpusFilesOnBothSources(xmpCarrierSuffixes),
+                         corpusSourceTestName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusXmp);
 
 double signedDegrees(const XmpTextValue &value, int type, const std::optional<XmpTextValue> &ref)

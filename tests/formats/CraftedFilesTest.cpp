@@ -19,26 +19,18 @@ namespace {
 
 const QByteArray dateStamp = "2024:05:01 10:00:00";
 
-// Each case runs on a file and on the same bytes in memory.
-class CraftedFile : public ::testing::TestWithParam<SourceKind>
+class CraftedFile : public OnBothSources
 {
 protected:
     QString write(const MediaFile &file) { return file.write(m_dir.path(), "crafted"); }
 
-    // The file written and opened as this run's kind of source; valid until the next call.
-    const ByteSource &source(const MediaFile &file)
-    {
-        m_source = openSource(GetParam(), write(file));
-        return *m_source;
-    }
+    using OnBothSources::source;
+    const ByteSource &source(const MediaFile &file) { return source(file.bytes); }
 
     DatesData readDates(const MediaFile &file, int format)
     {
         return MySingleFolderDataReader().savereadDates(source(file), format);
     }
-
-    QTemporaryDir m_dir;
-    std::unique_ptr<ByteSource> m_source;
 };
 
 TiffShape originalDate(ByteOrder order, const Stamp &stamp = Stamp::text(dateStamp))
@@ -307,14 +299,15 @@ TEST_P(CraftedFile, PngExifAfterTheImageDataGivesNoOffset)
          {ChunkPosition::BeforeImageData, ChunkPosition::AfterImageData}) {
         const MediaFile file =
             buildPng({.exif = originalDate(ByteOrder::Intel), .exifPosition = position});
-        const DatesData dates = readDates(file, PngFormat);
+        const ByteSource &png = source(file);
+        const DatesData dates = MySingleFolderDataReader().savereadDates(png, PngFormat);
         if (position == ChunkPosition::BeforeImageData) {
-            EXPECT_EQ(PngLocator(*m_source).exifStartOffset(), file.offsets.tiffHeader);
+            EXPECT_EQ(PngLocator(png).exifStartOffset(), file.offsets.tiffHeader);
             ASSERT_TRUE(dates.tiffHeader);
             EXPECT_EQ(dates.tiffHeader->offset, file.offsets.tiffHeader);
             EXPECT_TRUE(dates.exifDateTimeOriginal);
         } else {
-            EXPECT_FALSE(PngLocator(*m_source).exifStartOffset());
+            EXPECT_FALSE(PngLocator(png).exifStartOffset());
             EXPECT_FALSE(dates.tiffHeader);
         }
     }
@@ -351,15 +344,15 @@ TEST_P(CraftedFile, PngExifInARawProfileTextIsReadButHasNoPlaceToWrite)
 
 TEST_P(CraftedFile, PngChecksumRepairMakesAnInPlaceWriteValid)
 {
-    const QString path = write(buildPng({.exif = originalDate(ByteOrder::Motorola)}));
-    MySingleFolderDataReader reader;
-    const DatesData dates = reader.savereadDatesAtPath(path, PngFormat);
+    const MediaFile file = buildPng({.exif = originalDate(ByteOrder::Motorola)});
+    const DatesData dates = readDates(file, PngFormat);
+    const QString path = write(file);
     ASSERT_TRUE(dates.exifDateTimeOriginal);
     ASSERT_TRUE(InPlaceFile::open(path)->apply(
         {{dates.exifDateTimeOriginal->dateOffset, "2030:12:31 23:59:59", dateStamp}}));
     EXPECT_EQ(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC for eXIf").size(), 1);
 
-    ASSERT_TRUE(reader.lockPNGChunkOfType(PngLocator::ChunkKind::Exif, path));
+    ASSERT_TRUE(MySingleFolderDataReader().lockPNGChunkOfType(PngLocator::ChunkKind::Exif, path));
     EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC").isEmpty());
     EXPECT_EQ(exiftoolTags(path, ExiftoolGroups::Family1).string("ExifIFD:DateTimeOriginal"),
               "2030:12:31 23:59:59");
@@ -371,15 +364,16 @@ TEST_P(CraftedFile, PngXmpChecksumRepairAndTextChunks)
         buildPng({.xmp = buildXmp({.properties = {{"xmp:CreateDate", "2024-05-01T10:00:00"}},
                                    .wrapped = false}),
                   .texts = {{"Title", "Harbour at dawn"}, {"Empty", ""}}});
-    const QString path = write(file);
     MySingleFolderDataReader reader;
-    const auto infos = reader.savereadXMPDatesAtPath(path, PngFormat, 0);
-    ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
-    const XmpStampRecord &created = infos->at("XmpCreateDate");
+    const XmpDateInfos infos = reader.savereadXMPDates(source(file), PngFormat, 0);
+    ASSERT_TRUE(infos.count("XmpCreateDate"));
+    const XmpStampRecord &created = infos.at("XmpCreateDate");
     EXPECT_EQ(created.offset, file.offsets.xmpValue("xmp:CreateDate"));
     EXPECT_EQ(created.type, 3);
+    EXPECT_EQ(reader.tEXtDataFromPNG(source(file)),
+              (QMap<QString, QString>{{"Title", "Harbour at dawn"}}));
 
-    EXPECT_EQ(reader.tEXtDataFromPNG(path), (QMap<QString, QString>{{"Title", "Harbour at dawn"}}));
+    const QString path = write(file);
     ASSERT_TRUE(InPlaceFile::open(path)->apply({{created.offset, "2031", "2024"}}));
     ASSERT_TRUE(reader.lockPNGChunkOfType(PngLocator::ChunkKind::Xmp, path));
     EXPECT_TRUE(exiftoolWarnings(path, ExiftoolCheck::Validate).filter("Bad CRC").isEmpty());
@@ -419,10 +413,6 @@ TEST_P(CraftedFile, WebpWalkStepsOverAStrayZeroByte)
     EXPECT_FALSE(reader.riffHeaderDataForWebP(source(file)).exifOffset);
 }
 
-INSTANTIATE_TEST_SUITE_P(BothSources, CraftedFile,
-                         testing::Values(SourceKind::File, SourceKind::Memory),
-                         [](const testing::TestParamInfo<SourceKind> &info) {
-                             return std::string(sourceKindName(info.param));
-                         });
+INSTANTIATE_TEST_SUITE_P(BothSources, CraftedFile, bothSourceKinds(), sourceTestName);
 
 } // namespace

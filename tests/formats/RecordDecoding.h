@@ -2,19 +2,15 @@
 
 // Turns located value bytes into numbers, to compare them with exiftool's reading.
 
-#include "formats/ByteSource.h"
+#include "BothSources.h"
 #include "formats/DatesData.h"
 #include "formats/MySingleFolderDataReader.h"
-
-#include <QFile>
 
 #include <QByteArray>
 #include <QFileInfo>
 #include <QString>
 #include <QStringList>
 #include <QtEndian>
-
-#include <memory>
 
 namespace orv::test {
 
@@ -66,24 +62,6 @@ inline int formatForSuffix(const QString &path)
     if (suffix == "avif")
         return AvifFormat;
     return RawFormat;
-}
-
-// Every walk runs on both kinds of byte source: a file read with pread, and the same bytes in
-// memory, as the fuzzers feed them.
-enum class SourceKind { File, Memory };
-
-inline const char *sourceKindName(SourceKind kind)
-{
-    return kind == SourceKind::File ? "File" : "Memory";
-}
-
-inline std::unique_ptr<ByteSource> openSource(SourceKind kind, const QString &path)
-{
-    if (kind == SourceKind::File)
-        return std::make_unique<FileByteSource>(path);
-    QFile file(path);
-    return std::make_unique<MemoryByteSource>(file.open(QIODevice::ReadOnly) ? file.readAll()
-                                                                             : QByteArray());
 }
 
 // As the scan calls the reader: WebP goes through its EXIF chunk, all others straight in.

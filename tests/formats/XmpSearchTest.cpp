@@ -1,6 +1,7 @@
 // The XMP text search on hand-made packets: both value forms, first occurrences, the packet's
 // end, and offsets that point at the first stamp byte.
 
+#include "BothSources.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "support/MediaFileBuilder.h"
 
@@ -12,16 +13,16 @@ using namespace orv::test;
 
 namespace {
 
-XmpDateInfos datesOfSidecar(const QByteArray &bytes)
+class XmpSearch : public OnBothSources
 {
-    QTemporaryDir dir;
-    const auto infos = MySingleFolderDataReader().savereadXMPDatesAtPath(
-        MediaFile{bytes, {}, "xmp"}.write(dir.path()), UnknownFormat, 0);
-    EXPECT_TRUE(infos);
-    return infos.value_or(XmpDateInfos{});
-}
+protected:
+    XmpDateInfos datesOfSidecar(const QByteArray &bytes)
+    {
+        return MySingleFolderDataReader().savereadXMPDates(source(bytes), UnknownFormat, 0);
+    }
+};
 
-TEST(XmpSearch, AttributesAndElementsBothGiveTheStampAndItsOffset)
+TEST_P(XmpSearch, AttributesAndElementsBothGiveTheStampAndItsOffset)
 {
     const QByteArray packet =
         "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description "
@@ -45,7 +46,7 @@ TEST(XmpSearch, AttributesAndElementsBothGiveTheStampAndItsOffset)
     EXPECT_EQ(infos.size(), 4u);
 }
 
-TEST(XmpSearch, TheFirstOccurrenceDecidesAndBrokenValuesAreLeftOut)
+TEST_P(XmpSearch, TheFirstOccurrenceDecidesAndBrokenValuesAreLeftOut)
 {
     const QByteArray packet =
         "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description "
@@ -60,7 +61,7 @@ TEST(XmpSearch, TheFirstOccurrenceDecidesAndBrokenValuesAreLeftOut)
     EXPECT_EQ(infos.at("ExifDateTimeDigitized").data, "2024-05-01T10:00:00");
 }
 
-TEST(XmpSearch, TheSearchEndsWithThePacket)
+TEST_P(XmpSearch, TheSearchEndsWithThePacket)
 {
     const QByteArray packet = "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
                               "</x:xmpmeta><?xpacket end=\"w\"?>"
@@ -68,7 +69,7 @@ TEST(XmpSearch, TheSearchEndsWithThePacket)
     EXPECT_TRUE(datesOfSidecar(packet).empty());
 }
 
-TEST(XmpSearch, AStampAcrossABlockBoundaryIsFound)
+TEST_P(XmpSearch, AStampAcrossABlockBoundaryIsFound)
 {
     // The tag name straddles the end of the first 131072-byte block.
     const QByteArray filler(ByteSource::blockSize - 30, ' ');
@@ -80,30 +81,27 @@ TEST(XmpSearch, AStampAcrossABlockBoundaryIsFound)
     EXPECT_EQ(infos.at("XmpCreateDate").offset, quint32(bytes.indexOf("2024-05-01T10")));
 }
 
-TEST(XmpSearch, TiffFilesNameTheirPacketInTag700)
+TEST_P(XmpSearch, TiffFilesNameTheirPacketInTag700)
 {
     const QByteArray packet = "<?xpacket begin=\"\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\" "
                               "xmp:CreateDate=\"2024-05-01T10:00:00\"/><?xpacket end=\"w\"?>";
     const MediaFile tiff = buildExifBlock({.xmp = XmpPacket::raw(packet)});
     const quint32 packetAt = tiff.offsets.xmpPacket;
-    QTemporaryDir dir;
-    const QString path = tiff.write(dir.path());
-    const FileByteSource file(path);
+    const ByteSource &file = source(tiff.bytes);
     EXPECT_EQ(XmpLocator(file).xmpStartOffsetFromTIFHeader(0), packetAt);
-    const auto infos = MySingleFolderDataReader().savereadXMPDatesAtPath(path, TiffFormat, 0);
-    ASSERT_TRUE(infos && infos->count("XmpCreateDate"));
-    EXPECT_EQ(infos->at("XmpCreateDate").offset, packetAt + quint32(packet.indexOf("2024")));
+    const XmpDateInfos infos = MySingleFolderDataReader().savereadXMPDates(file, TiffFormat, 0);
+    ASSERT_TRUE(infos.count("XmpCreateDate"));
+    EXPECT_EQ(infos.at("XmpCreateDate").offset, packetAt + quint32(packet.indexOf("2024")));
 }
 
-TEST(XmpSearch, SidecarLocationNeedsAValueAfterTheName)
+TEST_P(XmpSearch, SidecarLocationNeedsAValueAfterTheName)
 {
     const QByteArray packet = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description "
                               "exif:GPSLatitudeRef=\"S\" exif:GPSLatitude=\"33.8568\" "
                               "exif:GPSLongitude=\"151,12.5E\" exif:GPSHPositioningError=\"5/1\" "
                               "photoshop:SidecarForExtension=\"NEF\"/></x:xmpmeta>";
-    QTemporaryDir dir;
-    const XmpSidecarMetadata metadata = MySingleFolderDataReader().metadataFromXMPSidecarAtPath(
-        MediaFile{packet, {}, "xmp"}.write(dir.path()));
+    const XmpSidecarMetadata metadata =
+        MySingleFolderDataReader().metadataFromXMP(source(packet), 0);
     ASSERT_TRUE(metadata.gpsLatRef && metadata.gpsLat && metadata.gpsLon && metadata.gpsPosError);
     EXPECT_EQ(metadata.gpsLatRef->text, "S");
     EXPECT_EQ(metadata.gpsLat->text, "33.8568");
@@ -115,10 +113,9 @@ TEST(XmpSearch, SidecarLocationNeedsAValueAfterTheName)
 
     // A decimal coordinate without its ref says nothing of the hemisphere.
     const QByteArray noRef = "<x:xmpmeta exif:GPSLongitude=\"151.2\"/></x:xmpmeta>";
-    EXPECT_FALSE(
-        MySingleFolderDataReader()
-            .metadataFromXMPSidecarAtPath(MediaFile{noRef, {}, "xmp"}.write(dir.path(), "noref"))
-            .gpsLon);
+    EXPECT_FALSE(MySingleFolderDataReader().metadataFromXMP(source(noRef), 0).gpsLon);
 }
+
+INSTANTIATE_TEST_SUITE_P(BothSources, XmpSearch, bothSourceKinds(), sourceTestName);
 
 } // namespace
