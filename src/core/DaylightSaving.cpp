@@ -124,8 +124,8 @@ DstFindings checkMovie(const MySinglePic &pic, const ZoneReading &reading, Optio
     if (pic.spType == SpTypeRiff) {
         if (!a.riffCreaDate || !isRealDate(crea))
             return {};
-        const QString written = DateStampCodec::riffTimeStampFromDate(*crea, reading.zone);
-        const QString stored = QString::fromLatin1(a.riffCreaDate->dateData.left(written.size()));
+        const QByteArray &stored = a.riffCreaDate->dateData;
+        const QByteArray written = DateStampCodec::riffDataLike(stored, *crea, reading.zone);
         DstFindings findings;
         addBits(findings,
                 {true, written.compare(stored, Qt::CaseInsensitive) != 0, isAmbiguous(*crea, reading.zone)},

@@ -238,8 +238,7 @@ PlannedSave StampEdits::planMovie()
 
     if (oldDate && isRealDate(newDate)) {
         if (m_pic.spType == SpTypeRiff && a.riffCreaDate && a.riffCreaDate->dateOffset) {
-            const QByteArray data = DateStampCodec::riffDataFromTimeStamp(
-                DateStampCodec::riffTimeStampFromDate(*newDate, localZone()));
+            const QByteArray data = DateStampCodec::riffDataLike(a.riffCreaDate->dateData, *newDate, localZone());
             planMovieStamp(plan, a.riffCreaDate, data);
         }
         if (m_pic.isQtMovie() && a.QTMetaDate && a.QTMetaDate->dateOffset) {

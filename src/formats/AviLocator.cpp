@@ -7,7 +7,9 @@
 namespace orv {
 
 namespace {
-constexpr qint64 riffStampLength = 26;
+// From the digits of a day and a time with seconds to the longest form with padding.
+constexpr qint64 shortestStamp = 19;
+constexpr qint64 longestStamp = 64;
 
 QByteArray cString(const QByteArray &text)
 {
@@ -36,9 +38,12 @@ std::optional<RiffMovieData> riffHeaderDataForMovie(const ByteSource &source)
                             [&](const Box &child) { return visit(child, depth + 1); });
         } else if (chunk.type == fourCC("IDIT") && !stampSeen) {
             stampSeen = true;
-            if (chunk.payloadSize() == riffStampLength) {
-                data.creaDateData = source.read(chunk.payload, riffStampLength);
+            if (chunk.payloadSize() >= shortestStamp && chunk.payloadSize() <= longestStamp) {
+                data.creaDateData = source.read(chunk.payload, chunk.payloadSize());
                 data.creaDateDataOffset = quint64(chunk.payload);
+                // A read the disk cut short is no stamp.
+                if (data.creaDateData.size() != chunk.payloadSize())
+                    data.creaDateData.clear();
             }
         } else if (chunk.type == fourCC("ISFT") && data.infoString.isEmpty()) {
             data.infoString = cString(source.read(chunk.payload, qMin<qint64>(chunk.payloadSize(), 256)));
@@ -52,7 +57,7 @@ std::optional<RiffMovieData> riffHeaderDataForMovie(const ByteSource &source)
         return !(stampSeen && !data.infoString.isEmpty() && data.pixelSize.isValid());
     };
     walker.children(12, riffEnd, 1, [&](const Box &chunk) { return visit(chunk, 1); });
-    if (data.creaDateData.size() != riffStampLength)
+    if (data.creaDateData.size() < shortestStamp)
         return std::nullopt;
     return data;
 }

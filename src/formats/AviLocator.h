@@ -9,8 +9,9 @@
 
 namespace orv {
 
-// The recording date of an AVI file: the 26 bytes of the IDIT chunk in the header list,
-// "EEE MMM dd HH:mm:ss yyyy\n" and a NUL, and the software named by the INFO list's ISFT.
+// The recording date of an AVI file: the bytes of the IDIT chunk in the header list, most
+// often the 26 of "EEE MMM dd HH:mm:ss yyyy\n" and a NUL, some cameras' 20 of
+// "yyyy/MM/dd HH:mm:ss" and a NUL; and the software named by the INFO list's ISFT.
 struct RiffMovieData
 {
     QByteArray creaDateData;
@@ -21,7 +22,8 @@ struct RiffMovieData
     std::optional<double> duration;
 };
 
-// Nothing unless the file is a RIFF AVI with an IDIT chunk of exactly 26 bytes.
+// Nothing unless the file is a RIFF AVI with an IDIT chunk of the size of a stamp. Whether the
+// bytes are a date is the codec's to tell.
 std::optional<RiffMovieData> riffHeaderDataForMovie(const ByteSource &source);
 
 } // namespace orv

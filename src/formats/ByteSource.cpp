@@ -102,7 +102,7 @@ FileByteSource::FileByteSource(const QString &path, const FileStatus &status) : 
     if (m_fd < 0)
         return;
     m_length = status.size;
-    m_head = read(0, qMin(headSize, m_length));
+    m_head = readFile(0, qMin(headSize, m_length));
 }
 
 FileByteSource::~FileByteSource()
@@ -118,7 +118,20 @@ QByteArray FileByteSource::read(qint64 offset, qint64 length) const
     length = qMin(length, m_length - offset);
     if (offset + length <= m_head.size())
         return m_head.mid(offset, length);
+    if (length > smallReadSize)
+        return readFile(offset, length);
+    const auto inBlock = [&] { return offset >= m_blockOffset && offset + length <= m_blockOffset + m_block.size(); };
+    if (!inBlock()) {
+        // Walks go forward and now and then look back a little, at a directory's own header.
+        m_blockOffset = qMax<qint64>(0, offset - smallReadSize);
+        m_block = readFile(m_blockOffset, qMin(headSize, m_length - m_blockOffset));
+    }
+    // A short read of the block ends where the disk stopped answering.
+    return inBlock() ? m_block.mid(offset - m_blockOffset, length) : readFile(offset, length);
+}
 
+QByteArray FileByteSource::readFile(qint64 offset, qint64 length) const
+{
     QByteArray bytes(length, Qt::Uninitialized);
     qint64 done = 0;
     while (done < length) {

@@ -86,11 +86,17 @@ private:
 
 // A regular file, opened once read-only and never seeked. The first `headSize` bytes are read
 // in one call at open and served from memory: the JPEG, TIFF, PNG and WebP walks all begin
-// there, and most of them end there too.
+// there, and most of them end there too. A small read beyond the head brings in the
+// `headSize` bytes from its offset on, and the following reads there are served from them: a
+// still whose metadata stands behind its image data (a phone's HEIC with its meta box at the
+// end) is walked field by field, and each field would otherwise cost a system call.
+// Not to be shared between threads.
 class FileByteSource : public ByteSource
 {
 public:
     static constexpr qint64 headSize = 65536;
+    // Reads up to this long go through the block behind the head; longer ones go to the file.
+    static constexpr qint64 smallReadSize = 4096;
 
     // Opens the file if it is a regular file (or a link to one). Devices, pipes and sockets are
     // refused before any open, since opening a pipe can block forever.
@@ -113,6 +119,10 @@ private:
     FileStatus m_status;
     qint64 m_length = 0;
     QByteArray m_head;
+    mutable QByteArray m_block;
+    mutable qint64 m_blockOffset = 0;
+
+    QByteArray readFile(qint64 offset, qint64 length) const;
 };
 
 } // namespace orv

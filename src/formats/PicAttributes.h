@@ -45,7 +45,7 @@ struct GpsStampRecord
 
 // A movie's stamp and where it stands; movies pass 4 GB, so the offset is 64-bit. The QuickTime
 // metadata creation date is text of 20, 24 or 25 bytes; a movie header time is 4 bytes (8 in a
-// version 1 header); an AVI IDIT stamp is 26 bytes.
+// version 1 header); an AVI IDIT stamp is 26 bytes, or 20 with the digits alone.
 struct MovieStampRecord
 {
     QByteArray dateData;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace orv {
@@ -504,9 +505,35 @@ QByteArray DateStampCodec::mdtaDataOfLength(int length, Instant date, const Time
 
 // ---- RIFF
 
+namespace {
+
+constexpr qsizetype RiffTextDateLength = 24;
+
+// The pattern of a digits-only stamp, with its own separator between year, month and day.
+std::optional<std::string> riffDigitsPattern(QStringView stamp)
+{
+    if (stamp.size() < IsoDigitsWithSeconds)
+        return std::nullopt;
+    const QChar separator = stamp[4];
+    if (!QStringView(u"/:-").contains(separator) || stamp[7] != separator)
+        return std::nullopt;
+    const bool onlyPaddingFollows =
+        std::all_of(stamp.begin() + IsoDigitsWithSeconds, stamp.end(),
+                    [](QChar c) { return c == u'\0' || c == u' ' || c == u'\n' || c == u'\r'; });
+    if (!onlyPaddingFollows)
+        return std::nullopt;
+    std::string pattern = "Y-M-D h:m:s";
+    pattern[1] = pattern[3] = char(separator.unicode());
+    return pattern;
+}
+
+} // namespace
+
 OptionalDate DateStampCodec::dateFromRIFFTimeStamp(QStringView stamp, const TimeZone &zone)
 {
-    if (stamp.size() < 24)
+    if (const std::optional<std::string> pattern = riffDigitsPattern(stamp))
+        return readDate(*pattern, stamp.first(IsoDigitsWithSeconds), zone);
+    if (stamp.size() < RiffTextDateLength)
         return std::nullopt;
     const QStringView month = stamp.sliced(4, 3);
     const auto monthName =
@@ -544,6 +571,26 @@ QByteArray DateStampCodec::riffDataFromTimeStamp(QStringView stamp)
     if (stamp.size() != RiffTextLength)
         return {};
     return terminatedStringDataFromData(stamp.toLatin1());
+}
+
+QByteArray DateStampCodec::riffDataLike(QByteArrayView stored, Instant date, const TimeZone &zone)
+{
+    const QString storedText = QString::fromLatin1(stored);
+    if (!isWritable(date) || !dateFromRIFFTimeStamp(storedText, zone))
+        return {};
+    QByteArray written = stored.toByteArray();
+    if (const std::optional<std::string> pattern = riffDigitsPattern(storedText)) {
+        written.replace(0, IsoDigitsWithSeconds, formatInZone(*pattern, date, zone).toLatin1());
+        return written;
+    }
+    QByteArray text = riffDataFromTimeStamp(riffTimeStampFromDate(date, zone)).left(RiffTextDateLength);
+    if (text.size() != RiffTextDateLength)
+        return {};
+    // Some cameras write the names in capitals.
+    if (stored.first(RiffTextDateLength).toByteArray() == stored.first(RiffTextDateLength).toByteArray().toUpper())
+        text = text.toUpper();
+    written.replace(0, RiffTextDateLength, text);
+    return written;
 }
 
 // ---- XMP

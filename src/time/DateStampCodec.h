@@ -133,14 +133,20 @@ public:
     // fit it (length 17 outside UTC).
     static QByteArray mdtaDataOfLength(int length, Instant date, const TimeZone &zone);
 
-    // ---- AVI (RIFF IDIT): "EEE MMM dd HH:mm:ss yyyy\n" and a NUL in 26 bytes
+    // ---- AVI (RIFF IDIT): most cameras write "EEE MMM dd HH:mm:ss yyyy\n" and a NUL in 26
+    // bytes; others the digits alone, "yyyy/MM/dd HH:mm:ss" and a NUL in 20 bytes, with '/', ':'
+    // or '-' between the numbers of the day.
 
-    // The weekday is not read; the month is matched in any case; numbers padded with a blank
-    // ("Oct  7") are accepted.
+    // Either form. In the first the weekday is not read, the month is matched in any case, and
+    // numbers padded with a blank ("Oct  7") are accepted. After the digits form only NULs,
+    // blanks and line ends may follow.
     static OptionalDate dateFromRIFFTimeStamp(QStringView stamp, const TimeZone &zone);
     static QString riffTimeStampFromDate(Instant date, const TimeZone &zone);
     // 26 bytes; empty unless the text has the 25 characters of the form.
     static QByteArray riffDataFromTimeStamp(QStringView stamp);
+    // `date` in the form, separators, letter case and length of a stamp read from a file, so
+    // that it can take the stamp's place; empty when the stamp is of neither form.
+    static QByteArray riffDataLike(QByteArrayView stored, Instant date, const TimeZone &zone);
 
     // ---- XMP: ISO text with or without seconds, fractions, "Z" or an offset
 

@@ -207,16 +207,25 @@ TEST_F(MovieSave, WhatDoesNotFitInPlaceOrWasChangedSinceTheImportIsNotWritten)
     EXPECT_FALSE(errorIdsFor(edited).isEmpty());
 }
 
-TEST_F(MovieSave, AnAviStampIsRewrittenInItsTwentySixBytes)
+TEST_F(MovieSave, AnAviStampIsRewrittenInItsOwnFormAndLength)
 {
-    const QByteArray stamp("Mon Mar 10 15:04:43 2003\n\0", 26);
-    MySinglePic &pic = importMovie(aviWithStamp(stamp), QStringLiteral("clip.avi"));
-    ASSERT_EQ(pic.spType, SpTypeRiff);
-    const QByteArray before = fileBytes(pic.spPath());
-    shift(oneHour);
-    EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
-    EXPECT_EQ(pic.singlePicAttributes.riffCreaDate->dateData, QByteArray("Mon Mar 10 16:04:43 2003\n\0", 26));
-    expectOnlyStampsDiffer(before, pic);
+    const std::pair<QByteArray, QByteArray> forms[] = {
+        {QByteArray("Mon Mar 10 15:04:43 2003\n\0", 26), QByteArray("Mon Mar 10 16:04:43 2003\n\0", 26)},
+        {QByteArray("2009/10/27 12:14:34\0", 20), QByteArray("2009/10/27 13:14:34\0", 20)},
+    };
+    int n = 0;
+    for (const auto &[stamp, shifted] : forms) {
+        MySinglePic &pic = importMovie(aviWithStamp(stamp), QStringLiteral("clip%1.avi").arg(n++));
+        ASSERT_EQ(pic.spType, SpTypeRiff) << stamp.toStdString();
+        const QByteArray before = fileBytes(pic.spPath());
+        shift(oneHour);
+        EXPECT_TRUE(errors().isEmpty()) << errors().logText(Instant()).toStdString();
+        EXPECT_EQ(pic.singlePicAttributes.riffCreaDate->dateData, shifted);
+        expectOnlyStampsDiffer(before, pic);
+    }
+    // A stamp of neither form leaves the movie its file date and nothing to write.
+    MySinglePic &unread = importMovie(aviWithStamp(QByteArray("2001/ 1/27  1:42PM\0\0", 20)), QStringLiteral("casio.avi"));
+    EXPECT_EQ(unread.spType, SpTypeMovieFileDate);
 }
 
 TEST_F(MovieSave, ANewLocationTakesEachPlaceTextsOwnDigitCountsInPlace)

@@ -230,3 +230,24 @@ TEST_P(NoiseFiles, RandomBytesBehindEachContainerSignature)
 INSTANTIATE_TEST_SUITE_P(BothSources, NoiseFiles, bothSourceKinds(), sourceTestName);
 
 } // namespace
+
+TEST(FileSource, ReadsBehindTheHeadGiveTheFilesBytesWhereverTheyFall)
+{
+    // A file of three heads' length, each byte telling its place, read as walks do: small
+    // reads forward, a look back, jumps far ahead, reads across a held block's edges and the end.
+    QByteArray bytes(3 * FileByteSource::headSize + 123, Qt::Uninitialized);
+    for (qsizetype i = 0; i < bytes.size(); ++i)
+        bytes[i] = char((i * 7 + i / 251) & 0xFF);
+    QTemporaryDir dir;
+    const QString path = MediaFile{bytes, {}, "bin"}.write(dir.path());
+    const FileByteSource file(path);
+    const qint64 head = FileByteSource::headSize;
+    const std::pair<qint64, qint64> reads[] = {
+        {head - 2, 4},         {head + 100, 16},  {head + 40, 8},         {head + 100 - 4096, 2},
+        {2 * head + 9, 4},     {head + 50, 2},    {2 * head + 4096, 4096}, {2 * head - 1, 8},
+        {bytes.size() - 3, 8}, {head + 7, 70000}, {bytes.size(), 1},      {-1, 4},
+    };
+    for (const auto &[offset, length] : reads)
+        EXPECT_EQ(file.read(offset, length), MemoryByteSource(bytes).read(offset, length))
+            << offset << " " << length;
+}

@@ -88,6 +88,7 @@ QByteArray avi(const QByteArray &headerList, const QByteArray &afterHeader, quin
 }
 
 const QByteArray stamp("Mon Mar 10 15:04:43 2003\n\0", 26);
+const QByteArray digitsStamp("2003/03/10 15:04:43\0", 20);
 
 } // namespace
 
@@ -175,8 +176,11 @@ TEST(AviLocator, TheHeaderListsIditStampAndTheInfoSoftwareAreRead)
          "CanonMVI01"},
         {"RIFF size beyond the file", avi(aviHeader(320, 240) + riffChunk("IDIT", stamp), info, 1 << 20), true,
          "CanonMVI01"},
-        {"IDIT of another size", avi(aviHeader(320, 240) + riffChunk("IDIT", "2009/10/27 12:14:34\0"), info),
-         false, ""},
+        {"IDIT of the digits alone", avi(aviHeader(320, 240) + riffChunk("IDIT", digitsStamp), info), true,
+         "CanonMVI01"},
+        {"IDIT too short for a stamp", avi(aviHeader(320, 240) + riffChunk("IDIT", "2003/03/10"), info), false, ""},
+        {"IDIT too long for a stamp", avi(aviHeader(320, 240) + riffChunk("IDIT", QByteArray(65, ' ')), info), false,
+         ""},
         {"no IDIT", avi(aviHeader(320, 240), info), false, ""},
     };
     for (const Case &c : cases) {
@@ -184,8 +188,9 @@ TEST(AviLocator, TheHeaderListsIditStampAndTheInfoSoftwareAreRead)
         ASSERT_EQ(data.has_value(), c.hasStamp) << c.name;
         if (!data)
             continue;
-        EXPECT_EQ(data->creaDateData, stamp) << c.name;
-        EXPECT_EQ(c.bytes.mid(qsizetype(data->creaDateDataOffset), 26), stamp) << c.name;
+        const QByteArray &expected = data->creaDateData.size() == digitsStamp.size() ? digitsStamp : stamp;
+        EXPECT_EQ(data->creaDateData, expected) << c.name;
+        EXPECT_EQ(c.bytes.mid(qsizetype(data->creaDateDataOffset), expected.size()), expected) << c.name;
         EXPECT_EQ(data->infoString, c.software) << c.name;
         EXPECT_EQ(data->pixelSize, QSize(320, 240)) << c.name;
         EXPECT_NEAR(data->duration.value_or(0), 3.003, 0.001) << c.name;

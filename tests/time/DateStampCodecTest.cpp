@@ -365,9 +365,36 @@ TEST(DateStampCodec, ReadersRefuseWhatDoesNotFitTheirForm)
     const Instant october7 = Instant::fromUtc(2005, 10, 7, 9, 50, 33);
     EXPECT_EQ(C::dateFromRIFFTimeStamp(u"FRI OCT 07 11:50:33 2005\n", berlin), october7);
     EXPECT_EQ(C::dateFromRIFFTimeStamp(u"Fri Oct  7 11:50:33 2005\n", berlin), october7);
+    for (const char *digits : {"2005/10/07 11:50:33", "2005:10:07 11:50:33\n", "2005-10-07 11:50:33  "})
+        EXPECT_EQ(C::dateFromRIFFTimeStamp(QString::fromLatin1(digits, qsizetype(qstrlen(digits) + 1)), berlin),
+                  october7)
+            << digits;
     for (const char *stamp : {"FRI OKT 07 11:50:33 2005\n", "FRI OCT 32 11:50:33 2005\n",
-                              "FRI OCT 07 11:50:33 200", ""})
+                              "FRI OCT 07 11:50:33 200", "", "2005/10-07 11:50:33", "2005/10/07 11:50:3",
+                              "2005/10/07 11:50:33 PM", "2001/ 1/27  1:42PM"})
         EXPECT_FALSE(C::dateFromRIFFTimeStamp(QString::fromLatin1(stamp), berlin)) << stamp;
+}
+
+TEST(DateStampCodecRiff, ANewStampTakesTheFormSeparatorsCaseAndLengthOfTheStoredOne)
+{
+    const TimeZone berlin = zone("Europe/Berlin");
+    const Instant date = Instant::fromUtc(2024, 2, 29, 8, 4, 56);
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {bytes("Mon Mar 10 15:04:43 2003\n\0", 26), bytes("Thu Feb 29 09:04:56 2024\n\0", 26)},
+        {bytes("MON SEP 10 20:52:00 2012\n\0", 26), bytes("THU FEB 29 09:04:56 2024\n\0", 26)},
+        {bytes("Mon Mar 10 15:04:43 2003\0\0\0\0", 28), bytes("Thu Feb 29 09:04:56 2024\0\0\0\0", 28)},
+        {bytes("2009/10/27 12:14:34\0", 20), bytes("2024/02/29 09:04:56\0", 20)},
+        {bytes("2009:10:27 12:14:34", 19), bytes("2024:02:29 09:04:56", 19)},
+        {bytes("2002-12-16 15:35:01\0\0", 21), bytes("2024-02-29 09:04:56\0\0", 21)},
+        {bytes("2001/ 1/27  1:42PM\0\0", 20), {}},
+        {bytes("CanonMVI01\0", 11), {}},
+    };
+    for (const auto &[stored, written] : cases) {
+        EXPECT_EQ(C::riffDataLike(stored, date, berlin), written) << stored.toStdString();
+        if (!written.isEmpty()) {
+            EXPECT_EQ(C::dateFromRIFFTimeStamp(QString::fromLatin1(written), berlin), date);
+        }
+    }
 }
 
 TEST(DateStampCodecXmp, StampKindsAsFoundInPackets)
