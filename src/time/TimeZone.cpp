@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <string>
 
 namespace orv {
 
@@ -19,16 +21,21 @@ QDateTime utcDateTime(Instant at)
 
 // Asking the system for its zone costs three file system calls, and a scan asks several times
 // per file. Each thread keeps the answer for a second: a zone changed by the user (a traveller's
-// laptop) is still seen at once on a human scale.
+// laptop) is still seen at once on a human scale. A TZ setting changed in the process itself is
+// seen at the next call.
 TimeZone TimeZone::systemZone()
 {
     using Clock = std::chrono::steady_clock;
     thread_local std::optional<TimeZone> cached;
     thread_local Clock::time_point takenAt;
+    thread_local std::optional<std::string> takenForTz;
     const Clock::time_point now = Clock::now();
-    if (!cached || now - takenAt > std::chrono::seconds(1)) {
+    const char *tz = std::getenv("TZ");
+    const bool tzChanged = tz ? !takenForTz || *takenForTz != tz : takenForTz.has_value();
+    if (!cached || now - takenAt > std::chrono::seconds(1) || tzChanged) {
         cached = TimeZone(QTimeZone::systemTimeZone());
         takenAt = now;
+        takenForTz = tz ? std::optional<std::string>(tz) : std::nullopt;
     }
     return *cached;
 }
