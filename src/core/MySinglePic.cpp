@@ -209,9 +209,9 @@ void MySinglePic::takeSavedLocation()
 
 std::optional<MySinglePic::LocRounding> MySinglePic::needsLocRounding() const
 {
-    // A sidecar takes any number of digits; so does a text with room for the usual five.
+    // A text with room for the usual five digits takes the place as it is.
     const std::vector<QtLocationRecord> &records = singlePicAttributes.qtLocations;
-    if (!isMovie() || records.empty() || !relevantSidecarInfos.isEmpty())
+    if (!isMovie() || records.empty())
         return std::nullopt;
     const QtLocationRecord &first = records.front();
     if (first.frac1 >= 5 && first.frac2 >= 5)
