@@ -473,7 +473,7 @@ std::vector<ByteEdit> StampEdits::xmpStampEdits(const XmpStampRecord &record, In
 }
 
 void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key,
-                              OptionalDate date)
+                              OptionalDate date, const TimeZone &localStampZone)
 {
     const auto found = infos.find(QLatin1String(key));
     if (found == infos.end() || !date || date->isSentinel())
@@ -481,10 +481,10 @@ void StampEdits::planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char
     XmpStampRecord &record = found->second;
     QByteArray data = record.data;
     bool needsExtension = false;
-    const std::vector<ByteEdit> edits = xmpStampEdits(record, *date, localZone(), needsExtension);
+    const std::vector<ByteEdit> edits = xmpStampEdits(record, *date, localStampZone, needsExtension);
     if (needsExtension) {
         plan.needsXmpExtension = true;
-        plan.supportStamps[found->first] = supportStamp(record, *date, localZone());
+        plan.supportStamps[found->first] = supportStamp(record, *date, localStampZone);
     }
     for (const ByteEdit &edit : edits) {
         plan.add(quint32(edit.offset), edit.bytes, edit.previous);
@@ -503,10 +503,11 @@ void StampEdits::planXmpDates(PlannedSave &plan)
     XmpDateInfos &infos = *m_pic.singlePicAttributes.xmpDateInfos;
     // The more specific tag is written; its twin too when the user keeps twins in step, or when
     // it is the only one.
+    const TimeZone zone = localZone();
     const auto writeSlot = [&](const char *preferred, const char *twin, OptionalDate date) {
-        planXmpStamp(plan, infos, preferred, date);
+        planXmpStamp(plan, infos, preferred, date, zone);
         if (m_settings.syncXMPDataOnSave || !infos.count(QLatin1String(preferred)))
-            planXmpStamp(plan, infos, twin, date);
+            planXmpStamp(plan, infos, twin, date, zone);
     };
     if (m_pic.isCreaXmp) {
         writeSlot("PhotoshopDateCreated", "ExifDateTimeOriginal", m_pic.exifDateTimeOriginalNEW);
@@ -525,7 +526,7 @@ void StampEdits::planXmpDates(PlannedSave &plan)
     }
     if (m_pic.isGpsXmp && m_pic.spGpsUTCDate && m_settings.syncGPSDataOnSave) {
         const OptionalDate moved = movedGpsDate();
-        planXmpStamp(plan, infos, "GPSTimeStamp", moved);
+        planXmpStamp(plan, infos, "GPSTimeStamp", moved, zone);
         plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
     }
 }
@@ -533,16 +534,19 @@ void StampEdits::planXmpDates(PlannedSave &plan)
 PlannedSave StampEdits::planXmpSync(XmpDateInfos &infos)
 {
     PlannedSave plan;
+    // The twins take the EXIF stamps' dates, so those without a zone take the EXIF stamps' clock:
+    // the camera's where its offset tags name one.
+    const TimeZone zone = m_targetZone.value_or(cameraClock().value_or(TimeZone::systemZone()));
     const auto writeSlot = [&](const char *first, const char *second, OptionalDate date) {
-        planXmpStamp(plan, infos, first, date);
-        planXmpStamp(plan, infos, second, date);
+        planXmpStamp(plan, infos, first, date, zone);
+        planXmpStamp(plan, infos, second, date, zone);
     };
     writeSlot("ExifDateTimeOriginal", "PhotoshopDateCreated", m_pic.exifDateTimeOriginalOLD);
     writeSlot("ExifDateTimeDigitized", "XmpCreateDate", m_pic.exifDateTimeDigitizedOLD);
     writeSlot("TiffDateTime", "XmpModifyDate", m_pic.tiffDateTimeOLD);
     const PicAttributes &a = m_pic.singlePicAttributes;
     if (m_settings.syncGPSDataOnSave && a.GPSTimeStamp && a.GPSDateStamp)
-        planXmpStamp(plan, infos, "GPSTimeStamp", m_pic.spGpsUTCDate);
+        planXmpStamp(plan, infos, "GPSTimeStamp", m_pic.spGpsUTCDate, zone);
     return plan;
 }
 

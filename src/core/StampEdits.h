@@ -85,7 +85,9 @@ public:
 
 private:
     void planXmpDates(PlannedSave &plan);
-    void planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key, OptionalDate date);
+    // A stamp without a zone is written as clock time in localStampZone.
+    void planXmpStamp(PlannedSave &plan, XmpDateInfos &infos, const char *key, OptionalDate date,
+                      const TimeZone &localStampZone);
     void planGps(PlannedSave &plan);
     void planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
