@@ -171,7 +171,8 @@ class DamagedCorpusFile : public testing::TestWithParam<CorpusFileAndSource>
 
 TEST_P(DamagedCorpusFile, CutAtManyLengthsOrWithBytesOverwrittenNearTheStart)
 {
-    const auto &[path, kind] = GetParam();
+    const auto &[path, sourceKind] = GetParam();
+    const SourceKind kind = sourceKind; // a lambda cannot capture a binding before clang 16
     const QByteArray bytes = fileBytes(path);
     QTemporaryDir dir;
     const auto read = [&](const QByteArray &damaged) {
