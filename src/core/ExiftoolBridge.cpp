@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <cmath>
+#include <initializer_list>
 
 namespace orv {
 
@@ -101,9 +102,13 @@ QString accuracyLine(const char *group, double accuracy)
            (accuracy == 0.0 ? QStringLiteral("0") : number(std::max(0.0, accuracy), 6));
 }
 
-QStringList condition(const char *expression)
+// An action's condition that the group holds every one of the tags: "(defined $EXIF:GPSLatitude)".
+QStringList definedCondition(const char *group, std::initializer_list<const char *> tags)
 {
-    return {QStringLiteral("-if"), QLatin1String(expression)};
+    QStringList defined;
+    for (const char *tag : tags)
+        defined << QStringLiteral("defined $%1:%2").arg(QLatin1String(group), QLatin1String(tag));
+    return {QStringLiteral("-if"), QLatin1Char('(') + defined.join(QStringLiteral(" and ")) + QLatin1Char(')')};
 }
 
 } // namespace
@@ -135,9 +140,7 @@ ExiftoolBridge::updateLocationArguments(LocationType type, const MySinglePic &so
     case LocationType::Exif:
     case LocationType::Xmp: {
         const char *group = type == LocationType::Exif ? "EXIF" : "XMP";
-        lines << condition(type == LocationType::Exif
-                               ? "(defined $EXIF:GPSLatitude and defined $EXIF:GPSLongitude)"
-                               : "(defined $XMP:GPSLatitude and defined $XMP:GPSLongitude)")
+        lines << definedCondition(group, {"GPSLatitude", "GPSLongitude"})
               << coordinateLines(group, source) << altitudeLines(group, source);
         written.needsSeparateHaccRun = changesAccuracy;
         break;
@@ -150,14 +153,13 @@ ExiftoolBridge::updateLocationArguments(LocationType type, const MySinglePic &so
             lines << accuracyLine("EXIF", newAccuracy) << accuracyLine("XMP", newAccuracy);
         break;
     case LocationType::XmpAccuracy:
-    case LocationType::ExifAccuracy:
+    case LocationType::ExifAccuracy: {
         if (!changesAccuracy)
             break;
-        if (type == LocationType::XmpAccuracy)
-            lines << condition("(defined $XMP:GPSHPositioningError)") << accuracyLine("XMP", newAccuracy);
-        else
-            lines << condition("(defined $EXIF:GPSHPositioningError)") << accuracyLine("EXIF", newAccuracy);
+        const char *group = type == LocationType::XmpAccuracy ? "XMP" : "EXIF";
+        lines << definedCondition(group, {"GPSHPositioningError"}) << accuracyLine(group, newAccuracy);
         break;
+    }
     }
     return written;
 }
