@@ -25,32 +25,47 @@ using namespace orv;
 
 namespace {
 
-TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecondAfterIt)
+// Two cameras an hour apart on one strip: E1, E2 at 10:00 and 10:01; L1, L2 at 11:01 and 11:02,
+// the late folder raised. Changed dates sort the strip again, as in the window.
+class TwoCameras : public ::testing::Test
 {
-    MySingleFolder early(QStringLiteral("/trip/early"), false);
-    MySingleFolder late(QStringLiteral("/trip/late"), false);
-    const auto add = [](MySingleFolder &folder, const char *name, int minute) {
+protected:
+    TwoCameras()
+    {
+        view.resize(900, 260);
+        controller.buildNewSource({&early, &late});
+        controller.theTimelineView_1().setRaisedFolders({&late});
+        view.sourceChanged();
+    }
+
+    static MySinglePic *add(MySingleFolder &folder, const char *name, int minute)
+    {
         return folder.adoptPic(std::make_unique<MySinglePic>(QString::fromLatin1(name), &folder, SpTypeExifOriginal,
                                                              Instant::fromUtc(2024, 5, 1, 10, minute)));
-    };
-    add(early, "E1.JPG", 0);
-    MySinglePic *match = add(early, "E2.JPG", 1);
-    MySinglePic *first = add(late, "L1.JPG", 61);
-    add(late, "L2.JPG", 62);
+    }
 
+    MySingleFolder early{QStringLiteral("/trip/early"), false};
+    MySingleFolder late{QStringLiteral("/trip/late"), false};
+    MySinglePic *e1 = add(early, "E1.JPG", 0), *e2 = add(early, "E2.JPG", 1);
+    MySinglePic *l1 = add(late, "L1.JPG", 61), *l2 = add(late, "L2.JPG", 62);
     MyTimelinesController controller;
     MyThumbsQueue thumbs;
-    MyTimelineView view(controller, controller.theTimelineView_1(), thumbs);
+    MyTimelineView view{controller, controller.theTimelineView_1(), thumbs};
+    QUndoStack stack;
+    DateChanges changes{stack, DateChangeListener{[this](const QList<MySingleFolder *> &) {
+                                                      controller.buildNewSource({&early, &late});
+                                                      view.sourceChanged();
+                                                  },
+                                                  nullptr, nullptr}};
+    TimelineDragHandler handler{view, changes, stack, 4}; // 60 s beyond the ends
+};
+
+TEST_F(TwoCameras, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecondAfterIt)
+{
     TimelineViewOptions options;
     options.extraTLsScrollArea = false;
     view.setOptions(options);
-    view.resize(900, 260);
-    controller.buildNewSource({&early, &late});
-    controller.theTimelineView_1().setRaisedFolders({&late});
     view.sourceChanged();
-    QUndoStack stack;
-    DateChanges changes(stack, DateChangeListener{});
-    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // Strip: E1, E2, L1, L2; L1 is raised.
     const QPoint from = view.thumbRectInViewport(2).center().toPoint();
@@ -80,7 +95,7 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
 
     EXPECT_FALSE(handler.isDragging());
     EXPECT_EQ(late.sfDateModificationsTimeInterval, -3600 + 1);
-    EXPECT_EQ(first->spDateTimeModified()->secondsSince(*match->spDateTimeModified()), 1);
+    EXPECT_EQ(l1->spDateTimeModified()->secondsSince(*e2->spDateTimeModified()), 1);
     ASSERT_EQ(stack.count(), 1);
     stack.undo();
     EXPECT_EQ(late.sfDateModificationsTimeInterval, 0);
@@ -99,37 +114,13 @@ TEST(TimelineDragTest, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecon
     EXPECT_EQ(stack.count(), 1);
 }
 
-TEST(TimelineDragTest, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep)
+TEST_F(TwoCameras, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep)
 {
-    MySingleFolder early(QStringLiteral("/trip/early"), false);
-    MySingleFolder late(QStringLiteral("/trip/late"), false);
-    const auto add = [](MySingleFolder &folder, const char *name, int minute) {
-        return folder.adoptPic(std::make_unique<MySinglePic>(QString::fromLatin1(name), &folder, SpTypeExifOriginal,
-                                                             Instant::fromUtc(2024, 5, 1, 10, minute)));
-    };
-    add(early, "E1.JPG", 0);
-    add(early, "E2.JPG", 1);
-    MySinglePic *first = add(late, "L1.JPG", 61);
-    add(late, "L2.JPG", 62);
-    MyTimelinesController controller;
-    MyThumbsQueue thumbs;
-    MyTimelineView view(controller, controller.theTimelineView_1(), thumbs);
-    view.resize(900, 260);
-    controller.buildNewSource({&early, &late});
-    controller.theTimelineView_1().setRaisedFolders({&late});
-    controller.theTimelineView_1().setPicSelection(first);
+    controller.theTimelineView_1().setPicSelection(l1);
     view.sourceChanged();
-    QUndoStack stack;
-    // As in the window: changed dates sort the strip again.
-    DateChanges changes(stack, DateChangeListener{[&](const QList<MySingleFolder *> &) {
-                            controller.buildNewSource({&early, &late});
-                            view.sourceChanged();
-                        },
-                                                  nullptr, nullptr});
-    TimelineDragHandler handler(view, changes, stack, 4); // 60 s beyond the ends
 
     // The arrow alone goes up and down while Ctrl and Alt stay held.
-    const auto left = [&view] {
+    const auto left = [this] {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
         QKeyEvent release(QEvent::KeyRelease, Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
         QCoreApplication::sendEvent(&view, &press);
