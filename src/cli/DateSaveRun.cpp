@@ -245,7 +245,9 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
 
     QTextStream err(stderr);
     QJsonArray json;
-    bool anyFailed = false;
+    bool anyFailed = !outcome.journalProblem.isEmpty();
+    if (anyFailed)
+        err << "orvelle-cli: " << outcome.journalProblem << "; the save stopped before it touched a file\n";
     for (const auto &[pic, old] : items) {
         QStringList preSaveKeys;
         for (auto it = outcome.preSaveErrors.cbegin(); it != outcome.preSaveErrors.cend(); ++it) {

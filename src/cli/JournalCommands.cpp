@@ -17,10 +17,14 @@ void reportLeft(const SaveJournal::Outcome &outcome, QTextStream &err, const cha
 void JournalCommands::finishInterruptedSave(QTextStream &err)
 {
     const SaveJournal::Outcome outcome = SaveJournal::recover(SaveJournal::defaultPath());
-    if (!outcome.hadRun)
+    if (!outcome.hadRun) {
+        // Damage in a finished journal is still said.
+        reportLeft(outcome, err, "save journal");
         return;
+    }
     err << "orvelle-cli: an interrupted save was finished: " << outcome.completed.size()
-        << " file(s) completed, " << outcome.left.size() << " left as they are\n";
+        << " file(s) completed, " << outcome.reverted.size() << " put back as they were, "
+        << outcome.left.size() << " left as they are\n";
     reportLeft(outcome, err, "left as it is after the interrupted save");
     err.flush();
 }

@@ -4,6 +4,7 @@
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
 #include "cli/ZoneCommand.h"
+#include "formats/SaveJournal.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -62,18 +63,33 @@ const char *const usage =
     "                          (ambiguity; the later moment is taken), and a stored offset\n"
     "                          that disagrees with the zone.\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
-    "                          file by file. A file changed since that save is left as it\n"
-    "                          is and named.\n"
+    "                          file by file, exiftool's rewrites included, modification\n"
+    "                          dates to the nanosecond. A file changed since that save is\n"
+    "                          left as it is and named, and the exit code is 1.\n"
     "\n"
+    "  --no-wait               With any command: when another save or revert is running,\n"
+    "                          refuse at once (exit code 3) instead of waiting for it.\n"
     "  --version               Print the version.\n"
     "  --help                  Print this help.\n"
     "\n"
-    "Every save is recorded in a journal before a file is written. Each command first\n"
-    "finishes a save that was interrupted (killed, crashed) and says so on stderr.\n"
+    "Every save is recorded in a journal before a file is written; a journal that cannot\n"
+    "be written (no space, no permission) stops the save before any file is touched. One\n"
+    "save or revert runs at a time: another one waits for it and says so on stderr. Each\n"
+    "command first finishes a save that was interrupted (killed, crashed) and says so on\n"
+    "stderr.\n"
     "\n"
     "Exit codes: 0 success: every file was read and saved; 1 some path or file could not\n"
     "be read, saved or reverted (the rest is still done; each problem is listed on stderr\n"
-    "with its path and reason); 2 wrong usage (nothing was done).\n";
+    "with its path and reason); 2 wrong usage (nothing was done); 3 another save or\n"
+    "revert was running and --no-wait was given (nothing was done).\n";
+
+// Commands that may write files.
+bool writesFiles(const QStringList &args)
+{
+    static const QStringList writing = {QStringLiteral("revert"), QStringLiteral("shift"), QStringLiteral("locate"),
+                                        QStringLiteral("align"), QStringLiteral("zone")};
+    return writing.contains(args.first()) && !args.contains(QStringLiteral("--dry-run"));
+}
 
 } // namespace
 
@@ -83,7 +99,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("orvelle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
 
-    const QStringList args = QCoreApplication::arguments().mid(1);
+    QStringList args = QCoreApplication::arguments().mid(1);
+    const bool noWait = args.removeAll(QStringLiteral("--no-wait")) > 0;
     QTextStream out(stdout);
     if (args.isEmpty() || args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
         out << usage;
@@ -93,9 +110,25 @@ int main(int argc, char *argv[])
         out << "orvelle-cli " << ORV_VERSION << "\n";
         return 0;
     }
+    // A command that writes holds the journal's lock to its end. Any other only finishes an
+    // interrupted save when no other run holds the journal, and never waits.
+    const bool writes = writesFiles(args);
+    std::shared_ptr<orv::JournalLock> lock;
     {
         QTextStream err(stderr);
-        orv::JournalCommands::finishInterruptedSave(err);
+        const QString journal = orv::SaveJournal::defaultPath();
+        lock = orv::JournalLock::take(journal, writes && !noWait, [&err] {
+            err << "orvelle-cli: another save or revert is running; waiting for it to finish\n";
+            err.flush();
+        });
+        if (!lock && writes) {
+            err << "orvelle-cli: another save or revert is running (--no-wait): nothing was done\n";
+            return 3;
+        }
+        if (lock)
+            orv::JournalCommands::finishInterruptedSave(err);
+        if (!writes)
+            lock.reset();
     }
     if (args.first() == QLatin1String("revert"))
         return orv::JournalCommands::revert(args.mid(1));

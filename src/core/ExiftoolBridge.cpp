@@ -8,6 +8,7 @@
 #include "core/SaveSettings.h"
 #include "core/StampEdits.h"
 #include "formats/InPlaceWriter.h"
+#include "formats/SaveJournal.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -186,6 +187,19 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
         m_errors.addErrorID(SaveErrorId::SaveCannotOpen, pic);
         return Acted::Refused;
     }
+    // The journal keeps the file as it is, so that a kill or an undo finds it again: exiftool
+    // writes a new file and renames it over this one, and the kept link holds the old bytes.
+    std::optional<SaveJournal::Kept> kept;
+    if (m_journal && QFileInfo::exists(path)) {
+        kept = m_journal->keepOriginal(path);
+        if (!kept) {
+            const QString problem = m_journal->problem();
+            m_errors.addToolError(step, pic,
+                                  problem.isEmpty() ? tr("the file cannot be kept for an undo before exiftool writes it")
+                                                    : problem);
+            return Acted::Refused;
+        }
+    }
     XtController::Action action;
     action.errorType = step;
     action.arguments = arguments;
@@ -196,12 +210,14 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
         why = outcome.timedOut ? tr("exiftool did not answer in time") : outcome.error;
         return Acted::Unchanged;
     }
-    // The tool wrote a new file: its modification date goes back to the stored one.
+    // The tool wrote a new file: its modification date goes back to the one it had.
     if (const OptionalDate &stored = pic.singlePicAttributes.NSFileModificationDate;
-        stored && path == file) {
+        (kept || stored) && path == file) {
         if (const std::unique_ptr<InPlaceFile> written = InPlaceFile::open(file))
-            written->setModificationDate(*stored);
+            written->setModificationTime(kept ? kept->modified : FileTime::fromInstant(*stored));
     }
+    if (kept)
+        m_journal->toolChanged(*kept, path);
     return Acted::Changed;
 }
 

@@ -10,11 +10,13 @@
 
 namespace orv {
 
+class SaveJournal;
 class SaveQuestions;
 struct SaveSettings;
 
 // The save's exiftool steps, each one action of the run's one exiftool child. A step first
-// proves it may touch the file (a writable file, a path the tool can take); after a change the
+// proves it may touch the file (a writable file, a path the tool can take) and has the run's
+// journal keep the file as it is; after a change the
 // file's own dates return to what they were and the item reads its stored values afresh, since
 // the tool rewrote the file. A step that changed nothing fails its item under the step's type.
 // Called from the save's worker threads; the child serves them one after the other.
@@ -26,6 +28,9 @@ public:
         : m_xt(xt), m_errors(errors), m_settings(settings), m_questions(questions)
     {
     }
+
+    // Before each action the file is kept in `journal`, so that the run's undo restores it.
+    void keepOriginalsIn(SaveJournal *journal) { m_journal = journal; }
 
     bool completeFullExifDateTags(MySinglePic &pic) override;
     bool extendShortXmpDateTags(MySinglePic &pic,
@@ -82,6 +87,7 @@ private:
     SaveErrors &m_errors;
     const SaveSettings &m_settings;
     SaveQuestions &m_questions;
+    SaveJournal *m_journal = nullptr;
     QMutex m_questionMutex;
     std::optional<bool> m_mayAddDateTags;
 };

@@ -10,6 +10,7 @@
 #include "formats/FileReader.h"
 #include "formats/InPlaceWriter.h"
 #include "formats/PngLocator.h"
+#include "formats/SaveJournal.h"
 #include "time/DateStampCodec.h"
 
 #include <QCoreApplication>
@@ -113,9 +114,8 @@ bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType
     if (!saving)
         return realValidatePicWithSavingChanges(false, onlySaveFilesOfType, isWithoutError);
 
-    const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled ||
-                          m_pic.isThisPureTimeUnsaved();
-    const bool tagsDue = m_pic.shouldAddExifDateTimeTags;
+    // What is due, taken before the save changes it.
+    const quint64 failedType = saveErrorTypeIfFailed();
     const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
     if (locationDue && isWithoutError) {
         for (const QString &sidecar : m_pic.spSidecarPaths()) {
@@ -141,9 +141,7 @@ bool PicSaver::validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType
             m_pic.validateFilesystemNormalization();
         }
     } else {
-        m_pic.saveErrorType = (locationDue ? quint64(SaveErrorLocation) : 0) |
-                              (timesDue ? quint64(SaveErrorTime) : 0) |
-                              (tagsDue ? quint64(SaveErrorTagAdd) : 0);
+        m_pic.saveErrorType = failedType;
     }
     return success;
 }
@@ -392,36 +390,64 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
         }
         plan.edits.insert(plan.edits.end(), checksums.begin(), checksums.end());
     }
+    // The modification time the file has now, to the nanosecond, so that an undo restores it.
+    const std::optional<FileTime> before = FileTime::modificationOf(path);
+    if (!before)
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    const std::optional<FileTime> after =
+        m_pic.fileModificationDateNEW ? std::optional(FileTime::fromInstant(*m_pic.fileModificationDateNEW))
+                                      : std::nullopt;
+    std::vector<ByteEdit> edits = std::move(plan.edits);
+    // A journaled run commits every file together once all are planned; otherwise the file is
+    // written now.
+    if (m_env.journal) {
+        MySinglePic *pic = &m_pic;
+        SaveEnvironment *environment = &m_env;
+        m_env.journal->plan(
+            {path, StoredBytes::proof(m_pic.singlePicAttributes, m_pic.singlePicAttributes.NSFileSize.value_or(-1)),
+             std::move(edits), *before, after,
+             [pic, environment, whenSaved = std::move(plan.whenSaved), damaged = plan.damagedTags,
+              failedType = saveErrorTypeIfFailed()](bool written, bool dateSet) {
+                 if (!PicSaver(*pic, *environment).finishWrite(written, dateSet, whenSaved, damaged))
+                     pic->saveErrorType = failedType;
+             }});
+        return true;
+    }
     const std::unique_ptr<InPlaceWriter> writer = m_env.disk.openForUpdate(path);
-    if (writer && m_env.journal)
-        writer->recordIn(*m_env.journal, path,
-                         StoredBytes::proof(m_pic.singlePicAttributes, writer->length()));
-    // The writer puts the bytes back on a failure; the date their writing moved goes back too.
-    const auto leaveAsItWas = [&] {
-        if (const OptionalDate &modified = m_pic.singlePicAttributes.NSFileModificationDate)
-            writer->setModificationDate(*modified);
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
-    };
-    if (!writer)
-        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
-    if (!writer->apply(plan.edits))
-        return leaveAsItWas();
+    bool written = writer && writer->apply(std::move(edits));
     // Only the modification date can be set here, after the bytes, whose writing moved it. No
     // call sets a birth time on Linux: a file system that keeps one keeps the old one.
-    const bool modificationSet = !m_pic.fileModificationDateNEW ||
-                                 writer->setModificationDate(*m_pic.fileModificationDateNEW);
-    if (!writer->synchronize())
-        return leaveAsItWas();
+    const bool dateSet = written && (!after || writer->setModificationTime(*after));
+    written = written && writer->synchronize();
+    // The writer puts the bytes back on a failure; the date their writing moved goes back too.
+    if (writer && !written)
+        writer->setModificationTime(*before);
+    return finishWrite(written, dateSet, plan.whenSaved, plan.damagedTags);
+}
 
-    for (const auto &taken : plan.whenSaved)
+bool PicSaver::finishWrite(bool written, bool dateSet, const std::vector<std::function<void()>> &whenSaved,
+                           bool damagedTags)
+{
+    if (!written)
+        return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
+    for (const auto &taken : whenSaved)
         taken();
-    if (plan.damagedTags)
+    if (damagedTags)
         m_env.errors.addErrorID(SaveErrorId::DamagedTagLeft, m_pic);
     storeFileAttributes();
-    if (!modificationSet)
+    if (!dateSet)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     takeSavedState();
     return true;
+}
+
+quint64 PicSaver::saveErrorTypeIfFailed() const
+{
+    const bool timesDue = m_env.settings.options.isSavingPhotosWithoutDateChangesEnabled ||
+                          m_pic.isThisPureTimeUnsaved();
+    const bool locationDue = m_pic.hasLocationChange() || m_pic.hasSaveErrorLocation();
+    return (locationDue ? quint64(SaveErrorLocation) : 0) | (timesDue ? quint64(SaveErrorTime) : 0) |
+           (m_pic.shouldAddExifDateTimeTags ? quint64(SaveErrorTagAdd) : 0);
 }
 
 void PicSaver::storeFileAttributes()

@@ -4,6 +4,9 @@
 
 #include <QtGlobal>
 
+#include <functional>
+#include <vector>
+
 namespace orv {
 
 class ExiftoolSteps;
@@ -22,7 +25,8 @@ struct SaveEnvironment
     SaveErrors &errors;
     FileWriteAccess &disk;
     ExiftoolSteps &exiftool;
-    // Where the run records each file's edits before writing them; none in a check.
+    // Where the run plans each file's edits, to commit them together; none in a check, and
+    // without one each file is written at once.
     SaveJournal *journal = nullptr;
 };
 
@@ -73,7 +77,13 @@ private:
     bool areNewDatesWritable() const;
     // Writes the planned bytes, repairs PNG checksums, sets the file dates, reaches the disk;
     // then the item takes on its saved state.
+    // In a journaled run the write is planned, and the item takes on its saved state when the
+    // run commits it.
     bool writeAndFinish(PlannedSave plan);
+    bool finishWrite(bool written, bool dateSet, const std::vector<std::function<void()>> &whenSaved,
+                     bool damagedTags);
+    // The save error an item gets when its save fails: what was due.
+    quint64 saveErrorTypeIfFailed() const;
     bool saveDependentFirst(int onlySaveFilesOfType);
     bool visitDependent(bool saving, bool success);
     bool invalidPicErrorID(int savingId, int checkingId, bool saving);

@@ -69,6 +69,7 @@ SaveRun::SaveRun(QList<MySingleFolder *> folders, SaveSettings settings, SaveQue
                     : std::make_unique<SaveJournal>(m_settings.journalPath))
 {
     m_savePool.setMaxThreadCount(savingThreads);
+    m_exiftool.keepOriginalsIn(m_journal.get());
 }
 
 SaveRun::~SaveRun() = default;
@@ -157,6 +158,19 @@ PreSaveErrors SaveRun::preProcess()
 SaveOutcome SaveRun::run()
 {
     SaveOutcome outcome;
+    std::shared_ptr<JournalLock> lock;
+    if (m_journal) {
+        lock = JournalLock::take(m_settings.journalPath, true, [this] {
+            Q_EMIT statusChanged(QStringLiteral("workPanelWaitingForOtherSave"));
+        });
+        outcome.journalProblem = m_journal->open();
+        if (!outcome.journalProblem.isEmpty()) {
+            if (m_log)
+                m_log->updateLogOnDiskWithErrorLog(outcome.journalProblem);
+            Q_EMIT finished(false);
+            return outcome;
+        }
+    }
     outcome.preSaveErrors = preProcess();
     if (!outcome.preSaveErrors.isEmpty() &&
         !m_questions.proceedDespitePreSaveErrors(outcome.preSaveErrors)) {
@@ -192,6 +206,8 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     std::atomic<int> done = 0;
     bool anyXmpSidecar = false;
     for (MySingleFolder *folder : folders) {
+        if (!outcome.journalProblem.isEmpty())
+            return;
         folder->fixedDates = 0;
         folder->saveErrors = 0;
         struct Job
@@ -221,6 +237,7 @@ void SaveRun::saveThread(SaveOutcome &outcome)
             else if (!pic.isInvalidDueToChangesAfterImport)
                 pic.isVerifiedDuringSave = true;
         });
+        commitPlanned(outcome);
         bool anySaved = false;
         for (const Job &job : jobs) {
             anyXmpSidecar = anyXmpSidecar || hasXmpSidecar(job.pic);
@@ -239,8 +256,16 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     }
     // A sidecar's dates follow every save, so that other programs read the group's new date;
     // the XMP twin inside a file only under the preference.
-    if (syncsXmp || anyXmpSidecar)
-        syncXMPDataThread(folders);
+    if ((syncsXmp || anyXmpSidecar) && outcome.journalProblem.isEmpty())
+        syncXMPDataThread(folders, outcome);
+}
+
+bool SaveRun::commitPlanned(SaveOutcome &outcome)
+{
+    if (!m_journal || m_journal->commit(m_disk))
+        return true;
+    outcome.journalProblem = m_journal->problem();
+    return false;
 }
 
 void SaveRun::runOnOwnerThread(const std::function<void()> &work)
@@ -278,7 +303,7 @@ void SaveRun::clearDateValuesAfterSavingFolder(MySingleFolder &folder)
     }
 }
 
-void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
+void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders, SaveOutcome &outcome)
 {
     Q_EMIT statusChanged(QStringLiteral("workPanelSyncXMP"));
     int count = 0;
@@ -307,6 +332,7 @@ void SaveRun::syncXMPDataThread(const QList<MySingleFolder *> &folders)
             pic->isInvalidDueToChangesAfterImport = false;
         }
     }
+    commitPlanned(outcome);
 }
 
 void SaveRun::syncXmpDates(MySinglePic &pic)
@@ -352,29 +378,40 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
             plan.edits.push_back(*checksum);
     }
     // A sync leaves no trace in the file's own dates.
-    const std::optional<FileAttributes> before = FileAttributes::read(path);
-    const std::unique_ptr<InPlaceWriter> writer = m_disk.openForUpdate(path);
-    if (writer && m_journal)
-        writer->recordIn(*m_journal, path,
-                         inSidecar ? ByteProof{writer->length(), {}}
-                                   : StoredBytes::proof(pic.singlePicAttributes, writer->length()));
-    bool written = before && writer && writer->apply(plan.edits);
-    written =
-        written && writer->setModificationDate(before->modificationDate) && writer->synchronize();
-    if (!written) {
+    const std::optional<FileTime> before = FileTime::modificationOf(path);
+    const std::optional<FileAttributes> attributes = FileAttributes::read(path);
+    if (!before || !attributes) {
         m_errors.addErrorID(errorId, pic);
         return;
     }
-    for (const auto &taken : plan.whenSaved)
-        taken();
-    // Stamps the item proves at its next save must read as the file now holds them.
-    if (!inSidecar && pic.singlePicAttributes.xmpDateInfos) {
-        for (auto &[key, record] : *pic.singlePicAttributes.xmpDateInfos) {
-            const auto synced = infos->find(key);
-            if (synced != infos->end() && synced->second.offset == record.offset)
-                record.data = synced->second.data;
+    const ByteProof proof = inSidecar ? ByteProof{attributes->size, {}}
+                                      : StoredBytes::proof(pic.singlePicAttributes, attributes->size);
+    const auto finished = [this, &pic, errorId, inSidecar, whenSaved = std::move(plan.whenSaved),
+                           synced = std::move(*infos)](bool written, bool) {
+        if (!written) {
+            m_errors.addErrorID(errorId, pic);
+            return;
         }
+        for (const auto &taken : whenSaved)
+            taken();
+        // Stamps the item proves at its next save must read as the file now holds them.
+        if (!inSidecar && pic.singlePicAttributes.xmpDateInfos) {
+            for (auto &[key, record] : *pic.singlePicAttributes.xmpDateInfos) {
+                const auto found = synced.find(key);
+                if (found != synced.end() && found->second.offset == record.offset)
+                    record.data = found->second.data;
+            }
+        }
+    };
+    PlannedWrite write{path, proof, std::move(plan.edits), *before, *before, finished};
+    if (m_journal) {
+        m_journal->plan(std::move(write));
+        return;
     }
+    const std::unique_ptr<InPlaceWriter> writer = m_disk.openForUpdate(path);
+    const bool written = writer && writer->apply(write.edits) && writer->setModificationTime(*before) &&
+                         writer->synchronize();
+    write.finished(written, written);
 }
 
 void SaveRun::writeErrorLog()

@@ -29,6 +29,9 @@ struct SaveOutcome
     bool cancelled = false;              // the pre-save question was answered with cancel
     PreSaveErrors preSaveErrors;         // what the pre-check found
     QSet<const MySinglePic *> savedPics; // items whose save succeeded, dependents included
+    // The journal cannot be written: the run stopped before it touched a file, for this reason
+    // (the journal's folder and the cause).
+    QString journalProblem;
 };
 
 // One save of the given folders: a pre-check of every item with one fixed "now" and one copy of
@@ -37,7 +40,9 @@ struct SaveOutcome
 // to separate mode, its failed items keeping their pending offset). The errors go to the run's
 // lists and, as text, to the error log. Every file's edits go to the save journal before the
 // file is written, so that a run that is killed is finished at the next start and the last run
-// can be undone after a restart.
+// can be undone after a restart: the run holds the journal's lock throughout, waiting for
+// another process's run first, and a journal that cannot be written stops it before any file
+// is touched. A folder's files are planned on the pool, then committed together.
 //
 // run() works on the calling thread (and saves the items of a folder on a pool of its own);
 // start() runs it on a pool thread. Progress and status come as signals from the run's thread,
@@ -62,7 +67,7 @@ public:
     const SaveErrors &errors() const { return m_errors; }
 
 Q_SIGNALS:
-    // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP".
+    // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP", "workPanelWaitingForOtherSave".
     void statusChanged(const QString &statusKey);
     void progressMaximumChanged(int maximum);
     void progressChanged(int value);
@@ -75,7 +80,9 @@ private:
     bool isDue(const MySinglePic &pic) const;
     int countDue(const QList<MySingleFolder *> &folders) const;
     void saveThread(SaveOutcome &outcome);
-    void syncXMPDataThread(const QList<MySingleFolder *> &folders);
+    // Writes what the pass planned; false when the journal failed and the run must stop.
+    bool commitPlanned(SaveOutcome &outcome);
+    void syncXMPDataThread(const QList<MySingleFolder *> &folders, SaveOutcome &outcome);
     void syncXmpDates(MySinglePic &pic);
     void clearDateValuesAfterSavingFolder(MySingleFolder &folder);
     // Runs work on the run object's thread, waiting for it; directly when called there.

@@ -1,7 +1,5 @@
 #include "formats/InPlaceWriter.h"
 
-#include "formats/SaveJournal.h"
-
 #include <QFile>
 #include <algorithm>
 #include <atomic>
@@ -37,11 +35,19 @@ bool InPlaceWriter::mayWrite()
     return true;
 }
 
-void InPlaceWriter::recordIn(SaveJournal &journal, const QString &path, ByteProof proof)
+FileTime FileTime::fromInstant(Instant date)
 {
-    m_journal = &journal;
-    m_path = path;
-    m_proof = std::move(proof);
+    const auto milliseconds = qint64(std::floor(date.secondsSinceEpoch() * 1000.0));
+    const qint64 seconds = milliseconds >= 0 ? milliseconds / 1000 : -((999 - milliseconds) / 1000);
+    return {seconds, (milliseconds - seconds * 1000) * 1000000};
+}
+
+std::optional<FileTime> FileTime::modificationOf(const QString &path)
+{
+    struct statx entry{};
+    if (::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_MTIME, &entry) != 0)
+        return std::nullopt;
+    return FileTime{entry.stx_mtime.tv_sec, entry.stx_mtime.tv_nsec};
 }
 
 bool InPlaceWriter::apply(std::vector<ByteEdit> edits)
@@ -51,13 +57,6 @@ bool InPlaceWriter::apply(std::vector<ByteEdit> edits)
                      [](const ByteEdit &a, const ByteEdit &b) { return a.offset < b.offset; });
     for (const ByteEdit &edit : edits) {
         if (edit.offset < 0 || edit.offset + edit.bytes.size() > length()) {
-            undoApplied();
-            return false;
-        }
-    }
-    if (m_journal && !edits.empty()) {
-        m_journalEntry = m_journal->beginFile(m_path, m_proof, edits);
-        if (!m_journalEntry) {
             undoApplied();
             return false;
         }
@@ -74,11 +73,8 @@ bool InPlaceWriter::apply(std::vector<ByteEdit> edits)
 
 bool InPlaceWriter::synchronize()
 {
-    if (flushToDisk()) {
-        if (m_journal && m_journalEntry)
-            m_journal->fileDone(*m_journalEntry);
+    if (flushToDisk())
         return true;
-    }
     undoApplied();
     flushToDisk();
     return false;
@@ -128,7 +124,7 @@ std::unique_ptr<InPlaceFile> InPlaceFile::open(const QString &path)
         ::close(fd);
         return nullptr;
     }
-    return std::unique_ptr<InPlaceFile>(new InPlaceFile(fd, opened.st_size));
+    return std::unique_ptr<InPlaceFile>(new InPlaceFile(fd, opened.st_size, opened.st_dev));
 }
 
 InPlaceFile::~InPlaceFile()
@@ -153,15 +149,33 @@ bool InPlaceFile::writeAt(qint64 offset, const QByteArray &bytes)
     return true;
 }
 
-bool InPlaceFile::setModificationDate(Instant date)
+QByteArray InPlaceFile::readAt(qint64 offset, qint64 length) const
+{
+    QByteArray bytes(std::max<qint64>(0, length), Qt::Uninitialized);
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::pread(m_fd, bytes.data() + done, size_t(bytes.size() - done), offset + done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        done += n;
+    }
+    bytes.truncate(done);
+    return bytes;
+}
+
+bool InPlaceFile::setModificationTime(FileTime time)
 {
     if (!mayWrite())
         return false;
-    const auto milliseconds = qint64(std::floor(date.secondsSinceEpoch() * 1000.0));
-    const qint64 seconds = milliseconds >= 0 ? milliseconds / 1000 : -((999 - milliseconds) / 1000);
-    const timespec times[2] = {{0, UTIME_OMIT},
-                               {time_t(seconds), long((milliseconds - seconds * 1000) * 1000000)}};
+    const timespec times[2] = {{0, UTIME_OMIT}, {time_t(time.seconds), long(time.nanoseconds)}};
     return ::futimens(m_fd, times) == 0;
+}
+
+bool InPlaceFile::syncFileSystem()
+{
+    return mayWrite() && ::syncfs(m_fd) == 0;
 }
 
 bool InPlaceFile::flushToDisk()

@@ -10,8 +10,6 @@
 
 namespace orv {
 
-class SaveJournal;
-
 // New bytes for a range of a file, and the bytes that stood there, proven before the edit was
 // planned, to put back should a later write fail.
 struct ByteEdit
@@ -30,30 +28,48 @@ struct ByteProof
     std::vector<std::pair<qint64, QByteArray>> ranges;
 };
 
+// A file's modification time to the nanosecond, as the file system keeps it.
+struct FileTime
+{
+    qint64 seconds = 0;
+    qint64 nanoseconds = 0;
+
+    // The date floored to the millisecond, as a save sets it.
+    static FileTime fromInstant(Instant date);
+    // Nothing when the entry cannot be examined.
+    static std::optional<FileTime> modificationOf(const QString &path);
+    bool operator==(const FileTime &) const = default;
+};
+
 // The one road by which a save changes a media file: the file is opened for update, never
 // created, never truncated; bytes go to exact offsets inside its present length, in one pass
 // in file order; and nothing counts as saved before it reached the disk. A file is thus either
 // left as it was or holds every edit of a save: when a write fails, what this writer wrote
 // before is put back. With a journal, the edits are on the disk in the journal before the first
-// of them reaches the file, so that a kill between the two is finished at the next start.
+// of them reaches the file (SaveJournal), so that a kill between the two is finished at the next
+// start.
 class InPlaceWriter
 {
 public:
     virtual ~InPlaceWriter() = default;
 
     virtual qint64 length() const = 0;
-    // From now on every apply() is first recorded in `journal` for the file at `path`, whose
-    // other bytes `proof` states.
-    void recordIn(SaveJournal &journal, const QString &path, ByteProof proof);
+    // The bytes there now; fewer at the end of the file or on a failure.
+    virtual QByteArray readAt(qint64 offset, qint64 length) const = 0;
     // Writes the edits in file order. On the first refusal every edit this writer applied so far
-    // is undone and the answer is false. An edit reaching past the end is a refusal, and so is a
-    // journal that cannot take the edits.
+    // is undone and the answer is false. An edit reaching past the end is a refusal.
     bool apply(std::vector<ByteEdit> edits);
     // The file's modification date; writes move it, so a save sets it last.
-    virtual bool setModificationDate(Instant date) = 0;
-    // Data and dates on the disk (fsync), then the journal's mark that the file is done. False
-    // leaves the file with the edits undone as far as the disk still lets them be.
+    bool setModificationDate(Instant date) { return setModificationTime(FileTime::fromInstant(date)); }
+    virtual bool setModificationTime(FileTime time) = 0;
+    // Data and dates on the disk (fsync). False leaves the file with the edits undone as far as
+    // the disk still lets them be.
     bool synchronize();
+    // Everything written to this file's file system so far on the disk (syncfs): a run that
+    // wrote many files commits them with one call.
+    virtual bool syncFileSystem() = 0;
+    // The file system the file lives on.
+    virtual quint64 device() const = 0;
 
     // Fault injection for tests: after `writes` more writes of files or journals, every writer of
     // this process stops dead, as a killed process would: each later write, sync or undo fails
@@ -70,10 +86,6 @@ private:
     void undoApplied();
 
     std::vector<ByteEdit> m_applied;
-    SaveJournal *m_journal = nullptr;
-    QString m_path;
-    ByteProof m_proof;
-    std::optional<qint64> m_journalEntry;
 };
 
 // Opens writers. The disk is the real one; tests put a failing disk in its place.
@@ -99,17 +111,24 @@ public:
     InPlaceFile &operator=(const InPlaceFile &) = delete;
 
     qint64 length() const override { return m_length; }
-    bool setModificationDate(Instant date) override;
+    QByteArray readAt(qint64 offset, qint64 length) const override;
+    bool setModificationTime(FileTime time) override;
+    bool syncFileSystem() override;
+    quint64 device() const override { return m_device; }
 
 protected:
     bool writeAt(qint64 offset, const QByteArray &bytes) override;
     bool flushToDisk() override;
 
 private:
-    InPlaceFile(int descriptor, qint64 length) : m_fd(descriptor), m_length(length) {}
+    InPlaceFile(int descriptor, qint64 length, quint64 device)
+        : m_fd(descriptor), m_length(length), m_device(device)
+    {
+    }
 
     int m_fd = -1;
     qint64 m_length = 0;
+    quint64 m_device = 0;
 };
 
 } // namespace orv

@@ -1,18 +1,29 @@
 #include "formats/SaveJournal.h"
 
-#include "formats/ByteSource.h"
-
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
+#include <QSet>
 #include <QStandardPaths>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <map>
+#include <set>
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/sendfile.h>
+#include <sys/sysmacros.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <zlib.h>
 
 namespace orv {
 
@@ -20,8 +31,17 @@ namespace {
 
 const QString pathKey = QStringLiteral("path");
 const QString fileKey = QStringLiteral("file");
+const QString keptKey = QStringLiteral("kept");
+const QString toolKey = QStringLiteral("tool");
 const QString doneKey = QStringLiteral("done");
+const QString skippedKey = QStringLiteral("skipped");
+const QString undoneKey = QStringLiteral("undone");
 const QString endKey = QStringLiteral("end");
+
+QByteArray encoded(const QString &path)
+{
+    return QFile::encodeName(path);
+}
 
 QString hex(const QByteArray &bytes)
 {
@@ -33,6 +53,145 @@ QByteArray fromHex(const QJsonValue &value)
     return QByteArray::fromHex(value.toString().toLatin1());
 }
 
+QJsonArray timeJson(const FileTime &time)
+{
+    return {double(time.seconds), double(time.nanoseconds)};
+}
+
+FileTime timeFrom(const QJsonValue &value)
+{
+    return {qint64(value[0].toDouble()), qint64(value[1].toDouble())};
+}
+
+quint32 checksum(const QByteArray &payload)
+{
+    return quint32(crc32(0, reinterpret_cast<const Bytef *>(payload.constData()), uInt(payload.size())));
+}
+
+// One record: its checksum, a space, the record as compact JSON and a line end.
+QByteArray framed(const QJsonObject &record)
+{
+    const QByteArray payload = QJsonDocument(record).toJson(QJsonDocument::Compact);
+    return QByteArray::number(checksum(payload), 16).rightJustified(8, '0') + ' ' + payload + '\n';
+}
+
+std::optional<QJsonObject> unframed(const QByteArray &line)
+{
+    if (line.size() < 10 || line[8] != ' ')
+        return std::nullopt;
+    bool ok = false;
+    const quint32 stored = line.left(8).toUInt(&ok, 16);
+    const QByteArray payload = line.mid(9);
+    if (!ok || stored != checksum(payload))
+        return std::nullopt;
+    const QJsonDocument document = QJsonDocument::fromJson(payload);
+    if (!document.isObject())
+        return std::nullopt;
+    return document.object();
+}
+
+QString causeOf(int error)
+{
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        return QStringLiteral("no space left on the device");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("permission denied");
+    case EROFS:
+        return QStringLiteral("the file system is read-only");
+    default:
+        return QString::fromLocal8Bit(std::strerror(error));
+    }
+}
+
+bool writeAll(int fd, const QByteArray &bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (n == 0)
+                errno = ENOSPC;
+            return false;
+        }
+        done += n;
+    }
+    return true;
+}
+
+void syncFolder(const QString &folder)
+{
+    const int fd = ::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd >= 0) {
+        ::fsync(fd);
+        ::close(fd);
+    }
+}
+
+struct Identity
+{
+    quint64 device = 0;
+    quint64 inode = 0;
+    FileTime modified;
+    bool exists = false;
+};
+
+Identity identityOf(const QString &path)
+{
+    struct statx entry{};
+    if (::statx(AT_FDCWD, encoded(path).constData(), 0, STATX_INO | STATX_MTIME, &entry) != 0)
+        return {};
+    return {makedev(entry.stx_dev_major, entry.stx_dev_minor), entry.stx_ino,
+            {entry.stx_mtime.tv_sec, entry.stx_mtime.tv_nsec}, true};
+}
+
+QByteArray contentHash(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+        return {};
+    return hash.result();
+}
+
+bool setTime(int fd, const FileTime &time)
+{
+    const timespec times[2] = {{0, UTIME_OMIT}, {time_t(time.seconds), long(time.nanoseconds)}};
+    return ::futimens(fd, times) == 0;
+}
+
+// A copy of `from` at `to`, bytes, mode and modification time, on the disk. For another file
+// system, where no link can be made.
+bool copyFile(const QString &from, const QString &to)
+{
+    const int in = ::open(encoded(from).constData(), O_RDONLY | O_CLOEXEC);
+    if (in < 0)
+        return false;
+    struct stat status{};
+    const int out = ::fstat(in, &status) == 0
+                        ? ::open(encoded(to).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                 status.st_mode & 07777)
+                        : -1;
+    bool copied = out >= 0;
+    for (off_t left = status.st_size; copied && left > 0;) {
+        const ssize_t n = ::sendfile(out, in, nullptr, size_t(left));
+        copied = n > 0;
+        left -= n;
+    }
+    copied = copied && ::fchmod(out, status.st_mode & 07777) == 0 &&
+             setTime(out, {status.st_mtim.tv_sec, status.st_mtim.tv_nsec}) && ::fsync(out) == 0;
+    ::close(in);
+    if (out >= 0)
+        ::close(out);
+    if (!copied && out >= 0)
+        ::unlink(encoded(to).constData());
+    return copied;
+}
+
 bool overlaps(qint64 offset, qint64 length, const std::vector<ByteEdit> &edits)
 {
     return std::any_of(edits.begin(), edits.end(), [&](const ByteEdit &edit) {
@@ -40,23 +199,106 @@ bool overlaps(qint64 offset, qint64 length, const std::vector<ByteEdit> &edits)
     });
 }
 
-// One file's record, read back.
+// The file as proven and every patch holding its old bytes, read in one call where they lie
+// close together, as they do in a file's metadata.
+bool provenBeforeWriting(const InPlaceWriter &writer, const PlannedWrite &write)
+{
+    if (writer.length() != write.proof.length)
+        return false;
+    std::vector<std::pair<qint64, QByteArray>> expected = write.proof.ranges;
+    for (const ByteEdit &edit : write.edits)
+        expected.emplace_back(edit.offset, edit.previous);
+    if (expected.empty())
+        return true;
+    qint64 first = expected.front().first;
+    qint64 end = first;
+    for (const auto &[offset, bytes] : expected) {
+        first = std::min(first, offset);
+        end = std::max(end, offset + bytes.size());
+    }
+    constexpr qint64 oneRead = 256 * 1024;
+    const QByteArray span = end - first <= oneRead ? writer.readAt(first, end - first) : QByteArray();
+    return std::all_of(expected.begin(), expected.end(), [&](const auto &range) {
+        const auto &[offset, bytes] = range;
+        return span.isEmpty() ? writer.readAt(offset, bytes.size()) == bytes
+                              : span.mid(offset - first, bytes.size()) == bytes;
+    });
+}
+
+// One record of the journal, read back.
 struct Entry
 {
+    enum class Kind { Patch, Kept };
+    Kind kind = Kind::Patch;
+    qint64 number = 0;
     QString path;
     ByteProof proof;
     std::vector<ByteEdit> edits;
-    std::optional<qint64> modifiedMs;
+    FileTime before;
+    std::optional<FileTime> after;
+    QString link;     // a kept file's name in the kept folder
+    QByteArray toolResult; // what exiftool left, when it changed the file
     bool done = false;
+    bool skipped = false;
+    bool undone = false;
 };
 
 struct ReadJournal
 {
     QString kind;
+    QString runId;
     std::vector<Entry> entries;
     bool ended = false;
     bool exists = false;
+    QStringList damage;
 };
+
+void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const QJsonObject &record)
+{
+    const auto entryFor = [&](const QJsonValue &number) -> Entry * {
+        const auto found = byNumber.find(qint64(number.toDouble()));
+        return found == byNumber.end() ? nullptr : &journal.entries[found->second];
+    };
+    const auto numbers = [](const QJsonValue &value) {
+        std::vector<qint64> all;
+        for (const QJsonValue number : value.toArray())
+            all.push_back(qint64(number.toDouble()));
+        return all;
+    };
+    if (record.contains(QStringLiteral("run"))) {
+        journal.kind = record.value(QStringLiteral("run")).toString();
+        journal.runId = record.value(QStringLiteral("id")).toString();
+    } else if (record.contains(fileKey) || record.contains(keptKey)) {
+        Entry entry;
+        entry.kind = record.contains(keptKey) ? Entry::Kind::Kept : Entry::Kind::Patch;
+        entry.number = qint64(record.value(entry.kind == Entry::Kind::Kept ? keptKey : fileKey).toDouble());
+        entry.path = record.value(pathKey).toString();
+        entry.link = record.value(QStringLiteral("link")).toString();
+        entry.proof.length = qint64(record.value(QStringLiteral("length")).toDouble(-1));
+        entry.before = timeFrom(record.value(QStringLiteral("before")));
+        if (record.contains(QStringLiteral("after")))
+            entry.after = timeFrom(record.value(QStringLiteral("after")));
+        for (const QJsonValue range : record.value(QStringLiteral("proof")).toArray())
+            entry.proof.ranges.emplace_back(qint64(range[0].toDouble()), fromHex(range[1]));
+        for (const QJsonValue patch : record.value(QStringLiteral("patches")).toArray())
+            entry.edits.push_back({qint64(patch[0].toDouble()), fromHex(patch[2]), fromHex(patch[1])});
+        byNumber[entry.number] = journal.entries.size();
+        journal.entries.push_back(std::move(entry));
+    } else if (record.contains(toolKey)) {
+        if (Entry *entry = entryFor(record.value(toolKey)))
+            entry->toolResult = fromHex(record.value(QStringLiteral("sha256")));
+    } else if (record.contains(doneKey) || record.contains(skippedKey) || record.contains(undoneKey)) {
+        for (const auto &[key, flag] : {std::pair(doneKey, &Entry::done), std::pair(skippedKey, &Entry::skipped),
+                                        std::pair(undoneKey, &Entry::undone)}) {
+            for (const qint64 number : numbers(record.value(key))) {
+                if (Entry *entry = entryFor(double(number)))
+                    entry->*flag = true;
+            }
+        }
+    } else if (record.contains(endKey)) {
+        journal.ended = true;
+    }
+}
 
 ReadJournal readJournal(const QString &path)
 {
@@ -65,35 +307,22 @@ ReadJournal readJournal(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return journal;
     journal.exists = true;
+    const QList<QByteArray> lines = file.readAll().split('\n');
     std::map<qint64, std::size_t> byNumber;
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine();
-        // A line torn by a kill was never synced, so its file was never touched.
-        if (!line.endsWith('\n'))
-            break;
-        const QJsonObject record = QJsonDocument::fromJson(line).object();
-        if (record.contains(QStringLiteral("run"))) {
-            journal.kind = record.value(QStringLiteral("run")).toString();
-        } else if (record.contains(fileKey)) {
-            Entry entry;
-            entry.path = record.value(pathKey).toString();
-            entry.proof.length = qint64(record.value(QStringLiteral("length")).toDouble(-1));
-            if (record.contains(QStringLiteral("modified")))
-                entry.modifiedMs = qint64(record.value(QStringLiteral("modified")).toDouble());
-            for (const QJsonValue range : record.value(QStringLiteral("proof")).toArray())
-                entry.proof.ranges.emplace_back(qint64(range[0].toDouble()), fromHex(range[1]));
-            for (const QJsonValue patch : record.value(QStringLiteral("patches")).toArray())
-                entry.edits.push_back(
-                    {qint64(patch[0].toDouble()), fromHex(patch[2]), fromHex(patch[1])});
-            byNumber[qint64(record.value(fileKey).toDouble())] = journal.entries.size();
-            journal.entries.push_back(std::move(entry));
-        } else if (record.contains(doneKey)) {
-            const auto found = byNumber.find(qint64(record.value(doneKey).toDouble()));
-            if (found != byNumber.end())
-                journal.entries[found->second].done = true;
-        } else if (record.contains(endKey)) {
-            journal.ended = true;
-        }
+    // The piece after the last line end is a record a kill tore; so is a last line that fails
+    // its checksum. A damaged line with good ones after it is damage, and is said.
+    qsizetype lastGood = -1;
+    std::vector<std::optional<QJsonObject>> records;
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        records.push_back(unframed(lines[i]));
+        if (records.back())
+            lastGood = i;
+    }
+    for (qsizetype i = 0; i < qsizetype(records.size()); ++i) {
+        if (records[i])
+            take(journal, byNumber, *records[i]);
+        else if (i < lastGood)
+            journal.damage << QStringLiteral("line %1 of the save journal is damaged and was passed over").arg(i + 1);
     }
     return journal;
 }
@@ -107,63 +336,129 @@ struct Examined
     QString problem; // empty when the proof holds
 };
 
-Examined examine(const Entry &entry)
-{
-    Examined result;
-    const FileByteSource file(entry.path);
-    if (!file.isRegularFile() && QFileInfo::exists(entry.path))
-        result.problem = QStringLiteral("not a regular file");
-    else if (!file.isOpen())
-        result.problem = QStringLiteral("cannot be opened");
-    else if (file.length() != entry.proof.length)
-        result.problem = QStringLiteral("its length changed since the save");
-    else if (!std::all_of(entry.proof.ranges.begin(), entry.proof.ranges.end(),
-                          [&](const auto &range) {
-                              return file.read(range.first, range.second.size()) == range.second;
-                          }))
-        result.problem = QStringLiteral("its bytes changed since the save");
-    if (!result.problem.isEmpty())
-        return result;
-    for (const ByteEdit &edit : entry.edits) {
-        const QByteArray now = file.read(edit.offset, edit.bytes.size());
-        result.patches.push_back(now == edit.bytes      ? Bytes::New
-                                 : now == edit.previous ? Bytes::Old
-                                                        : Bytes::Neither);
-    }
-    return result;
-}
-
 bool allAre(const Examined &examined, Bytes state)
 {
     return std::all_of(examined.patches.begin(), examined.patches.end(),
                        [state](Bytes b) { return b == state; });
 }
 
-// Writes the edits whose bytes are not yet there, in one pass, to the disk.
-bool writeEdits(const Entry &entry, std::vector<ByteEdit> edits, SaveJournal *journal,
-                std::optional<qint64> modifiedMs)
+Examined examine(const Entry &entry)
 {
-    const std::unique_ptr<InPlaceWriter> writer = FileWriteAccess::disk().openForUpdate(entry.path);
-    if (!writer)
-        return false;
-    if (journal)
-        writer->recordIn(*journal, entry.path, entry.proof);
-    return writer->apply(std::move(edits)) &&
-           (!modifiedMs ||
-            writer->setModificationDate(Instant(double(*modifiedMs) / 1000.0))) &&
+    Examined result;
+    const std::unique_ptr<InPlaceWriter> file = FileWriteAccess::disk().openForUpdate(entry.path);
+    if (!file)
+        result.problem = QFileInfo::exists(entry.path) ? QStringLiteral("cannot be opened for writing")
+                                                       : QStringLiteral("is missing");
+    else if (file->length() != entry.proof.length)
+        result.problem = QStringLiteral("its length changed since the save");
+    else if (!std::all_of(entry.proof.ranges.begin(), entry.proof.ranges.end(), [&](const auto &range) {
+                 return file->readAt(range.first, range.second.size()) == range.second;
+             }))
+        result.problem = QStringLiteral("its bytes changed since the save");
+    if (!result.problem.isEmpty())
+        return result;
+    for (const ByteEdit &edit : entry.edits) {
+        const QByteArray now = file->readAt(edit.offset, edit.bytes.size());
+        result.patches.push_back(now == edit.bytes      ? Bytes::New
+                                 : now == edit.previous ? Bytes::Old
+                                                        : Bytes::Neither);
+    }
+    if (std::find(result.patches.begin(), result.patches.end(), Bytes::Neither) != result.patches.end())
+        result.problem = QStringLiteral("its saved bytes changed since the save");
+    return result;
+}
+
+// The patches that do not yet hold `state`, turned toward it.
+std::vector<ByteEdit> towards(const Entry &entry, const Examined &examined, Bytes state)
+{
+    std::vector<ByteEdit> edits;
+    for (std::size_t i = 0; i < entry.edits.size(); ++i) {
+        const ByteEdit &edit = entry.edits[i];
+        if (examined.patches[i] != state)
+            edits.push_back(state == Bytes::New ? edit : ByteEdit{edit.offset, edit.previous, edit.bytes});
+    }
+    return edits;
+}
+
+// Writes a file whose run is journaled already: the edits, its date, the disk.
+bool writeJournaled(const QString &path, std::vector<ByteEdit> edits, const std::optional<FileTime> &time)
+{
+    const std::unique_ptr<InPlaceWriter> writer = FileWriteAccess::disk().openForUpdate(path);
+    return writer && writer->apply(std::move(edits)) && (!time || writer->setModificationTime(*time)) &&
            writer->synchronize();
 }
 
-void markRecovered(const QString &path)
+// Puts a kept file back in its place: the kept inode itself where it shares the file system,
+// else a copy that takes the place whole.
+bool restoreKept(const QString &kept, const QString &path)
 {
-    QFile file(path);
-    if (!InPlaceWriter::mayWrite() || !file.open(QIODevice::Append))
+    if (!InPlaceWriter::mayWrite())
+        return false;
+    const QString folder = QFileInfo(path).absolutePath();
+    bool restored = ::rename(encoded(kept).constData(), encoded(path).constData()) == 0;
+    if (!restored && errno == EXDEV) {
+        const QString temporary =
+            QDir(folder).filePath(QLatin1Char('.') + QFileInfo(path).fileName() + QLatin1String(".orvelle-restore"));
+        ::unlink(encoded(temporary).constData());
+        restored = copyFile(kept, temporary) &&
+                   ::rename(encoded(temporary).constData(), encoded(path).constData()) == 0;
+    }
+    if (restored)
+        syncFolder(folder);
+    return restored;
+}
+
+void appendRecords(const QString &journalPath, const QByteArray &lines)
+{
+    const int fd = ::open(encoded(journalPath).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (fd < 0)
         return;
-    file.write(QJsonDocument(QJsonObject{{endKey, true}, {QStringLiteral("recovered"), true}})
-                   .toJson(QJsonDocument::Compact) +
-               '\n');
-    file.flush();
-    ::fsync(file.handle());
+    if (InPlaceWriter::mayWrite() && writeAll(fd, lines))
+        ::fdatasync(fd);
+    ::close(fd);
+}
+
+QString keptFolderOf(const QString &journalPath)
+{
+    return journalPath + QStringLiteral(".kept");
+}
+
+QJsonArray numbersJson(const std::vector<qint64> &numbers)
+{
+    QJsonArray array;
+    for (const qint64 number : numbers)
+        array.append(double(number));
+    return array;
+}
+
+// Puts every step of a run on one file back, last first: in-place patches to their old bytes, a
+// file exiftool rewrote to the file kept before. The reason when a step cannot be undone.
+QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFolder)
+{
+    for (auto it = steps.rbegin(); it != steps.rend(); ++it) {
+        const Entry &entry = **it;
+        if (entry.kind == Entry::Kind::Patch) {
+            const Examined examined = examine(entry);
+            if (!examined.problem.isEmpty())
+                return examined.problem;
+            if (!allAre(examined, Bytes::Old) &&
+                !writeJournaled(entry.path, towards(entry, examined, Bytes::Old), entry.before))
+                return QStringLiteral("cannot be written");
+            continue;
+        }
+        const QString kept = QDir(keptFolder).filePath(entry.link);
+        const Identity now = identityOf(entry.path);
+        const Identity original = identityOf(kept);
+        if (!original.exists)
+            return QStringLiteral("the file kept before exiftool wrote it is missing");
+        if (now.exists && now.device == original.device && now.inode == original.inode)
+            continue; // exiftool never replaced it
+        if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult)
+            return QStringLiteral("it changed since exiftool wrote it");
+        if (!restoreKept(kept, entry.path))
+            return QStringLiteral("the file kept before exiftool wrote it cannot be put back");
+    }
+    return {};
 }
 
 } // namespace
@@ -174,135 +469,314 @@ QString SaveJournal::defaultPath()
            QStringLiteral("/saveJournal.jsonl");
 }
 
-SaveJournal::SaveJournal(QString path, RunKind kind) : m_path(std::move(path)), m_kind(kind) {}
-
-SaveJournal::~SaveJournal() = default;
-
-bool SaveJournal::append(const QByteArray &line, bool sync)
+SaveJournal::SaveJournal(QString path, RunKind kind)
+    : m_path(QFileInfo(path).absoluteFilePath()), m_kind(kind),
+      m_runId(QString::number(QRandomGenerator::global()->generate64(), 36))
 {
-    int descriptor = -1;
-    {
-        const QMutexLocker lock(&m_mutex);
-        if (m_broken)
-            return false;
-        if (!m_file.isOpen()) {
-            QDir().mkpath(QFileInfo(m_path).absolutePath());
-            m_file.setFileName(m_path);
-            const QByteArray header =
-                QJsonDocument(QJsonObject{{QStringLiteral("run"), m_kind == RunKind::Save
-                                                                      ? QStringLiteral("save")
-                                                                      : QStringLiteral("revert")},
-                                          {QStringLiteral("at"),
-                                           QDateTime::currentDateTimeUtc().toString(Qt::ISODate)}})
-                    .toJson(QJsonDocument::Compact) +
-                '\n';
-            if (!InPlaceWriter::mayWrite() ||
-                !m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered) ||
-                m_file.write(header) != header.size()) {
-                m_broken = true;
-                return false;
-            }
-            // A journal made just now must be found after a crash: its folder entry is synced.
-            const int folder =
-                ::open(QFile::encodeName(QFileInfo(m_path).absolutePath()).constData(),
-                       O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-            if (folder >= 0) {
-                ::fsync(folder);
-                ::close(folder);
-            }
-        }
-        if (!InPlaceWriter::mayWrite() || m_file.write(line) != line.size()) {
-            m_broken = true;
-            return false;
-        }
-        descriptor = m_file.handle();
-    }
-    // Records written before reach the disk with this one; threads waiting here share syncs.
-    return !sync || ::fdatasync(descriptor) == 0;
 }
 
-std::optional<qint64> SaveJournal::beginFile(const QString &path, const ByteProof &proof,
-                                             const std::vector<ByteEdit> &edits)
+SaveJournal::~SaveJournal()
 {
-    QJsonArray proven;
-    for (const auto &[offset, bytes] : proof.ranges) {
-        if (!bytes.isEmpty() && !overlaps(offset, bytes.size(), edits))
-            proven.append(QJsonArray{double(offset), hex(bytes)});
+    if (m_fd >= 0)
+        ::close(m_fd);
+    if (!m_promoted)
+        ::unlink(encoded(m_path + QStringLiteral(".new")).constData());
+}
+
+QString SaveJournal::keptFolder() const
+{
+    return keptFolderOf(m_path);
+}
+
+void SaveJournal::fail(const QString &what, int error)
+{
+    if (m_problem.isEmpty())
+        m_problem = QStringLiteral("the save journal cannot be %1 in %2: %3")
+                        .arg(what, QFileInfo(m_path).absolutePath(), causeOf(error));
+}
+
+QString SaveJournal::problem() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_problem;
+}
+
+QString SaveJournal::open()
+{
+    const QMutexLocker lock(&m_mutex);
+    if (m_fd >= 0 || !m_problem.isEmpty())
+        return m_problem;
+    const QString folder = QFileInfo(m_path).absolutePath();
+    const QString fresh = m_path + QStringLiteral(".new");
+    if (!QDir().mkpath(folder)) {
+        fail(QStringLiteral("made"), EACCES);
+        return m_problem;
     }
-    QJsonArray patches;
-    for (const ByteEdit &edit : edits)
-        patches.append(QJsonArray{double(edit.offset), hex(edit.previous), hex(edit.bytes)});
+    m_fd = ::open(encoded(fresh).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const QByteArray header = framed({{QStringLiteral("run"), m_kind == RunKind::Save ? QStringLiteral("save")
+                                                                                      : QStringLiteral("revert")},
+                                      {QStringLiteral("id"), m_runId},
+                                      {QStringLiteral("at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)}});
+    bool written = m_fd >= 0;
+    if (written && !InPlaceWriter::mayWrite()) {
+        errno = EIO;
+        written = false;
+    }
+    written = written && writeAll(m_fd, header) && ::fdatasync(m_fd) == 0;
+    if (!written) {
+        const int error = errno;
+        fail(QStringLiteral("written"), error);
+        if (m_fd >= 0)
+            ::close(m_fd);
+        m_fd = -1;
+        ::unlink(encoded(fresh).constData());
+    }
+    return m_problem;
+}
+
+bool SaveJournal::promote()
+{
+    // Called under the mutex. The run's journal takes the last one's place once a file is about
+    // to change; until then the last run can still be undone.
+    if (m_promoted)
+        return true;
+    if (::rename(encoded(m_path + QStringLiteral(".new")).constData(), encoded(m_path).constData()) != 0) {
+        fail(QStringLiteral("written"), errno);
+        return false;
+    }
+    syncFolder(QFileInfo(m_path).absolutePath());
+    m_promoted = true;
+    return true;
+}
+
+bool SaveJournal::append(const QByteArray &lines, bool sync)
+{
+    int fd = -1;
+    {
+        if (!open().isEmpty())
+            return false;
+        const QMutexLocker lock(&m_mutex);
+        if (!m_problem.isEmpty() || !promote())
+            return false;
+        if (!InPlaceWriter::mayWrite()) {
+            fail(QStringLiteral("written"), EIO);
+            return false;
+        }
+        if (!writeAll(m_fd, lines)) {
+            fail(QStringLiteral("written"), errno);
+            return false;
+        }
+        fd = m_fd;
+    }
+    if (sync && ::fdatasync(fd) != 0) {
+        const QMutexLocker lock(&m_mutex);
+        fail(QStringLiteral("written"), errno);
+        return false;
+    }
+    return true;
+}
+
+void SaveJournal::plan(PlannedWrite write)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_planned.push_back(std::move(write));
+}
+
+bool SaveJournal::commit(FileWriteAccess &disk)
+{
+    std::vector<PlannedWrite> writes;
+    std::vector<qint64> numbers;
+    QByteArray lines;
+    {
+        const QMutexLocker lock(&m_mutex);
+        writes.swap(m_planned);
+        for (const PlannedWrite &write : writes) {
+            QJsonArray proven;
+            for (const auto &[offset, bytes] : write.proof.ranges) {
+                if (!bytes.isEmpty() && !overlaps(offset, bytes.size(), write.edits))
+                    proven.append(QJsonArray{double(offset), hex(bytes)});
+            }
+            QJsonArray patches;
+            for (const ByteEdit &edit : write.edits)
+                patches.append(QJsonArray{double(edit.offset), hex(edit.previous), hex(edit.bytes)});
+            numbers.push_back(++m_entries);
+            QJsonObject record{{fileKey, double(numbers.back())},
+                               {pathKey, QFileInfo(write.path).absoluteFilePath()},
+                               {QStringLiteral("length"), double(write.proof.length)},
+                               {QStringLiteral("proof"), proven},
+                               {QStringLiteral("patches"), patches},
+                               {QStringLiteral("before"), timeJson(write.before)}};
+            if (write.after)
+                record.insert(QStringLiteral("after"), timeJson(*write.after));
+            lines += framed(record);
+        }
+    }
+    if (writes.empty())
+        return true;
+    if (!append(lines, true)) {
+        for (PlannedWrite &write : writes)
+            write.finished(false, false);
+        return false;
+    }
+
+    struct Result
+    {
+        bool written = false;
+        bool dateSet = false;
+        quint64 device = 0;
+    };
+    std::vector<Result> results(writes.size());
+    // One open file per file system stays for its sync; the others close when written.
+    std::map<quint64, std::unique_ptr<InPlaceWriter>> syncers;
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        const PlannedWrite &write = writes[i];
+        std::unique_ptr<InPlaceWriter> writer = disk.openForUpdate(write.path);
+        Result &result = results[i];
+        result.written = writer && provenBeforeWriting(*writer, write) && writer->apply(write.edits);
+        if (!result.written)
+            continue;
+        result.dateSet = !write.after || writer->setModificationTime(*write.after);
+        result.device = writer->device();
+        if (!syncers.count(result.device))
+            syncers[result.device] = std::move(writer);
+    }
+    std::set<quint64> unsynced;
+    for (const auto &[device, writer] : syncers) {
+        if (!writer->syncFileSystem())
+            unsynced.insert(device);
+    }
+    syncers.clear();
+    std::vector<qint64> done, skipped;
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        Result &result = results[i];
+        if (result.written && unsynced.count(result.device)) {
+            // Never reached the disk: put back as far as the disk lets it.
+            std::vector<ByteEdit> back;
+            for (const ByteEdit &edit : writes[i].edits)
+                back.push_back({edit.offset, edit.previous, edit.bytes});
+            writeJournaled(writes[i].path, back, writes[i].before);
+            result.written = false;
+        }
+        (result.written ? done : skipped).push_back(numbers[i]);
+    }
+    append(framed({{doneKey, numbersJson(done)}, {skippedKey, numbersJson(skipped)}}), true);
+    for (std::size_t i = 0; i < writes.size(); ++i)
+        writes[i].finished(results[i].written, results[i].dateSet);
+    return true;
+}
+
+std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path)
+{
+    if (!open().isEmpty())
+        return std::nullopt;
     qint64 entry = 0;
     {
         const QMutexLocker lock(&m_mutex);
         entry = ++m_entries;
     }
-    QJsonObject record{{fileKey, double(entry)},
-                       {pathKey, QFileInfo(path).absoluteFilePath()},
-                       {QStringLiteral("length"), double(proof.length)},
-                       {QStringLiteral("proof"), proven},
-                       {QStringLiteral("patches"), patches}};
-    const QFileInfo info(path);
-    if (info.exists())
-        record.insert(QStringLiteral("modified"),
-                      double(info.lastModified().toMSecsSinceEpoch()));
-    if (!append(QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n', true))
+    const QString name = m_runId + QLatin1Char('-') + QString::number(entry);
+    const QString kept = QDir(keptFolder()).filePath(name);
+    QDir().mkpath(keptFolder());
+    ::unlink(encoded(kept).constData());
+    const bool linked = ::link(encoded(path).constData(), encoded(kept).constData()) == 0;
+    const int error = errno;
+    if (!linked && !((error == EXDEV || error == EPERM || error == EMLINK || error == ENOTSUP) &&
+                     copyFile(path, kept)))
         return std::nullopt;
-    return entry;
+    syncFolder(keptFolder());
+    const Identity original = identityOf(kept);
+    if (!append(framed({{keptKey, double(entry)},
+                        {pathKey, QFileInfo(path).absoluteFilePath()},
+                        {QStringLiteral("link"), name},
+                        {QStringLiteral("before"), timeJson(original.modified)}}),
+                true)) {
+        ::unlink(encoded(kept).constData());
+        return std::nullopt;
+    }
+    return Kept{entry, original.modified};
 }
 
-void SaveJournal::fileDone(qint64 entry)
+void SaveJournal::toolChanged(const Kept &kept, const QString &path)
 {
-    // Lost with a kill, a mark only makes the next start find the file already new.
-    append(QJsonDocument(QJsonObject{{doneKey, double(entry)}}).toJson(QJsonDocument::Compact) +
-               '\n',
-           false);
+    // Lost with a kill, it only leaves an undo without the proof of what the tool wrote.
+    append(framed({{toolKey, double(kept.entry)}, {QStringLiteral("sha256"), hex(contentHash(path))}}), false);
 }
 
 void SaveJournal::endRun()
 {
-    bool wroteAFile = false;
+    bool promoted = false;
     {
         const QMutexLocker lock(&m_mutex);
-        wroteAFile = m_file.isOpen();
+        promoted = m_promoted;
     }
-    if (wroteAFile)
-        append(QJsonDocument(QJsonObject{{endKey, true}}).toJson(QJsonDocument::Compact) + '\n',
-               true);
+    if (!promoted || !append(framed({{endKey, true}}), true))
+        return;
+    // The last run's kept files go with it.
+    QDir kept(keptFolder());
+    for (const QString &name : kept.entryList(QDir::Files | QDir::Hidden)) {
+        if (!name.startsWith(m_runId + QLatin1Char('-')))
+            kept.remove(name);
+    }
 }
 
 SaveJournal::Outcome SaveJournal::recover(const QString &journalPath)
 {
     Outcome outcome;
     const ReadJournal journal = readJournal(journalPath);
+    for (const QString &damage : journal.damage)
+        outcome.left.emplace_back(journalPath, damage);
+    const bool anyStep = std::any_of(journal.entries.begin(), journal.entries.end(),
+                                     [](const Entry &e) { return !e.undone && !e.skipped; });
     if (!journal.exists || journal.ended)
         return outcome;
-    outcome.hadRun = true;
-    for (const Entry &entry : journal.entries) {
-        if (entry.done)
-            continue;
-        const Examined examined = examine(entry);
-        if (!examined.problem.isEmpty()) {
-            outcome.left.emplace_back(entry.path, examined.problem);
-            continue;
-        }
-        if (std::find(examined.patches.begin(), examined.patches.end(), Bytes::Neither) !=
-            examined.patches.end()) {
-            outcome.left.emplace_back(entry.path,
-                                      QStringLiteral("its saved bytes changed since the save"));
-            continue;
-        }
-        std::vector<ByteEdit> missing;
-        for (std::size_t i = 0; i < entry.edits.size(); ++i) {
-            if (examined.patches[i] == Bytes::Old)
-                missing.push_back(entry.edits[i]);
-        }
-        if (missing.empty() || writeEdits(entry, missing, nullptr, std::nullopt))
-            outcome.completed.append(entry.path);
-        else
-            outcome.left.emplace_back(entry.path, QStringLiteral("cannot be written"));
+    if (!anyStep) {
+        appendRecords(journalPath, framed({{endKey, true}}));
+        return outcome;
     }
-    markRecovered(journalPath);
+    outcome.hadRun = true;
+    std::map<QString, std::vector<const Entry *>> byPath;
+    QSet<QString> keptPaths;
+    for (const Entry &entry : journal.entries) {
+        if (entry.undone || entry.skipped)
+            continue;
+        byPath[entry.path].push_back(&entry);
+        if (entry.kind == Entry::Kind::Kept)
+            keptPaths.insert(entry.path);
+    }
+    std::vector<qint64> undone;
+    for (const auto &[path, steps] : byPath) {
+        if (keptPaths.contains(path)) {
+            // exiftool's step cannot be done again: the file goes back to before the run.
+            const QString problem = rollBack(steps, keptFolderOf(journalPath));
+            if (!problem.isEmpty()) {
+                outcome.left.emplace_back(path, problem);
+                continue;
+            }
+            outcome.reverted.append(path);
+            for (const Entry *step : steps)
+                undone.push_back(step->number);
+            continue;
+        }
+        QString problem;
+        bool touched = false;
+        for (const Entry *step : steps) {
+            if (step->done || !problem.isEmpty())
+                continue;
+            const Examined examined = examine(*step);
+            problem = examined.problem;
+            if (problem.isEmpty() && !writeJournaled(path, towards(*step, examined, Bytes::New), step->after))
+                problem = QStringLiteral("cannot be written");
+            touched = true;
+        }
+        if (!problem.isEmpty())
+            outcome.left.emplace_back(path, problem);
+        else if (touched)
+            outcome.completed.append(path);
+    }
+    QByteArray records;
+    if (!undone.empty())
+        records += framed({{undoneKey, numbersJson(undone)}});
+    appendRecords(journalPath, records + framed({{endKey, true}, {QStringLiteral("recovered"), true}}));
     return outcome;
 }
 
@@ -310,42 +784,127 @@ SaveJournal::Outcome SaveJournal::revert(const QString &journalPath)
 {
     Outcome outcome = recover(journalPath);
     const ReadJournal journal = readJournal(journalPath);
-    if (!journal.exists || journal.entries.empty())
+    std::vector<const Entry *> steps;
+    std::map<QString, int> stepsPerPath;
+    QSet<QString> keptPaths;
+    for (const Entry &entry : journal.entries) {
+        if (entry.undone || entry.skipped)
+            continue;
+        steps.push_back(&entry);
+        ++stepsPerPath[entry.path];
+        if (entry.kind == Entry::Kind::Kept)
+            keptPaths.insert(entry.path);
+    }
+    if (steps.empty())
         return outcome;
     outcome.hadRun = true;
-    const QStringList unfinished = [&] {
-        QStringList paths;
-        for (const auto &[path, reason] : outcome.left)
-            paths.append(path);
-        return paths;
-    }();
-    SaveJournal undo(journalPath,
-                     journal.kind == QLatin1String("revert") ? RunKind::Save : RunKind::Revert);
+    SaveJournal undo(journalPath, journal.kind == QLatin1String("revert") ? RunKind::Save : RunKind::Revert);
+    if (const QString problem = undo.open(); !problem.isEmpty()) {
+        outcome.left.emplace_back(QFileInfo(journalPath).absolutePath(), problem);
+        return outcome;
+    }
+    QSet<QString> failed;
+    const auto leave = [&](const QString &path, const QString &reason) {
+        outcome.left.emplace_back(path, reason);
+        failed.insert(path);
+        outcome.reverted.removeAll(path);
+    };
+    const auto reverted = [&](const QString &path) {
+        if (!outcome.reverted.contains(path) && !failed.contains(path))
+            outcome.reverted.append(path);
+    };
     // Last first: a file written twice in a run (dates, then the XMP sync) is undone step by step.
-    for (auto it = journal.entries.rbegin(); it != journal.entries.rend(); ++it) {
-        const Entry &entry = *it;
-        if (unfinished.contains(entry.path))
+    for (auto it = steps.rbegin(); it != steps.rend(); ++it) {
+        const Entry &entry = **it;
+        if (failed.contains(entry.path))
             continue;
+        if (entry.kind == Entry::Kind::Kept) {
+            const QString kept = QDir(keptFolderOf(journalPath)).filePath(entry.link);
+            const Identity now = identityOf(entry.path);
+            const Identity original = identityOf(kept);
+            if (!original.exists) {
+                leave(entry.path, QStringLiteral("the file kept before exiftool wrote it is missing"));
+                continue;
+            }
+            if (now.exists && now.device == original.device && now.inode == original.inode)
+                continue;
+            if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult) {
+                leave(entry.path, QStringLiteral("it changed since exiftool wrote it"));
+                continue;
+            }
+            const std::optional<Kept> current = undo.keepOriginal(entry.path);
+            if (!current || !restoreKept(kept, entry.path)) {
+                leave(entry.path, current ? QStringLiteral("the file kept before exiftool wrote it cannot be put back")
+                                          : undo.problem());
+                continue;
+            }
+            undo.toolChanged(*current, entry.path);
+            reverted(entry.path);
+            continue;
+        }
         const Examined examined = examine(entry);
         if (!examined.problem.isEmpty()) {
-            outcome.left.emplace_back(entry.path, examined.problem);
+            leave(entry.path, examined.problem);
+            continue;
+        }
+        if (allAre(examined, Bytes::Old)) {
+            reverted(entry.path); // put back by the recovery of an interrupted run
             continue;
         }
         if (!allAre(examined, Bytes::New)) {
-            outcome.left.emplace_back(entry.path,
-                                      QStringLiteral("its saved bytes changed since the save"));
+            leave(entry.path, QStringLiteral("its saved bytes changed since the save"));
             continue;
         }
-        std::vector<ByteEdit> back;
-        for (const ByteEdit &edit : entry.edits)
-            back.push_back({edit.offset, edit.previous, edit.bytes});
-        if (writeEdits(entry, std::move(back), &undo, entry.modifiedMs))
-            outcome.reverted.append(entry.path);
-        else
-            outcome.left.emplace_back(entry.path, QStringLiteral("cannot be written"));
+        const std::optional<FileTime> before = FileTime::modificationOf(entry.path);
+        const QString path = entry.path;
+        undo.plan({path, entry.proof, towards(entry, examined, Bytes::Old), before.value_or(entry.before), entry.before,
+                   [&, path](bool written, bool) {
+                       if (written)
+                           reverted(path);
+                       else
+                           leave(path, QStringLiteral("cannot be written"));
+                   }});
+        // A file with several steps is undone one step at a time: each later step's proof
+        // stands on the bytes the one before it left.
+        if (stepsPerPath[path] > 1 || keptPaths.contains(path))
+            undo.commit(FileWriteAccess::disk());
     }
+    if (!undo.commit(FileWriteAccess::disk()) && !undo.problem().isEmpty())
+        outcome.left.emplace_back(QFileInfo(journalPath).absolutePath(), undo.problem());
     undo.endRun();
     return outcome;
+}
+
+JournalLock::~JournalLock()
+{
+    if (m_fd >= 0)
+        ::close(m_fd);
+}
+
+std::shared_ptr<JournalLock> JournalLock::take(const QString &journalPath, bool wait,
+                                               const std::function<void()> &waiting)
+{
+    static QMutex mutex;
+    static std::map<QString, std::weak_ptr<JournalLock>> held;
+    const QMutexLocker lock(&mutex);
+    const QString path = QFileInfo(journalPath).absoluteFilePath() + QStringLiteral(".lock");
+    if (const std::shared_ptr<JournalLock> mine = held[path].lock())
+        return mine;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    const int fd = ::open(encoded(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        if (!wait) {
+            ::close(fd);
+            return nullptr;
+        }
+        if (waiting)
+            waiting();
+        while (::flock(fd, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    std::shared_ptr<JournalLock> taken(new JournalLock(fd));
+    held[path] = taken;
+    return taken;
 }
 
 } // namespace orv

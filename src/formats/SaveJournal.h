@@ -2,33 +2,52 @@
 
 #include "formats/InPlaceWriter.h"
 
-#include <QFile>
 #include <QMutex>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace orv {
 
-// The record of one run of in-place writes, kept on disk so that neither a kill nor a crash
-// leaves a file half written without a trace, and so that the last run can be undone after a
-// restart.
+// One file's in-place write, planned in full before any file of its run is touched.
+struct PlannedWrite
+{
+    QString path;
+    ByteProof proof;
+    std::vector<ByteEdit> edits;
+    // The modification time the file has now, and the one the write gives it.
+    FileTime before;
+    std::optional<FileTime> after;
+    // Told, on the committing thread, whether the file holds the edits now and, if so, whether
+    // its date was set.
+    std::function<void(bool written, bool dateSet)> finished;
+};
+
+// The record of one run of writes, kept on disk so that neither a kill nor a crash leaves a file
+// half written without a trace, and so that the last run can be undone after a restart.
 //
-// Before the first byte of a file is written, the run appends the file's path, its length and
-// modification date, the proof of its other bytes and every patch (offset, old bytes, new bytes)
-// and syncs the journal; once the file itself is synced, a mark says it is done; the run's end
-// is the last mark. One line per record, so a record torn by a kill is simply not there: its
-// file was not yet touched.
+// A run is committed as a group: every file's patches are planned first, the journal takes them
+// all in one write and one sync, the files are patched (each opened once, its proof read, its
+// patches and date written), one sync of each file system makes them durable, and a synced mark
+// says they are done. Before exiftool rewrites a file, the journal keeps the file as it is: a
+// hard link in the journal's folder, a copy where no link can be made, recorded and synced
+// before the tool runs. Every record is one line framed by its checksum, so a record is read
+// whole or not at all: a torn last line is what a kill leaves, and damage anywhere else is
+// reported, never skipped in silence.
 //
-// A journal found without its end is finished first (`recover`): a file whose every patch holds
-// either its old or its new bytes, and whose other bytes match the proof, is brought to all new;
-// any other file is left as it is and named. `revert` undoes the last finished run file by file
-// under the same proof and is itself a run, recorded in its place.
+// A run that did not end is finished first (`recover`): a file written in place only, whose
+// every patch holds its old or its new bytes and whose other bytes match the proof, is brought
+// to all new with the date the run meant to give it; a file that exiftool touched is put back as
+// it was before the run, since the tool's step cannot be done again; anything else is left and
+// named. `revert` undoes the last run, last entry first, under the same proofs, and is itself a
+// run recorded in its place. The next run's end retires the last run's kept files.
 //
-// Appends may come from many saving threads at once; each waits only for its own entry to reach
-// the disk.
+// One run at a time: the journal is written only under its lock (`JournalLock`), which the caller
+// of recover, revert and a save holds.
 class SaveJournal
 {
 public:
@@ -42,13 +61,32 @@ public:
     SaveJournal(const SaveJournal &) = delete;
     SaveJournal &operator=(const SaveJournal &) = delete;
 
-    // Records a file's planned edits and waits for the record to reach the disk. The first file
-    // of a run replaces the previous run's journal. Nothing: the journal cannot be written, and
-    // the file must not be either.
-    std::optional<qint64> beginFile(const QString &path, const ByteProof &proof,
-                                    const std::vector<ByteEdit> &edits);
-    void fileDone(qint64 entry);
-    // The run's end mark; a run that wrote no file leaves the previous journal as it was.
+    // Makes the run's journal beside the last one and proves that it takes a synced write. The
+    // problem in words, naming the journal's folder and the cause, otherwise; nothing is left
+    // behind then. The last journal stays in force until the run touches its first file.
+    QString open();
+    // Why the journal cannot be written; empty while it can.
+    QString problem() const;
+
+    // Any thread.
+    void plan(PlannedWrite write);
+    // Journals every planned write in one synced write, writes the files, syncs each file system
+    // once, and marks them done; each planned write is told how it went. False: the journal
+    // could not take them, and no file was touched.
+    bool commit(FileWriteAccess &disk);
+
+    // Keeps the file as it is now, before exiftool writes it anew. Nothing: the file cannot be
+    // kept or the journal cannot be written, and the tool must not run.
+    struct Kept
+    {
+        qint64 entry = 0;
+        FileTime modified;
+    };
+    std::optional<Kept> keepOriginal(const QString &path);
+    // The tool changed the file: what it left, so that an undo finds it unchanged since.
+    void toolChanged(const Kept &kept, const QString &path);
+
+    // The run's end mark; a run that touched no file leaves the previous journal as it was.
     void endRun();
 
     // What finishing or undoing a run did.
@@ -66,14 +104,40 @@ public:
     static Outcome revert(const QString &journalPath);
 
 private:
-    bool append(const QByteArray &line, bool sync);
+    bool append(const QByteArray &lines, bool sync);
+    bool promote();
+    void fail(const QString &what, int error);
+    QString keptFolder() const;
 
     QString m_path;
     RunKind m_kind;
-    QMutex m_mutex;
-    QFile m_file;
+    QString m_runId;
+    mutable QMutex m_mutex;
+    int m_fd = -1;
+    bool m_promoted = false;
     qint64 m_entries = 0;
-    bool m_broken = false;
+    QString m_problem;
+    std::vector<PlannedWrite> m_planned;
+};
+
+// The journal's lock: one run at a time writes files under one user, across processes. Held by
+// a process, it is shared by all that process's holders.
+class JournalLock
+{
+public:
+    ~JournalLock();
+    JournalLock(const JournalLock &) = delete;
+    JournalLock &operator=(const JournalLock &) = delete;
+
+    // Waits for another process's run to end, telling `waiting` first; without `wait`, nothing
+    // when another process holds it. A lock that cannot be made is no lock: the journal's own
+    // writes then say why.
+    static std::shared_ptr<JournalLock> take(const QString &journalPath, bool wait,
+                                             const std::function<void()> &waiting = {});
+
+private:
+    explicit JournalLock(int fd) : m_fd(fd) {}
+    int m_fd;
 };
 
 } // namespace orv

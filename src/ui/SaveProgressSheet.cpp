@@ -41,6 +41,8 @@ void SaveProgressSheet::showStatus(const QString &statusKey)
         m_status->setText(tr("Saving dates…"));
     else if (statusKey == QLatin1String("workPanelSyncXMP"))
         m_status->setText(tr("Keeping XMP in step…"));
+    else if (statusKey == QLatin1String("workPanelWaitingForOtherSave"))
+        m_status->setText(tr("Waiting for another save to finish…"));
     else
         m_status->setText(tr("Checking files…"));
 }

@@ -15,7 +15,7 @@ class SaveProgressSheet : public QWidget
 public:
     explicit SaveProgressSheet(QWidget *window);
 
-    // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP".
+    // "workPanelPreSave", "workPanelSave", "workPanelSyncXMP", "workPanelWaitingForOtherSave".
     void showStatus(const QString &statusKey);
     void setMaximum(int maximum);
     void setValue(int value);

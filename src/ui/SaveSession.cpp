@@ -83,9 +83,10 @@ void SaveSession::runEnded()
 {
     m_sheet->hide();
     const bool cancelled = m_watcher.result().cancelled;
-    const bool failed = !m_run->errors().isEmpty();
+    const QString journalProblem = m_watcher.result().journalProblem;
+    const bool failed = !m_run->errors().isEmpty() || !journalProblem.isEmpty();
     if (failed) {
-        auto *alert = new SaveErrorsDialog(m_log.currentError(), m_window);
+        auto *alert = new SaveErrorsDialog(journalProblem.isEmpty() ? m_log.currentError() : journalProblem, m_window);
         alert->setAttribute(Qt::WA_DeleteOnClose);
         alert->open();
     }

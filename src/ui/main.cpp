@@ -31,8 +31,13 @@ int main(int argc, char *argv[])
     parser.addOption(importAndQuit);
     parser.process(app);
 
-    // A save that a kill or a crash interrupted is finished before anything reads the files.
-    const orv::SaveJournal::Outcome recovered = orv::SaveJournal::recover(orv::SaveJournal::defaultPath());
+    // A save that a kill or a crash interrupted is finished before anything reads the files,
+    // unless another process's run holds the journal still.
+    const orv::SaveJournal::Outcome recovered = [] {
+        const QString journal = orv::SaveJournal::defaultPath();
+        const auto lock = orv::JournalLock::take(journal, false);
+        return lock ? orv::SaveJournal::recover(journal) : orv::SaveJournal::Outcome{};
+    }();
 
     orv::Preferences prefs(orv::Preferences::defaultSettingsPath());
     prefs.applyStartClamps();

@@ -14,7 +14,10 @@ public:
     }
 
     qint64 length() const override { return m_disk->length(); }
-    bool setModificationDate(Instant date) override { return m_disk->setModificationDate(date); }
+    QByteArray readAt(qint64 offset, qint64 length) const override { return m_disk->readAt(offset, length); }
+    bool setModificationTime(FileTime time) override { return m_disk->setModificationTime(time); }
+    bool syncFileSystem() override { return !m_failsSync && m_disk->syncFileSystem(); }
+    quint64 device() const override { return m_disk->device(); }
 
 protected:
     // One write fails; the blocks written before stay writable, so the save can put them back.
