@@ -1,42 +1,37 @@
 #!/usr/bin/env bash
-# Shifts every date of 2,000 JPEGs by one hour, once with orvelle-cli and once with exiftool on an
-# identical copy, and prints both times and their ratio. Target: orvelle-cli at least 50x faster.
-#   bench/shift_bench.sh [BUILD_DIR]     (default: build)
+# Shifts every date of 500 real JPEGs (copies of the corpus files of at least 1 MB, as the scan
+# benchmark takes them) by one hour, once with orvelle-cli and once with exiftool -AllDates+=1 on
+# an identical copy, and prints both times, their ratio and the system calls per file of ours
+# (strace -f -c, so the journal, the group commit and any exiftool child count too).
+#   bench/shift_bench.sh [COUNT]     (default 500 files; needs a built build/src/orvelle-cli)
+# Targets: at least 50x exiftool, at most 10 system calls per file.
 set -euo pipefail
-root=$(cd "$(dirname "$0")/.." && pwd)
-cli="${1:-$root/build}/src/orvelle-cli"
-corpus="${ORV_CORPUS_DIR:-$root/../shared/corpus}"
-count=2000
-
-[ -x "$cli" ] || { echo "no orvelle-cli at $cli; build first" >&2; exit 2; }
-command -v exiftool >/dev/null || { echo "exiftool is missing (Debian: libimage-exiftool-perl)" >&2; exit 2; }
-mapfile -t jpegs < <(find "$corpus" -type f \( -iname '*.jpg' -o -iname '*.jpeg' \) | sort)
-[ ${#jpegs[@]} -gt 0 ] || { echo "no JPEGs in $corpus" >&2; exit 2; }
-
+source "$(dirname "$0")/common.sh"
+count=${1:-500}
 work=$(mktemp -d /tmp/orvelle-shift-bench.XXXXXX)
 trap 'rm -rf "$work"' EXIT
-mkdir -p "$work/orvelle" "$work/exiftool" "$work/home"
-for ((i = 0; i < count; i++)); do
-  source=${jpegs[i % ${#jpegs[@]}]}
-  cp "$source" "$work/orvelle/$(printf '%04d' "$i")-$(basename "$source")"
-done
-cp -p "$work/orvelle/." "$work/exiftool/" -r
+command -v exiftool > /dev/null || { echo "exiftool is missing (Debian: libimage-exiftool-perl)" >&2; exit 2; }
+command -v strace > /dev/null || { echo "strace is missing (Debian: strace)" >&2; exit 2; }
+
+fill_with_jpegs "$work/orvelle" "$count" +1M
+cp -a "$work/orvelle" "$work/exiftool"
+cp -a "$work/orvelle" "$work/traced"
 sync
 
-seconds() { date +%s.%N; }
+# A home of its own: the journal and settings never touch the user's.
+ours() {
+  HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" XDG_DATA_HOME="$work/home/.local/share" \
+    "$cli" shift --by +1:00:00 "$1"
+}
+theirs() { exiftool -q -q -m -AllDates+=1 -overwrite_original "$work/exiftool"; }
 
-start=$(seconds)
-# Files without date tags cannot take a new creation date here and are reported; that is no
-# failure of the benchmark.
-HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" XDG_DATA_HOME="$work/home/.local/share" \
-  "$cli" shift --by +1:00:00 "$work/orvelle" >/dev/null || [ $? -eq 1 ]
-orvelle=$(awk -v a="$(seconds)" -v b="$start" 'BEGIN { print a - b }')
+orvelle_time=$(seconds ours "$work/orvelle")
+exiftool_time=$(seconds theirs)
+strace -f -c -o "$work/strace" env HOME="$work/home2" XDG_CONFIG_HOME="$work/home2/.config" \
+  XDG_DATA_HOME="$work/home2/.local/share" "$cli" shift --by +1:00:00 "$work/traced" > /dev/null 2>&1 || true
+calls=$(awk -v n="$count" '$NF == "total" { printf "%.1f", $(NF - 2) / n }' "$work/strace")
 
-start=$(seconds)
-exiftool -q -q -m -AllDates+=1 -overwrite_original "$work/exiftool" >/dev/null || true
-exiftool_time=$(awk -v a="$(seconds)" -v b="$start" 'BEGIN { print a - b }')
-
-printf 'files:     %d JPEGs (%d corpus files, cycled)\n' "$count" "${#jpegs[@]}"
-printf 'orvelle:   %.3f s\n' "$orvelle"
-printf 'exiftool:  %.3f s\n' "$exiftool_time"
-printf 'ratio:     %.1fx (target: at least 50x)\n' "$(awk -v a="$exiftool_time" -v b="$orvelle" 'BEGIN { print a / b }')"
+echo "files:     $count JPEGs of 1 MB or more copied from the corpus, $(nproc) cores"
+printf 'orvelle:   %8.3f s  %6s calls/file (target: at most 10)\n' "$orvelle_time" "$calls"
+printf 'exiftool:  %8.3f s\n' "$exiftool_time"
+printf 'ratio:     %8.1fx (target: at least 50x)\n' "$(awk -v a="$exiftool_time" -v b="$orvelle_time" 'BEGIN { print a / b }')"

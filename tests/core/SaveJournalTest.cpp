@@ -204,3 +204,37 @@ TEST_F(SaveJournalTest, RevertPutsBackTheLastRunAndLeavesAFileChangedSince)
     for (std::size_t i = 0; i + 1 < files.size(); ++i)
         EXPECT_EQ(fileBytes(copies.paths[i]), clean[i]);
 }
+
+// A record is read whole or not at all: a line torn at the end is what a kill leaves and is
+// passed over in silence, while damage between good lines is named, and the rest is still done.
+TEST_F(SaveJournalTest, ATornLastLineIsSilentAndDamageInTheMiddleIsNamed)
+{
+    const Copies copies(files);
+    shiftByAnHour(copies, journal);
+    QFile file(journal);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QList<QByteArray> lines = file.readAll().split('\n');
+    file.close();
+    ASSERT_GT(lines.size(), 4);
+    // The run's end mark is lost, a half record follows: the run reads as interrupted.
+    lines.removeAt(lines.size() - 2);
+    lines.last() = lines[1].left(lines[1].size() / 2);
+    QByteArray torn = lines.join('\n');
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(torn);
+    file.close();
+    const SaveJournal::Outcome finished = SaveJournal::recover(journal);
+    EXPECT_TRUE(finished.hadRun);
+    EXPECT_TRUE(finished.left.empty()) << finished.left.front().second.toStdString();
+    expectOriginalOrClean(copies, "after a torn last line");
+
+    // A block of NULs in the middle, as a crash of the file system leaves.
+    std::fill(lines[2].begin(), lines[2].end(), '\0');
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(lines.join('\n'));
+    file.close();
+    const SaveJournal::Outcome damaged = SaveJournal::recover(journal);
+    ASSERT_FALSE(damaged.left.empty());
+    EXPECT_EQ(damaged.left.front().first, journal);
+    EXPECT_TRUE(damaged.left.front().second.contains(QStringLiteral("line 3"))) << damaged.left.front().second.toStdString();
+}
