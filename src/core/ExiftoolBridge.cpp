@@ -191,7 +191,7 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
     // writes a new file and renames it over this one, and the kept link holds the old bytes.
     std::optional<SaveJournal::Kept> kept;
     if (m_journal && QFileInfo::exists(path)) {
-        kept = m_journal->keepOriginal(path);
+        kept = m_journal->keepOriginal(path, XtController::temporaryFileOf(path));
         if (!kept) {
             const QString problem = m_journal->problem();
             m_errors.addToolError(step, pic,

@@ -293,6 +293,11 @@ void XtController::cleanup()
     m_thread->perform([this] { m_child->cleanup(); });
 }
 
+QString XtController::temporaryFileOf(const QString &path)
+{
+    return path + QStringLiteral("_exiftool_tmp");
+}
+
 bool XtController::isPassablePath(const QString &path)
 {
     return !path.isEmpty() && !path.contains(QLatin1Char('\n')) && !path.contains(QLatin1Char('\r'));

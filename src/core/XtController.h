@@ -73,6 +73,8 @@ public:
 
     // Argument lines are line-based: a path holding a line break cannot be passed.
     static bool isPassablePath(const QString &path);
+    // Where the tool writes a file's new version before it renames it over the file.
+    static QString temporaryFileOf(const QString &path);
 
 private:
     Outcome runOnChildThread(const Action &action);

@@ -237,6 +237,7 @@ struct Entry
     FileTime before;
     std::optional<FileTime> after;
     QString link;     // a kept file's name in the kept folder
+    QString temporary; // where the tool writes before its rename
     QByteArray toolResult; // what exiftool left, when it changed the file
     bool done = false;
     bool skipped = false;
@@ -274,6 +275,7 @@ void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const Q
         entry.number = qint64(record.value(entry.kind == Entry::Kind::Kept ? keptKey : fileKey).toDouble());
         entry.path = record.value(pathKey).toString();
         entry.link = record.value(QStringLiteral("link")).toString();
+        entry.temporary = record.value(QStringLiteral("temporary")).toString();
         entry.proof.length = qint64(record.value(QStringLiteral("length")).toDouble(-1));
         entry.before = timeFrom(record.value(QStringLiteral("before")));
         if (record.contains(QStringLiteral("after")))
@@ -446,6 +448,9 @@ QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFol
                 return QStringLiteral("cannot be written");
             continue;
         }
+        // A tool stopped while it wrote leaves its file beside the original.
+        if (!entry.temporary.isEmpty())
+            QFile::remove(entry.temporary);
         const QString kept = QDir(keptFolder).filePath(entry.link);
         const Identity now = identityOf(entry.path);
         const Identity original = identityOf(kept);
@@ -665,7 +670,7 @@ bool SaveJournal::commit(FileWriteAccess &disk)
     return true;
 }
 
-std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path)
+std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path, const QString &temporary)
 {
     if (!open().isEmpty())
         return std::nullopt;
@@ -685,11 +690,14 @@ std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path)
         return std::nullopt;
     syncFolder(keptFolder());
     const Identity original = identityOf(kept);
-    if (!append(framed({{keptKey, double(entry)},
-                        {pathKey, QFileInfo(path).absoluteFilePath()},
-                        {QStringLiteral("link"), name},
-                        {QStringLiteral("before"), timeJson(original.modified)}}),
-                true)) {
+    QJsonObject record{{keptKey, double(entry)},
+                       {pathKey, QFileInfo(path).absoluteFilePath()},
+                       {QStringLiteral("link"), name},
+                       {QStringLiteral("before"), timeJson(original.modified)}};
+    // A file of that name before the tool ran is not the tool's.
+    if (!temporary.isEmpty() && !QFileInfo::exists(temporary))
+        record.insert(QStringLiteral("temporary"), QFileInfo(temporary).absoluteFilePath());
+    if (!append(framed(record), true)) {
         ::unlink(encoded(kept).constData());
         return std::nullopt;
     }

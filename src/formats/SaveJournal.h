@@ -82,7 +82,8 @@ public:
         qint64 entry = 0;
         FileTime modified;
     };
-    std::optional<Kept> keepOriginal(const QString &path);
+    // `temporary` is where the tool writes before it renames, removed should a kill stop it.
+    std::optional<Kept> keepOriginal(const QString &path, const QString &temporary = {});
     // The tool changed the file: what it left, so that an undo finds it unchanged since.
     void toolChanged(const Kept &kept, const QString &path);
 
