@@ -199,30 +199,64 @@ bool overlaps(qint64 offset, qint64 length, const std::vector<ByteEdit> &edits)
     });
 }
 
-// The file as proven and every patch holding its old bytes, read in one call where they lie
-// close together, as they do in a file's metadata.
-bool provenBeforeWriting(const InPlaceWriter &writer, const PlannedWrite &write)
+// The bytes around a file's patches, read in one call where they lie close together, as they do
+// in a file's metadata; empty where they do not.
+struct Span
+{
+    qint64 first = 0;
+    QByteArray bytes;
+};
+
+// The file as proven and every patch holding its old bytes.
+std::optional<Span> provenBeforeWriting(const InPlaceWriter &writer, const PlannedWrite &write)
 {
     if (writer.length() != write.proof.length)
-        return false;
+        return std::nullopt;
     std::vector<std::pair<qint64, QByteArray>> expected = write.proof.ranges;
     for (const ByteEdit &edit : write.edits)
         expected.emplace_back(edit.offset, edit.previous);
     if (expected.empty())
-        return true;
-    qint64 first = expected.front().first;
-    qint64 end = first;
+        return Span{};
+    Span span{expected.front().first, {}};
+    qint64 end = span.first;
     for (const auto &[offset, bytes] : expected) {
-        first = std::min(first, offset);
+        span.first = std::min(span.first, offset);
         end = std::max(end, offset + bytes.size());
     }
     constexpr qint64 oneRead = 256 * 1024;
-    const QByteArray span = end - first <= oneRead ? writer.readAt(first, end - first) : QByteArray();
-    return std::all_of(expected.begin(), expected.end(), [&](const auto &range) {
+    if (end - span.first <= oneRead)
+        span.bytes = writer.readAt(span.first, end - span.first);
+    const bool holds = std::all_of(expected.begin(), expected.end(), [&](const auto &range) {
         const auto &[offset, bytes] = range;
-        return span.isEmpty() ? writer.readAt(offset, bytes.size()) == bytes
-                              : span.mid(offset - first, bytes.size()) == bytes;
+        return span.bytes.isEmpty() ? writer.readAt(offset, bytes.size()) == bytes
+                                    : span.bytes.mid(offset - span.first, bytes.size()) == bytes;
     });
+    return holds ? std::optional(span) : std::nullopt;
+}
+
+// Patches a few bytes apart become one write of the bytes just proven with the patches in
+// them: one call where a stamp, its offset tag and its twin would each take one.
+std::vector<ByteEdit> joined(std::vector<ByteEdit> edits, const Span &span)
+{
+    constexpr qint64 closeEnough = 4096;
+    if (span.bytes.isEmpty() || edits.size() < 2)
+        return edits;
+    std::sort(edits.begin(), edits.end(), [](const ByteEdit &a, const ByteEdit &b) { return a.offset < b.offset; });
+    std::vector<ByteEdit> writes;
+    for (const ByteEdit &edit : edits) {
+        if (!writes.empty()) {
+            ByteEdit &last = writes.back();
+            const qint64 lastEnd = last.offset + last.bytes.size();
+            if (edit.offset >= lastEnd && edit.offset - lastEnd <= closeEnough) {
+                const QByteArray between = span.bytes.mid(lastEnd - span.first, edit.offset - lastEnd);
+                last.bytes += between + edit.bytes;
+                last.previous += between + edit.previous;
+                continue;
+            }
+        }
+        writes.push_back(edit);
+    }
+    return writes;
 }
 
 // One record of the journal, read back.
@@ -637,7 +671,8 @@ bool SaveJournal::commit(FileWriteAccess &disk)
         const PlannedWrite &write = writes[i];
         std::unique_ptr<InPlaceWriter> writer = disk.openForUpdate(write.path);
         Result &result = results[i];
-        result.written = writer && provenBeforeWriting(*writer, write) && writer->apply(write.edits);
+        const std::optional<Span> proven = writer ? provenBeforeWriting(*writer, write) : std::nullopt;
+        result.written = proven && writer->apply(joined(write.edits, *proven));
         if (!result.written)
             continue;
         result.dateSet = !write.after || writer->setModificationTime(*write.after);
