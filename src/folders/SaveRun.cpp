@@ -386,8 +386,11 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
     }
     const ByteProof proof = inSidecar ? ByteProof{attributes->size, {}}
                                       : StoredBytes::proof(pic.singlePicAttributes, attributes->size);
+    // The planned stamps refer into the read stamps, which live on with the write: a moved map
+    // keeps its elements where they are.
+    const auto synced = std::make_shared<XmpDateInfos>(std::move(*infos));
     const auto finished = [this, &pic, errorId, inSidecar, whenSaved = std::move(plan.whenSaved),
-                           synced = std::move(*infos)](bool written, bool) {
+                           synced](bool written, bool) {
         if (!written) {
             m_errors.addErrorID(errorId, pic);
             return;
@@ -397,8 +400,8 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
         // Stamps the item proves at its next save must read as the file now holds them.
         if (!inSidecar && pic.singlePicAttributes.xmpDateInfos) {
             for (auto &[key, record] : *pic.singlePicAttributes.xmpDateInfos) {
-                const auto found = synced.find(key);
-                if (found != synced.end() && found->second.offset == record.offset)
+                const auto found = synced->find(key);
+                if (found != synced->end() && found->second.offset == record.offset)
                     record.data = found->second.data;
             }
         }

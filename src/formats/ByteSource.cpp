@@ -1,7 +1,10 @@
 #include "formats/ByteSource.h"
 
+#include "formats/FileRead.h"
+
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -132,10 +135,15 @@ QByteArray FileByteSource::read(qint64 offset, qint64 length) const
 
 QByteArray FileByteSource::readFile(qint64 offset, qint64 length) const
 {
-    QByteArray bytes(length, Qt::Uninitialized);
+    return readAtOffset(m_fd, offset, length);
+}
+
+QByteArray readAtOffset(int fd, qint64 offset, qint64 length)
+{
+    QByteArray bytes(std::max<qint64>(0, length), Qt::Uninitialized);
     qint64 done = 0;
-    while (done < length) {
-        const ssize_t n = ::pread(m_fd, bytes.data() + done, size_t(length - done), offset + done);
+    while (done < bytes.size()) {
+        const ssize_t n = ::pread(fd, bytes.data() + done, size_t(bytes.size() - done), offset + done);
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0)

@@ -1,5 +1,7 @@
 #include "formats/InPlaceWriter.h"
 
+#include "formats/FileRead.h"
+
 #include <QFile>
 #include <algorithm>
 #include <atomic>
@@ -151,18 +153,7 @@ bool InPlaceFile::writeAt(qint64 offset, const QByteArray &bytes)
 
 QByteArray InPlaceFile::readAt(qint64 offset, qint64 length) const
 {
-    QByteArray bytes(std::max<qint64>(0, length), Qt::Uninitialized);
-    qint64 done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::pread(m_fd, bytes.data() + done, size_t(bytes.size() - done), offset + done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        done += n;
-    }
-    bytes.truncate(done);
-    return bytes;
+    return readAtOffset(m_fd, offset, length);
 }
 
 bool InPlaceFile::setModificationTime(FileTime time)
