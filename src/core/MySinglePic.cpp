@@ -326,7 +326,7 @@ bool MySinglePic::isStampLocal(DateSlotBits slot) const
 int MySinglePic::sourceXmpDateType() const
 {
     const XmpStampRecord *stamp = nullptr;
-    if (spType == SpTypeExifOriginal && isCreaXmp)
+    if ((spType == SpTypeExifOriginal || spType == SpTypeIptcDateCreated) && isCreaXmp)
         stamp = xmpStamp(singlePicAttributes, xmpCreationTags);
     else if (spType == SpTypeExifDigitized && isDigiXmp)
         stamp = xmpStamp(singlePicAttributes, xmpDigitizedTags);

@@ -23,7 +23,7 @@ namespace {
 
 bool isPhotoType(int type)
 {
-    return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate;
+    return (type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate) || type == SpTypeIptcDateCreated;
 }
 bool isMovieType(int type)
 {
