@@ -2,12 +2,11 @@
 
 #include "formats/PicAttributes.h"
 #include "time/Instant.h"
+#include "time/TimeZone.h"
 
 #include <optional>
 
 namespace orv {
-
-class TimeZone;
 
 // IPTC's creation date and time as a date: "CCYYMMDD" and "HHMMSS+HHMM". A time with an offset
 // names its own instant; one without, or a date without a time, is clock time in a zone.

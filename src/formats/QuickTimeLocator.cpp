@@ -117,14 +117,19 @@ void MovieReader::readHeaderTimes(const Box &header)
 
 void MovieReader::readTrack(const Box &trak)
 {
-    if (const std::optional<Box> mdia = m_walker.firstChild(trak, 2, fourCC("mdia")))
-        if (const std::optional<Box> mdhd = m_walker.firstChild(*mdia, 3, fourCC("mdhd")))
-            readHeaderTimes(*mdhd);
-    const std::optional<Box> tkhd = m_walker.firstChild(trak, 2, fourCC("tkhd"));
-    if (!tkhd)
-        return;
-    readHeaderTimes(*tkhd);
-    if (m_data.pixelSize.isValid())
+    // One walk over the track's children: the walker ends at a box it meets a second time.
+    std::optional<Box> tkhd;
+    m_walker.children(trak, 2, [&](const Box &box) {
+        if (box.type == fourCC("tkhd")) {
+            tkhd = box;
+            readHeaderTimes(box);
+        } else if (box.type == fourCC("mdia")) {
+            if (const std::optional<Box> mdhd = m_walker.firstChild(box, 3, fourCC("mdhd")))
+                readHeaderTimes(*mdhd);
+        }
+        return true;
+    });
+    if (!tkhd || m_data.pixelSize.isValid())
         return;
     const std::optional<quint8> version = m_source.read8(tkhd->payload);
     if (!version || *version > 1)
