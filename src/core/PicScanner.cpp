@@ -385,13 +385,13 @@ ImportOptions &emptyTagOptions(ItemScanContext &context)
     return options;
 }
 
-// photoshop:DateCreated without an EXIF twin is IPTC's creation date in its XMP home, as photo
-// libraries write it beside the IIM date, not a camera's.
+// photoshop:DateCreated without any other XMP capture date is IPTC's creation date in its XMP
+// home, as photo libraries write it beside the IIM date, not a camera's.
 bool isIptcCoreDate(const XmpDateInfos &xmp)
 {
     const auto photoshop = xmp.find(QStringLiteral("PhotoshopDateCreated"));
     return photoshop != xmp.end() && XmpDates::xmpCreaDictFrom(xmp) == &photoshop->second
-           && !xmp.count(QStringLiteral("ExifDateTimeOriginal"));
+           && !xmp.count(QStringLiteral("ExifDateTimeOriginal")) && !XmpDates::hasXmpDigi(xmp);
 }
 
 struct ChosenDate
