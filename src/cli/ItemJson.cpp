@@ -119,6 +119,18 @@ std::vector<Object> qtLocations(const std::vector<QtLocationRecord> &records)
     return array;
 }
 
+// Track and media header times, in hex like the movie header's, with the time each follows.
+std::vector<Object> qtTrackTimes(const std::vector<QtTrackTimeRecord> &records)
+{
+    std::vector<Object> array(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        array[i].insert("offset", qint64(records[i].time.dateOffset));
+        addHex(array[i], "data", records[i].time.dateData);
+        array[i].insert("followsModification", records[i].followsModification);
+    }
+    return array;
+}
+
 Object gpsLocation(const GpsLocationRecord &r)
 {
     Object o;
@@ -166,9 +178,12 @@ Object attributes(const PicAttributes &a)
     }
     if (a.GPSLocation)
         o.insert("GPSLocation", gpsLocation(*a.GPSLocation));
-    if (a.GPSLocationXmpHPositioningError) {
+    if (a.GPSLocationXmpHPositioningError || a.GPSLocationXmpAltitude) {
         Object xmp;
-        xmp.insert("hPositioningError", *a.GPSLocationXmpHPositioningError);
+        if (a.GPSLocationXmpHPositioningError)
+            xmp.insert("hPositioningError", *a.GPSLocationXmpHPositioningError);
+        if (a.GPSLocationXmpAltitude)
+            xmp.insert("altitude", *a.GPSLocationXmpAltitude);
         o.insert("GPSLocationXmp", xmp);
     }
     if (a.xmpDateInfos) {
@@ -183,6 +198,16 @@ Object attributes(const PicAttributes &a)
         }
         o.insert("xmpDateInfos", infos);
     }
+    if (a.IPTCDateCreated) {
+        Object iptc;
+        iptc.insert("dateOffset", qint64(a.IPTCDateCreated->dateOffset));
+        addText(iptc, "dateData", a.IPTCDateCreated->dateData);
+        if (a.IPTCDateCreated->timeOffset) {
+            iptc.insert("timeOffset", qint64(a.IPTCDateCreated->timeOffset));
+            addText(iptc, "timeData", a.IPTCDateCreated->timeData);
+        }
+        o.insert("IPTCDateCreated", iptc);
+    }
     if (a.xmpHeaderStartOffset)
         o.insert("xmpHeaderStartOffset", qint64(a.xmpHeaderStartOffset));
     if (a.cr3XmpOffset)
@@ -193,6 +218,8 @@ Object attributes(const PicAttributes &a)
     addMovieStamp(o, "riffCreaDate", a.riffCreaDate, true);
     if (!a.qtLocations.empty())
         o.insert("qtLocations", qtLocations(a.qtLocations));
+    if (!a.qtTrackTimes.empty())
+        o.insert("qtTrackTimes", qtTrackTimes(a.qtTrackTimes));
     if (a.NSFileCreationDate)
         addDate(o, "NSFileCreationDate", a.NSFileCreationDate);
     if (a.NSFileModificationDate)

@@ -54,6 +54,8 @@ QString DateSourceText::forPic(const MySinglePic &pic)
         return tr("QuickTime creation date");
     case SpTypeMovieExifIgnored:
         return tr("no date (movie not read)");
+    case SpTypeIptcDateCreated:
+        return pic.isCreaXmp ? tr("XMP IPTC creation date") : tr("IPTC creation date");
     default:
         return tr("unknown");
     }

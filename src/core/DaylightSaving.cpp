@@ -69,6 +69,7 @@ SlotTest testStillSlot(const MySinglePic &pic, DateSlotBits slot, OptionalDate d
     if (!isRealDate(date))
         return {};
     bool diverged = false;
+    TimeZone stampZone = zone;
     if (isXmpSlot(pic, slot)) {
         const XmpStampRecord *record = xmpRecordOfSlot(pic, slot);
         if (!record || record->type != XmpStampKind::Local)
@@ -80,10 +81,16 @@ SlotTest testStillSlot(const MySinglePic &pic, DateSlotBits slot, OptionalDate d
         const std::optional<StampRecord> &stamp = exifStampOfSlot(a, slot);
         if (!stamp || exifOffsetOfSlot(a, slot))
             return {};
-        diverged = DateStampCodec::exifTimeStampFromData(DateStampCodec::exifDataFromDate(*date, zone))
+        // A stamp without a tag of its own was read in the camera clock another tag names, when
+        // one does: it goes back in that fixed offset, where no hour is skipped or repeated.
+        const QByteArray borrowed =
+            offsetOfStamp(std::nullopt, a.ExifOffsetTimeOriginal, a.ExifOffsetTimeDigitized, a.TIFFOffsetTime);
+        if (!borrowed.isEmpty())
+            stampZone = TimeZone::fromOffsetSeconds(*DateStampCodec::exactExifOffsetSeconds(borrowed)).value_or(zone);
+        diverged = DateStampCodec::exifTimeStampFromData(DateStampCodec::exifDataFromDate(*date, stampZone))
                    != DateStampCodec::exifTimeStampFromData(stamp->dateData);
     }
-    return {true, diverged, isAmbiguous(*date, zone)};
+    return {true, diverged, isAmbiguous(*date, stampZone)};
 }
 
 SlotTest testMovieHeader(const BoxedOptional<MovieStampRecord> &stamp, OptionalDate date, const TimeZone &zone)
@@ -179,6 +186,7 @@ DateSlotBits sourceSlot(int spType)
     case SpTypeExifOriginal:
     case SpTypeEmptyOriginalFileDate:
     case SpTypeEmptyOriginalFixedDate:
+    case SpTypeIptcDateCreated:
         return DateSlotCreation;
     case SpTypeExifDigitized:
     case SpTypeEmptyDigitizedFileDate:

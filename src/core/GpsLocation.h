@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/PicAttributes.h"
+#include "formats/XmpLocator.h"
 
 #include <optional>
 
@@ -23,6 +24,13 @@ public:
                                                  double longitude, const QString &longitudeRef);
     // Degrees, minutes and seconds as three unsigned rationals; a zero denominator counts as 1.
     static double degreesFromRationals(const QByteArray &data, bool motorola);
+
+    // An XMP packet's place: "DD,MM.mmN" or "DD,MM,SSN", or a decimal signed by its ref.
+    static std::optional<Coordinate> fromXmp(const XmpSidecarMetadata &xmp);
+    // Its altitude in metres, negative below sea level.
+    static std::optional<double> altitudeFromXmp(const XmpSidecarMetadata &xmp);
+    // A rational "n/d" or a whole number; nothing for a zero denominator.
+    static std::optional<double> xmpRational(const QByteArray &text);
 };
 
 } // namespace orv

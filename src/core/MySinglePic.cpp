@@ -1,6 +1,7 @@
 #include "core/MySinglePic.h"
 
 #include "core/FolderFacts.h"
+#include "core/IptcDates.h"
 
 #include <QCollator>
 #include <QDir>
@@ -314,6 +315,8 @@ bool MySinglePic::isStampLocal(DateSlotBits slot) const
     const PicAttributes &a = singlePicAttributes;
     switch (slot) {
     case DateSlotCreation:
+        if (spType == SpTypeIptcDateCreated && !isCreaXmp && a.IPTCDateCreated)
+            return !IptcDates::zoneOf(*a.IPTCDateCreated);
         return isCreaXmp ? isLocalXmpStamp(xmpStamp(a, xmpCreationTags)) : !a.ExifOffsetTimeOriginal;
     case DateSlotDigitized:
         return isDigiXmp ? isLocalXmpStamp(xmpStamp(a, xmpDigitizedTags)) : !a.ExifOffsetTimeDigitized;
@@ -326,7 +329,7 @@ bool MySinglePic::isStampLocal(DateSlotBits slot) const
 int MySinglePic::sourceXmpDateType() const
 {
     const XmpStampRecord *stamp = nullptr;
-    if (spType == SpTypeExifOriginal && isCreaXmp)
+    if ((spType == SpTypeExifOriginal || spType == SpTypeIptcDateCreated) && isCreaXmp)
         stamp = xmpStamp(singlePicAttributes, xmpCreationTags);
     else if (spType == SpTypeExifDigitized && isDigiXmp)
         stamp = xmpStamp(singlePicAttributes, xmpDigitizedTags);

@@ -39,6 +39,9 @@ enum SpType : int {
     SpTypeMvhdZeroFixedDate = 20,
     SpTypeMdta = 21,
     SpTypeMovieExifIgnored = 22,
+    // IPTC's creation date: the IIM DateCreated and TimeCreated of a JPEG, or their XMP home
+    // photoshop:DateCreated standing alone; the first date slot holds it.
+    SpTypeIptcDateCreated = 23,
 };
 
 enum SaveErrorBits : quint64 { SaveErrorLocation = 1, SaveErrorTagAdd = 2, SaveErrorTime = 4 };

@@ -5,6 +5,7 @@
 #include "core/MySinglePic.h"
 #include "time/DateStampCodec.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -558,11 +559,35 @@ bool isLivePhotoDriftingApart(MySinglePic &pic, const SaveCheckContext &context)
     return !(context.lateValidateLivePhoto && context.lateValidateLivePhoto(pic));
 }
 
+// A stamp whose year is 0000 names no date a file can hold: it stays as it is while the other
+// stamps move, and the user must hear of it. Stamps of zeros or blanks alone are the common
+// mark of "no date" and stay silently.
+bool isYearZero(QByteArrayView stamp)
+{
+    const auto isEmptyMark = [](char c) { return c == '0' || c == ' ' || c == ':' || c == '-' || c == 'T' || c == '\0'; };
+    return stamp.startsWith("0000") && !std::all_of(stamp.begin(), stamp.end(), isEmptyMark);
+}
+
+bool hasYearZeroStamp(const MySinglePic &pic)
+{
+    const PicAttributes &a = pic.singlePicAttributes;
+    for (const std::optional<StampRecord> *stamp : {&a.ExifDateTimeOriginal, &a.ExifDateTimeDigitized, &a.TIFFDateTime})
+        if (*stamp && isYearZero((*stamp)->dateData.toByteArray()))
+            return true;
+    if (a.xmpDateInfos)
+        for (const auto &[key, record] : *a.xmpDateInfos)
+            if (isYearZero(record.data))
+                return true;
+    return a.IPTCDateCreated && isYearZero(a.IPTCDateCreated->dateData);
+}
+
 } // namespace
 
 QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveCheckContext &context)
 {
     QSet<QString> errors;
+    if (pic.isThisTimeUnsaved() && hasYearZeroStamp(pic))
+        errors.insert(QStringLiteral("error_12_yearZeroStamp"));
     const TimeZone &zone = context.targetTimeZone;
 
     bool isOriginalBefore1904 = false;

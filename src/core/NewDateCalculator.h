@@ -55,7 +55,9 @@ struct SaveCheckContext
 };
 
 // Keys of the NEW values that cannot be written as they are: error_01_ambiguousStamp,
-// error_02_pre1904, error_03_pre1970, error_04_livePhotoDriftingApart. Empty when all is well.
+// error_02_pre1904, error_03_pre1970, error_04_livePhotoDriftingApart, and
+// error_12_yearZeroStamp for a stamp of year 0000 that stays while the others move. Empty when
+// all is well.
 QSet<QString> checkCalculatedValuesForSaveErrors(MySinglePic &pic, const SaveCheckContext &context);
 // The one error key for a file (or group) found missing or changed since import, or none.
 QSet<QString> checkFileUnchangedStateForSaveRenameErrors(const MySinglePic &pic);

@@ -24,7 +24,7 @@ namespace {
 
 bool isPhotoType(int type)
 {
-    return type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate;
+    return (type >= SpTypeExifOriginal && type <= SpTypeEmptyTiffFixedDate) || type == SpTypeIptcDateCreated;
 }
 bool isMovieType(int type)
 {

@@ -3,6 +3,7 @@
 #include "core/DaylightSaving.h"
 #include "core/FolderFacts.h"
 #include "core/GpsLocation.h"
+#include "core/IptcDates.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "core/XmpDates.h"
@@ -55,19 +56,36 @@ std::optional<quint32> xmpPacketStart(const ScanFacts &facts)
     return std::nullopt;
 }
 
+// Where the reader looks for the packet: its format and start. PNG finds its packet itself,
+// from the iTXt chunk; HEIF stills from their item tables.
+std::optional<std::pair<int, quint32>> xmpPacketToRead(const ScanFacts &facts)
+{
+    const int format = facts.format.fileFormatType;
+    const std::optional<quint32> start = xmpPacketStart(facts);
+    const bool searchWithoutOffset = format == PngFormat || format == HeicFormat || format == AvifFormat;
+    if (!start && !searchWithoutOffset)
+        return std::nullopt;
+    return std::pair{facts.dates.cr3XmpOffset ? int(Cr3XmpFormat) : format, start.value_or(0)};
+}
+
+void readXmpPlaceWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderDataReader &reader)
+{
+    if (facts.dates.gpsLocation)
+        return;
+    if (const auto packet = xmpPacketToRead(facts))
+        facts.xmpPlace = reader.metadataFromXMPOfFile(file, packet->first, packet->second);
+}
+
 void readXmpWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderDataReader &reader)
 {
     const DatesData &d = facts.dates;
     if (d.exifDateTimeOriginal || d.exifDateTimeDigitized)
         return;
     const int format = facts.format.fileFormatType;
-    const std::optional<quint32> start = xmpPacketStart(facts);
-    // PNG finds its packet itself, from the iTXt chunk; HEIF stills from their item tables.
-    const bool searchWithoutOffset = format == PngFormat || format == HeicFormat || format == AvifFormat;
-    if (!start && !searchWithoutOffset)
+    const auto packet = xmpPacketToRead(facts);
+    if (!packet)
         return;
-    const int readerFormat = d.cr3XmpOffset ? int(Cr3XmpFormat) : format;
-    XmpDateInfos infos = reader.savereadXMPDates(file, readerFormat, start.value_or(0));
+    XmpDateInfos infos = reader.savereadXMPDates(file, packet->first, packet->second);
     if (infos.empty() && format == PngFormat) {
         // A packet kept as a decoded text profile has no place in the file: offset 0, "none",
         // keeps every in-place write away from it.
@@ -201,12 +219,28 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     if (facts.dates.place == DatesData::Place::DecodedProfile)
         forgetPlaces(facts.dates);
     readXmpWhenNeeded(facts, file, reader);
+    readXmpPlaceWhenNeeded(facts, file, reader);
     if (facts.dates.tiffHeader)
         facts.image = reader.imageTags(file, *facts.dates.tiffHeader);
     return facts;
 }
 
 namespace {
+
+// An XMP place: the coordinate, with the altitude and positioning error it names beside it.
+bool takeXmpPlace(MySinglePic &pic, const XmpSidecarMetadata &xmp)
+{
+    const std::optional<Coordinate> place = GpsLocation::fromXmp(xmp);
+    if (!place)
+        return false;
+    pic.gpsLat = place->latitude;
+    pic.gpsLong = place->longitude;
+    PicAttributes &a = pic.singlePicAttributes;
+    a.GPSLocationXmpAltitude = GpsLocation::altitudeFromXmp(xmp);
+    if (xmp.gpsPosError && !a.GPSLocation)
+        a.GPSLocationXmpHPositioningError = GpsLocation::xmpRational(xmp.gpsPosError->text);
+    return true;
+}
 
 // The file's own entry: dates, size, and the rule that a camera's modify date lying after the
 // file's birth is no capture date.
@@ -273,7 +307,8 @@ void setExifSlot(MySinglePic &pic, const DatesData &d, const std::optional<Stamp
     const Instant date = DateStampCodec::dateFromExifData(stamp->dateData, offsetOfStamp(offset, d));
     // An empty tag of a file with a good date stays out of all later writes; for an item whose
     // date came from the import options it marks the tag to fill.
-    const bool goodDateElsewhere = pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeTiffDateTime;
+    const bool goodDateElsewhere = (pic.spType >= SpTypeExifOriginal && pic.spType <= SpTypeTiffDateTime)
+                                   || pic.spType == SpTypeIptcDateCreated;
     dateSlot = date.isDistantPast() && goodDateElsewhere ? OptionalDate() : OptionalDate(date);
 }
 
@@ -325,6 +360,14 @@ void setImageAttributesFromTheDatesData(MySinglePic &pic, const ScanFacts &facts
             facts.xmpHeaderStartOffset ? facts.xmpHeaderStartOffset : d.jpgXMPOffset)
         a.xmpHeaderStartOffset = *packet;
     a.cr3XmpOffset = d.cr3XmpOffset.value_or(0);
+    // IPTC's date fills the creation slot only where nothing else did; a save moves it along.
+    a.IPTCDateCreated = d.iptcDateCreated;
+    if (pic.spType == SpTypeIptcDateCreated && !pic.exifDateTimeOriginalOLD)
+        pic.exifDateTimeOriginalOLD = pic.spDateTimeOriginal;
+    // A CR3's movie header times are no date source of the item: a save moves them along.
+    a.QTMvhdCreaDate = d.movieCreaDate;
+    a.QTMvhdModDate = d.movieModDate;
+    a.qtTrackTimes = d.movieTrackTimes;
     pic.validateMetaNormalization();
     setGPXAttributesFromTheDatesData(pic, d);
 }
@@ -340,6 +383,15 @@ ImportOptions &emptyTagOptions(ItemScanContext &context)
             options.takeEmptyTagAnswer(context.askEmptyTagOptions());
     }
     return options;
+}
+
+// photoshop:DateCreated without any other XMP capture date is IPTC's creation date in its XMP
+// home, as photo libraries write it beside the IIM date, not a camera's.
+bool isIptcCoreDate(const XmpDateInfos &xmp)
+{
+    const auto photoshop = xmp.find(QStringLiteral("PhotoshopDateCreated"));
+    return photoshop != xmp.end() && XmpDates::xmpCreaDictFrom(xmp) == &photoshop->second
+           && !xmp.count(QStringLiteral("ExifDateTimeOriginal")) && !XmpDates::hasXmpDigi(xmp);
 }
 
 struct ChosenDate
@@ -364,16 +416,19 @@ ChosenDate dateFromTags(const ScanFacts &facts)
         chosen = {SpTypeTiffDateTime,
                   DateStampCodec::dateFromExifData(d.tiffDateTime->dateData, offsetOfStamp(d.exifOffsetTIFFTime, d))};
 
+    const TimeZone zone = TimeZone::systemZone();
     if (facts.xmp) {
-        const TimeZone zone = TimeZone::systemZone();
         if (OptionalDate crea = XmpDates::xmpCreaDateFrom(*facts.xmp, zone))
-            chosen = {SpTypeExifOriginal, crea};
+            chosen = {isIptcCoreDate(*facts.xmp) ? SpTypeIptcDateCreated : SpTypeExifOriginal, crea};
         else if (OptionalDate digi = XmpDates::xmpDigiDateFrom(*facts.xmp, zone))
             chosen = {SpTypeExifDigitized, digi};
         else if (!d.tiffDateTime)
             if (OptionalDate mod = XmpDates::xmpModDateFrom(*facts.xmp, zone))
                 chosen = {SpTypeTiffDateTime, mod};
     }
+    if (!chosen.date && d.iptcDateCreated)
+        if (OptionalDate iptc = IptcDates::dateFrom(*d.iptcDateCreated, zone))
+            chosen = {SpTypeIptcDateCreated, iptc};
     return chosen;
 }
 
@@ -475,6 +530,7 @@ void setMovieAttributesFromMVHDData(MySinglePic &pic, const MovieHeaderData &m, 
     a.QTMetaDate = stampRecord(m.QtCreationdate);
     a.QTMvhdCreaDate = stampRecord(m.creaDate);
     a.QTMvhdModDate = stampRecord(m.modDate);
+    a.qtTrackTimes = m.trackTimes;
     setMovieLocationAttributes(pic, m);
     if (m.pixelSize.isValid()) {
         pic.pivImageWidth = m.pixelSize.width();
@@ -583,6 +639,10 @@ void cleanupBeforeRefreshInternalData(MySinglePic &pic)
     a.GPSTimeStamp.reset();
     a.GPSDateStamp.reset();
     a.GPSLocation.reset();
+    a.QTMvhdCreaDate.reset();
+    a.QTMvhdModDate.reset();
+    a.qtTrackTimes.clear();
+    a.IPTCDateCreated.reset();
 }
 
 // The header values of a movie exiftool rewrote.
@@ -592,6 +652,7 @@ bool refreshMovieData(MySinglePic &pic, const MovieHeaderData &m)
     a.QTMetaDate.reset();
     a.QTMvhdCreaDate.reset();
     a.QTMvhdModDate.reset();
+    a.qtTrackTimes.clear();
     a.qtLocations.clear();
     const TimeZone zone = TimeZone::systemZone();
     if (pic.spType == SpTypeMovieFileDate && m.QtCreationdate) {
@@ -634,6 +695,12 @@ bool PicScanner::refreshInternalData(MySinglePic &pic)
     a.NSFileModificationDate = pic.fileModificationDateOLD = facts.attributes->modificationDate;
     a.NSFileSize = facts.attributes->size;
     return true;
+}
+
+bool PicScanner::takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &sidecar)
+{
+    // A place the user moved and has not saved yet stays the item's.
+    return !pic.gpsLatOld && takeXmpPlace(pic, sidecar);
 }
 
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
@@ -688,6 +755,8 @@ std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts,
     setImageAttributesFromTheDatesData(*pic, facts);
     setImageAttributesFromFileAttributes(*pic, *facts.attributes,
                                          context.options.dateComparisonThresold);
+    if (!pic->gpsLat)
+        takeXmpPlace(*pic, facts.xmpPlace);
 
     const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);

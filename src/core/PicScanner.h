@@ -8,6 +8,7 @@
 #include "formats/PicAttributes.h"
 #include "formats/QuickTimeLocator.h"
 #include "formats/TiffTagReader.h"
+#include "formats/XmpLocator.h"
 
 #include <QSet>
 #include <QString>
@@ -45,6 +46,8 @@ struct ScanFacts
     FormatInfo format;
     DatesData dates;
     std::optional<XmpDateInfos> xmp;
+    // The place of the file's own XMP packet, read where its GPS tags hold none.
+    XmpSidecarMetadata xmpPlace;
     std::optional<quint32> xmpHeaderStartOffset; // the WebP XMP chunk
     // Known when the scan opened the file (stills); movies are opened by their own reader.
     std::optional<bool> readable;
@@ -90,6 +93,11 @@ public:
     // MPEG-4 movie has its header values read again; one dated by its file alone that now holds
     // a metadata date is dated by that. False when the file no longer reads as it did.
     static bool refreshInternalData(MySinglePic &pic);
+
+    // The place an XMP sidecar names becomes the item's: the sidecar is where places of a file
+    // with one are saved, so it holds the newer word over the file's GPS tags. False when it
+    // names none, and when the user moved the item's place and has not saved it yet.
+    static bool takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &sidecar);
 
 private:
     static std::unique_ptr<MySinglePic> buildPicOfRoute(const ScanFacts &facts, ItemScanContext &context);

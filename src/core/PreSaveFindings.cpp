@@ -40,6 +40,9 @@ QString describeKey(const QString &key)
          QT_TRANSLATE_NOOP("PreSaveFindings", "The file was read by an older version; import it again.")},
         {"error_11_oldVersion_group",
          QT_TRANSLATE_NOOP("PreSaveFindings", "The group was read by an older version; import it again.")},
+        {"error_12_yearZeroStamp",
+         QT_TRANSLATE_NOOP("PreSaveFindings", "A date stamp of the file has the year 0000, which names no "
+                                              "date: it stays as it is while the other dates move.")},
     };
     for (const Text &text : texts)
         if (key == QLatin1String(text.key))

@@ -1,6 +1,7 @@
 #include "core/StampEdits.h"
 
 #include "core/FolderFacts.h"
+#include "core/IptcDates.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
 #include "formats/QuickTimeLocator.h"
@@ -112,6 +113,8 @@ PlannedSave StampEdits::planPhoto()
     planXmpDates(plan);
     planGps(plan);
     PicAttributes &a = m_pic.singlePicAttributes;
+    planCr3MovieHeader(plan);
+    planIptcDate(plan);
     planExifSlot(plan, TagAddExifOriginal, a.ExifDateTimeOriginal, a.ExifOffsetTimeOriginal,
                  m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW, m_pic.isCreaXmp);
     planExifSlot(plan, TagAddExifDigitized, a.ExifDateTimeDigitized, a.ExifOffsetTimeDigitized,
@@ -199,25 +202,84 @@ void StampEdits::planExifSlot(PlannedSave &plan, quint64 slot, std::optional<Sta
     });
 }
 
-void StampEdits::planMovieStamp(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
-                                const QByteArray &bytes)
+void StampEdits::planMovieStamp(PlannedSave &plan, MovieStampRecord &stamp, const QByteArray &bytes)
 {
-    if (bytes.size() != stamp->dateData.size()) {
+    if (bytes.size() != stamp.dateData.size()) {
         plan.needsExiftool = true;
         return;
     }
-    plan.add(qint64(stamp->dateOffset), bytes, stamp->dateData);
-    plan.whenSaved.push_back([&stamp, bytes] { stamp->dateData = bytes; });
+    plan.add(qint64(stamp.dateOffset), bytes, stamp.dateData);
+    plan.whenSaved.push_back([&stamp, bytes] { stamp.dateData = bytes; });
 }
 
-void StampEdits::planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
-                                     OptionalDate date, bool correction)
+QByteArray StampEdits::planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
+                                           OptionalDate date, bool correction)
 {
     if (!stamp || stamp->dateOffset == 0 || !isRealDate(date))
+        return {};
+    const QByteArray bytes =
+        DateStampCodec::mvhdDataFromDate(*date, correction, localZone(), int(stamp->dateData.size()));
+    planMovieStamp(plan, *stamp, bytes);
+    return bytes;
+}
+
+void StampEdits::planTrackTimes(PlannedSave &plan, const QByteArray &creation, const QByteArray &modification)
+{
+    for (QtTrackTimeRecord &track : m_pic.singlePicAttributes.qtTrackTimes) {
+        const OptionalDate date = DateStampCodec::dateFromMVHDData(track.followsModification ? modification : creation);
+        if (!date || track.time.dateOffset == 0)
+            continue;
+        planMovieStamp(plan, track.time,
+                       DateStampCodec::mvhdDataFromDate(*date, false, TimeZone::utc(),
+                                                        int(track.time.dateData.size())));
+    }
+}
+
+void StampEdits::planCr3MovieHeader(PlannedSave &plan)
+{
+    PicAttributes &a = m_pic.singlePicAttributes;
+    // How far a date slot moves; the first slot with a date to move from decides.
+    const auto shiftOf = [](std::initializer_list<std::pair<OptionalDate, OptionalDate>> slots) {
+        for (const auto &[oldDate, newDate] : slots)
+            if (isRealDate(oldDate) && isRealDate(newDate))
+                return std::optional(newDate->secondsSince(*oldDate));
+        return std::optional<double>();
+    };
+    const std::pair<OptionalDate, OptionalDate> original{m_pic.exifDateTimeOriginalOLD, m_pic.exifDateTimeOriginalNEW},
+        digitized{m_pic.exifDateTimeDigitizedOLD, m_pic.exifDateTimeDigitizedNEW},
+        modified{m_pic.tiffDateTimeOLD, m_pic.tiffDateTimeNEW};
+    // The header's times are UTC, as the camera wrote them: each moves as far as the capture or
+    // the modification date.
+    const auto movedTime = [&](BoxedOptional<MovieStampRecord> &stamp, std::optional<double> shift) {
+        const OptionalDate stored = stamp ? DateStampCodec::dateFromMVHDData(stamp->dateData) : std::nullopt;
+        return stored && shift ? planMovieHeaderTime(plan, stamp, stored->addingSeconds(*shift), false) : QByteArray();
+    };
+    const QByteArray creation = movedTime(a.QTMvhdCreaDate, shiftOf({original, digitized, modified}));
+    const QByteArray modification = movedTime(a.QTMvhdModDate, shiftOf({modified, original, digitized}));
+    planTrackTimes(plan, creation, modification);
+}
+
+void StampEdits::planIptcDate(PlannedSave &plan)
+{
+    const OptionalDate oldDate = m_pic.exifDateTimeOriginalOLD;
+    const OptionalDate newDate = m_pic.exifDateTimeOriginalNEW;
+    // Where IPTC's date is the creation slot, no other stamp takes it there.
+    const bool isSlot = m_pic.spType == SpTypeIptcDateCreated && !m_pic.isCreaXmp;
+    if (isSlot && newDate)
+        plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
+    BoxedOptional<IptcDateRecord> &stored = m_pic.singlePicAttributes.IPTCDateCreated;
+    if (!stored || stored->dateOffset == 0 || !isRealDate(oldDate) || !isRealDate(newDate))
         return;
-    planMovieStamp(plan, stamp,
-                   DateStampCodec::mvhdDataFromDate(*date, correction, localZone(),
-                                                    int(stamp->dateData.size())));
+    // Beside another date source it moves as far as the creation date.
+    const OptionalDate own = IptcDates::dateFrom(*stored, localZone());
+    const OptionalDate date = isSlot ? newDate : own ? own->addingSeconds(newDate->secondsSince(*oldDate)) : OptionalDate();
+    const std::optional<IptcDateRecord> written = date ? IptcDates::withDate(*stored, *date, localZone()) : std::nullopt;
+    if (!written)
+        return;
+    plan.add(stored->dateOffset, written->dateData, stored->dateData);
+    if (stored->timeOffset)
+        plan.add(stored->timeOffset, written->timeData, stored->timeData);
+    plan.whenSaved.push_back([&stored, record = *written] { *stored = record; });
 }
 
 PlannedSave StampEdits::planMovie()
@@ -236,10 +298,12 @@ PlannedSave StampEdits::planMovie()
         return own && canMove ? own->addingSeconds(shift) : OptionalDate();
     };
 
+    // The movie header's new times, which the track headers that held them follow.
+    QByteArray creation, modification;
     if (oldDate && isRealDate(newDate)) {
         if (m_pic.spType == SpTypeRiff && a.riffCreaDate && a.riffCreaDate->dateOffset) {
             const QByteArray data = DateStampCodec::riffDataLike(a.riffCreaDate->dateData, *newDate, localZone());
-            planMovieStamp(plan, a.riffCreaDate, data);
+            planMovieStamp(plan, *a.riffCreaDate, data);
         }
         if (m_pic.isQtMovie() && a.QTMetaDate && a.QTMetaDate->dateOffset) {
             const QByteArray &stored = a.QTMetaDate->dateData;
@@ -249,7 +313,7 @@ PlannedSave StampEdits::planMovie()
             const TimeZone zone = m_targetZone.value_or(zoneOfMdtaStamp(stored, localZone()));
             const int length = int(stored.size());
             if (isRealDate(date))
-                planMovieStamp(plan, a.QTMetaDate,
+                planMovieStamp(plan, *a.QTMetaDate,
                                length == 20 || length == 24 || length == 25
                                    ? DateStampCodec::mdtaDataOfLength(length, *date, zone)
                                    : QByteArray());
@@ -257,14 +321,15 @@ PlannedSave StampEdits::planMovie()
         if (m_pic.isQtMovie() && a.QTMvhdCreaDate) {
             const OptionalDate date =
                 isMeta ? moved(DateStampCodec::dateFromMVHDData(a.QTMvhdCreaDate->dateData)) : newDate;
-            planMovieHeaderTime(plan, a.QTMvhdCreaDate, date, correction);
+            creation = planMovieHeaderTime(plan, a.QTMvhdCreaDate, date, correction);
         }
         plan.whenSaved.push_back([&pic = m_pic] { pic.exifDateTimeOriginalOLD = pic.exifDateTimeOriginalNEW; });
     }
     if (m_pic.isQtMovie() && m_pic.tiffDateTimeOLD && a.QTMvhdModDate) {
-        planMovieHeaderTime(plan, a.QTMvhdModDate, m_pic.tiffDateTimeNEW, correction);
+        modification = planMovieHeaderTime(plan, a.QTMvhdModDate, m_pic.tiffDateTimeNEW, correction);
         plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
     }
+    planTrackTimes(plan, creation, modification);
     return plan;
 }
 

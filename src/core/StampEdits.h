@@ -92,10 +92,16 @@ private:
     void planExifSlot(PlannedSave &plan, quint64 slot, std::optional<StampRecord> &stamp,
                       std::optional<OffsetTagRecord> &offsetTag, OptionalDate &oldDate,
                       OptionalDate newDate, bool isXmpSlot);
-    void planMovieStamp(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
-                        const QByteArray &bytes);
-    void planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
-                             OptionalDate date, bool correction);
+    void planMovieStamp(PlannedSave &plan, MovieStampRecord &stamp, const QByteArray &bytes);
+    // Answers the bytes planned for the header time; empty when none are.
+    QByteArray planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
+                                   OptionalDate date, bool correction);
+    // Each track or media header time takes the new bytes of the movie header time it follows.
+    void planTrackTimes(PlannedSave &plan, const QByteArray &creation, const QByteArray &modification);
+    // A CR3's movie header times move as far as its capture and modification dates.
+    void planCr3MovieHeader(PlannedSave &plan);
+    // IPTC's creation date and time, in their own form, as far as the creation date moves.
+    void planIptcDate(PlannedSave &plan);
     OptionalDate movedGpsDate() const;
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.
     std::optional<TimeZone> cameraClock() const;

@@ -46,6 +46,9 @@ bool holdsMovieValues(FileReader &file, const PicAttributes &a)
 {
     return holdsMovieStamp(file, a.QTMetaDate) && holdsMovieStamp(file, a.QTMvhdCreaDate) &&
            holdsMovieStamp(file, a.QTMvhdModDate) && holdsMovieStamp(file, a.riffCreaDate) &&
+           std::all_of(a.qtTrackTimes.begin(), a.qtTrackTimes.end(), [&file](const QtTrackTimeRecord &r) {
+               return holds(file, r.time.dateOffset, r.time.dateData);
+           }) &&
            std::all_of(a.qtLocations.begin(), a.qtLocations.end(), [&file](const QtLocationRecord &r) {
                return holds(file, r.text.dateOffset, r.text.dateData) &&
                       holds(file, r.hAccuracy.dateOffset, r.hAccuracy.dateData);
@@ -72,6 +75,8 @@ bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
            (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData)) &&
            (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData)) &&
            (!a.GPSLocation || holdsLocation(file, *a.GPSLocation)) &&
+           (!a.IPTCDateCreated || (holds(file, a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData) &&
+                                   holds(file, a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData))) &&
            holdsMovieValues(file, a);
 }
 
@@ -100,8 +105,16 @@ ByteProof StoredBytes::proof(const PicAttributes &a, qint64 length)
         add(a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData);
     if (a.GPSDateStamp)
         add(a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData);
-    if (a.QTMetaDate)
-        add(a.QTMetaDate->dateOffset, a.QTMetaDate->dateData);
+    for (const BoxedOptional<MovieStampRecord> *stamp : {&a.QTMetaDate, &a.QTMvhdCreaDate, &a.QTMvhdModDate, &a.riffCreaDate}) {
+        if (*stamp)
+            add((*stamp)->dateOffset, (*stamp)->dateData);
+    }
+    for (const QtTrackTimeRecord &track : a.qtTrackTimes)
+        add(track.time.dateOffset, track.time.dateData);
+    if (a.IPTCDateCreated) {
+        add(a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData);
+        add(a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData);
+    }
     if (a.GPSLocation) {
         const GpsLocationRecord &r = *a.GPSLocation;
         add(r.latitudeRef_Offset, r.latitudeRef_Data);

@@ -13,7 +13,8 @@ class StoredBytes
 {
 public:
     // EXIF and TIFF stamps, offset tags, GPS stamps and location, the movie stamps (QuickTime
-    // metadata date, movie header times, AVI IDIT) and location texts, and the XMP stamps.
+    // metadata date, movie, track and media header times, AVI IDIT) and location texts, the XMP
+    // stamps and IPTC's creation date.
     static bool areUnchanged(const PicAttributes &attributes, FileReader &file);
     static bool areXmpInfosUnchanged(const XmpDateInfos &infos, FileReader &file);
     // The same values as ranges of a file of `length` bytes, for a journal to prove it by later.

@@ -1,6 +1,7 @@
 #include "folders/FileGroups.h"
 
 #include "core/MySinglePic.h"
+#include "core/PicScanner.h"
 #include "folders/MySingleFolder.h"
 #include "formats/MySingleFolderDataReader.h"
 #include "time/DateStampCodec.h"
@@ -267,11 +268,12 @@ void FileGroups::matchXmpSidecar(const QString &path)
         return;
     }
     QFile file(path);
-    QSet<QString> extensions;
+    XmpSidecarMetadata metadata;
     if (file.open(QIODevice::ReadOnly))
-        extensions = MySingleFolderDataReader().metadataFromXMPSidecarAtPath(path).extensions;
+        metadata = MySingleFolderDataReader().metadataFromXMPSidecarAtPath(path);
     else
         m_folder.importErrors.add(ImportErrors::SidecarUnreadable, path);
+    const QSet<QString> &extensions = metadata.extensions;
 
     const auto named = std::find_if(candidates.cbegin(), candidates.cend(), [&extensions](const MySinglePic *pic) {
         return extensions.contains(QFileInfo(pic->spName).suffix().toLower());
@@ -286,9 +288,10 @@ void FileGroups::matchXmpSidecar(const QString &path)
             owner = raw != candidates.cend() ? *raw : nullptr;
         }
     }
-    if (owner)
+    if (owner) {
         owner->addSidecarExtension(sidecar.suffix());
-    else
+        PicScanner::takeSidecarPlace(*owner, metadata);
+    } else
         m_folder.importErrors.add(ImportErrors::SidecarWithoutExtensionMatch, path);
 }
 

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <optional>
+#include <vector>
 
 namespace orv {
 
@@ -37,8 +38,14 @@ struct DatesData
     std::optional<TiffHeader> tiffHeader;
     // Start of the XMP packet of a CR3 file, which has no single TIFF header.
     std::optional<quint32> cr3XmpOffset;
+    // A CR3 is a QuickTime file too: its movie header's times (when set) and the track and
+    // media header times that hold the same moments.
+    std::optional<MovieStampRecord> movieCreaDate, movieModDate;
+    std::vector<QtTrackTimeRecord> movieTrackTimes;
     // Start of an XMP packet seen while walking JPEG segments.
     std::optional<quint32> jpgXMPOffset;
+    // A JPEG's IPTC creation date and time.
+    std::optional<IptcDateRecord> iptcDateCreated;
 };
 
 } // namespace orv

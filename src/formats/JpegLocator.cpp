@@ -7,6 +7,9 @@ namespace orv {
 
 namespace {
 constexpr quint8 markerApp1 = 0xE1;
+constexpr quint8 markerApp13 = 0xED;
+constexpr QByteArrayView photoshopSignature{"Photoshop 3.0\0", 14};
+constexpr quint16 iptcResource = 0x0404;
 constexpr quint8 markerStartOfScan = 0xDA;
 constexpr quint8 markerEndOfImage = 0xD9;
 // An APP1 segment: marker (2), length (2), "Exif\0\0" (6), then the TIFF header.
@@ -46,6 +49,8 @@ JpegSegmentsInfo JpegLocator::savereadJPGHeader()
         const quint16 length = get16(segment, 2, false);
         if (length < 2)
             break;
+        if (marker == markerApp13 && !info.iptcDate)
+            info.iptcDate = iptcDateOfPhotoshopBlock(offset + 4, offset + 2 + length);
         if (marker == markerApp1 && length >= minimalApp1Length) {
             if (const std::optional<bool> intel = tiffMagicOrder(segment, exifHeaderInSegment)) {
                 if (!info.tiffHeader)
@@ -57,6 +62,54 @@ JpegSegmentsInfo JpegLocator::savereadJPGHeader()
         offset += length + 2;
     }
     return info;
+}
+
+std::optional<IptcDateRecord> JpegLocator::iptcDateOfPhotoshopBlock(qint64 payload, qint64 end) const
+{
+    if (m_file.read(payload, photoshopSignature.size()) != photoshopSignature)
+        return std::nullopt;
+    // Image resources: "8BIM", a 16-bit id, a Pascal name padded to an even length, a 32-bit
+    // size and the data, padded to an even length.
+    qint64 at = payload + photoshopSignature.size();
+    while (at + 12 <= end && m_file.read(at, 4) == "8BIM") {
+        const std::optional<quint16> id = m_file.read16(at + 4, false);
+        const std::optional<quint8> nameLength = m_file.read8(at + 6);
+        if (!id || !nameLength)
+            return std::nullopt;
+        const qint64 sizeAt = at + 6 + ((*nameLength + 2) & ~1);
+        const std::optional<quint32> size = m_file.read32(sizeAt, false);
+        const qint64 data = sizeAt + 4;
+        if (!size || data + *size > end)
+            return std::nullopt;
+        if (*id == iptcResource)
+            return iptcDateOfRecords(data, data + *size);
+        at = data + ((*size + 1) & ~1u);
+    }
+    return std::nullopt;
+}
+
+std::optional<IptcDateRecord> JpegLocator::iptcDateOfRecords(qint64 at, qint64 end) const
+{
+    // Each dataset: the tag marker 0x1C, record and dataset numbers, a 16-bit length (a set
+    // high bit marks an extended length, which no date has), the value.
+    IptcDateRecord record;
+    while (at + 5 <= end) {
+        const QByteArray head = m_file.read(at, 5);
+        if (head.size() < 5 || quint8(head[0]) != 0x1C)
+            break;
+        const quint16 length = get16(head, 3, false);
+        if (length & 0x8000 || at + 5 + length > end || at + 5 > qint64(0xFFFFFFFF))
+            break;
+        const quint32 value = quint32(at + 5);
+        if (head[1] == 2 && head[2] == 55 && length == 8)
+            record = {m_file.read(value, length), value, record.timeData, record.timeOffset};
+        else if (head[1] == 2 && head[2] == 60 && (length == 11 || length == 6))
+            record = {record.dateData, record.dateOffset, m_file.read(value, length), value};
+        at += 5 + length;
+    }
+    if (record.dateOffset == 0)
+        return std::nullopt;
+    return record;
 }
 
 } // namespace orv

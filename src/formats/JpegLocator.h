@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/ByteSource.h"
+#include "formats/PicAttributes.h"
 #include "formats/TiffIfd.h"
 
 #include <optional>
@@ -11,6 +12,8 @@ struct JpegSegmentsInfo
 {
     std::optional<TiffHeader> tiffHeader;
     std::optional<quint32> xmpOffset; // first byte of the XMP packet
+    // DateCreated and TimeCreated of the IPTC record in the APP13 Photoshop block.
+    std::optional<IptcDateRecord> iptcDate;
 };
 
 // Walks the JPEG segments from the first marker to the scan (SOS) or the end (EOI), looking at each
@@ -24,6 +27,11 @@ public:
     JpegSegmentsInfo savereadJPGHeader();
 
 private:
+    // The IPTC resource (0x0404) among the image resources of an APP13 segment's payload.
+    std::optional<IptcDateRecord> iptcDateOfPhotoshopBlock(qint64 payload, qint64 end) const;
+    // DateCreated and TimeCreated among the datasets of the IPTC resource.
+    std::optional<IptcDateRecord> iptcDateOfRecords(qint64 at, qint64 end) const;
+
     const ByteSource &m_file;
 };
 

@@ -41,6 +41,15 @@ void MySingleFolderDataReader::readCr3Dates(const ByteSource &file, DatesData &r
     }
     if (const std::optional<TiffHeader> gps = headerOf(cr3->CMT4Offset))
         tiff.readGpsDirectory(*gps, result);
+    const MovieHeaderData movie = orv::quicktimeHeaderDataForMovie(file, false);
+    const auto record = [](const std::optional<MovieValue> &time) -> std::optional<MovieStampRecord> {
+        if (!time || !seemsValidMVHDDate(time->data))
+            return std::nullopt;
+        return MovieStampRecord{time->data, time->offset};
+    };
+    result.movieCreaDate = record(movie.creaDate);
+    result.movieModDate = record(movie.modDate);
+    result.movieTrackTimes = movie.trackTimes;
 }
 
 std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSource &file,
@@ -54,6 +63,7 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSo
         // The segment walk alone decides for a JPEG; no byte scan follows it.
         const JpegSegmentsInfo segments = JpegLocator(file).savereadJPGHeader();
         result.jpgXMPOffset = segments.xmpOffset;
+        result.iptcDateCreated = segments.iptcDate;
         return segments.tiffHeader;
     }
     case HeicFormat:
@@ -189,6 +199,16 @@ XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMP(const ByteSource &f
     XmpLocator xmp(file);
     const std::optional<quint32> start = xmp.xmpStartOffsetFromSidecarFile(startingFrom);
     return start ? xmp.readMetadata(*start) : XmpSidecarMetadata{};
+}
+
+XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPOfFile(const ByteSource &file,
+                                                                   int fileFormatType,
+                                                                   quint32 startingFrom)
+{
+    const std::optional<quint32> start = xmpPacketStart(file, fileFormatType, startingFrom);
+    if (!start || *start >= firstInvalidXmpOffset)
+        return XmpSidecarMetadata{};
+    return XmpLocator(file).readMetadata(*start);
 }
 
 XmpSidecarMetadata MySingleFolderDataReader::metadataFromXMPSidecarAtPath(const QString &path)

@@ -45,6 +45,9 @@ public:
     XmpSidecarMetadata metadataFromXMPAtPath(const QString &path, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMP(const ByteSource &file, quint32 startingFrom);
     XmpSidecarMetadata metadataFromXMPSidecarAtPath(const QString &path);
+    // The same of the packet inside a file, found as savereadXMPDates finds it.
+    XmpSidecarMetadata metadataFromXMPOfFile(const ByteSource &file, int fileFormatType,
+                                             quint32 startingFrom);
 
     // unverifiedType 1: a QuickTime movie, which may lack an ftyp box; 2: MPEG-4.
     MovieHeaderData quicktimeHeaderDataForMovieFileAtPath(const QString &path, int unverifiedType);

@@ -53,6 +53,16 @@ struct MovieStampRecord
     bool operator==(const MovieStampRecord &) const = default;
 };
 
+// A track or media header time (tkhd, mdhd) that held one of the movie header's two times at
+// import: a save gives it the new value of the time it follows, in its own width (4 or 8 bytes),
+// so that the tracks keep the movie's moment.
+struct QtTrackTimeRecord
+{
+    MovieStampRecord time;
+    bool followsModification = false;
+    bool operator==(const QtTrackTimeRecord &) const = default;
+};
+
 // One ISO 6709 location text of a movie, by its source: 1 the metadata key, 2 udta's ©xyz,
 // 3 ©xyz in udta's item list. The digit counts of latitude and longitude say which texts can be
 // rewritten in place (`edit`); the horizontal accuracy rides on the first record.
@@ -88,6 +98,18 @@ struct GpsLocationRecord
     bool operator==(const GpsLocationRecord &) const = default;
 };
 
+// IPTC-IIM DateCreated (2:55, 8 bytes "CCYYMMDD") and TimeCreated (2:60, "HHMMSS" with an
+// offset "+HHMM" in 11 bytes, or without), as photo libraries write them into a JPEG's Photoshop
+// block. A time of offset 0 is absent.
+struct IptcDateRecord
+{
+    QByteArray dateData;
+    quint32 dateOffset = 0;
+    QByteArray timeData;
+    quint32 timeOffset = 0;
+    bool operator==(const IptcDateRecord &) const = default;
+};
+
 // Zone form of an XMP stamp: 1 ends with "Z", 2 has its own offset, 3 has no zone (local).
 // Subtype bits: 1 the offset has no colon, 2 the stamp has no seconds.
 struct XmpStampRecord
@@ -115,11 +137,15 @@ struct PicAttributes
     std::optional<StampRecord> GPSDateStamp;
     BoxedOptional<GpsLocationRecord> GPSLocation;
     std::optional<double> GPSLocationXmpHPositioningError;
+    // Metres of the XMP place the item took (negative below sea level).
+    std::optional<double> GPSLocationXmpAltitude;
     BoxedOptional<XmpDateInfos> xmpDateInfos;
+    BoxedOptional<IptcDateRecord> IPTCDateCreated;
     quint32 xmpHeaderStartOffset = 0;
     quint32 cr3XmpOffset = 0;
     BoxedOptional<MovieStampRecord> QTMetaDate;
     BoxedOptional<MovieStampRecord> QTMvhdCreaDate, QTMvhdModDate, riffCreaDate;
+    std::vector<QtTrackTimeRecord> qtTrackTimes;
     std::vector<QtLocationRecord> qtLocations;
 
     OptionalDate NSFileCreationDate, NSFileModificationDate;

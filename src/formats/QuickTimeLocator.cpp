@@ -4,6 +4,7 @@
 #include "formats/WindowByteSource.h"
 
 #include <QStringList>
+#include <QtEndian>
 
 #include <cmath>
 #include <map>
@@ -50,6 +51,8 @@ public:
 private:
     void readMovieHeader(const Box &mvhd);
     void readTrack(const Box &trak);
+    void readHeaderTimes(const Box &header);
+    void keepTrackTimesOfMovieHeader();
     void readMeta(const Box &meta);
     void readKeys(const Box &keys, std::vector<QByteArray> &names);
     void readUserData(const Box &udta);
@@ -58,7 +61,33 @@ private:
     const ByteSource &m_source;
     MovieHeaderData m_data;
     std::optional<MovieValue> m_crea, m_mod;
+    // Creation and modification times of every tkhd and mdhd, the latter flagged.
+    std::vector<std::pair<MovieValue, bool>> m_trackTimes;
 };
+
+// The times of a movie, track or media header: version 0 keeps two 32-bit fields, version 1
+// two 64-bit ones, right behind version and flags.
+std::optional<std::pair<MovieValue, MovieValue>> headerTimes(const ByteSource &source, const Box &header)
+{
+    const std::optional<quint8> version = source.read8(header.payload);
+    if (!version || *version > 1)
+        return std::nullopt;
+    const qint64 width = *version == 1 ? 8 : 4;
+    const qint64 times = header.payload + 4;
+    if (header.end < times + 2 * width)
+        return std::nullopt;
+    return std::pair{valueOf(source, times, times + width), valueOf(source, times + width, times + 2 * width)};
+}
+
+// A header time as a number, whatever its width.
+std::optional<quint64> headerSeconds(const QByteArray &data)
+{
+    if (data.size() == 4)
+        return qFromBigEndian<quint32>(data.constData());
+    if (data.size() == 8)
+        return qFromBigEndian<quint64>(data.constData());
+    return std::nullopt;
+}
 
 void MovieReader::readMovieHeader(const Box &mvhd)
 {
@@ -70,8 +99,7 @@ void MovieReader::readMovieHeader(const Box &mvhd)
     const qint64 times = mvhd.payload + 4;
     if (mvhd.end < times + 3 * width + 4)
         return;
-    m_crea = valueOf(m_source, times, times + width);
-    m_mod = valueOf(m_source, times + width, times + 2 * width);
+    std::tie(m_crea, m_mod) = *headerTimes(m_source, mvhd);
     const quint32 timescale = m_source.read32(times + 2 * width, false).value_or(0);
     const quint64 duration = width == 8 ? m_source.read64(times + 2 * width + 4, false).value_or(0)
                                         : m_source.read32(times + 2 * width + 4, false).value_or(0);
@@ -79,12 +107,29 @@ void MovieReader::readMovieHeader(const Box &mvhd)
         m_data.duration = double(duration) / double(timescale);
 }
 
+void MovieReader::readHeaderTimes(const Box &header)
+{
+    if (const auto times = headerTimes(m_source, header)) {
+        m_trackTimes.emplace_back(times->first, false);
+        m_trackTimes.emplace_back(times->second, true);
+    }
+}
+
 void MovieReader::readTrack(const Box &trak)
 {
-    if (m_data.pixelSize.isValid())
-        return;
-    const std::optional<Box> tkhd = m_walker.firstChild(trak, 2, fourCC("tkhd"));
-    if (!tkhd)
+    // One walk over the track's children: the walker ends at a box it meets a second time.
+    std::optional<Box> tkhd;
+    m_walker.children(trak, 2, [&](const Box &box) {
+        if (box.type == fourCC("tkhd")) {
+            tkhd = box;
+            readHeaderTimes(box);
+        } else if (box.type == fourCC("mdia")) {
+            if (const std::optional<Box> mdhd = m_walker.firstChild(box, 3, fourCC("mdhd")))
+                readHeaderTimes(*mdhd);
+        }
+        return true;
+    });
+    if (!tkhd || m_data.pixelSize.isValid())
         return;
     const std::optional<quint8> version = m_source.read8(tkhd->payload);
     if (!version || *version > 1)
@@ -169,6 +214,27 @@ void MovieReader::readUserData(const Box &udta)
     });
 }
 
+// A track time follows the movie header time that holds its moment, the one of its own kind
+// first: where creation and modification are equal, each keeps to its kind. A zero is no time.
+void MovieReader::keepTrackTimesOfMovieHeader()
+{
+    const auto secondsOf = [](const std::optional<MovieValue> &value) -> std::optional<quint64> {
+        const std::optional<quint64> seconds = value ? headerSeconds(value->data) : std::nullopt;
+        return seconds && *seconds ? seconds : std::nullopt;
+    };
+    const std::optional<quint64> crea = secondsOf(m_crea), mod = secondsOf(m_mod);
+    for (const auto &[value, isModification] : m_trackTimes) {
+        const std::optional<quint64> seconds = headerSeconds(value.data);
+        if (!seconds || *seconds == 0)
+            continue;
+        const bool asOwnKind = isModification ? seconds == mod : seconds == crea;
+        const bool asOtherKind = isModification ? seconds == crea : seconds == mod;
+        if (asOwnKind || asOtherKind)
+            m_data.trackTimes.push_back(
+                {{value.data, value.offset}, asOwnKind ? isModification : !isModification});
+    }
+}
+
 MovieHeaderData MovieReader::read(const Box &moov)
 {
     m_walker.children(moov, 1, [&](const Box &box) {
@@ -182,6 +248,7 @@ MovieHeaderData MovieReader::read(const Box &moov)
         return true;
     });
 
+    keepTrackTimesOfMovieHeader();
     const bool creaGood = m_crea && seemsValidMVHDDate(m_crea->data);
     const bool modGood = m_mod && seemsValidMVHDDate(m_mod->data);
     if (creaGood) {
@@ -202,6 +269,7 @@ MovieHeaderData MovieReader::read(const Box &moov)
         if (m_data.movieType == MovieHeaderData::BothZero) {
             m_data.creaDate.reset();
             m_data.modDate.reset();
+            m_data.trackTimes.clear();
         }
         m_data.movieType = MovieHeaderData::CreationGood;
     }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "formats/ByteSource.h"
+#include "formats/PicAttributes.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QSize>
 
 #include <optional>
+#include <vector>
 
 namespace orv {
 
@@ -34,6 +36,8 @@ struct MovieHeaderData
     // The movie header's creation and modification times: 4 bytes in a version 0 header, 8 in
     // a version 1 header, big-endian seconds since 1904.
     std::optional<MovieValue> creaDate, modDate;
+    // The track and media header times that hold the same moment as one of those two.
+    std::vector<QtTrackTimeRecord> trackTimes;
     // com.apple.quicktime.creationdate: ISO text of 20, 24 or 25 bytes (other lengths are read
     // but not written).
     std::optional<MovieValue> QtCreationdate;

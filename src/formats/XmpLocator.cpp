@@ -198,13 +198,13 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
 
 XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
 {
-    enum class Field { SidecarFor, RawFileName, LatRef, LonRef, Lat, Lon, PosError };
+    enum class Field { SidecarFor, RawFileName, LatRef, LonRef, Lat, Lon, PosError, AltitudeRef, Altitude };
     struct MetadataTag
     {
         QByteArrayView text;
         Field field;
     };
-    static constexpr std::array<MetadataTag, 7> tags{{
+    static constexpr std::array<MetadataTag, 9> tags{{
         {"photoshop:SidecarForExtension", Field::SidecarFor},
         {"crs:RawFileName", Field::RawFileName},
         {"exif:GPSLatitudeRef", Field::LatRef},
@@ -212,6 +212,8 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
         {"exif:GPSLatitude", Field::Lat},
         {"exif:GPSLongitude", Field::Lon},
         {"exif:GPSHPositioningError", Field::PosError},
+        {"exif:GPSAltitudeRef", Field::AltitudeRef},
+        {"exif:GPSAltitude", Field::Altitude},
     }};
     constexpr int overlap = 29;
     constexpr qint64 valueWindow = 256;
@@ -265,6 +267,14 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
                 case Field::PosError:
                     if (isVerifiedXmpPosErrorDataType(value->text))
                         metadata.gpsPosError = value;
+                    break;
+                case Field::AltitudeRef:
+                    if (value->text == "0" || value->text == "1")
+                        metadata.gpsAltitudeRef = value;
+                    break;
+                case Field::Altitude:
+                    if (isVerifiedXmpPosErrorDataType(value->text))
+                        metadata.gpsAltitude = value;
                     break;
                 }
                 break;

@@ -28,6 +28,8 @@ struct XmpSidecarMetadata
     std::optional<XmpTextValue> gpsLat, gpsLon;
     int gpsLatType = 0, gpsLonType = 0; // see verifiedXmpLocationDataType
     std::optional<XmpTextValue> gpsPosError;
+    // Metres as a rational "n/d"; the ref "1" puts them below sea level.
+    std::optional<XmpTextValue> gpsAltitude, gpsAltitudeRef;
 };
 
 bool verifiedXmpLocationRefDataType(const QByteArray &text);

@@ -303,3 +303,71 @@ TEST_F(ScanCommandTest, AMovieNamesItsHeaderTypeStampsPlacesAndContentIdentifier
     for (const char *key : {"path", "spName", "fileFormatType", "spType", "spDateTimeOriginal", "gpsLat"})
         EXPECT_TRUE(item.contains(QLatin1String(key))) << key;
 }
+
+TEST_F(ScanCommandTest, XmpPlacesOfSidecarsAndOwnPacketsAreReadAsExiftoolReadsThem)
+{
+    // A place as a photo library writes it into a sidecar: degrees and decimal minutes, degrees,
+    // minutes and seconds, and an altitude below sea level.
+    const std::vector<XmpProperty> sidecarPlace{{"exif:GPSLatitude", "48,51.25N"},
+                                                {"exif:GPSLongitude", "2,21,3.6W"},
+                                                {"exif:GPSAltitude", "355/10"},
+                                                {"exif:GPSAltitudeRef", "1"}};
+    ASSERT_TRUE(QFile::rename(buildTiffFile({.tags = withOriginal()}).write(root.path(), QStringLiteral("raw")),
+                              path(QStringLiteral("raw.dng"))));
+    buildXmpSidecar({.properties = sidecarPlace}).write(root.path(), QStringLiteral("raw"));
+    // A photo with a place of its own in its GPS tags: its sidecar's place is the newer word.
+    TiffShape placed = withOriginal();
+    placed.gps = GpsShape::at(10.5, 20.25);
+    photo(QString(), QStringLiteral("placed"), placed);
+    buildXmpSidecar({.properties = sidecarPlace}).write(root.path(), QStringLiteral("placed"));
+    // A photo whose only place is in its own packet, as elements.
+    buildJpeg({.exif = withOriginal(),
+               .xmp = buildXmp({.properties = {{"exif:GPSLatitude", "33,52,4.8S"}, {"exif:GPSLongitude", "151,12.6E"}},
+                                .form = XmpForm::Elements})})
+        .write(root.path(), QStringLiteral("packet"));
+
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), root.path()});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QHash<QString, QJsonObject> byName;
+    for (const QJsonValue &item : run.items())
+        byName[item["spName"].toString()] = item.toObject();
+    ASSERT_EQ(byName.size(), 3) << run.out.toStdString();
+    for (const char *name : {"raw.dng", "placed.jpg", "packet.jpg"}) {
+        const QJsonObject item = byName.value(QLatin1String(name));
+        const QString source = QLatin1String(name) == QLatin1String("packet.jpg")
+                                   ? path(QStringLiteral("packet.jpg"))
+                                   : path(QLatin1String(name).left(QLatin1String(name).indexOf('.')) + ".xmp");
+        const ExiftoolTags tags = exiftoolTags(source);
+        EXPECT_NEAR(item["gpsLat"].toDouble(), tags.number("XMP:GPSLatitude"), 1e-9) << name;
+        EXPECT_NEAR(item["gpsLong"].toDouble(), tags.number("XMP:GPSLongitude"), 1e-9) << name;
+        if (QLatin1String(name) != QLatin1String("packet.jpg")) {
+            EXPECT_EQ(item["spSidecarExtensions"].toArray(), QJsonArray({QStringLiteral("xmp")})) << name;
+            EXPECT_DOUBLE_EQ(item["singlePicAttributes"]["GPSLocationXmp"]["altitude"].toDouble(),
+                             tags.number("XMP:GPSAltitudeRef") == 1 ? -tags.number("XMP:GPSAltitude")
+                                                                    : tags.number("XMP:GPSAltitude"));
+        }
+    }
+}
+
+TEST_F(ScanCommandTest, AStampReadInTheOffsetOfAnotherSlotNamesNoSkippedHour)
+{
+    // The digitized stamp has no offset tag of its own and takes the original's, as the camera
+    // wrote both on one clock; read back in UTC without it, it would look like a skipped hour.
+    TiffShape tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.offsetTimeOriginal = Stamp::text("+02:00");
+    tags.dateTimeDigitized = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTime = Stamp::text("2024:05:01 10:05:00");
+    buildPng({.exif = tags}).write(root.path(), QStringLiteral("clock"));
+    photo(QString(), QStringLiteral("clock"), tags);
+
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), root.path()});
+    ASSERT_EQ(run.items().size(), 2);
+    for (const QJsonValue &item : run.items()) {
+        const QString name = item["spName"].toString();
+        EXPECT_EQ(item["dstDivergenceState"].toInt(), 0) << name.toStdString();
+        EXPECT_EQ(item["dstAmbiguityAtImportState"].toInt(), 0) << name.toStdString();
+        EXPECT_EQ(item["exifDateTimeDigitizedOLD"].toString(), QStringLiteral("2024-05-01T08:00:00Z"))
+            << name.toStdString();
+    }
+}

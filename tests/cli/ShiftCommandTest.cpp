@@ -14,6 +14,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -106,6 +108,14 @@ std::vector<Range> storedValueRanges(const QJsonObject &attributes)
     addMovie("QTMvhdModDate", 2);
     addMovie("QTMetaDate", 1);
     addMovie("riffCreaDate", 1);
+    for (const QJsonValue &track : attributes.value(QStringLiteral("qtTrackTimes")).toArray())
+        ranges.push_back({track[QStringLiteral("offset")].toInteger(), track[QStringLiteral("data")].toString().size() / 2});
+    const QJsonObject iptc = attributes.value(QStringLiteral("IPTCDateCreated")).toObject();
+    for (const char *part : {"date", "time"}) {
+        const QString data = iptc.value(QLatin1String(part) + QLatin1String("Data")).toString();
+        if (!data.isEmpty())
+            ranges.push_back({iptc.value(QLatin1String(part) + QLatin1String("Offset")).toInteger(), data.size()});
+    }
     const QJsonObject xmp = attributes.value(QStringLiteral("xmpDateInfos")).toObject();
     for (const QJsonValue &record : xmp)
         ranges.push_back({record[QStringLiteral("offset")].toInteger(),
@@ -337,6 +347,38 @@ const ShiftException *shiftException(const QString &path, const char *key, bool 
     return nullptr;
 }
 
+// A track or media header time that held a movie header time takes that time's new value, in
+// the tracks of every movie and CR3; any other stays. Answers how many followed.
+int checkTrackDatesFollowTheMovieHeader(const ExiftoolTags &before, const ExiftoolTags &after,
+                                        const QJsonObject &attributes, const QString &path)
+{
+    int followed = 0;
+    for (int track = 1; before.has(QStringLiteral("Track%1:TrackCreateDate").arg(track)); ++track) {
+        for (const char *tag : {"TrackCreateDate", "TrackModifyDate", "MediaCreateDate", "MediaModifyDate"}) {
+            const QString key = QStringLiteral("Track%1:").arg(track) + QLatin1String(tag);
+            const bool isModify = QByteArrayView(tag).contains("Modify");
+            const std::pair<const char *, const char *> create{"QuickTime:CreateDate", "QTMvhdCreaDateOffset"};
+            const std::pair<const char *, const char *> modify{"QuickTime:ModifyDate", "QTMvhdModDateOffset"};
+            const QString then = before.string(key);
+            const auto holds = [&](const std::pair<const char *, const char *> &header) {
+                return then == before.string(QLatin1String(header.first))
+                       && attributes.contains(QLatin1String(header.second));
+            };
+            const auto own = isModify ? modify : create;
+            const auto other = isModify ? create : modify;
+            const char *header = holds(own) ? own.first : holds(other) ? other.first : nullptr;
+            if (!header) {
+                EXPECT_EQ(after.string(key), then) << path.toStdString() << " " << key.toStdString();
+                continue;
+            }
+            EXPECT_EQ(after.string(key), after.string(QLatin1String(header)))
+                << path.toStdString() << " " << key.toStdString() << " follows " << header;
+            ++followed;
+        }
+    }
+    return followed;
+}
+
 } // namespace
 
 TEST_F(ShiftCommand, ShiftingEveryCorpusMovieHeifCr3AndAviMovesEachDateWeReadByAnHourInPlace)
@@ -383,6 +425,7 @@ TEST_F(ShiftCommand, ShiftingEveryCorpusMovieHeifCr3AndAviMovesEachDateWeReadByA
         for (const QJsonValue &item : result.json())
             shifted[item["path"].toString()] = item.toObject();
         int movedDates = 0;
+        int followingTrackDates = 0;
         for (const QJsonValue &item : scanned) {
             const QString path = item["path"].toString();
             if (shiftException(path, "", defaults))
@@ -410,6 +453,7 @@ TEST_F(ShiftCommand, ShiftingEveryCorpusMovieHeifCr3AndAviMovesEachDateWeReadByA
             if (readsAny) {
                 EXPECT_TRUE(shifted[path]["saved"].toBool()) << path.toStdString();
             }
+            followingTrackDates += checkTrackDatesFollowTheMovieHeader(before.at(path), after.at(path), attributes, path);
 
             const QByteArray original = fileBytes(originals[path]);
             const QByteArray written = fileBytes(path);
@@ -421,6 +465,94 @@ TEST_F(ShiftCommand, ShiftingEveryCorpusMovieHeifCr3AndAviMovesEachDateWeReadByA
                     << path.toStdString() << ": byte " << offset;
             }
         }
-        EXPECT_GE(movedDates, defaults ? 63 : 66);
+        EXPECT_GE(movedDates, defaults ? 69 : 72);
+        EXPECT_GE(followingTrackDates, 100);
     }
+}
+
+TEST_F(ShiftCommand, TwoShiftsOfACr3MoveEveryDateExiftoolReadsByTwoHours)
+{
+    ORV_SKIP_WITHOUT_CORPUS();
+    // A timed metadata sample lies in the media data, which a save never reads or writes.
+    const QString inMediaData = QStringLiteral("Track4:TimeStamp");
+    QStringList files;
+    for (const QString &path : corpusFiles({"cr3"})) {
+        files << work.filePath(QString::number(files.size()) + "_" + QFileInfo(path).fileName());
+        ASSERT_TRUE(QFile::copy(path, files.back()));
+        QFile::setPermissions(files.back(), QFile::ReadOwner | QFile::WriteOwner);
+    }
+    ASSERT_FALSE(files.isEmpty());
+    const std::map<QString, ExiftoolTags> before = exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+    for (int run = 0; run < 2; ++run)
+        ASSERT_EQ(shift({"--by", "+1:00:00", work.path()}).exitCode, 0);
+    const std::map<QString, ExiftoolTags> after = exiftoolTagsOfFiles(files, ExiftoolGroups::Family1);
+
+    const QRegularExpression stamp(QStringLiteral("^\\d{4}:\\d\\d:\\d\\d \\d\\d:\\d\\d:\\d\\d"));
+    int movedDates = 0;
+    for (const QString &path : files) {
+        const QJsonObject &then = before.at(path).json;
+        for (auto tag = then.begin(); tag != then.end(); ++tag) {
+            const QString group = tag.key().section(QLatin1Char(':'), 0, 0);
+            if (!stamp.match(tag.value().toString()).hasMatch() || group == QLatin1String("System")
+                || group == QLatin1String("Composite") || tag.key() == inMediaData)
+                continue;
+            const QString now = after.at(path).string(tag.key());
+            EXPECT_EQ(DateStampCodec::dateFromEXIFTimeStamp(now.left(19), TimeZone::utc()),
+                      DateStampCodec::dateFromEXIFTimeStamp(tag.value().toString().left(19), TimeZone::utc())
+                          .addingSeconds(7200.0))
+                << path.toStdString() << " " << tag.key().toStdString() << ": " << now.toStdString();
+            ++movedDates;
+        }
+    }
+    // Movie, track and media headers (18 a file) and IFD0 and Exif (3).
+    EXPECT_EQ(movedDates, 21 * files.size());
+}
+
+TEST_F(ShiftCommand, IptcsCreationDateDatesAPhotoWithoutExifAndAShiftMovesItInItsOwnForm)
+{
+    // As a photo library writes it: the IIM date and time with its offset in the Photoshop
+    // block, and its XMP home.
+    const QString path = buildJpeg({}).write(work.path(), QStringLiteral("selected"));
+    ASSERT_EQ(QProcess::execute(QStringLiteral("exiftool"),
+                                {"-q", "-overwrite_original", "-IPTC:DateCreated=2023:05:04",
+                                 "-IPTC:TimeCreated=14:30:00+02:00",
+                                 "-XMP-photoshop:DateCreated=2023:05:04 14:30:00+02:00", path}),
+              0);
+    const ExiftoolTags then = exiftoolTags(path, ExiftoolGroups::Family1);
+    const QJsonValue scanned = runCli({"scan", "--json", path}, home.path()).json().first();
+    EXPECT_EQ(scanned["spType"].toInt(), 23);
+    const QString iptcTime = then.string("IPTC:TimeCreated");
+    EXPECT_EQ(Instant(seconds(scanned["spDateTimeOriginal"])),
+              DateStampCodec::dateFromEXIFTimeStamp(then.string("IPTC:DateCreated") + " " + iptcTime.left(8),
+                                                    iptcTime.mid(8), TimeZone::utc()));
+    const QByteArray before = fileBytes(path);
+
+    const CliResult result = shift({"--json", "--by", "+1:00:00", path});
+
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    const ExiftoolTags now = exiftoolTags(path, ExiftoolGroups::Family1);
+    EXPECT_EQ(now.string("IPTC:DateCreated"), "2023:05:04");
+    EXPECT_EQ(now.string("IPTC:TimeCreated"), "15:30:00+02:00");
+    EXPECT_EQ(now.string("XMP-photoshop:DateCreated"), "2023:05:04 15:30:00+02:00");
+    EXPECT_EQ(fileBytes(path).size(), before.size());
+    const std::vector<Range> ranges = storedValueRanges(scanned["singlePicAttributes"].toObject());
+    for (const qint64 offset : differingOffsets(before, fileBytes(path)))
+        EXPECT_TRUE(std::any_of(ranges.begin(), ranges.end(),
+                                [offset](const Range &r) { return offset >= r.begin && offset < r.begin + r.length; }))
+            << "byte " << offset;
+}
+
+TEST_F(ShiftCommand, AStampOfYearZeroThatStaysIsNamedBeforeTheSave)
+{
+    TiffShape tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    tags.dateTimeDigitized = Stamp::text("0000:05:01 10:00:00");
+    const QString path = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("zero"));
+
+    const QJsonValue item = shift({"--json", "--by", "+1:00:00", path}).json().first();
+
+    EXPECT_EQ(item["preSaveErrors"].toArray(), QJsonArray({QStringLiteral("error_12_yearZeroStamp")}));
+    const ExiftoolTags now = exiftoolTags(path, ExiftoolGroups::Family1);
+    EXPECT_EQ(now.string("ExifIFD:DateTimeOriginal"), "2024:05:01 11:00:00");
+    EXPECT_EQ(now.string("ExifIFD:CreateDate"), "0000:05:01 10:00:00");
 }

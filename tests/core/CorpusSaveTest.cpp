@@ -39,6 +39,16 @@ std::vector<StampSpan> stampRanges(const PicAttributes &a)
         for (const auto &[key, record] : *a.xmpDateInfos)
             ranges.push_back({record.offset, record.data.size()});
     }
+    if (a.IPTCDateCreated) {
+        ranges.push_back({a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData.size()});
+        ranges.push_back({a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData.size()});
+    }
+    // A CR3's movie, track and media header times.
+    for (const auto *time : {&a.QTMvhdCreaDate, &a.QTMvhdModDate})
+        if (*time)
+            ranges.push_back({qint64((*time)->dateOffset), (*time)->dateData.size()});
+    for (const QtTrackTimeRecord &track : a.qtTrackTimes)
+        ranges.push_back({qint64(track.time.dateOffset), track.time.dateData.size()});
     return ranges;
 }
 

@@ -48,6 +48,8 @@ protected:
         for (const auto *stamp : {&a.QTMetaDate, &a.QTMvhdCreaDate, &a.QTMvhdModDate, &a.riffCreaDate})
             if (*stamp)
                 ranges.push_back({qint64((*stamp)->dateOffset), (*stamp)->dateData.size()});
+        for (const QtTrackTimeRecord &track : a.qtTrackTimes)
+            ranges.push_back({qint64(track.time.dateOffset), track.time.dateData.size()});
         return ranges;
     }
 
@@ -166,8 +168,17 @@ TEST_F(MovieSave, AVersion1HeaderTakesItsSixtyFourBitTimesAtTwelveAndTwenty)
     EXPECT_EQ(after.mid(mvhd + 12, 8), be64(aprilTenth + 3600));
     EXPECT_EQ(after.mid(mvhd + 20, 8), be64(aprilTenth + 2 + 3600));
     expectOnlyStampsDiffer(bytes, pic);
-    EXPECT_EQ(exiftoolTags(pic.spPath(), ExiftoolGroups::Family1).string("QuickTime:CreateDate"),
-              "2021:04:10 11:44:00");
+    const ExiftoolTags now = exiftoolTags(pic.spPath(), ExiftoolGroups::Family1);
+    EXPECT_EQ(now.string("QuickTime:CreateDate"), "2021:04:10 11:44:00");
+    // The 64-bit track and media header times follow, each the movie header time it held.
+    ASSERT_EQ(pic.singlePicAttributes.qtTrackTimes.size(), 8u);
+    for (const char *track : {"Track1", "Track2"}) {
+        for (const char *kind : {"Track", "Media"}) {
+            const QString group = QLatin1String(track) + QLatin1Char(':') + QLatin1String(kind);
+            EXPECT_EQ(now.string(group + "CreateDate"), "2021:04:10 11:44:00") << group.toStdString();
+            EXPECT_EQ(now.string(group + "ModifyDate"), "2021:04:10 11:44:02") << group.toStdString();
+        }
+    }
 }
 
 TEST_F(MovieSave, AHeaderOfZerosTakesTheItemsDateAndTheMovieIsDatedByItsHeaderAfterwards)

@@ -3,6 +3,7 @@
 #include "support/BoxBuilder.h"
 
 #include <QList>
+#include <QSize>
 
 #include <optional>
 #include <utility>
@@ -34,9 +35,25 @@ inline QByteArray movieHeader(int version, quint64 creation, quint64 modificatio
     return fullBox("mvhd", quint8(version), times + QByteArray(80, '\0'));
 }
 
-inline QByteArray trackHeader(quint32 width, quint32 height)
+inline QByteArray headerTimes(int version, quint64 creation, quint64 modification)
 {
-    return fullBox("tkhd", 0, QByteArray(72, '\0') + be32(width << 16) + be32(height << 16));
+    return version == 1 ? be64(creation) + be64(modification) : be32(quint32(creation)) + be32(quint32(modification));
+}
+
+// A track header with its times, and the fields between them and the pixel size.
+inline QByteArray trackHeader(quint32 width, quint32 height, int version = 0, quint64 creation = 0,
+                              quint64 modification = 0)
+{
+    return fullBox("tkhd", quint8(version), headerTimes(version, creation, modification)
+                                                + QByteArray(version == 1 ? 68 : 64, '\0') + be32(width << 16)
+                                                + be32(height << 16));
+}
+
+// A media box holding its media header: times, time scale, duration, language and quality.
+inline QByteArray media(int version, quint64 creation, quint64 modification)
+{
+    return box("mdia", fullBox("mdhd", quint8(version), headerTimes(version, creation, modification) + be32(600)
+                                                            + QByteArray(version == 1 ? 12 : 8, '\0')));
 }
 
 inline QByteArray dataBox(const QByteArray &value) { return box("data", be32(1) + be32(0) + value); }
@@ -69,7 +86,12 @@ inline QByteArray movie(const MovieShape &shape)
                     + fullBox("meta", 0, box("hdlr", QByteArray(24, '\0'))
                                              + box("ilst", box(xyz, dataBox(shape.itemListLocation)))));
     QByteArray moov = shape.times ? movieHeader(shape.version, shape.times->first, shape.times->second) : QByteArray();
-    moov += box("trak", trackHeader(0, 0)) + box("trak", trackHeader(1440, 1080)) + metadata(entries) + userData;
+    // The tracks hold the movie header's times, as cameras write them.
+    const auto [creation, modification] = shape.times.value_or(std::pair(0ull, 0ull));
+    for (const QSize size : {QSize(0, 0), QSize(1440, 1080)})
+        moov += box("trak", trackHeader(quint32(size.width()), quint32(size.height()), shape.version, creation, modification)
+                                + media(shape.version, creation, modification));
+    moov += metadata(entries) + userData;
     const QByteArray head = shape.ftyp ? box("ftyp", QByteArray("qt  ") + be32(0)) : QByteArray();
     return head + box("mdat", QByteArray(64, '\x5a')) + box("moov", moov);
 }
