@@ -240,7 +240,11 @@ TEST_F(TimelineInteractionTest, ACompoundFolderMovesItsMembersByTheSameDifferenc
     MySinglePic *other = addPic(member, "m1.jpg", 7200);
     member.setSfDateModificationsFromTimeInterval(60, false);
     const QList<MySinglePic *> source = strip();
-    const TimelineDrag drag = TimelineDrag::of(source, first, {}, {&late, &member});
+    const TimelineDrag drag = [&] {
+        TimelineDrag compound = TimelineDrag::of(source, first, {}, {&late, &member});
+        compound.folders = {&late, &member};
+        return compound;
+    }();
 
     ASSERT_EQ(TimelineDrop::moveMainTo(changes, drag, tenAm.secondsSinceEpoch() + 10), DateChangeResult::Changed);
     EXPECT_EQ(at(first), 10);
