@@ -4,6 +4,7 @@
 // folder among the other's photos before anything changes, and the release sets the offset.
 
 #include "WindowFixture.h"
+#include "support/QtPrinters.h"
 
 #include "app/TimelineDrop.h"
 #include "core/MySinglePic.h"
@@ -32,7 +33,7 @@ protected:
             tags.make = QByteArray("Canon");
             tags.model = QByteArray("Canon EOS R6");
             tags.dateTimeOriginal = Stamp::text(stamps[n]);
-            buildJpeg({.exif = tags}).write(folder, QStringLiteral("%1_%2.jpg").arg(name).arg(n + 1));
+            buildJpeg({.exif = tags}).write(folder, QStringLiteral("%1_%2").arg(name).arg(n + 1));
         }
         return folder;
     }
