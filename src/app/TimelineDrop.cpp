@@ -402,6 +402,10 @@ std::optional<DropOutcome> dropOutcome(const QList<MySinglePic *> &source, const
         outcome.rule = !place.atOuterEdge                   ? DropOutcome::Rule::Halfway
                        : place.type == DropType::LeftGap ? DropOutcome::Rule::BeyondFirst
                                                          : DropOutcome::Rule::BeyondLast;
+        if (place.type == DropType::LeftGap)
+            outcome.neighbour = place.gapLeft ? place.gapLeft : source.value(place.index - 1);
+        else
+            outcome.neighbour = place.gapRight ? place.gapRight : source.value(place.index + 1);
         break;
     }
     return outcome;

@@ -189,6 +189,8 @@ struct DropOutcome
     Rule rule = Rule::AfterTarget;
     double outerEdgeGap = 0.0;
     const MySinglePic *target = nullptr;
+    // The other item of a gap: the date is halfway to it.
+    const MySinglePic *neighbour = nullptr;
     qsizetype spreadCount = 0;
 };
 // The zone an item's dates are shown and typed in: its folder's target zone for it, else the

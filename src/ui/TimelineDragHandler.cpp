@@ -96,7 +96,7 @@ QString ruleText(const DropOutcome &outcome, const DropPlace &place)
         text = TimelineDragHandler::tr("Right half: 1 s after %1").arg(nameOf(outcome.target));
         break;
     case Rule::Halfway:
-        text = TimelineDragHandler::tr("Gap: halfway from %1 to its neighbour").arg(nameOf(outcome.target));
+        text = TimelineDragHandler::tr("Gap: halfway between %1 and %2").arg(nameOf(outcome.target), nameOf(outcome.neighbour));
         break;
     case Rule::BeyondFirst:
         text = TimelineDragHandler::tr("%1 before the first item (Up, Down: other gaps)").arg(gapText(outcome.outerEdgeGap));
@@ -177,22 +177,27 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
         const auto *mouse = static_cast<QMouseEvent *>(event);
         m_pressPoint = mouse->position();
         MySinglePic *pic = m_view.picAtPoint(m_pressPoint);
-        m_pressed = mouse->button() == Qt::LeftButton && !(mouse->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier))
-                            && canMoveDatesOf(pic)
-                        ? pic
-                        : nullptr;
+        const bool plain = mouse->button() == Qt::LeftButton
+                           && !(mouse->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier));
+        m_pressed = plain && canMoveDatesOf(pic) ? pic : nullptr;
+        m_pressRefusal = plain && pic && !m_pressed ? whyDatesCannotMove(*pic) : QString();
         break;
     }
     case QEvent::MouseMove: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         m_pointer = mouse->position();
         m_modifiers = mouse->modifiers();
-        if (!m_dragging && m_pressed && (mouse->buttons() & Qt::LeftButton)
-            && (std::abs(m_pointer.x() - m_pressPoint.x()) >= dragThreshold
-                || std::abs(m_pointer.y() - m_pressPoint.y()) >= dragThreshold))
+        const bool beyondThreshold = (mouse->buttons() & Qt::LeftButton)
+                                     && (std::abs(m_pointer.x() - m_pressPoint.x()) >= dragThreshold
+                                         || std::abs(m_pointer.y() - m_pressPoint.y()) >= dragThreshold);
+        if (!m_dragging && m_pressed && beyondThreshold)
             beginDrag();
-        if (!m_dragging)
+        if (!m_dragging) {
+            // A drag that cannot move this item's dates says why.
+            if (beyondThreshold && !m_pressRefusal.isEmpty())
+                showLabelAtPointer(m_pressRefusal);
             break;
+        }
         updatePlace();
         return true;
     }
@@ -209,6 +214,8 @@ bool TimelineDragHandler::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::MouseButtonRelease:
         m_pressed = nullptr;
+        m_pressRefusal.clear();
+        m_pointerLabel->hide();
         if (!m_dragging)
             break;
         endDrag(true);
@@ -223,6 +230,18 @@ bool TimelineDragHandler::canMoveDatesOf(const MySinglePic *pic) const
 {
     return pic && m_view.strip().isRaised(*pic) && MySingleFolder::of(*pic) && !MySingleFolder::of(*pic)->isEXIFIgnored()
            && !m_changes.isBlocked();
+}
+
+QString TimelineDragHandler::whyDatesCannotMove(const MySinglePic &pic) const
+{
+    if (m_changes.isBlocked())
+        return tr("Dates are locked while the save runs");
+    if (!MySingleFolder::of(pic) || MySingleFolder::of(pic)->isEXIFIgnored())
+        return dropRefusalText(DropRefusal::NoDates);
+    // Beside the raised folders a press in single mode draws a rectangle instead.
+    if (!m_view.strip().isRaised(pic) && !TimelineSelection::isSingleMode(&pic))
+        return tr("This folder is not raised: drag a raised item onto it, or double-click to raise it");
+    return {};
 }
 
 TimelineDrag TimelineDragHandler::dragOfSelection(MySinglePic *pressed) const
@@ -384,6 +403,11 @@ void TimelineDragHandler::showPointerLabel(DropRefusal refusal)
         text = change + QLatin1Char('\n') + ruleText(*outcome, m_place);
     } else
         text = dropRefusalText(refusal);
+    showLabelAtPointer(text);
+}
+
+void TimelineDragHandler::showLabelAtPointer(const QString &text)
+{
     if (text.isEmpty()) {
         m_pointerLabel->hide();
         return;

@@ -81,6 +81,9 @@ private:
     // The strip shows the moving items at the place's dates, the target kept where it stood.
     void showPreview();
     void showPointerLabel(DropRefusal refusal);
+    void showLabelAtPointer(const QString &text);
+    // Why a press on this item starts no date move; empty where nothing needs saying.
+    QString whyDatesCannotMove(const MySinglePic &pic) const;
     void endDrag(bool drop);
     bool liveMoveKey(const QKeyEvent &event);
     // The arrow at the place: over the gap or the half of the target, through both rows when
@@ -95,6 +98,7 @@ private:
     QPointF m_pressPoint, m_pointer;
     Qt::KeyboardModifiers m_modifiers;
     MySinglePic *m_pressed = nullptr;
+    QString m_pressRefusal;
     bool m_dragging = false;
     QList<MySinglePic *> m_source;
     TimelineDrag m_drag;
