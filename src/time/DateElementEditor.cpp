@@ -52,8 +52,7 @@ DateElementEditor::DateElementEditor(TimeZone zone, Instant value) : m_zone(std:
 void DateElementEditor::setDateValue(Instant value)
 {
     m_value = Instant(value.wholeSeconds());
-    m_shown = m_zone.localCivil(m_value);
-    m_shown.fraction = 0.0;
+    showValue();
     m_sourceValue = m_value;
     m_changedUnit.reset();
     m_undo.clear();
@@ -279,8 +278,7 @@ DateElementEditor::Result DateElementEditor::applyShown(Unit unit)
 {
     const Instant next = m_zone.instantFromLocalCivil(m_shown);
     if (next < m_minDate || next > m_maxDate) {
-        m_shown = m_zone.localCivil(m_value);
-        m_shown.fraction = 0.0;
+        showValue();
         return Result::Refused;
     }
     if (m_changedUnit && *m_changedUnit != unit)
@@ -290,9 +288,14 @@ DateElementEditor::Result DateElementEditor::applyShown(Unit unit)
     m_changedUnit = unit;
     if (changed)
         m_redo.clear();
+    showValue();
+    return changed ? Result::Changed : Result::Unchanged;
+}
+
+void DateElementEditor::showValue()
+{
     m_shown = m_zone.localCivil(m_value);
     m_shown.fraction = 0.0;
-    return changed ? Result::Changed : Result::Unchanged;
 }
 
 void DateElementEditor::endEntry()
@@ -316,8 +319,7 @@ DateElementEditor::Result DateElementEditor::clearValue()
     if (m_changedUnit == wholeDate) {
         // The whole date typed ends here; one that is no date is refused as a whole.
         if (!isValidCivil(m_shown)) {
-            m_shown = m_zone.localCivil(m_value);
-            m_shown.fraction = 0.0;
+            showValue();
             result = Result::Refused;
         }
         saveCurrentValueAsUndoable();
@@ -348,8 +350,7 @@ DateElementEditor::Result DateElementEditor::undo()
     m_undo.pop_back();
     m_redo.push_back({m_value, step.unit});
     m_value = m_sourceValue = step.before;
-    m_shown = m_zone.localCivil(m_value);
-    m_shown.fraction = 0.0;
+    showValue();
     return Result::Changed;
 }
 
@@ -361,8 +362,7 @@ DateElementEditor::Result DateElementEditor::redo()
     m_redo.pop_back();
     m_undo.push_back({m_value, step.unit});
     m_value = m_sourceValue = step.before;
-    m_shown = m_zone.localCivil(m_value);
-    m_shown.fraction = 0.0;
+    showValue();
     return Result::Changed;
 }
 

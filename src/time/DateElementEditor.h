@@ -85,6 +85,8 @@ private:
     // The shown wall clock as the value, when it is a date and inside the bounds.
     Result applyShown(Unit unit);
     void saveCurrentValueAsUndoable();
+    // The value's wall clock becomes what the field shows.
+    void showValue();
     void endEntry();
 
     TimeZone m_zone;
