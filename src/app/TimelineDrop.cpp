@@ -4,6 +4,7 @@
 #include "folders/MySingleFolder.h"
 #include "selection/PicSource.h"
 
+#include <QObject>
 #include <QSet>
 
 #include <algorithm>
@@ -31,18 +32,19 @@ double dragGapOuterEdgesSeconds(qint64 index)
 }
 
 TimelineDrag TimelineDrag::of(const QList<MySinglePic *> &source, MySinglePic *main,
-                              const QList<MySinglePic *> &multiSelection, const QList<MySingleFolder *> &raised)
+                              const QList<MySinglePic *> &multiSelection, const QList<const MySingleFolder *> &raised)
 {
     TimelineDrag drag;
     drag.main = main;
-    drag.folders = raised.isEmpty() ? QList<MySingleFolder *>{MySingleFolder::of(*main)} : raised;
+    drag.folders = {MySingleFolder::of(*main)};
+    drag.raised = raised;
     if (!drag.isFolderMode() && multiSelection.size() < 2) {
         drag.moving = {main};
         return drag;
     }
     const QSet<MySinglePic *> selected(multiSelection.cbegin(), multiSelection.cend());
     for (MySinglePic *pic : source)
-        if (drag.isFolderMode() ? drag.isRaised(pic) : selected.contains(pic))
+        if (drag.isFolderMode() ? drag.isOfMovingFolder(pic) : selected.contains(pic))
             drag.moving.append(pic);
     return drag;
 }
@@ -52,10 +54,31 @@ bool TimelineDrag::isFolderMode() const
     return MySingleFolder::of(*main) && MySingleFolder::of(*main)->sfEditMode == MySingleFolder::EditTogether;
 }
 
+bool TimelineDrag::isOfMovingFolder(const MySinglePic *pic) const
+{
+    return folders.contains(MySingleFolder::of(*pic));
+}
+
 bool TimelineDrag::isRaised(const MySinglePic *pic) const
 {
-    return std::any_of(folders.cbegin(), folders.cend(),
-                       [pic](const MySingleFolder *folder) { return folder == MySingleFolder::of(*pic); });
+    return raised.isEmpty() || raised.contains(MySingleFolder::of(*pic));
+}
+
+QString dropRefusalText(DropRefusal refusal)
+{
+    switch (refusal) {
+    case DropRefusal::OwnFolder:
+        return QObject::tr("Same folder: its items move together; drop on another folder’s item");
+    case DropRefusal::OwnSelection:
+        return QObject::tr("Over the items that move: drop beside another item");
+    case DropRefusal::NoDates:
+        return QObject::tr("This folder keeps no dates");
+    case DropRefusal::NoRoomToSpread:
+        return QObject::tr("No gap here to spread the selection into");
+    case DropRefusal::None:
+        break;
+    }
+    return {};
 }
 
 namespace {
@@ -138,14 +161,23 @@ DropHit dropHitAt(const StripMetrics &metrics, const QList<MySinglePic *> &sourc
 }
 
 DropPlace findDropPlace(const QList<MySinglePic *> &source, const TimelineDrag &drag, qsizetype hitIndex,
-                        DropZone zone, bool spreading, bool onlyIfDoubleHeight)
+                        DropZone zone, bool spreading, bool onlyIfDoubleHeight, DropRefusal *refusal)
 {
+    DropRefusal ignored;
+    DropRefusal &why = refusal ? *refusal : ignored;
+    why = DropRefusal::None;
     if (hitIndex < 0 || hitIndex >= source.size())
         return {};
     const MySinglePic *target = source[hitIndex];
-    // Over its own group the drag has no place.
-    if (isIgnored(target) || (drag.isFolderMode() ? drag.isRaised(target) : drag.isMoving(target)))
+    if (isIgnored(target)) {
+        why = DropRefusal::NoDates;
         return {};
+    }
+    // Over its own group the drag has no place.
+    if (drag.isMoving(target)) {
+        why = drag.isFolderMode() ? DropRefusal::OwnFolder : DropRefusal::OwnSelection;
+        return {};
+    }
 
     DropPlace place;
     place.type = typeOfZone(zone, spreading && drag.canSpread());
@@ -156,28 +188,30 @@ DropPlace findDropPlace(const QList<MySinglePic *> &source, const TimelineDrag &
         neighbourIndex >= 0 && neighbourIndex < source.size() ? source[neighbourIndex] : nullptr;
     bool isCollapsed = false;
     if (!neighbour) {
-        if (isSpread(place.type))
+        if (isSpread(place.type)) {
+            why = DropRefusal::NoRoomToSpread;
             return {};
+        }
         place.atOuterEdge = isGap(place.type);
     } else if (isIgnored(neighbour) && (isGap(place.type) || isSpread(place.type))) {
+        why = DropRefusal::NoDates;
         return {};
     } else if (drag.isMoving(neighbour)) {
-        if (isSpread(place.type))
+        // A folder moves as a whole and cannot fall between its own items.
+        if (isSpread(place.type)) {
+            why = DropRefusal::NoRoomToSpread;
             return {};
-        isCollapsed = isGap(place.type);
-    } else if (MySingleFolder::of(*neighbour) != MySingleFolder::of(*target)
-               && (drag.isRaised(neighbour) || drag.isRaised(target))) {
-        // One cannot fall between two folders that move as wholes; single items stand at two
-        // heights, and the arrows show both.
-        if (drag.isFolderMode()) {
-            isCollapsed = isGap(place.type);
-        } else {
-            place.needsDoubleHeightArrows = true;
-            place.isLeftOneUp = drag.isRaised(neighbourOnLeft ? neighbour : target);
         }
+        isCollapsed = isGap(place.type);
+    } else if (!drag.isFolderMode() && MySingleFolder::of(*neighbour) != MySingleFolder::of(*target)
+               && drag.isRaised(neighbour) != drag.isRaised(target)) {
+        // The two items stand at two heights, and the arrows show both.
+        place.needsDoubleHeightArrows = true;
+        place.isLeftOneUp = drag.isRaised(neighbourOnLeft ? neighbour : target);
     }
     if (isCollapsed)
         place.type = collapsed(place.type);
+    place.isCollapsed = isCollapsed;
     if (onlyIfDoubleHeight && !place.needsDoubleHeightArrows && !isCollapsed)
         return {};
 
@@ -247,25 +281,58 @@ DateChangeResult TimelineDrop::perform(DateChanges &changes, const DropPlace &pl
     return moveMainTo(changes, m_drag, *second, mergeKey);
 }
 
-DropPreview TimelineDrop::preview(const DropPlace &place, const PicSource &sorter, qsizetype visibleCount) const
+bool TimelineDrop::setPreviewDates(const DropPlace &place) const
 {
     endPreview();
     if (place.type == DropType::Spread) {
         const std::optional<double> from = timelineSecond(place.gapLeft ? place.gapLeft : at(place.index));
         const std::optional<double> to = timelineSecond(place.gapRight ? place.gapRight : at(place.index + 1));
         if (!from || !to)
-            return {};
+            return false;
         for (qsizetype i = 0; i < m_drag.moving.size(); ++i)
             m_drag.moving[i]->tempTimeDuringLiveMod =
                 DateChanges::spreadDate(i, m_drag.moving.size(), Instant(*from), Instant(*to));
-    } else {
-        const std::optional<double> difference = previewDifference(place);
-        if (!difference)
-            return {};
-        for (MySinglePic *pic : m_drag.moving)
-            if (const OptionalDate date = pic->spDateTimeModified_sort())
-                pic->tempTimeDuringLiveMod = date->addingSeconds(*difference);
+        return true;
     }
+    const std::optional<double> difference = previewDifference(place);
+    if (!difference)
+        return false;
+    setPreviewDatesByDifference(*difference);
+    return true;
+}
+
+void TimelineDrop::setPreviewDatesByDifference(double difference) const
+{
+    for (MySinglePic *pic : m_drag.moving)
+        if (const OptionalDate date = pic->spDateTimeModified_sort())
+            pic->tempTimeDuringLiveMod = date->addingSeconds(difference);
+}
+
+QList<MySinglePic *> TimelineDrop::previewStrip(const DropPlace &place, const PicSource &sorter) const
+{
+    if (!setPreviewDates(place))
+        return {};
+    QList<MySinglePic *> order = m_source;
+    sorter.sortedByPreviewDates(order);
+    return order;
+}
+
+QList<MySinglePic *> TimelineDrop::previewStripForSecond(double second, const PicSource &sorter) const
+{
+    endPreview();
+    const std::optional<double> present = timelineSecond(m_drag.main);
+    if (!present)
+        return {};
+    setPreviewDatesByDifference(second - *present);
+    QList<MySinglePic *> order = m_source;
+    sorter.sortedByPreviewDates(order);
+    return order;
+}
+
+DropPreview TimelineDrop::preview(const DropPlace &place, const PicSource &sorter, qsizetype visibleCount) const
+{
+    if (!setPreviewDates(place))
+        return {};
 
     DropPreview preview{.order = m_drag.moving};
     const double target = timelineSecond(at(place.index)).value_or(0.0);
@@ -291,6 +358,57 @@ void TimelineDrop::endPreview() const
 {
     for (MySinglePic *pic : m_drag.moving)
         pic->tempTimeDuringLiveMod.reset();
+}
+
+TimeZone dateZoneOf(const MySinglePic &pic)
+{
+    const MySingleFolder *folder = MySingleFolder::of(pic);
+    const std::optional<TimeZone> zone = folder ? folder->targetTimeZoneForPic(pic) : std::nullopt;
+    return zone ? *zone : TimeZone::systemZone();
+}
+
+std::optional<DropOutcome> dropOutcome(const QList<MySinglePic *> &source, const TimelineDrag &drag,
+                                       const DropPlace &place, double outerEdgeGap)
+{
+    const TimelineDrop drop(source, drag, outerEdgeGap);
+    DropOutcome outcome;
+    outcome.isFolderOffset = drag.isFolderMode();
+    outcome.outerEdgeGap = outerEdgeGap;
+    outcome.target = place.index >= 0 && place.index < source.size() ? source[place.index] : nullptr;
+    if (place.type == DropType::Spread) {
+        const std::optional<double> from = timelineSecond(place.gapLeft ? place.gapLeft : outcome.target);
+        if (!from)
+            return std::nullopt;
+        outcome.rule = DropOutcome::Rule::Spread;
+        outcome.newDate = Instant(*from);
+        outcome.spreadCount = drag.moving.size();
+        return outcome;
+    }
+    const std::optional<double> second = drop.mainSecondAt(place);
+    const std::optional<double> present = timelineSecond(drag.main);
+    const OptionalDate original = drag.main->spDateTimeOriginal_sort();
+    if (!second || !present || !original)
+        return std::nullopt;
+    outcome.newDate = Instant(*second);
+    outcome.change = drag.isFolderMode() ? *second - original->wholeSeconds() : *second - *present;
+    switch (place.type) {
+    case DropType::LeftHalf:
+        outcome.rule = DropOutcome::Rule::BeforeTarget;
+        break;
+    case DropType::RightHalf:
+        outcome.rule = DropOutcome::Rule::AfterTarget;
+        break;
+    default:
+        outcome.rule = !place.atOuterEdge                   ? DropOutcome::Rule::Halfway
+                       : place.type == DropType::LeftGap ? DropOutcome::Rule::BeyondFirst
+                                                         : DropOutcome::Rule::BeyondLast;
+        if (place.type == DropType::LeftGap)
+            outcome.neighbour = place.gapLeft ? place.gapLeft : source.value(place.index - 1);
+        else
+            outcome.neighbour = place.gapRight ? place.gapRight : source.value(place.index + 1);
+        break;
+    }
+    return outcome;
 }
 
 DateChangeResult TimelineDrop::moveMainTo(DateChanges &changes, const TimelineDrag &drag, double second,

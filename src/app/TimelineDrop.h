@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "time/TimeZone.h"
 
 #include <QList>
 #include <QString>
@@ -36,6 +37,8 @@ struct DropPlace
     bool atOuterEdge = false;
     // Target and neighbour stand at different heights (two folders in single mode).
     bool needsDoubleHeightArrows = false;
+    // A gap that cannot take the dragged items fell onto the target's half beside it.
+    bool isCollapsed = false;
     bool isLeftOneUp = false;
     // The gap's two items when a keyboard move found them among the items not moving; the items
     // at index and index + 1 otherwise.
@@ -45,21 +48,31 @@ struct DropPlace
     bool isValid() const { return type != DropType::None; }
 };
 
+// Why the pointer's place takes no drop, for the user; None where it does or nothing is under it.
+enum class DropRefusal { None, OwnFolder, OwnSelection, NoDates, NoRoomToSpread };
+QString dropRefusalText(DropRefusal refusal);
+
 // What one drag moves: the main item, the items moving with it in timeline order, and the folders
-// a drop in folder mode gives an offset (the members of a compound folder, else the main item's).
+// a drop in folder mode gives an offset (the main item's own; a caller may name a compound
+// folder's members, which then keep their distances). `raised` are the folders standing raised on
+// the strip (none: all of them), which only decides where items stand.
 struct TimelineDrag
 {
     MySinglePic *main = nullptr;
     QList<MySinglePic *> moving;
     QList<MySingleFolder *> folders;
+    QList<const MySingleFolder *> raised;
 
-    // In folder mode every visible item of the raised folders moves; in single mode the
-    // multi-selection when it has two or more items, else the main item.
+    // In folder mode every visible item of the main item's folder moves, so that in a view of
+    // several folders an item dropped on another folder's item moves its own folder; in single
+    // mode the multi-selection when it has two or more items, else the main item.
     static TimelineDrag of(const QList<MySinglePic *> &source, MySinglePic *main,
-                           const QList<MySinglePic *> &multiSelection, const QList<MySingleFolder *> &raised);
+                           const QList<MySinglePic *> &multiSelection, const QList<const MySingleFolder *> &raised);
 
     bool isFolderMode() const;
-    bool isMoving(const MySinglePic *pic) const { return isFolderMode() ? isRaised(pic) : moving.contains(pic); }
+    bool isMoving(const MySinglePic *pic) const { return isFolderMode() ? isOfMovingFolder(pic) : moving.contains(pic); }
+    bool isOfMovingFolder(const MySinglePic *pic) const;
+    // Raised on the strip: the upper row.
     bool isRaised(const MySinglePic *pic) const;
     // Spreading needs single mode and two or more items.
     bool canSpread() const { return !isFolderMode() && moving.size() >= 2; }
@@ -95,8 +108,10 @@ DropHit dropHitAt(const StripMetrics &metrics, const QList<MySinglePic *> &sourc
 // The neighbour tests of a drag over the strip: which place the pointer's thumbnail and zone give,
 // with the collapse onto the target when the gap cannot hold the dragged items. Spreading, asked
 // for by the keys, counts only where the drag can spread.
+// refusal, when given, tells why a hit thumbnail gives no place.
 DropPlace findDropPlace(const QList<MySinglePic *> &source, const TimelineDrag &drag, qsizetype hitIndex,
-                        DropZone zone, bool spreading, bool onlyIfDoubleHeight = false);
+                        DropZone zone, bool spreading, bool onlyIfDoubleHeight = false,
+                        DropRefusal *refusal = nullptr);
 
 // What a strip shows while a place is previewed: the moving items at their temporary dates among
 // the items around the place, in timeline order, and where the main item stands among them.
@@ -130,6 +145,11 @@ public:
     // items up to the first one two seconds or more from the target and half of visibleCount
     // beyond it. The preview's own sort by its dates; an empty preview without a place.
     DropPreview preview(const DropPlace &place, const PicSource &sorter, qsizetype visibleCount) const;
+    // The whole strip as the place would order it: the moving items at their temporary dates
+    // among all others (the strip's temporary source). Empty without a place.
+    QList<MySinglePic *> previewStrip(const DropPlace &place, const PicSource &sorter) const;
+    // The same for a date typed for the main item (the date popover).
+    QList<MySinglePic *> previewStripForSecond(double second, const PicSource &sorter) const;
     // The moving items lose their temporary dates.
     void endPreview() const;
 
@@ -140,8 +160,9 @@ public:
 
 private:
     const MySinglePic *at(qsizetype index) const;
-    // Spreading's dates: evenly inside the gap, as the drop lays them.
-    bool setSpreadPreviewDates(const DropPlace &place) const;
+    // Gives the moving items the temporary dates of the place; false without a place.
+    bool setPreviewDates(const DropPlace &place) const;
+    void setPreviewDatesByDifference(double difference) const;
 
     const QList<MySinglePic *> &m_source;
     const TimelineDrag &m_drag;
@@ -155,5 +176,28 @@ double dragGapOuterEdgesSeconds(qint64 index);
 
 // The floor of the second an item stands at on the timeline; none without a date.
 std::optional<double> timelineSecond(const MySinglePic *pic);
+
+// What a drop at a place means, for the label at the pointer: the main item's new date, the
+// change it makes (the folder's new offset in folder mode, the items' move in single mode) and
+// how the place gives the date.
+struct DropOutcome
+{
+    enum class Rule { BeforeTarget, AfterTarget, Halfway, BeyondFirst, BeyondLast, Spread };
+    Instant newDate;
+    double change = 0.0;
+    bool isFolderOffset = false;
+    Rule rule = Rule::AfterTarget;
+    double outerEdgeGap = 0.0;
+    const MySinglePic *target = nullptr;
+    // The other item of a gap: the date is halfway to it.
+    const MySinglePic *neighbour = nullptr;
+    qsizetype spreadCount = 0;
+};
+// The zone an item's dates are shown and typed in: its folder's target zone for it, else the
+// computer's.
+TimeZone dateZoneOf(const MySinglePic &pic);
+
+std::optional<DropOutcome> dropOutcome(const QList<MySinglePic *> &source, const TimelineDrag &drag,
+                                       const DropPlace &place, double outerEdgeGap);
 
 } // namespace orv

@@ -102,6 +102,11 @@ public:
     // empty outside a preview and wherever the present date stands.
     OptionalDate tempTimeDuringLiveMod;
     double tempMoveDateByDuringLiveMod = 0.0;
+    // Where the item stands on a timeline: its preview date while a preview runs.
+    OptionalDate tempTimeDuringLiveModCompleted() const
+    {
+        return tempTimeDuringLiveMod ? tempTimeDuringLiveMod : spDateTimeModified_sort();
+    }
 
     // --- Location ---
     std::optional<double> gpsLat, gpsLong;

@@ -37,9 +37,7 @@ void PicSource::sortedThumbsArray(QList<MySinglePic *> &pics) const
 
 void PicSource::sortedByPreviewDates(QList<MySinglePic *> &pics) const
 {
-    const auto date = [](const MySinglePic *pic) {
-        return pic->tempTimeDuringLiveMod ? pic->tempTimeDuringLiveMod : pic->spDateTimeModified_sort();
-    };
+    const auto date = [](const MySinglePic *pic) { return pic->tempTimeDuringLiveModCompleted(); };
     std::stable_sort(pics.begin(), pics.end(), [this, &date](const MySinglePic *a, const MySinglePic *b) {
         return sortsBefore(*a, date(a), *b, date(b));
     });

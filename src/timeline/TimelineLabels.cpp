@@ -109,7 +109,7 @@ QList<TimelineLabel> TimelineLabels::addDateTimeLayers(const QList<MySinglePic *
                 labels.append({i, QStringLiteral("# %1").arg(i + 1), QStringLiteral("# %1").arg(i + 1), {}});
             continue;
         }
-        const OptionalDate date = pic.spDateTimeModified_sort();
+        const OptionalDate date = pic.tempTimeDuringLiveModCompleted();
         if (!date)
             continue;
         const Components now = componentsOf(*date, m_zone);
@@ -139,12 +139,12 @@ TimelineLabels::LabelKinds TimelineLabels::labelKindsAt(const QList<MySinglePic 
                                                        DateDisplayMode mode) const
 {
     const MySinglePic &pic = *source.at(i);
-    const OptionalDate date = pic.spDateTimeModified_sort();
+    const OptionalDate date = pic.tempTimeDuringLiveModCompleted();
     if (!date || ignoresDates(pic))
         return {};
     const Components now = componentsOf(*date, m_zone);
     const MySinglePic *left = i > 0 ? source.at(i - 1) : nullptr;
-    const OptionalDate leftDate = left ? left->spDateTimeModified_sort() : std::nullopt;
+    const OptionalDate leftDate = left ? left->tempTimeDuringLiveModCompleted() : std::nullopt;
     const std::optional<Components> before =
         leftDate && !ignoresDates(*left) ? std::optional(componentsOf(*leftDate, m_zone)) : std::nullopt;
     const bool dayDiffers = !before || before->dayNumber != now.dayNumber;
@@ -174,8 +174,8 @@ int TimelineLabels::gapPercent(const MySinglePic &left, const MySinglePic &right
 {
     if (ignoresDates(left) || ignoresDates(right))
         return 0;
-    const OptionalDate a = left.spDateTimeModified_sort();
-    const OptionalDate b = right.spDateTimeModified_sort();
+    const OptionalDate a = left.tempTimeDuringLiveModCompleted();
+    const OptionalDate b = right.tempTimeDuringLiveModCompleted();
     if (!a || !b)
         return 0;
     const Components x = componentsOf(*a, m_zone);

@@ -45,6 +45,7 @@ public:
     // --- Raised folders: theDrawerSelection. Empty: every item stands raised. ---
     void setRaisedFolders(const QSet<const MySingleFolder *> &folders) { m_raised = folders; }
     bool isRaised(const MySinglePic &pic) const;
+    const QSet<const MySingleFolder *> &raisedFolders() const { return m_raised; }
 
     // --- Selection ---
     MySinglePic *picSelection() const { return m_picSelection; }

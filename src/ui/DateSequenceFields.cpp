@@ -1,6 +1,6 @@
 #include "ui/DateSequenceFields.h"
 
-#include "ui/InstantEdit.h"
+#include "ui/OrvelleDatePicker.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -13,7 +13,7 @@ namespace orv {
 
 DateSequenceFields::DateSequenceFields(TimeZone zone, QWidget *parent)
     : QWidget(parent),
-      m_start(new InstantEdit(std::move(zone), this)),
+      m_start(new OrvelleDatePicker(std::move(zone), this)),
       m_step(new QSpinBox(this)),
       m_unit(new QComboBox(this))
 {
@@ -35,12 +35,12 @@ DateSequenceFields::DateSequenceFields(TimeZone zone, QWidget *parent)
 
 void DateSequenceFields::setValues(Instant start, qint64 stepValue, qint64 stepKind)
 {
-    m_start->setInstant(start);
+    m_start->setDateValue(start);
     m_step->setValue(int(std::clamp<qint64>(stepValue, m_step->minimum(), m_step->maximum())));
     m_unit->setCurrentIndex(std::max(0, m_unit->findData(int(std::clamp<qint64>(stepKind, Seconds, Hours)))));
 }
 
-Instant DateSequenceFields::start() const { return m_start->instant(); }
+Instant DateSequenceFields::start() const { return m_start->dateValue(); }
 
 qint64 DateSequenceFields::stepValue() const { return m_step->value(); }
 

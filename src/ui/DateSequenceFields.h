@@ -10,7 +10,7 @@ class QSpinBox;
 
 namespace orv {
 
-class InstantEdit;
+class OrvelleDatePicker;
 
 // A start date and a step, as both import sheets ask them: dates handed out one after the
 // other, the first at the start, each next one a step later.
@@ -30,7 +30,7 @@ public:
     void setZeroStepAllowed(bool allowed);
 
 private:
-    InstantEdit *m_start;
+    OrvelleDatePicker *m_start;
     QSpinBox *m_step;
     QComboBox *m_unit;
 };

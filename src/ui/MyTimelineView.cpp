@@ -103,12 +103,14 @@ void MyTimelineView::setTempSource(const QList<MySinglePic *> &tempSource)
 {
     m_strip.setTempSource(tempSource);
     relayout();
+    Q_EMIT visibleRangeChanged();
 }
 
 void MyTimelineView::clearTempSource()
 {
     m_strip.clearTempSource();
     relayout();
+    Q_EMIT visibleRangeChanged();
 }
 
 double MyTimelineView::contentX(double x) const

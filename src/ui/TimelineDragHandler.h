@@ -8,6 +8,7 @@
 #include <QTimer>
 
 class QKeyEvent;
+class QLabel;
 class QPainter;
 class QUndoStack;
 
@@ -19,9 +20,13 @@ class PaintOverlay;
 
 // The mouse moving dates on a strip. A press on a raised item without Shift or Ctrl, once the
 // pointer has gone 5 points, starts a date move: the place under the pointer is found by the
-// neighbour tests, the strip scrolls near its edges, a preview of the place is worked out after
-// 0.05 seconds of calm, and the release drops through the date change owner. The view itself
-// selects on the press; a double click on the selected item or Return opens the date popover.
+// neighbour tests, the strip scrolls near its edges, and the release drops through the date
+// change owner. In a view of several folders ("All Folders" or a compound one) the dragged
+// item's own folder moves. While the drag runs, a label at the pointer tells the new date, the
+// change and the rule of the place (or why there is none), and after 0.05 seconds of calm the
+// strip shows the moving items at their new places (its temporary source; the model is not
+// touched until the drop), the target held still under the pointer. The view itself selects on
+// the press; a double click on the selected item or Return opens the date popover.
 //
 // The keyboard live move: with Ctrl and Alt held (Control and Option), Left and Right move the
 // selection past the next items, with Meta as well into the next gap; letting go of Ctrl or Alt
@@ -37,6 +42,8 @@ public:
 
     bool isDragging() const { return m_dragging; }
     const DropPlace &place() const { return m_place; }
+    // The label at the pointer: the place's outcome or why the drop is refused.
+    const QLabel &pointerLabel() const { return *m_pointerLabel; }
 
 Q_SIGNALS:
     // The moving items carry their temporary dates; the order is the surroundings of the place.
@@ -68,6 +75,15 @@ private:
     // the selection is copied.
     MyTimelineView *otherStripAt(QPointF viewportPoint) const;
     void updatePlace();
+    // The place under the pointer, on the order the strip shows (a preview's order too); refusal
+    // tells why there is none. Over the moving items themselves the present place stands.
+    DropPlace placeAtPointer(DropRefusal &refusal) const;
+    // The strip shows the moving items at the place's dates, the target kept where it stood.
+    void showPreview();
+    void showPointerLabel(DropRefusal refusal);
+    void showLabelAtPointer(const QString &text);
+    // Why a press on this item starts no date move; empty where nothing needs saying.
+    QString whyDatesCannotMove(const MySinglePic &pic) const;
     void endDrag(bool drop);
     bool liveMoveKey(const QKeyEvent &event);
     // The arrow at the place: over the gap or the half of the target, through both rows when
@@ -82,12 +98,15 @@ private:
     QPointF m_pressPoint, m_pointer;
     Qt::KeyboardModifiers m_modifiers;
     MySinglePic *m_pressed = nullptr;
+    QString m_pressRefusal;
     bool m_dragging = false;
     QList<MySinglePic *> m_source;
     TimelineDrag m_drag;
     DropPlace m_place;
     QTimer m_previewTimer;
     PaintOverlay *m_marker;
+    QLabel *m_pointerLabel;
+    bool m_anchoring = false;
     KeyboardLiveMove m_liveMove;
 };
 

@@ -232,6 +232,47 @@ TEST_F(TimelineInteractionTest, InFolderModeADropSetsTheFolderOffsetAndAGapBetwe
     EXPECT_EQ(at(first), 61);
 }
 
+// "All Folders" or several folders on show: every folder stands raised, and a photo dropped on
+// another folder's photo moves its own folder alone; over its own folder the drag says why not.
+TEST_F(TimelineInteractionTest, WithSeveralFoldersRaisedADropOnAnotherFoldersItemMovesOnlyTheDraggedFolder)
+{
+    MySinglePic *e1 = addPic(early, "e1.jpg", 0);
+    MySinglePic *match = addPic(early, "e2.jpg", 60);
+    MySinglePic *first = addPic(late, "l1.jpg", 3600 + 60);
+    addPic(late, "l2.jpg", 3600 + 90);
+    const QList<MySinglePic *> source = strip();
+    const TimelineDrag drag = TimelineDrag::of(source, first, {}, {}); // none named: all raised
+    EXPECT_EQ(drag.moving.size(), 2);
+
+    DropRefusal why = DropRefusal::None;
+    EXPECT_FALSE(findDropPlace(source, drag, 3, DropZone::LeftHalf, false, false, &why).isValid());
+    EXPECT_EQ(why, DropRefusal::OwnFolder);
+    const DropPlace place = findDropPlace(source, drag, 1, DropZone::RightHalf, false, false, &why);
+    ASSERT_TRUE(place.isValid());
+    EXPECT_EQ(why, DropRefusal::None);
+    EXPECT_FALSE(place.needsDoubleHeightArrows) << "all stand in one row";
+
+    const std::optional<DropOutcome> outcome = dropOutcome(source, drag, place, outerGap);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->rule, DropOutcome::Rule::AfterTarget);
+    EXPECT_EQ(outcome->target, match);
+    EXPECT_EQ(outcome->change, -3599) << "the folder's new offset";
+    EXPECT_EQ(outcome->newDate, tenAm.addingSeconds(61));
+    // The gap left of e2 is halfway to e1; the one right of it lies beside the moving folder.
+    const std::optional<DropOutcome> halfway =
+        dropOutcome(source, drag, findDropPlace(source, drag, 1, DropZone::LeftMargin, false), outerGap);
+    ASSERT_TRUE(halfway);
+    EXPECT_EQ(halfway->rule, DropOutcome::Rule::Halfway);
+    EXPECT_EQ(halfway->neighbour, e1);
+    EXPECT_EQ(halfway->newDate, tenAm.addingSeconds(30));
+    EXPECT_TRUE(findDropPlace(source, drag, 1, DropZone::RightMargin, false).isCollapsed);
+
+    ASSERT_EQ(TimelineDrop(source, drag, outerGap).perform(changes, place), DateChangeResult::Changed);
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, -3599);
+    EXPECT_EQ(early.sfDateModificationsTimeInterval, 0);
+    EXPECT_EQ(at(first), at(match) + 1);
+}
+
 TEST_F(TimelineInteractionTest, ACompoundFolderMovesItsMembersByTheSameDifference)
 {
     MySingleFolder member{QStringLiteral("/member"), false};
@@ -240,7 +281,11 @@ TEST_F(TimelineInteractionTest, ACompoundFolderMovesItsMembersByTheSameDifferenc
     MySinglePic *other = addPic(member, "m1.jpg", 7200);
     member.setSfDateModificationsFromTimeInterval(60, false);
     const QList<MySinglePic *> source = strip();
-    const TimelineDrag drag = TimelineDrag::of(source, first, {}, {&late, &member});
+    const TimelineDrag drag = [&] {
+        TimelineDrag compound = TimelineDrag::of(source, first, {}, {&late, &member});
+        compound.folders = {&late, &member};
+        return compound;
+    }();
 
     ASSERT_EQ(TimelineDrop::moveMainTo(changes, drag, tenAm.secondsSinceEpoch() + 10), DateChangeResult::Changed);
     EXPECT_EQ(at(first), 10);

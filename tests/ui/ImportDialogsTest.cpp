@@ -6,7 +6,6 @@
 #include "ui/DateSequenceFields.h"
 #include "ui/EmptyTagOptionsDialog.h"
 #include "ui/ImportErrorsDialog.h"
-#include "ui/InstantEdit.h"
 #include "ui/TemporaryImportOptionsDialog.h"
 
 #include <QCheckBox>
@@ -44,19 +43,6 @@ Widget *field(QWidget &dialog, const char *name)
 }
 
 } // namespace
-
-TEST(InstantEdit, ShowsTheZonesWallClockAndGivesBackTheSameInstant)
-{
-    InstantEdit edit(berlin());
-    const Instant summer = Instant::fromUtc(2024, 7, 1, 8, 0, 5);
-    edit.setInstant(summer);
-    EXPECT_EQ(edit.text(), QStringLiteral("2024-07-01  10:00:05"));
-    EXPECT_EQ(edit.instant(), summer);
-
-    // 02:30 does not exist on the night clocks spring forward; the zone moves it past the gap.
-    edit.setDateTime(QDateTime(QDate(2024, 3, 31), QTime(2, 30), Qt::UTC));
-    EXPECT_EQ(edit.instant(), Instant::fromUtc(2024, 3, 31, 1, 30));
-}
 
 TEST(EmptyTagOptionsDialog, KeepsTheFoldersOtherOptionsAndReturnsTheChosenDates)
 {

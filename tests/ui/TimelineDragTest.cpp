@@ -12,7 +12,6 @@
 #include "ui/TimelineDragHandler.h"
 
 #include <QCoreApplication>
-#include <QDateTimeEdit>
 #include <QKeyEvent>
 #include <QSignalSpy>
 #include <QTest>
@@ -108,10 +107,20 @@ TEST_F(TwoCameras, DroppingOnTheRightHalfOfAPhotoSetsTheFolderOffsetOneSecondAft
     QTest::mouseDClick(viewport, Qt::LeftButton, {}, from);
     auto *popover = view.findChild<TimelineDatePopover *>();
     ASSERT_NE(popover, nullptr);
-    popover->editor()->setDateTime(popover->editor()->dateTime().addSecs(-3599));
+    // An hour back, a second on: the strip previews each step, the model waits.
+    OrvelleDatePicker *field = popover->editor();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right,
+                              Qt::Key_Up})
+        QTest::keyClick(field, key);
+    EXPECT_TRUE(view.strip().hasTempSource());
+    ASSERT_TRUE(l1->tempTimeDuringLiveMod);
+    EXPECT_EQ(l1->tempTimeDuringLiveMod->secondsSince(*e2->spDateTimeModified()), 1);
+    EXPECT_EQ(late.sfDateModificationsTimeInterval, 0);
     EXPECT_EQ(popover->accept(), DateChangeResult::Changed);
     EXPECT_EQ(late.sfDateModificationsTimeInterval, -3599);
-    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.count(), 1) << "the field's own steps stay out of the window's undo";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(view.strip().hasTempSource());
 }
 
 TEST_F(TwoCameras, CtrlAltArrowsMoveTheFolderPastTheOtherCameraAsOneUndoStep)
