@@ -69,6 +69,10 @@ public:
     // The sync pass: every XMP twin of a date slot takes the date the save gave the slot.
     // `infos` were read from the file just now.
     PlannedSave planXmpSync(XmpDateInfos &infos);
+    // The GPS date the save writes, once the item's NEW values are calculated: moved by the
+    // item's offset (the camera clock's error) or set to its new date, by the preference;
+    // nothing when the save leaves the GPS date alone.
+    OptionalDate gpsDateToWrite() const;
 
     // The zone of stamps the file does not have yet: the target zone, else the camera clock its
     // offset tags name, else the computer's.
@@ -96,7 +100,6 @@ private:
                         const QByteArray &bytes);
     void planMovieHeaderTime(PlannedSave &plan, BoxedOptional<MovieStampRecord> &stamp,
                              OptionalDate date, bool correction);
-    OptionalDate movedGpsDate() const;
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.
     std::optional<TimeZone> cameraClock() const;
     TimeZone localZone() const;
