@@ -29,7 +29,7 @@ QString offsetText(double seconds)
 
 QString row(const QString &name, const QString &value)
 {
-    return QStringLiteral("<tr><td><b>%1</b></td><td colspan=3>%2</td></tr>").arg(name.toHtmlEscaped(), value.toHtmlEscaped());
+    return QStringLiteral("<tr><td><b>%1</b></td><td colspan=2>%2</td></tr>").arg(name.toHtmlEscaped(), value.toHtmlEscaped());
 }
 
 } // namespace
@@ -86,16 +86,17 @@ void InfoView::showPic(MySinglePic *pic)
     if (pic->hasLocationChange())
         html += row(QString(), tr("changed; a save writes it into the file"));
 
-    html += QStringLiteral("<tr><td colspan=4><br><b>%1</b></td></tr>").arg(tr("Dates in the file").toHtmlEscaped());
-    html += QStringLiteral("<tr><td></td><td><i>%1</i></td><td><i>%2</i></td><td></td></tr>")
+    html += QStringLiteral("<tr><td colspan=3><br><b>%1</b></td></tr>").arg(tr("Dates in the file").toHtmlEscaped());
+    html += QStringLiteral("<tr><td></td><td><i>%1</i></td><td><i>%2</i></td></tr>")
                 .arg(tr("now").toHtmlEscaped(), tr("after a save").toHtmlEscaped());
     const SaveSettings settings = SaveSettings::fromPreferences(m_prefs, currentInstant());
     for (const SavedDate &date : PreSaveSummary::datesOf(*pic, settings)) {
         const TimeZone shownIn = date.slot == SavedDate::GpsTime ? TimeZone::utc() : zone;
-        html += QStringLiteral("<tr><td><b>%1</b></td><td>%2</td><td>%3</td><td><i>%4</i></td></tr>")
+        html += QStringLiteral("<tr><td><b>%1</b></td><td nowrap>%2</td><td nowrap>%3</td></tr>")
                     .arg(date.slotName().toHtmlEscaped(), DateDisplay::localDateTime(date.oldDate, shownIn).toHtmlEscaped(),
-                         (date.changes() ? DateDisplay::localDateTime(date.newDate, shownIn) : tr("unchanged")).toHtmlEscaped(),
-                         date.ruleText().toHtmlEscaped());
+                         (date.changes() ? DateDisplay::localDateTime(date.newDate, shownIn) : tr("unchanged")).toHtmlEscaped());
+        if (!date.ruleText().isEmpty())
+            html += QStringLiteral("<tr><td></td><td colspan=2><i>%1</i></td></tr>").arg(date.ruleText().toHtmlEscaped());
     }
     html += QStringLiteral("</table>");
     m_label->setText(html);

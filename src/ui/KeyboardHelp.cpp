@@ -85,7 +85,7 @@ KeyboardHelp::KeyboardHelp(const QMenuBar &menus, QWidget *parent) : QDialog(par
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(list, 1);
     layout->addWidget(buttons);
-    resize(640, 560);
+    resize(820, 560);
 }
 
 } // namespace orv

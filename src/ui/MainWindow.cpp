@@ -37,6 +37,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -87,7 +88,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_timeline(new TimelinePane(prefs, this))
 {
     setTitle(tr("Orvelle"));
-    resize(1280, 780);
+    // Most of the screen, for the timeline and the views around it.
+    resize(screen()->availableSize().boundedTo(QSize(1920, 1200)) * 0.9);
     setAcceptDrops(true);
 
     // The actions first: the bar above the list shows Save.
@@ -604,6 +606,7 @@ void MainWindow::save()
 
 void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 {
+    const bool cancelled = m_save->wasCancelled();
     m_save->deleteLater();
     m_save = nullptr;
     m_picModel->setItemsLocked(false);
@@ -611,7 +614,10 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
     m_pages->setUpdatesEnabled(true);
     // The owner forgets what can no longer be undone and tells the views of every saved folder,
     // also of one whose failed items kept their change in separate mode.
-    m_controller->didSaveFolders(saved);
+    if (cancelled)
+        m_controller->saveWasCancelled(saved);
+    else
+        m_controller->didSaveFolders(saved);
     Q_EMIT saveFinished();
     if (std::exchange(m_closeAfterSave, false) && completed)
         close();

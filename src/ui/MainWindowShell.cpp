@@ -49,6 +49,9 @@ void MainWindow::buildToolBar()
     bar->addSeparator();
     m_editActions->undoAction()->setIcon(iconFor(*this, "edit-undo", QStyle::SP_ArrowBack));
     m_editActions->redoAction()->setIcon(iconFor(*this, "edit-redo", QStyle::SP_ArrowForward));
+    // Steady labels; the tooltip names the step.
+    m_editActions->undoAction()->setIconText(tr("Undo"));
+    m_editActions->redoAction()->setIconText(tr("Redo"));
     bar->addAction(m_editActions->undoAction());
     bar->addAction(m_editActions->redoAction());
     bar->addSeparator();
@@ -78,7 +81,7 @@ void MainWindow::buildSideViews(QMenu &viewMenu)
     previews->setObjectName(QStringLiteral("previewsDock"));
     previews->setWidget(m_previewsBar);
     addDockWidget(Qt::BottomDockWidgetArea, previews);
-    resizeDocks({info}, {320}, Qt::Horizontal);
+    resizeDocks({info}, {420}, Qt::Horizontal);
 
     const QList<QToolBar *> bars = findChildren<QToolBar *>();
     for (QToolBar *bar : bars)

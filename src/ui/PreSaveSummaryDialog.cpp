@@ -3,6 +3,7 @@
 #include "core/DateDisplay.h"
 #include "core/MySinglePic.h"
 
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -10,6 +11,7 @@
 #include <QPushButton>
 #include <QSet>
 #include <QTreeWidget>
+#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 namespace orv {
@@ -33,13 +35,17 @@ MySinglePic *picOf(const QTreeWidgetItem &row)
 
 } // namespace
 
-PreSaveSummaryDialog::PreSaveSummaryDialog(const PreSaveSummary &summary, const Thumbnail &thumbnail, QWidget *parent)
-    : QDialog(parent), m_table(new QTreeWidget(this))
+PreSaveSummaryDialog::PreSaveSummaryDialog(const PreSaveSummary &summary, const Thumbnail &thumbnail, bool everySave,
+                                           QWidget *parent)
+    : QDialog(parent),
+      m_table(new QTreeWidget(this)),
+      m_everySave(new QCheckBox(tr("Show this summary before every save"), this))
 {
     setWindowTitle(tr("Before Saving"));
     const qsizetype problems = summary.problemCount();
     const qsizetype files = summary.items().size();
-    auto *heading = new QLabel(problems == 0   ? tr("<b>The save will change %n file(s) as listed</b>", nullptr, int(files))
+    auto *heading = new QLabel(problems == 0 && files == 1 ? tr("<b>The save will change one file as listed</b>")
+                               : problems == 0 ? tr("<b>The save will change %1 files as listed</b>").arg(files)
                                : problems == 1 ? tr("<b>One problem found before saving</b>")
                                                : tr("<b>%1 problems found before saving</b>").arg(problems),
                                this);
@@ -75,20 +81,28 @@ PreSaveSummaryDialog::PreSaveSummaryDialog(const PreSaveSummary &summary, const 
     layout->addWidget(heading);
     layout->addWidget(subline);
     layout->addWidget(m_table, 1);
-    layout->addWidget(buttons);
+    m_everySave->setChecked(everySave);
+    m_everySave->setToolTip(tr("Off: the summary comes only when something stands in the way of a save"));
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_everySave, 1);
+    bottom->addWidget(buttons);
+    layout->addLayout(bottom);
     resize(900, 520);
 }
 
 void PreSaveSummaryDialog::fillTable(const PreSaveSummary &summary, const Thumbnail &thumbnail)
 {
+    // Rows without a thumbnail yet keep their names in line with the others.
+    QPixmap placeholder(thumbSide, thumbSide);
+    placeholder.fill(Qt::transparent);
     for (const PreSaveItem &item : summary.items()) {
         auto *row = new QTreeWidgetItem(m_table);
         row->setText(ItemColumn, item.pic->spName);
         row->setToolTip(ItemColumn, item.pic->spPath());
         row->setData(ItemColumn, Qt::UserRole, QVariant::fromValue(static_cast<void *>(item.pic)));
         const QImage image = thumbnail ? thumbnail(*item.pic) : QImage();
-        if (!image.isNull())
-            row->setIcon(ItemColumn, QPixmap::fromImage(image.scaled(thumbSide, thumbSide, Qt::KeepAspectRatio)));
+        row->setIcon(ItemColumn, image.isNull() ? placeholder
+                                                : QPixmap::fromImage(image.scaled(thumbSide, thumbSide, Qt::KeepAspectRatio)));
         if (!item.problems.isEmpty()) {
             row->setText(WhyColumn, item.problems.join(QLatin1Char('\n')));
             row->setToolTip(WhyColumn, row->text(WhyColumn));
@@ -106,6 +120,11 @@ void PreSaveSummaryDialog::fillTable(const PreSaveSummary &summary, const Thumbn
         }
     }
     m_table->expandAll();
+}
+
+bool PreSaveSummaryDialog::showsEverySave() const
+{
+    return m_everySave->isChecked();
 }
 
 QList<MySinglePic *> PreSaveSummaryDialog::chosenPics() const

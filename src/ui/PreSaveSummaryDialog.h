@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class QCheckBox;
 class QTreeWidget;
 
 namespace orv {
@@ -22,8 +23,12 @@ public:
     // The thumbnail an item has now; a null image where it has none yet.
     using Thumbnail = std::function<QImage(const MySinglePic &)>;
 
-    PreSaveSummaryDialog(const PreSaveSummary &summary, const Thumbnail &thumbnail, QWidget *parent = nullptr);
+    // everySave: the summary comes before every save, not only when the pre-check found
+    // something; the user can change that here.
+    PreSaveSummaryDialog(const PreSaveSummary &summary, const Thumbnail &thumbnail, bool everySave,
+                         QWidget *parent = nullptr);
 
+    bool showsEverySave() const;
     // The items of the rows selected, in table order.
     QList<MySinglePic *> chosenPics() const;
     // Every item the table lists.
@@ -33,6 +38,7 @@ private:
     void fillTable(const PreSaveSummary &summary, const Thumbnail &thumbnail);
 
     QTreeWidget *m_table;
+    QCheckBox *m_everySave;
 };
 
 } // namespace orv

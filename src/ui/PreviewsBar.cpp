@@ -42,8 +42,12 @@ PreviewsBar::PreviewsBar(Thumbnail thumbnail, QWidget *parent) : QListWidget(par
 QIcon PreviewsBar::iconOf(const MySinglePic &pic) const
 {
     const QImage image = m_thumbnail ? m_thumbnail(pic) : QImage();
-    if (image.isNull())
-        return {};
+    if (image.isNull()) {
+        // The caption stands where it will stand once the thumbnail comes.
+        QPixmap placeholder(previewSide, previewSide);
+        placeholder.fill(Qt::transparent);
+        return placeholder;
+    }
     return QPixmap::fromImage(image.scaled(previewSide, previewSide, Qt::KeepAspectRatio, Qt::SmoothTransformation));
 }
 

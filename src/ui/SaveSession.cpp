@@ -6,9 +6,7 @@
 #include "ui/SaveErrorsDialog.h"
 #include "ui/SaveProgressSheet.h"
 
-#include <QCheckBox>
 #include <QCoreApplication>
-#include <QLayout>
 #include <QMessageBox>
 
 namespace orv {
@@ -66,12 +64,9 @@ bool SaveSession::confirmSave(const PreSaveReview &review)
             // The question replaces the progress for as long as the user decides.
             m_sheet->hide();
             const PreSaveSummary summary(review);
-            PreSaveSummaryDialog question(summary, m_thumbnail, m_window);
-            auto *always = new QCheckBox(tr("Show this summary before every save"), &question);
-            always->setChecked(!m_prefs.boolForKey(summaryOnlyOnProblemsKey));
-            question.layout()->addWidget(always);
+            PreSaveSummaryDialog question(summary, m_thumbnail, !m_prefs.boolForKey(summaryOnlyOnProblemsKey), m_window);
             proceed = question.exec() == QDialog::Accepted;
-            m_prefs.setBool(summaryOnlyOnProblemsKey, !always->isChecked());
+            m_prefs.setBool(summaryOnlyOnProblemsKey, !question.showsEverySave());
             if (proceed)
                 m_sheet->show();
             else
@@ -96,6 +91,11 @@ bool SaveSession::addDateTagsToFileDatedItems()
         },
         Qt::BlockingQueuedConnection);
     return add;
+}
+
+bool SaveSession::wasCancelled() const
+{
+    return m_watcher.isFinished() && m_watcher.result().cancelled;
 }
 
 void SaveSession::runEnded()

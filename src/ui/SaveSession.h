@@ -29,6 +29,8 @@ public:
     ~SaveSession() override;
 
     void start();
+    // The user cancelled at the summary: nothing was written.
+    bool wasCancelled() const;
 
     // Asked on the run's thread; the user answers on the main thread while the run waits.
     // The summary of what the save will change, before every save unless the user keeps it for

@@ -4,6 +4,7 @@
 
 #include "WindowFixture.h"
 
+#include "core/MySinglePic.h"
 #include "support/Exiftool.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/PicTableModel.h"
