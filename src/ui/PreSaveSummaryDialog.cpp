@@ -2,12 +2,12 @@
 
 #include "core/DateDisplay.h"
 #include "core/MySinglePic.h"
+#include "ui/PreviewsBar.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPixmap>
 #include <QPushButton>
 #include <QSet>
 #include <QTreeWidget>
@@ -92,17 +92,12 @@ PreSaveSummaryDialog::PreSaveSummaryDialog(const PreSaveSummary &summary, const 
 
 void PreSaveSummaryDialog::fillTable(const PreSaveSummary &summary, const Thumbnail &thumbnail)
 {
-    // Rows without a thumbnail yet keep their names in line with the others.
-    QPixmap placeholder(thumbSide, thumbSide);
-    placeholder.fill(Qt::transparent);
     for (const PreSaveItem &item : summary.items()) {
         auto *row = new QTreeWidgetItem(m_table);
         row->setText(ItemColumn, item.pic->spName);
         row->setToolTip(ItemColumn, item.pic->spPath());
         row->setData(ItemColumn, Qt::UserRole, QVariant::fromValue(static_cast<void *>(item.pic)));
-        const QImage image = thumbnail ? thumbnail(*item.pic) : QImage();
-        row->setIcon(ItemColumn, image.isNull() ? placeholder
-                                                : QPixmap::fromImage(image.scaled(thumbSide, thumbSide, Qt::KeepAspectRatio)));
+        row->setIcon(ItemColumn, PreviewsBar::squarePixmap(thumbnail ? thumbnail(*item.pic) : QImage(), thumbSide));
         if (!item.problems.isEmpty()) {
             row->setText(WhyColumn, item.problems.join(QLatin1Char('\n')));
             row->setToolTip(WhyColumn, row->text(WhyColumn));

@@ -3,6 +3,7 @@
 #include "core/DateDisplay.h"
 #include "core/MySinglePic.h"
 
+#include <QPainter>
 #include <QPixmap>
 #include <QScrollBar>
 
@@ -39,16 +40,21 @@ PreviewsBar::PreviewsBar(Thumbnail thumbnail, QWidget *parent) : QListWidget(par
     });
 }
 
+QPixmap PreviewsBar::squarePixmap(const QImage &image, int side)
+{
+    QPixmap square(side, side);
+    square.fill(Qt::transparent);
+    if (image.isNull())
+        return square;
+    const QImage scaled = image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter painter(&square);
+    painter.drawImage((side - scaled.width()) / 2, (side - scaled.height()) / 2, scaled);
+    return square;
+}
+
 QIcon PreviewsBar::iconOf(const MySinglePic &pic) const
 {
-    const QImage image = m_thumbnail ? m_thumbnail(pic) : QImage();
-    if (image.isNull()) {
-        // The caption stands where it will stand once the thumbnail comes.
-        QPixmap placeholder(previewSide, previewSide);
-        placeholder.fill(Qt::transparent);
-        return placeholder;
-    }
-    return QPixmap::fromImage(image.scaled(previewSide, previewSide, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    return squarePixmap(m_thumbnail ? m_thumbnail(pic) : QImage(), previewSide);
 }
 
 void PreviewsBar::showPics(const QList<MySinglePic *> &pics)

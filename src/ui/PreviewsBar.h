@@ -29,6 +29,10 @@ public:
     void thumbReady(quint32 sessionUniqueId);
     const QList<MySinglePic *> &shownPics() const { return m_pics; }
 
+    // A thumbnail centred in a square of side, so rows and captions line up; empty (transparent)
+    // without one.
+    static QPixmap squarePixmap(const QImage &image, int side);
+
 Q_SIGNALS:
     void picClicked(orv::MySinglePic *pic);
 
