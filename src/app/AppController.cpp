@@ -60,4 +60,10 @@ void AppController::didSaveFolders(const QList<MySingleFolder *> &folders)
     Q_EMIT reloadThumbs(folders);
 }
 
+void AppController::saveWasCancelled(const QList<MySingleFolder *> &folders)
+{
+    m_dateChanges.setBlocked(false);
+    Q_EMIT reloadThumbs(folders);
+}
+
 } // namespace orv

@@ -46,6 +46,8 @@ public:
     // The save has ended: what was written can no longer be undone, and the views show what the
     // files now hold.
     void didSaveFolders(const QList<MySingleFolder *> &folders);
+    // The save was cancelled before it wrote anything: the changes and their history stay.
+    void saveWasCancelled(const QList<MySingleFolder *> &folders);
 
 Q_SIGNALS:
     // The dates in force of these folders' items changed (the source is to be rebuilt).

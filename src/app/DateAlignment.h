@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QString>
 
 #include <optional>
 
@@ -65,6 +66,14 @@ bool areThereIdenticalTimesIn(const QList<MySinglePic *> &sorted);
 // neither its original nor its date in force (and, for a NEW form, not its offered OLD form).
 QList<AlignTag> validateForAlignByCopyingOtherFileDate(const QList<MySinglePic *> &selected,
                                                        const NewDateOptions &options);
+
+// Why a rule cannot run on this selection now, in words for the user; empty when it can. The
+// rules act on items that change one by one, in folders whose dates come from the files, and
+// never while a save owns the items (changesBlocked).
+QString whyNotAlign(AlignTag tag, const QList<MySinglePic *> &selection, const MySinglePic *main,
+                    bool changesBlocked);
+// Why no rule at all can run; empty when one can.
+QString whyAlignIsOff(const QList<MySinglePic *> &selection, const MySinglePic *main, bool changesBlocked);
 
 // The command of a tag on a selection (sorted in time order; main for minimizing).
 QList<PicDifference> differencesFor(AlignTag tag, const QList<MySinglePic *> &sorted, const MySinglePic *main,

@@ -6,9 +6,7 @@
 
 namespace orv {
 
-namespace {
-
-QString describeKey(const QString &key)
+QString describePreSaveKey(const QString &key)
 {
     struct Text
     {
@@ -48,29 +46,6 @@ QString describeKey(const QString &key)
         if (key == QLatin1String(text.key))
             return QCoreApplication::translate("PreSaveFindings", text.text);
     return key;
-}
-
-} // namespace
-
-QList<PreSaveFinding> describePreSaveErrors(const PreSaveErrors &errors)
-{
-    QList<PreSaveFinding> findings;
-    for (auto it = errors.cbegin(); it != errors.cend(); ++it) {
-        PreSaveFinding finding{it.key(), describeKey(it.key()), {}};
-        for (const MySinglePic *pic : it.value())
-            finding.paths.append(pic->spPath());
-        finding.paths.sort();
-        findings.append(finding);
-    }
-    return findings;
-}
-
-qsizetype preSaveEntryCount(const PreSaveErrors &errors)
-{
-    qsizetype count = 0;
-    for (const QList<MySinglePic *> &pics : errors)
-        count += pics.size();
-    return count;
 }
 
 } // namespace orv

@@ -465,8 +465,10 @@ bool StampEdits::planPhotoLocation(PlannedSave &plan)
     return true;
 }
 
-OptionalDate StampEdits::movedGpsDate() const
+OptionalDate StampEdits::gpsDateToWrite() const
 {
+    if (!m_pic.spGpsUTCDate || !m_settings.syncGPSDataOnSave)
+        return std::nullopt;
     if (!m_settings.syncGPSDataOnSaveType)
         return m_pic.spDateTimeModified_tempFIX;
     const FolderFacts *folder = m_pic.spSingleFolder;
@@ -478,9 +480,10 @@ OptionalDate StampEdits::movedGpsDate() const
 
 void StampEdits::planGps(PlannedSave &plan)
 {
-    if (!m_pic.spGpsUTCDate || m_pic.isGpsXmp || !m_settings.syncGPSDataOnSave)
+    // An XMP GPS date moves with the other XMP stamps.
+    if (m_pic.isGpsXmp)
         return;
-    const OptionalDate moved = movedGpsDate();
+    const OptionalDate moved = gpsDateToWrite();
     if (!moved || moved->wholeSeconds() == m_pic.spGpsUTCDate->wholeSeconds())
         return;
     PicAttributes &a = m_pic.singlePicAttributes;
@@ -590,7 +593,7 @@ void StampEdits::planXmpDates(PlannedSave &plan)
             plan.whenSaved.push_back([&pic = m_pic] { pic.tiffDateTimeOLD = pic.tiffDateTimeNEW; });
     }
     if (m_pic.isGpsXmp && m_pic.spGpsUTCDate && m_settings.syncGPSDataOnSave) {
-        const OptionalDate moved = movedGpsDate();
+        const OptionalDate moved = gpsDateToWrite();
         planXmpStamp(plan, infos, "GPSTimeStamp", moved, zone);
         plan.whenSaved.push_back([&pic = m_pic, moved] { pic.spGpsUTCDate = moved; });
     }

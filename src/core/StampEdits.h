@@ -69,6 +69,10 @@ public:
     // The sync pass: every XMP twin of a date slot takes the date the save gave the slot.
     // `infos` were read from the file just now.
     PlannedSave planXmpSync(XmpDateInfos &infos);
+    // The GPS date the save writes, once the item's NEW values are calculated: moved by the
+    // item's offset (the camera clock's error) or set to its new date, by the preference;
+    // nothing when the save leaves the GPS date alone.
+    OptionalDate gpsDateToWrite() const;
 
     // The zone of stamps the file does not have yet: the target zone, else the camera clock its
     // offset tags name, else the computer's.
@@ -102,7 +106,6 @@ private:
     void planCr3MovieHeader(PlannedSave &plan);
     // IPTC's creation date and time, in their own form, as far as the creation date moves.
     void planIptcDate(PlannedSave &plan);
-    OptionalDate movedGpsDate() const;
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.
     std::optional<TimeZone> cameraClock() const;
     TimeZone localZone() const;

@@ -155,6 +155,16 @@ PreSaveErrors SaveRun::preProcess()
     return errors;
 }
 
+QList<MySinglePic *> SaveRun::dueItems() const
+{
+    QList<MySinglePic *> due;
+    for (const MySingleFolder *folder : foldersToSave())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            if (isDue(*pic))
+                due.append(pic);
+    return due;
+}
+
 SaveOutcome SaveRun::run()
 {
     SaveOutcome outcome;
@@ -172,8 +182,7 @@ SaveOutcome SaveRun::run()
         }
     }
     outcome.preSaveErrors = preProcess();
-    if (!outcome.preSaveErrors.isEmpty() &&
-        !m_questions.proceedDespitePreSaveErrors(outcome.preSaveErrors)) {
+    if (!m_questions.confirmSave({outcome.preSaveErrors, dueItems(), &m_settings})) {
         outcome.cancelled = true;
         Q_EMIT finished(true);
         return outcome;

@@ -61,6 +61,8 @@ public:
     // Only the pre-check: the NEW values of every item and what stands in the way of writing
     // them. Touches no file.
     PreSaveErrors preProcess();
+    // The items a save writes, in folder order.
+    QList<MySinglePic *> dueItems() const;
     SaveOutcome run();
     QFuture<SaveOutcome> start();
 

@@ -82,9 +82,15 @@ void EditActions::addTo(QMenuBar &menuBar)
     undo->setShortcut(QKeySequence::Undo);
     QAction *redo = stack.createRedoAction(edit, tr("Redo"));
     redo->setObjectName(QStringLiteral("redoAction"));
-    redo->setShortcut(QKeySequence::Redo);
+    // Ctrl+Y as well, the redo key of most editors, whatever the platform's own is.
+    QList<QKeySequence> redoKeys = QKeySequence::keyBindings(QKeySequence::Redo);
+    if (!redoKeys.contains(QKeySequence(Qt::CTRL | Qt::Key_Y)))
+        redoKeys.append(QKeySequence(Qt::CTRL | Qt::Key_Y));
+    redo->setShortcuts(redoKeys);
     edit->addAction(undo);
     edit->addAction(redo);
+    m_undo = undo;
+    m_redo = redo;
     connect(undo, &QAction::triggered, this, [this, &stack] { showStep(stack.index()); });
     connect(redo, &QAction::triggered, this, [this, &stack] { showStep(stack.index() - 1); });
     edit->addSeparator();
@@ -101,11 +107,14 @@ void EditActions::addTo(QMenuBar &menuBar)
 
     m_alignMenu = edit->addMenu(tr("Align"));
     m_alignMenu->setObjectName(QStringLiteral("alignMenu"));
+    m_alignMenu->menuAction()->setObjectName(QStringLiteral("alignAction"));
+    m_alignMenu->setToolTipsVisible(true);
     QMenu *copyMenu = nullptr;
     for (const AlignEntry &entry : alignEntries) {
         if (int(entry.tag) == firstCopyTag) {
             copyMenu = m_alignMenu->addMenu(tr("Copy Other File Date"));
             copyMenu->setObjectName(QStringLiteral("copyOtherFileDateMenu"));
+            copyMenu->setToolTipsVisible(true);
         }
         QMenu &menu = copyMenu ? *copyMenu : *m_alignMenu;
         QAction *action = menu.addAction(tr(entry.text));
@@ -200,7 +209,6 @@ void EditActions::refresh()
     MySinglePic *selected = selectedPic();
     const bool blocked = m_controller.isStandardBlocked();
     const bool separate = !blocked && isSeparateMode(pics);
-    const qsizetype n = pics.size();
 
     m_copyDate->setEnabled(selected != nullptr);
     m_pasteDate->setEnabled(!blocked && selected && DatePasteboard::hasPasteDate(QApplication::clipboard()->mimeData()));
@@ -208,13 +216,18 @@ void EditActions::refresh()
     m_removeSelectedDates->setEnabled(separate && std::any_of(pics.cbegin(), pics.cend(), [](const MySinglePic *p) {
                                           return p->singlePicModification != 0.0;
                                       }));
+    // The rules themselves say when they apply; a disabled command says why in its tooltip.
     for (int tag = 1; tag <= lastTag; ++tag) {
-        const bool enabled = tag == int(AlignTag::MatchingGaps) ? n > 2
-                             : tag < int(AlignTag::ReversingIntervals) ? n > 1
-                                                                       : selected && selected->takesEdits();
-        m_alignActions[tag - 1]->setEnabled(separate && enabled);
+        const AlignTag rule = isCopyOtherFileDate(AlignTag(tag)) ? AlignTag::ReversingIntervals : AlignTag(tag);
+        const QString reason = DateAlignment::whyNotAlign(rule, pics, selected, blocked);
+        m_alignActions[tag - 1]->setEnabled(reason.isEmpty());
+        m_alignActions[tag - 1]->setToolTip(reason);
     }
-    m_alignMenu->setEnabled(separate);
+    const QString alignReason = DateAlignment::whyAlignIsOff(pics, selected, blocked);
+    m_alignMenu->setEnabled(alignReason.isEmpty());
+    m_alignMenu->menuAction()->setToolTip(alignReason.isEmpty()
+                                              ? tr("Align the selected items by a rule: each takes its own date")
+                                              : tr("Align is off: %1").arg(alignReason));
 
     const QList<MySingleFolder *> folders = m_foldersOnShow();
     m_removeAllDates->setEnabled(!blocked && std::any_of(folders.cbegin(), folders.cend(), [](const MySingleFolder *f) {

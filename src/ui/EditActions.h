@@ -38,6 +38,16 @@ public:
     // Enables what the selection and the folders allow now.
     void refresh();
 
+    // For the toolbar, once addTo() has made them.
+    QAction *undoAction() const { return m_undo; }
+    QAction *redoAction() const { return m_redo; }
+    QMenu *alignMenu() const { return m_alignMenu; }
+    // The list selects these items, current one first; the strip follows the current one.
+    void selectPics(const QList<MySinglePic *> &pics, MySinglePic *current);
+    // What the commands act on: the list's selected items, and its current row among them.
+    QList<MySinglePic *> selectedPics() const;
+    MySinglePic *selectedPic() const;
+
 Q_SIGNALS:
     // An undone or redone step changed these folders: the sidebar is to show them (for a
     // folder offset always, for items when they are not on show).
@@ -45,9 +55,6 @@ Q_SIGNALS:
 
 private:
     QAction *addAction(QMenu &menu, const QString &text, const char *name, void (EditActions::*slot)());
-    QList<MySinglePic *> selectedPics() const;
-    MySinglePic *selectedPic() const;
-    void selectPics(const QList<MySinglePic *> &pics, MySinglePic *current);
     // After an undo or redo: the folders of the step on show, its items selected.
     void showStep(int commandIndex);
     bool isSeparateMode(const QList<MySinglePic *> &pics) const;
@@ -71,6 +78,8 @@ private:
     FoldersOnShow m_foldersOnShow;
     QWidget *m_window;
 
+    QAction *m_undo = nullptr;
+    QAction *m_redo = nullptr;
     QAction *m_copyDate = nullptr;
     QAction *m_pasteDate = nullptr;
     QAction *m_removeDate = nullptr;

@@ -10,6 +10,7 @@
 #include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
 #include "ui/EditActions.h"
+#include "ui/FieldUndoRouter.h"
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
@@ -18,6 +19,7 @@
 #include "ui/OffsetBar.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
+#include "ui/PreviewsBar.h"
 #include "ui/SaveSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
@@ -35,6 +37,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -85,11 +88,13 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
       m_timeline(new TimelinePane(prefs, this))
 {
     setTitle(tr("Orvelle"));
-    resize(1280, 780);
+    // Most of the screen, for the timeline and the views around it.
+    resize(screen()->availableSize().boundedTo(QSize(1920, 1200)) * 0.9);
     setAcceptDrops(true);
 
     // The actions first: the bar above the list shows Save.
     buildMenus();
+    buildToolBar();
     buildFolderList();
     buildPicTable();
     auto *splitter = new QSplitter(this);
@@ -111,6 +116,12 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);
+    connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MainWindow::showSelectionInSideViews);
+    connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showSelectionInSideViews);
+    connect(&m_timeline->thumbs(), &MyThumbsQueue::thumbReady, m_previewsBar, &PreviewsBar::thumbReady);
+    // Undo and redo reach the window's stack from every field that holds no typing of its own.
+    new FieldUndoRouter(*this);
     refreshListState();
     refreshUnsavedState();
 }
@@ -127,6 +138,7 @@ void MainWindow::buildMenus()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
     QAction *open = file->addAction(tr("Open Folder…"), this, &MainWindow::openFolder);
+    open->setObjectName(QStringLiteral("openFolderAction"));
     open->setShortcut(QKeySequence::Open);
     QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
     openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
@@ -148,7 +160,12 @@ void MainWindow::buildMenus()
     menuBar()->addMenu(m_timeline->filterMenu());
     menuBar()->addMenu(m_timeline->stripsMenu());
 
+    buildSideViews(*menuBar()->addMenu(tr("&View")));
+
     QMenu *help = menuBar()->addMenu(tr("&Help"));
+    QAction *keys = help->addAction(tr("Keyboard Shortcuts"), this, &MainWindow::showKeyboardHelp);
+    keys->setObjectName(QStringLiteral("keyboardHelpAction"));
+    keys->setShortcut(QKeySequence::HelpContents);
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
 }
 
@@ -512,6 +529,7 @@ void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
     m_offsetBar->refresh();
     m_editActions->refresh();
     refreshUnsavedState();
+    showSelectionInSideViews();
 }
 
 void MainWindow::connectTimeline()
@@ -571,8 +589,10 @@ void MainWindow::save()
     const QList<MySingleFolder *> unsaved = m_controller->unsavedFolders();
     if (unsaved.isEmpty())
         return;
-    m_save = new SaveSession(unsaved, m_prefs, m_controller->log(), this);
+    m_save = new SaveSession(unsaved, m_prefs, m_controller->log(),
+                             [this](const MySinglePic &pic) { return thumbnailOf(pic); }, this);
     connect(m_save, &SaveSession::finished, this, [this, unsaved](bool completed) { saveEnded(unsaved, completed); });
+    connect(m_save, &SaveSession::cancelledChoosing, this, &MainWindow::handBackSelection);
     m_saveAction->setEnabled(false);
     // The run's threads own the items until it ends: the list reads none of them, and the window
     // keeps its last picture.
@@ -586,6 +606,7 @@ void MainWindow::save()
 
 void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 {
+    const bool cancelled = m_save->wasCancelled();
     m_save->deleteLater();
     m_save = nullptr;
     m_picModel->setItemsLocked(false);
@@ -593,7 +614,10 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
     m_pages->setUpdatesEnabled(true);
     // The owner forgets what can no longer be undone and tells the views of every saved folder,
     // also of one whose failed items kept their change in separate mode.
-    m_controller->didSaveFolders(saved);
+    if (cancelled)
+        m_controller->saveWasCancelled(saved);
+    else
+        m_controller->didSaveFolders(saved);
     Q_EMIT saveFinished();
     if (std::exchange(m_closeAfterSave, false) && completed)
         close();

@@ -7,6 +7,8 @@
 #include <memory>
 
 class QAction;
+class QImage;
+class QMenu;
 class QLabel;
 class QMimeData;
 class QStackedWidget;
@@ -17,6 +19,8 @@ namespace orv {
 
 class AppController;
 class EditActions;
+class InfoView;
+class PreviewsBar;
 class FolderListModel;
 class ImportProgressPanel;
 class ImportSheets;
@@ -56,6 +60,8 @@ public:
     FolderListModel &folderList() const { return *m_folderList; }
     TimelinePane &timeline() const { return *m_timeline; }
     AppController &controller() const { return *m_controller; }
+    InfoView &infoView() const { return *m_infoView; }
+    PreviewsBar &previewsBar() const { return *m_previewsBar; }
 
 Q_SIGNALS:
     // Every import asked for has ended and what it found is on show.
@@ -78,6 +84,18 @@ private:
     void openFolder();
     void openFiles();
     void showAbout();
+
+    // The window shell (MainWindowShell.cpp): the toolbar, the side views, the keyboard help,
+    // and what the views around the timeline show of the selection.
+    void buildToolBar();
+    void buildSideViews(QMenu &viewMenu);
+    void showKeyboardHelp();
+    // The cached thumbnail of an item; a null image while it has none.
+    QImage thumbnailOf(const MySinglePic &pic) const;
+    // The info view and the previews bar follow the selection, except while a save owns the items.
+    void showSelectionInSideViews();
+    // Back from the pre-save summary: the items the user chose there are selected.
+    void handBackSelection(const QList<MySinglePic *> &pics);
 
     void folderAdded(const MySingleFolder *folder);
     void folderImported(const MySingleFolder *folder);
@@ -131,6 +149,8 @@ private:
     // The user chose Save when closing: the window closes once the save has gone through.
     bool m_closeAfterSave = false;
     TimelinePane *m_timeline;
+    InfoView *m_infoView = nullptr;
+    PreviewsBar *m_previewsBar = nullptr;
 };
 
 } // namespace orv

@@ -54,8 +54,10 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-private:
+    // An item's cell as the list shows it.
     QString text(const MySinglePic &pic, int column) const;
+
+private:
     QVariant sortValue(const MySinglePic &pic, int column) const;
     // The first row of a shown folder's items.
     int firstRowOf(qsizetype folderIndex) const;

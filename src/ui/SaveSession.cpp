@@ -1,9 +1,8 @@
 #include "ui/SaveSession.h"
 
 #include "core/LogController.h"
-#include "core/PreSaveFindings.h"
+#include "core/Preferences.h"
 #include "core/SaveSettings.h"
-#include "ui/PreSaveSummaryDialog.h"
 #include "ui/SaveErrorsDialog.h"
 #include "ui/SaveProgressSheet.h"
 
@@ -12,10 +11,19 @@
 
 namespace orv {
 
-SaveSession::SaveSession(QList<MySingleFolder *> folders, const Preferences &prefs, LogController &log,
-                         QWidget *window)
+namespace {
+
+// On: the summary comes only when the pre-check found something.
+const QString summaryOnlyOnProblemsKey = QStringLiteral("isPreSaveSummaryOnlyOnProblems");
+
+} // namespace
+
+SaveSession::SaveSession(QList<MySingleFolder *> folders, Preferences &prefs, LogController &log,
+                         PreSaveSummaryDialog::Thumbnail thumbnail, QWidget *window)
     : QObject(window),
       m_window(window),
+      m_prefs(prefs),
+      m_thumbnail(std::move(thumbnail)),
       m_log(log),
       m_sheet(new SaveProgressSheet(window)),
       m_run(std::make_unique<SaveRun>(std::move(folders), SaveSettings::fromPreferences(prefs, currentInstant()),
@@ -45,18 +53,24 @@ void SaveSession::start()
     m_watcher.setFuture(m_run->start());
 }
 
-bool SaveSession::proceedDespitePreSaveErrors(const PreSaveErrors &errors)
+bool SaveSession::confirmSave(const PreSaveReview &review)
 {
+    if (review.errors.isEmpty() && (review.items.isEmpty() || m_prefs.boolForKey(summaryOnlyOnProblemsKey)))
+        return true;
     bool proceed = false;
     QMetaObject::invokeMethod(
         this,
         [&] {
             // The question replaces the progress for as long as the user decides.
             m_sheet->hide();
-            PreSaveSummaryDialog question(describePreSaveErrors(errors), preSaveEntryCount(errors), m_window);
+            const PreSaveSummary summary(review);
+            PreSaveSummaryDialog question(summary, m_thumbnail, !m_prefs.boolForKey(summaryOnlyOnProblemsKey), m_window);
             proceed = question.exec() == QDialog::Accepted;
+            m_prefs.setBool(summaryOnlyOnProblemsKey, !question.showsEverySave());
             if (proceed)
                 m_sheet->show();
+            else
+                m_chosenOnCancel = PreSaveSummary::selectionToHandBack(question.chosenPics(), question.listedPics());
         },
         Qt::BlockingQueuedConnection);
     return proceed;
@@ -79,6 +93,11 @@ bool SaveSession::addDateTagsToFileDatedItems()
     return add;
 }
 
+bool SaveSession::wasCancelled() const
+{
+    return m_watcher.isFinished() && m_watcher.result().cancelled;
+}
+
 void SaveSession::runEnded()
 {
     m_sheet->hide();
@@ -91,6 +110,8 @@ void SaveSession::runEnded()
         alert->open();
     }
     Q_EMIT finished(!cancelled && !failed);
+    if (cancelled && !m_chosenOnCancel.isEmpty())
+        Q_EMIT cancelledChoosing(m_chosenOnCancel);
 }
 
 } // namespace orv

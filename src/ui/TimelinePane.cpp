@@ -195,6 +195,16 @@ void TimelinePane::selectPic(MySinglePic *pic)
     m_mainView->viewport()->update();
 }
 
+void TimelinePane::selectPics(const QList<MySinglePic *> &pics, MySinglePic *main)
+{
+    TimelineStrip &strip = m_controller->theTimelineView_1();
+    m_mainView->selection().setTarget(nullptr);
+    strip.setMultiSelection(QSet<MySinglePic *>(pics.cbegin(), pics.cend()), main);
+    m_controller->selectionChangedIn(strip);
+    m_mainView->ensureVisible(main);
+    m_mainView->viewport()->update();
+}
+
 void TimelinePane::runThumbs()
 {
     m_thumbsTimer.stop();

@@ -54,6 +54,8 @@ public:
     void rebuild();
     // The list's selection, shown on the strip.
     void selectPic(MySinglePic *pic);
+    // Several items selected on the main strip, main among them and in view.
+    void selectPics(const QList<MySinglePic *> &pics, MySinglePic *main);
 
 Q_SIGNALS:
     void picSelected(orv::MySinglePic *pic);

@@ -140,7 +140,7 @@ TEST_F(SaveWindowTest, AFileGoneSinceTheImportIsReportedWithItsPathWhileTheOther
     QStringList questionPaths;
     answers.answerNext([&](QDialog &question) {
         for (QTreeWidgetItemIterator item(question.findChild<QTreeWidget *>()); *item; ++item)
-            questionPaths.append((*item)->text(0));
+            questionPaths.append((*item)->toolTip(0));
         clickButton(question, QStringLiteral("Save Anyway"));
     });
     QString report;

@@ -27,6 +27,8 @@ protected:
     {
         // The import asks neither for options nor about single files unless a test wants it.
         prefs.setBool(QStringLiteral("isAlwaysShowOptionsDisabled"), true);
+        // Nor shows the summary before a save that found no problem.
+        prefs.setBool(QStringLiteral("isPreSaveSummaryOnlyOnProblems"), true);
         prefs.setBool(QStringLiteral("isAdvanced"), true);
         window = std::make_unique<MainWindow>(prefs);
         window->show();
