@@ -39,6 +39,8 @@ struct DatesData
     std::optional<quint32> cr3XmpOffset;
     // Start of an XMP packet seen while walking JPEG segments.
     std::optional<quint32> jpgXMPOffset;
+    // A JPEG whose segments end before its image data: cut off, or broken in its header.
+    bool jpgEndsBeforeImageData = false;
 };
 
 } // namespace orv

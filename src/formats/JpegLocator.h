@@ -11,6 +11,9 @@ struct JpegSegmentsInfo
 {
     std::optional<TiffHeader> tiffHeader;
     std::optional<quint32> xmpOffset; // first byte of the XMP packet
+    // The walk met a whole scan header with image data after it; false for a file cut off (or
+    // broken) before its image data.
+    bool reachesImageData = false;
 };
 
 // Walks the JPEG segments from the first marker to the scan (SOS) or the end (EOI), looking at each

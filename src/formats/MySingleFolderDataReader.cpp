@@ -54,6 +54,7 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSo
         // The segment walk alone decides for a JPEG; no byte scan follows it.
         const JpegSegmentsInfo segments = JpegLocator(file).savereadJPGHeader();
         result.jpgXMPOffset = segments.xmpOffset;
+        result.jpgEndsBeforeImageData = !segments.reachesImageData;
         return segments.tiffHeader;
     }
     case HeicFormat:
