@@ -116,7 +116,7 @@ std::unique_ptr<InPlaceFile> InPlaceFile::open(const QString &path)
     const QByteArray name = QFile::encodeName(path);
     struct statx entry{};
     if (::statx(AT_FDCWD, name.constData(), 0, STATX_TYPE | STATX_MODE | STATX_INO, &entry) != 0 ||
-        !S_ISREG(entry.stx_mode) || !hasWriteBit(entry.stx_mode))
+        !S_ISREG(entry.stx_mode) || !modeHasWriteBit(entry.stx_mode))
         return nullptr;
     // Read-write keeps the length; without O_CREAT a vanished file is never made anew.
     const int fd = ::open(name.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
@@ -135,10 +135,10 @@ bool InPlaceFile::hasWriteBit(const QString &path)
 {
     struct statx entry{};
     return ::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_MODE, &entry) == 0 &&
-           hasWriteBit(entry.stx_mode);
+           modeHasWriteBit(entry.stx_mode);
 }
 
-bool InPlaceFile::hasWriteBit(unsigned mode)
+bool InPlaceFile::modeHasWriteBit(unsigned mode)
 {
     return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
 }

@@ -111,7 +111,7 @@ protected:
 
 private:
     InPlaceFile(int descriptor, qint64 length) : m_fd(descriptor), m_length(length) {}
-    static bool hasWriteBit(unsigned mode);
+    static bool modeHasWriteBit(unsigned mode);
 
     int m_fd = -1;
     qint64 m_length = 0;

@@ -379,6 +379,7 @@ TEST_F(ScanCommandTest, ACopyIsDatedByItsModificationTimeNotByItsBirth)
             << item[QStringLiteral("spName")].toString().toStdString();
     }
     const FileStatus status = FileStatus::of(kept);
-    if (status.birthTime)
+    if (status.birthTime) {
         EXPECT_GT(*status.birthTime, cameraTime.secondsSinceEpoch()) << "the copy was born now";
+    }
 }
