@@ -74,6 +74,18 @@ struct Before
     ZoneFindings zone;
 };
 
+constexpr std::size_t fileCreationSlot = 3;
+
+// A saved item dated by its file alone that took no date tags: only its modification date holds
+// the new date, since no call sets a birth time here.
+bool tookFileDateOnly(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome)
+{
+    const OptionalDate &oldCreation = before.dates[fileCreationSlot];
+    const OptionalDate &newCreation = pic.fileCreationDateNEW;
+    return outcome.savedPics.contains(&pic) && pic.isDatedByFileCreation() && oldCreation &&
+           newCreation && oldCreation->wholeSeconds() != newCreation->wholeSeconds();
+}
+
 QJsonArray jsonList(const QStringList &values)
 {
     return QJsonArray::fromStringList(values);
@@ -96,6 +108,7 @@ QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOut
         steps.append(int(step));
     o.insert(QStringLiteral("unavailableSteps"), steps);
     o.insert(QStringLiteral("preSaveErrors"), jsonList(preSaveKeys));
+    o.insert(QStringLiteral("fileDateOnly"), tookFileDateOnly(pic, before, outcome));
     if (pic.gpsLat && pic.gpsLong) {
         o.insert(QStringLiteral("gpsLat"), *pic.gpsLat);
         o.insert(QStringLiteral("gpsLong"), *pic.gpsLong);
@@ -144,6 +157,9 @@ QString readableItem(const MySinglePic &pic, const Before &before, const SaveOut
     }
     for (const QString &key : preSaveKeys)
         text += QStringLiteral("  pre-save: %1\n").arg(key);
+    if (tookFileDateOnly(pic, before, outcome))
+        text += QStringLiteral("  no date tags: only the file's modification date was set to the new "
+                               "date (--add-missing-dates adds date tags)\n");
     return text;
 }
 
@@ -232,7 +248,7 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
     }
 
     AppController &controller = imported.controller();
-    FixedSaveAnswers proceed(true);
+    FixedSaveAnswers proceed(true, options.addMissingDates);
     SaveRun run(folders, SaveSettings::fromPreferences(prefs, currentInstant()), proceed, &controller.log());
     SaveOutcome outcome;
     if (options.dryRun) {

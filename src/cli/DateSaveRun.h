@@ -21,6 +21,10 @@ public:
     {
         bool dryRun = false;
         bool json = false;
+        // Files dated by the file system alone may take their new date as added date tags
+        // (shift's --add-missing-dates). Otherwise no command adds a tag: such a file gets its
+        // new date as its modification date, and the report says so.
+        bool addMissingDates = false;
         QList<std::pair<QString, QString>> prefs;
         QStringList paths;
     };
@@ -37,7 +41,8 @@ public:
     static void applyPrefs(Preferences &prefs, const Options &options);
     // Saves every imported folder (with --dry-run only the pre-check) and prints each item with
     // what its zone made of its stamps (the scan's daylight-saving keys and
-    // storedOffsetDifference, seconds). The exit code: 1 when a path or an item failed, else 0.
+    // storedOffsetDifference, seconds), and whether only its modification date took the new
+    // date (fileDateOnly). The exit code: 1 when a path or an item failed, else 0.
     static int saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out);
 
     // What a command's own change answers: an exit code that the run answers at least, and

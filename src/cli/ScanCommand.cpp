@@ -13,11 +13,13 @@
 #include "folders/MySingleFolder.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QFile>
 #include <QTextStream>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -121,6 +123,29 @@ std::optional<ScanArguments> parsed(const QStringList &arguments, QTextStream &e
     return parsedArguments;
 }
 
+// An empty result is said, not left to a silent exit: above all when the files lie in subfolders
+// that only --subfolders imports.
+void reportNothingFound(const ScanArguments &args, QTextStream &err)
+{
+    qsizetype subfolders = 0;
+    if (args.subfolderDepth == 0) {
+        for (const QString &path : args.paths)
+            subfolders += QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    }
+    err << "orvelle-cli scan: no media file found";
+    if (subfolders > 0)
+        err << "; the folders hold " << subfolders
+            << " subfolder(s), which --subfolders DEPTH imports (e.g. --subfolders 1)";
+    err << "\n";
+}
+
+bool hasItems(const PathImport &imported)
+{
+    const QList<MySingleFolder *> folders = imported.folders();
+    return std::any_of(folders.begin(), folders.end(),
+                       [](const MySingleFolder *folder) { return !folder->sfPicDetails_fullArray.isEmpty(); });
+}
+
 } // namespace
 
 int ScanCommand::run(const QStringList &arguments)
@@ -132,6 +157,8 @@ int ScanCommand::run(const QStringList &arguments)
         return 2;
 
     const PathImport imported(args->paths, {args->subfolderDepth, args->keys, args->emptyTags}, err);
+    if (!hasItems(imported))
+        reportNothingFound(*args, err);
 
     if (!args->json) {
         for (const MySingleFolder *folder : imported.folders()) {

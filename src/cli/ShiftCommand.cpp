@@ -20,7 +20,6 @@ namespace {
 struct Options : DateSaveRun::Options
 {
     double offset = 0.0;
-    bool addMissingDates = false;
 };
 
 const QString addMissingDatesFlag = QStringLiteral("--add-missing-dates");

@@ -180,10 +180,13 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
         m_errors.addToolError(step, pic, tr("a path with a line break cannot be given to exiftool"));
         return Acted::Refused;
     }
-    // The tool would rewrite a read-only file all the same; it is refused here.
+    // The tool would rewrite a read-only file all the same, for root even one without any write
+    // bit; it is refused here.
     const QString file = pic.spPath();
-    if (!QFileInfo(file).isWritable() ||
-        (QFileInfo::exists(path) && !QFileInfo(path).isWritable())) {
+    const auto isWritable = [](const QString &p) {
+        return QFileInfo(p).isWritable() && InPlaceFile::hasWriteBit(p);
+    };
+    if (!isWritable(file) || (QFileInfo::exists(path) && !isWritable(path))) {
         m_errors.addErrorID(SaveErrorId::SaveCannotOpen, pic);
         return Acted::Refused;
     }

@@ -16,7 +16,11 @@ std::optional<FileAttributes> FileAttributes::fromStatus(const FileStatus &statu
         return std::nullopt;
     FileAttributes a;
     a.modificationDate = Instant(status.modificationTime);
-    a.creationDate = status.birthTime ? Instant(*status.birthTime) : a.modificationDate;
+    // A copy is born anew, while cp -p, rsync and card readers carry the modification time over:
+    // the earlier of the two is the nearer to the moment the file was made.
+    a.creationDate = status.birthTime && *status.birthTime < status.modificationTime
+                         ? Instant(*status.birthTime)
+                         : a.modificationDate;
     a.size = status.size;
     a.isDirectory = status.kind == FileStatus::Kind::Directory;
     a.isRegularFile = status.kind == FileStatus::Kind::Regular;

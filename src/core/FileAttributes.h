@@ -10,7 +10,7 @@
 namespace orv {
 
 // The file system entry's dates and size as the scan records them. The creation date is the
-// birth time where the file system keeps one, otherwise the modification time.
+// earlier of the birth time (where the file system keeps one) and the modification time.
 struct FileAttributes
 {
     Instant creationDate;

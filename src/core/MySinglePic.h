@@ -193,6 +193,12 @@ public:
     bool isNullerFile() const { return (spType >= 5 && spType <= 10) || spType == 19 || spType == 20; }
     bool hasImportOptionChanges() const { return isNullerFile() || spType == 12; }
     bool isPreferringFileDate() const { return spType == 4 || spType == 18; }
+    // The item's date is its file's creation date: no date tag holds it.
+    bool isDatedByFileCreation() const
+    {
+        return spType == SpTypeNoTagsFileDate || spType == SpTypeNoTagsImportOptionDate ||
+               spType == SpTypeMovieFileDate || isPreferringFileDate();
+    }
     bool takesEdits() const { return spType != SpTypeUnsupportedPhoto && spType != SpTypeMovieExifIgnored; }
     bool isRaw() const { return fileFormatType == RawFormat; }
     bool hasXmpSidecar() const { return spSidecarExtensions.contains(QStringLiteral("xmp"), Qt::CaseInsensitive); }

@@ -30,12 +30,6 @@ bool isMovieType(int type)
 {
     return type >= SpTypeRiff && type <= SpTypeMdta;
 }
-bool isDatedByCreation(int type)
-{
-    return type == SpTypeNoTagsFileDate || type == SpTypeNoTagsImportOptionDate ||
-           type == SpTypeMovieFileDate || type == SpTypeFileDatePreferredOverTiff ||
-           type == SpTypeFileDatePreferredOverMvhd;
-}
 bool isWithinASecond(double seconds)
 {
     return seconds > -1.0 && seconds < 1.0;
@@ -352,7 +346,7 @@ bool PicSaver::saveFile(bool saving, int onlySaveFilesOfType, bool success)
 
 bool PicSaver::isCreationDateLost() const
 {
-    return isDatedByCreation(m_pic.spType) && m_pic.fileCreationDateNEW &&
+    return m_pic.isDatedByFileCreation() && m_pic.fileCreationDateNEW &&
            !(m_pic.fileCreationDateOLD && m_pic.fileCreationDateNEW->wholeSeconds() ==
                                               m_pic.fileCreationDateOLD->wholeSeconds());
 }
@@ -365,8 +359,12 @@ bool PicSaver::keepCreationDateInTags()
         !m_pic.isMovie() || (m_pic.spType == SpTypeMovieFileDate &&
                              (m_pic.fileFormatType == QuickTimeMovieFormat ||
                               m_pic.fileFormatType == Mpeg4MovieFormat));
-    if (!isCreationDateLost() || !takesTags || !m_env.exiftool.mayAddDateTagsToFileDatedItems())
+    if (!isCreationDateLost() || !takesTags)
         return true;
+    if (!m_env.exiftool.mayAddDateTagsToFileDatedItems()) {
+        m_keepsFileDateOnly = true;
+        return true;
+    }
     return m_env.exiftool.addDateTagsForFileDate(m_pic);
 }
 
@@ -374,8 +372,9 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
 {
     const QString path = m_pic.spPath();
     // Where the creation date is the item's date, a creation date the file system cannot take
-    // would lose the change at the next import: the item stays pending, and its file untouched.
-    if (isCreationDateLost())
+    // would lose the change at the next import: unless the user chose the modification date
+    // alone over added tags, the item stays pending, and its file untouched.
+    if (isCreationDateLost() && !m_keepsFileDateOnly)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
         FileReader unwritten(path);

@@ -70,8 +70,8 @@ private:
     // on Linux: the next import would read the old date.
     bool isCreationDateLost() const;
     // Such a date goes into date tags the file did not have, where the user allows them. False
-    // when the tags could not be added; true also when they may not be, the item then failing
-    // where its file dates are set.
+    // when the tags could not be added. Where the user declined them, only the modification date
+    // takes the new date; where no tag can hold it, the item fails where its file dates are set.
     bool keepCreationDateInTags();
     // Every NEW date lies within the dates a file can hold; otherwise nothing is written.
     bool areNewDatesWritable() const;
@@ -92,6 +92,8 @@ private:
 
     MySinglePic &m_pic;
     SaveEnvironment &m_env;
+    // The user declined added tags: the file's modification date alone carries the new date.
+    bool m_keepsFileDateOnly = false;
 };
 
 } // namespace orv

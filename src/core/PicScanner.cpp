@@ -20,6 +20,14 @@ namespace {
 
 bool isStillFormat(int type) { return type >= 1 && type <= 15; }
 
+// Kinds every file of which opens with the same signature. RAW kinds are not among them: some
+// cameras' files have no signature of their own.
+bool hasFixedSignature(int type)
+{
+    return type == JpegFormat || type == PngFormat || type == GifFormat || type == TiffFormat ||
+           type == WebpFormat;
+}
+
 // An EXIF stamp that exists and can be read as a date. Empty stamps (blanks, zeros, short
 // text) exist but are not usable.
 bool isUsableStamp(const std::optional<StampRecord> &stamp)
@@ -191,8 +199,14 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     const std::optional<FormatInfo> content =
         file.isOpen() ? FileFormat::typeStringForImage(file.read(0, 64), file.length(), path)
                       : std::nullopt;
-    if (content)
+    if (content) {
         facts.format = *content;
+    } else if (file.length() > 0 && hasFixedSignature(facts.format.fileFormatType)) {
+        // A text file named .jpg, or bytes that are no image at all: its dates would be the file
+        // system's, and a save would touch a file that is no photo.
+        facts.route = ScanFacts::Route::NotAsNamed;
+        return facts;
+    }
     if (!isStillFormat(facts.format.fileFormatType)) {
         if (extension == QLatin1String("XMP"))
             facts.route = ScanFacts::Route::XmpSidecar;
@@ -727,6 +741,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts,
     case ScanFacts::Route::Skipped:
     case ScanFacts::Route::Missing:
     case ScanFacts::Route::NotRegularFile:
+    case ScanFacts::Route::NotAsNamed:
         return nullptr;
     case ScanFacts::Route::Movie:
         return withImportFindings(buildMovie(facts, context), context);

@@ -38,6 +38,7 @@ struct ScanFacts
         Skipped,      // not a medium, or a file to ignore
         Missing,      // vanished or unreadable entry
         NotRegularFile, // a pipe, a socket or a device: never opened
+        NotAsNamed,   // the extension names an image kind whose signature the content lacks
     };
 
     QString path;

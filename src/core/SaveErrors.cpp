@@ -122,7 +122,7 @@ QString SaveErrors::reasonForId(int id)
     case SaveErrorId::FileDatesNotSet:
         return tr("the file dates could not be set");
     case SaveErrorId::SaveCannotOpen:
-        return tr("cannot be opened for writing (permission denied, or not writable)");
+        return tr("cannot be opened for writing (permission denied, or read-only)");
     case SaveErrorId::SaveChanged:
     case SaveErrorId::SaveChangedOutdatedGroup:
         return tr("changed by another program since the import; not saved");

@@ -34,9 +34,9 @@ public:
     // that cannot be written as they are, or files changed since import. True saves what can
     // be saved; false cancels.
     virtual bool confirmSave(const PreSaveReview &review) = 0;
-    // An item dated by its file alone cannot keep a new date in the file's dates here: true lets
-    // the run add date tags the file did not have; false leaves such items unsaved. Asked once,
-    // before the first such item is saved.
+    // An item dated by its file alone cannot keep a new date in the file's creation date here:
+    // true lets the run add date tags the file did not have; false adds none and sets only the
+    // file's modification date. Asked once, before the first such item is saved.
     virtual bool addDateTagsToFileDatedItems() = 0;
 };
 

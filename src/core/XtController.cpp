@@ -13,6 +13,8 @@
 
 #include <csignal>
 #include <functional>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 namespace orv {
 
@@ -100,6 +102,14 @@ bool XtChild::startTool(QString &error)
     }
     m_process = new QProcess;
     m_process->setProcessChannelMode(QProcess::MergedChannels);
+    // The tool dies with us: one left behind would still carry out actions queued in the argument
+    // file after the run was killed. The signal follows the thread that started the child, which
+    // outlives it; a parent gone before the request took hold is caught by asking for it after.
+    m_process->setChildProcessModifier([parent = ::getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent)
+            ::_exit(127);
+    });
     m_process->start(m_program, {QStringLiteral("-stay_open"), QStringLiteral("true"),
                                  QStringLiteral("-@"), m_argsPath});
     if (m_process->waitForStarted(m_timeoutMs))

@@ -55,10 +55,14 @@ ReadFile readFile(const QString &path, bool exifIgnored)
         file.problem = ImportErrors::FileVanished;
     } else if (facts.route == ScanFacts::Route::NotRegularFile) {
         file.problem = ImportErrors::NotARegularFile;
+    } else if (facts.route == ScanFacts::Route::NotAsNamed) {
+        file.problem = ImportErrors::ContentNotAsNamed;
     } else if (isMediaRoute(facts.route) && facts.attributes->size == 0) {
         file.problem = ImportErrors::FileEmpty;
     } else if (isMediaRoute(facts.route) && !isReadable(facts)) {
         file.problem = ImportErrors::FileUnreadable;
+    } else if (facts.route == ScanFacts::Route::Still && facts.dates.jpgEndsBeforeImageData) {
+        file.problem = ImportErrors::ImageDataMissing;
     }
     return file;
 }

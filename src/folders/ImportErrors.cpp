@@ -53,6 +53,16 @@ QString ImportErrors::describe(Kind kind, qsizetype count)
         return QCoreApplication::translate(
             context, "%n sidecar file(s) cannot be read; matched to their file by name alone", nullptr,
             int(count));
+    case ImportErrors::ContentNotAsNamed:
+        return QCoreApplication::translate(
+            context, "%n file(s) skipped: the content is not the image its extension names (another kind "
+                     "of file, or damaged)",
+            nullptr, int(count));
+    case ImportErrors::ImageDataMissing:
+        return QCoreApplication::translate(
+            context, "%n JPEG file(s) end before their image data (cut off, e.g. by an interrupted copy); "
+                     "imported with the dates they hold, but no picture can be shown",
+            nullptr, int(count));
     case ImportErrors::NameNotDecodable:
         return QCoreApplication::translate(
             context, "%n file(s) skipped: the name is not valid in this system's encoding; rename to open",

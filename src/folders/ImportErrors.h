@@ -26,6 +26,8 @@ public:
         NotARegularFile,                   // a pipe, a socket or a device: never opened
         LinkLeavesFolder,                  // a linked subfolder outside the folder: not followed
         SidecarUnreadable,                 // a sidecar that cannot be read: matched by its name alone
+        ContentNotAsNamed,                 // no image of the kind its extension names: not imported
+        ImageDataMissing,                  // a JPEG cut off before its image data: imported with its dates
     };
 
     struct Problem

@@ -46,6 +46,8 @@ struct DatesData
     std::optional<quint32> jpgXMPOffset;
     // A JPEG's IPTC creation date and time.
     std::optional<IptcDateRecord> iptcDateCreated;
+    // A JPEG whose segments end before its image data: cut off, or broken in its header.
+    bool jpgEndsBeforeImageData = false;
 };
 
 } // namespace orv

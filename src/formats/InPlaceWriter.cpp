@@ -113,8 +113,8 @@ std::unique_ptr<InPlaceFile> InPlaceFile::open(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
     struct statx entry{};
-    if (::statx(AT_FDCWD, name.constData(), 0, STATX_TYPE | STATX_INO, &entry) != 0 ||
-        !S_ISREG(entry.stx_mode))
+    if (::statx(AT_FDCWD, name.constData(), 0, STATX_TYPE | STATX_MODE | STATX_INO, &entry) != 0 ||
+        !S_ISREG(entry.stx_mode) || !modeHasWriteBit(entry.stx_mode))
         return nullptr;
     // Read-write keeps the length; without O_CREAT a vanished file is never made anew.
     const int fd = ::open(name.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
@@ -127,6 +127,18 @@ std::unique_ptr<InPlaceFile> InPlaceFile::open(const QString &path)
         return nullptr;
     }
     return std::unique_ptr<InPlaceFile>(new InPlaceFile(fd, opened.st_size, opened.st_dev));
+}
+
+bool InPlaceFile::hasWriteBit(const QString &path)
+{
+    struct statx entry{};
+    return ::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_MODE, &entry) == 0 &&
+           modeHasWriteBit(entry.stx_mode);
+}
+
+bool InPlaceFile::modeHasWriteBit(unsigned mode)
+{
+    return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
 }
 
 InPlaceFile::~InPlaceFile()

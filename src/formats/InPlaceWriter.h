@@ -101,11 +101,15 @@ public:
 
 // A file on disk, written unbuffered. Only a regular file, or a link to one, is opened: the
 // entry is examined before any open, since opening a pipe or a device can block or have effects,
-// and the open does not block either, should the entry have been exchanged in between.
+// and the open does not block either, should the entry have been exchanged in between. A file
+// whose mode has no write bit is refused too, though root's open would pass.
 class InPlaceFile : public InPlaceWriter
 {
 public:
     static std::unique_ptr<InPlaceFile> open(const QString &path);
+    // The mode grants someone writing: a file without any write bit is read-only for every user,
+    // root included, whom the system would let write all the same.
+    static bool hasWriteBit(const QString &path);
     ~InPlaceFile() override;
     InPlaceFile(const InPlaceFile &) = delete;
     InPlaceFile &operator=(const InPlaceFile &) = delete;
@@ -125,6 +129,7 @@ private:
         : m_fd(descriptor), m_length(length), m_device(device)
     {
     }
+    static bool modeHasWriteBit(unsigned mode);
 
     int m_fd = -1;
     qint64 m_length = 0;

@@ -44,7 +44,13 @@ JpegSegmentsInfo JpegLocator::savereadJPGHeader()
         }
         // The entropy-coded data follows the scan header: nothing of ours lies there. Every
         // frame header (SOF0 to SOF15) is an ordinary segment on the way.
-        if (marker == markerStartOfScan || marker == markerEndOfImage || segment.size() < 4)
+        if (marker == markerStartOfScan) {
+            // Marker, header, and one byte of image data at least.
+            info.reachesImageData =
+                segment.size() >= 4 && m_file.contains(offset, qint64(get16(segment, 2, false)) + 3);
+            break;
+        }
+        if (marker == markerEndOfImage || segment.size() < 4)
             break;
         const quint16 length = get16(segment, 2, false);
         if (length < 2)

@@ -14,6 +14,9 @@ struct JpegSegmentsInfo
     std::optional<quint32> xmpOffset; // first byte of the XMP packet
     // DateCreated and TimeCreated of the IPTC record in the APP13 Photoshop block.
     std::optional<IptcDateRecord> iptcDate;
+    // The walk met a whole scan header with image data after it; false for a file cut off (or
+    // broken) before its image data.
+    bool reachesImageData = false;
 };
 
 // Walks the JPEG segments from the first marker to the scan (SOS) or the end (EOI), looking at each

@@ -64,6 +64,7 @@ std::optional<TiffHeader> MySingleFolderDataReader::headerForFormat(const ByteSo
         const JpegSegmentsInfo segments = JpegLocator(file).savereadJPGHeader();
         result.jpgXMPOffset = segments.xmpOffset;
         result.iptcDateCreated = segments.iptcDate;
+        result.jpgEndsBeforeImageData = !segments.reachesImageData;
         return segments.tiffHeader;
     }
     case HeicFormat:

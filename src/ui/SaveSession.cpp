@@ -86,8 +86,10 @@ bool SaveSession::addDateTagsToFileDatedItems()
                       m_window, tr("Add date tags?"),
                       tr("Some files have no date tags: their date is the file's creation date, "
                          "which cannot be changed on this system. Add date tags that hold the new "
-                         "date, so that the next import reads it? Without them these files stay "
-                         "unsaved.")) == QMessageBox::Yes;
+                         "date (through exiftool), so that the next import reads it? Without them "
+                         "only the files' modification date is set, and the next import reads the "
+                         "new date only where it is earlier than the file's creation.")) ==
+                  QMessageBox::Yes;
         },
         Qt::BlockingQueuedConnection);
     return add;

@@ -11,7 +11,12 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QTemporaryDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QThread>
 #include <gtest/gtest.h>
+#include <csignal>
+#include <functional>
 #include <map>
 
 using namespace orv;
@@ -98,7 +103,7 @@ TEST_F(ExiftoolRoad, LocateGivesAJpegWithoutGpsThePlaceAndAnExistingPlaceIsMoved
     EXPECT_EQ(bad.exitCode, 2);
 }
 
-TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesAfterAReimport)
+TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesInAddedTagsWhenAsked)
 {
     const QString png = buildPng({}).write(work.path(), QStringLiteral("screenshot"));
     const QString jpeg = buildJpeg({}).write(work.path(), QStringLiteral("messenger"));
@@ -116,7 +121,7 @@ TEST_F(ExiftoolRoad, FilesDatedByTheirFileAloneKeepTheirNewDatesAfterAReimport)
     ASSERT_EQ(before[movie].value("spType").toInt(), 14);
 
     const CliResult run = cli({QStringLiteral("shift"), QStringLiteral("--by"), QStringLiteral("-2d0:00:00"),
-                               QStringLiteral("--json"), png, jpeg, movie});
+                               QStringLiteral("--add-missing-dates"), QStringLiteral("--json"), png, jpeg, movie});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     for (const QString &path : paths) {
         const QJsonObject after = scanned(path);
@@ -162,4 +167,61 @@ TEST_F(ExiftoolRoad, APathWithALineBreakIsRefusedAndTheFileStaysAsItWas)
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains("line break")) << run.err.toStdString();
     EXPECT_EQ(fileBytes(odd), oddBefore);
+}
+
+// The tool must not outlive a killed run: it would go on with the actions in its argument file.
+TEST_F(ExiftoolRoad, TheExiftoolChildDiesWithAKilledRun)
+{
+    QStringList paths;
+    for (int i = 0; i < 60; ++i)
+        paths << buildJpeg({}).write(work.path(), QStringLiteral("bare%1").arg(i));
+    const QByteArray argsPath = QFile::encodeName(QDir(home.path()).filePath(".local/share/orvelle/.args.txt"));
+    // The exiftool processes reading our argument file.
+    const auto children = [&argsPath] {
+        QList<int> pids;
+        for (const QString &pid : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+            QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(pid));
+            if (cmdline.open(QIODevice::ReadOnly) && cmdline.readAll().split('\0').contains(argsPath))
+                pids << pid.toInt();
+        }
+        return pids;
+    };
+    const auto pollUntil = [](const std::function<bool()> &done, int milliseconds) {
+        QElapsedTimer clock;
+        clock.start();
+        while (!done() && clock.elapsed() < milliseconds)
+            QThread::msleep(5);
+        return done();
+    };
+
+    const std::unique_ptr<QProcess> run =
+        startCli(QStringList{"shift", "--by", "+1:00:00", "--add-missing-dates"} + paths, home.path());
+    ASSERT_TRUE(pollUntil([&] { return !children().isEmpty(); }, 60000)) << "exiftool was started";
+    ::kill(pid_t(run->processId()), SIGKILL);
+    run->waitForFinished();
+    EXPECT_TRUE(pollUntil([&] { return children().isEmpty(); }, 500)) << "no exiftool of ours lives on";
+}
+
+// Root may write any file: a mode without a write bit is the user's word all the same.
+TEST_F(ExiftoolRoad, AFileWithoutAnyWriteBitIsRefusedInPlaceAndBeforeExiftoolForRootToo)
+{
+    TiffShape tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    const QString inPlace = buildJpeg({.exif = tags}).write(work.path(), QStringLiteral("inplace"));
+    const QString needsTool = buildJpeg({}).write(work.path(), QStringLiteral("tags"));
+    std::map<QString, QByteArray> before;
+    for (const QString &path : {inPlace, needsTool}) {
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+        before[path] = fileBytes(path);
+    }
+
+    const CliResult run = cli({QStringLiteral("shift"), QStringLiteral("--by"), QStringLiteral("+1:00:00"),
+                               QStringLiteral("--add-missing-dates"), inPlace, needsTool});
+
+    EXPECT_EQ(run.exitCode, 1);
+    for (const QString &path : {inPlace, needsTool}) {
+        EXPECT_TRUE(run.err.contains((path + ": error 2: cannot be opened for writing").toUtf8()))
+            << run.err.toStdString();
+        EXPECT_EQ(fileBytes(path), before[path]) << path.toStdString();
+    }
 }

@@ -1,6 +1,8 @@
+#include "formats/ByteSource.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
+#include "support/SaveFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,6 +18,7 @@
 
 #include <cmath>
 
+using namespace orv;
 using namespace orv::test;
 
 namespace {
@@ -369,5 +372,82 @@ TEST_F(ScanCommandTest, AStampReadInTheOffsetOfAnotherSlotNamesNoSkippedHour)
         EXPECT_EQ(item["dstAmbiguityAtImportState"].toInt(), 0) << name.toStdString();
         EXPECT_EQ(item["exifDateTimeDigitizedOLD"].toString(), QStringLiteral("2024-05-01T08:00:00Z"))
             << name.toStdString();
+    }
+}
+
+TEST_F(ScanCommandTest, AScanThatFindsNothingSaysSoAndNamesSubfoldersWhenThereAreSome)
+{
+    photo(QStringLiteral("f/one"), QStringLiteral("inside"));
+    const CliRun nested = runCli({QStringLiteral("scan"), path(QStringLiteral("f"))});
+    EXPECT_EQ(nested.exitCode, 0);
+    EXPECT_TRUE(nested.out.isEmpty());
+    EXPECT_TRUE(nested.err.contains(QStringLiteral("no media file found"))) << nested.err.toStdString();
+    EXPECT_TRUE(nested.err.contains(QStringLiteral("1 subfolder(s), which --subfolders DEPTH imports")))
+        << nested.err.toStdString();
+
+    EXPECT_TRUE(runCli({QStringLiteral("scan"), path(QStringLiteral("f/one"))}).err.isEmpty());
+    QDir().mkpath(path(QStringLiteral("g")));
+    const CliRun bare = runCli({QStringLiteral("scan"), path(QStringLiteral("g"))});
+    EXPECT_EQ(bare.exitCode, 0);
+    EXPECT_TRUE(bare.err.contains(QStringLiteral("no media file found\n"))) << bare.err.toStdString();
+    EXPECT_FALSE(bare.err.contains(QStringLiteral("--subfolders")));
+}
+
+// A text file named like a photo and a photo whose copy was cut off are named, not taken silently.
+TEST_F(ScanCommandTest, ContentThatIsNoImageOfItsKindAndAJpegCutOffBeforeItsImageAreImportProblems)
+{
+    const QByteArray whole = fileBytes(photo(QStringLiteral("f"), QStringLiteral("good")));
+    const qsizetype scan = whole.indexOf(QByteArray("\xFF\xDA", 2));
+    ASSERT_GT(scan, 0);
+    QFile cut(path(QStringLiteral("f/cut.jpg")));
+    ASSERT_TRUE(cut.open(QIODevice::WriteOnly));
+    cut.write(whole.left(scan + 2));
+    cut.close();
+    QFile text(path(QStringLiteral("f/notes.jpg")));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("shopping list: film, batteries\n");
+    text.close();
+
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), path(QStringLiteral("f"))});
+
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.names(), (QStringList{QStringLiteral("cut.jpg"), QStringLiteral("good.jpg")}));
+    EXPECT_EQ(run.items().first()[QStringLiteral("spType")].toInt(), 1) << "the cut file keeps its dates";
+    EXPECT_TRUE(run.err.contains(QStringLiteral("1 file(s) skipped: the content is not the image its extension "
+                                                "names (another kind of file, or damaged): ")
+                                 + path(QStringLiteral("f/notes.jpg"))))
+        << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("1 JPEG file(s) end before their image data")));
+    EXPECT_TRUE(run.err.contains(path(QStringLiteral("f/cut.jpg"))));
+    EXPECT_FALSE(run.err.contains(path(QStringLiteral("f/good.jpg"))));
+    EXPECT_EQ(exiftoolTags(path(QStringLiteral("f/cut.jpg"))).string(QStringLiteral("EXIF:DateTimeOriginal")),
+              QStringLiteral("2024:05:01 10:00:00"))
+        << "exiftool reads the same date from the cut file";
+}
+
+// A plain copy is born anew; cp -p and card readers keep the camera's modification time. Both
+// copies show that time, not the moment of the copy.
+TEST_F(ScanCommandTest, ACopyIsDatedByItsModificationTimeNotByItsBirth)
+{
+    const QString original = photo(QStringLiteral("src"), QStringLiteral("camera"), TiffShape{});
+    const Instant cameraTime = Instant::fromUtc(2018, 3, 9, 14, 5, 0.0);
+    setModificationTime(original, cameraTime);
+    QDir().mkpath(path(QStringLiteral("copies")));
+    const QString kept = path(QStringLiteral("copies/kept.jpg"));
+    const QString plain = path(QStringLiteral("copies/plain.jpg"));
+    ASSERT_EQ(QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-p"), original, kept}), 0);
+    ASSERT_EQ(QProcess::execute(QStringLiteral("cp"), {original, plain}), 0);
+    setModificationTime(plain, cameraTime);
+
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), path(QStringLiteral("copies"))});
+    ASSERT_EQ(run.items().size(), 2);
+    for (const QJsonValue &item : run.items()) {
+        EXPECT_EQ(item[QStringLiteral("spType")].toInt(), 11);
+        EXPECT_EQ(item[QStringLiteral("spDateTimeOriginal")].toString(), QStringLiteral("2018-03-09T14:05:00Z"))
+            << item[QStringLiteral("spName")].toString().toStdString();
+    }
+    const FileStatus status = FileStatus::of(kept);
+    if (status.birthTime) {
+        EXPECT_GT(*status.birthTime, cameraTime.secondsSinceEpoch()) << "the copy was born now";
     }
 }

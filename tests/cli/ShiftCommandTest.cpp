@@ -7,6 +7,7 @@
 #include "support/QtPrinters.h"
 #include "support/ReadOnlyFile.h"
 #include "support/SaveFixture.h"
+#include "core/FileAttributes.h"
 #include "time/DateStampCodec.h"
 
 #include <QDir>
@@ -555,4 +556,64 @@ TEST_F(ShiftCommand, AStampOfYearZeroThatStaysIsNamedBeforeTheSave)
     const ExiftoolTags now = exiftoolTags(path, ExiftoolGroups::Family1);
     EXPECT_EQ(now.string("ExifIFD:DateTimeOriginal"), "2024:05:01 11:00:00");
     EXPECT_EQ(now.string("ExifIFD:CreateDate"), "0000:05:01 10:00:00");
+}
+
+// Corpus photos without any date tag (exiftool agrees), each copied with its camera's old
+// modification time kept, as cp -p or a card reader does.
+TEST_F(ShiftCommand, APlainShiftAddsNoTagToFilesWithoutDatesAndMovesOnlyTheirModificationTime)
+{
+    ORV_SKIP_WITHOUT_CORPUS();
+    const Instant cameraTime = Instant::fromUtc(2019, 7, 14, 8, 30, 0.0);
+    QStringList copies;
+    for (const QString &path : corpusFiles({"jpg", "png"})) {
+        const QString copy = work.filePath(QString::number(copies.size()) + "_" + QFileInfo(path).fileName());
+        ASSERT_TRUE(QFile::copy(path, copy));
+        QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+        copies << copy;
+    }
+    QStringList undated;
+    for (const QJsonValue &item : runCli({"scan", "--json", work.path()}, home.path()).json()) {
+        if (item["spType"].toInt() == SpTypeNoTagsFileDate)
+            undated << item["path"].toString();
+    }
+    // Those exiftool too reads no date from; the others leave.
+    QStringList dateless;
+    std::map<QString, QByteArray> bytes;
+    for (const auto &[path, tags] : exiftoolTagsOfFiles(undated, ExiftoolGroups::Family0)) {
+        if (tags.has("EXIF:DateTimeOriginal") || tags.has("EXIF:CreateDate") || tags.has("XMP:CreateDate"))
+            continue;
+        dateless << path;
+        setModificationTime(path, cameraTime);
+        bytes[path] = fileBytes(path);
+    }
+    for (const QString &path : copies) {
+        if (!dateless.contains(path))
+            QFile::remove(path);
+    }
+    ASSERT_GE(dateless.size(), 2) << "the corpus holds photos without date tags";
+
+    const CliResult plain = shift({"--by", "+1:00:00", work.path()});
+    EXPECT_EQ(plain.exitCode, 0) << plain.err.toStdString();
+    EXPECT_EQ(plain.out.count("no date tags: only the file's modification date was set"), dateless.size())
+        << plain.out.toStdString();
+    const QJsonArray rescanned = runCli({"scan", "--json", work.path()}, home.path()).json();
+    ASSERT_EQ(rescanned.size(), dateless.size());
+    for (const QJsonValue &item : rescanned) {
+        const QString path = item["path"].toString();
+        SCOPED_TRACE(path.toStdString());
+        EXPECT_EQ(fileBytes(path), bytes[path]) << "not one byte changed";
+        EXPECT_EQ(FileAttributes::read(path)->modificationDate.secondsSinceEpoch(),
+                  cameraTime.secondsSinceEpoch() + 3600.0);
+        EXPECT_EQ(seconds(item["spDateTimeOriginal"]), cameraTime.secondsSinceEpoch() + 3600.0)
+            << "the next import reads the moved date";
+    }
+
+    const CliResult asked = shift({"--json", "--add-missing-dates", "--by", "+1:00:00", work.path()});
+    EXPECT_EQ(asked.exitCode, 0) << asked.err.toStdString();
+    for (const QJsonValue &item : asked.json())
+        EXPECT_EQ(item["fileDateOnly"], QJsonValue(false));
+    const QString twoHoursOn = QDateTime::fromSecsSinceEpoch(qint64(cameraTime.secondsSinceEpoch()) + 7200)
+                                   .toString(QStringLiteral("yyyy:MM:dd HH:mm:ss"));
+    for (const auto &[path, tags] : exiftoolTagsOfFiles(dateless, ExiftoolGroups::Family0))
+        EXPECT_EQ(tags.string("EXIF:DateTimeOriginal"), twoHoursOn) << path.toStdString();
 }

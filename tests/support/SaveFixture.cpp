@@ -3,6 +3,7 @@
 
 #include "core/PicScanner.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <stdexcept>
 
@@ -50,6 +51,15 @@ QByteArray fileBytes(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         throw std::runtime_error("cannot read " + path.toStdString());
     return file.readAll();
+}
+
+void setModificationTime(const QString &path, Instant time)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) ||
+        !file.setFileTime(QDateTime::fromMSecsSinceEpoch(qint64(time.secondsSinceEpoch() * 1000.0), Qt::UTC),
+                          QFileDevice::FileModificationTime))
+        throw std::runtime_error("cannot set the modification time of " + path.toStdString());
 }
 
 std::vector<qint64> differingOffsets(const QByteArray &a, const QByteArray &b)

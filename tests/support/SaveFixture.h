@@ -43,6 +43,8 @@ private:
 };
 
 QByteArray fileBytes(const QString &path);
+// Gives the file an older modification time, as cp -p, rsync and card readers keep a camera's.
+void setModificationTime(const QString &path, Instant time);
 
 // The offsets at which two versions of a file differ; empty when they are equal. A different
 // length shows as the offsets past the shorter one.
