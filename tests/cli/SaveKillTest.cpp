@@ -260,8 +260,9 @@ TEST(SaveKill, AKilledMixedShiftLeavesEachFileWholeAndRevertRestoresEveryOrigina
     for (int run = 0; run < 12; ++run) {
         const std::unique_ptr<QProcess> cli = startCli(shift, home);
         ASSERT_TRUE(cli->waitForStarted());
-        // The files change in the run's second half: exiftool's as it goes, the others at the end.
-        QThread::usleep(quint32(runMs * 300) + QRandomGenerator::global()->bounded(quint32(runMs * 600)));
+        // exiftool's files change as the run goes, the others together at its end; some kills
+        // come after the end, so that every revert below has files to restore.
+        QThread::usleep(quint32(runMs * 300) + QRandomGenerator::global()->bounded(quint32(runMs * 1200)));
         killWithChildren(cli->processId());
         cli->waitForFinished();
         killedMidRun += cli->exitStatus() == QProcess::CrashExit;
@@ -284,5 +285,6 @@ TEST(SaveKill, AKilledMixedShiftLeavesEachFileWholeAndRevertRestoresEveryOrigina
         expectOriginals("after kill " + std::to_string(run) + " and a revert");
     }
     EXPECT_GT(killedMidRun, 0) << "no kill came before the end of a run";
+    EXPECT_GT(killedWhileSaving, 0) << "no kill came after a file changed";
     std::cout << killedMidRun << " of 12 runs killed, " << killedWhileSaving << " after a file changed\n";
 }
