@@ -206,6 +206,10 @@ Object attributes(const PicAttributes &a)
             iptc.insert("timeOffset", qint64(a.IPTCDateCreated->timeOffset));
             addText(iptc, "timeData", a.IPTCDateCreated->timeData);
         }
+        if (a.IPTCDateCreated->digestOffset) {
+            iptc.insert("digestOffset", qint64(a.IPTCDateCreated->digestOffset));
+            addHex(iptc, "digestData", a.IPTCDateCreated->digestData);
+        }
         o.insert("IPTCDateCreated", iptc);
     }
     if (a.xmpHeaderStartOffset)

@@ -7,6 +7,7 @@
 #include "formats/QuickTimeLocator.h"
 #include "time/DateStampCodec.h"
 
+#include <QCryptographicHash>
 #include <QtEndian>
 
 #include <algorithm>
@@ -276,10 +277,20 @@ void StampEdits::planIptcDate(PlannedSave &plan)
     const std::optional<IptcDateRecord> written = date ? IptcDates::withDate(*stored, *date, localZone()) : std::nullopt;
     if (!written)
         return;
-    plan.add(stored->dateOffset, written->dateData, stored->dateData);
-    if (stored->timeOffset)
-        plan.add(stored->timeOffset, written->timeData, stored->timeData);
-    plan.whenSaved.push_back([&stored, record = *written] { *stored = record; });
+    IptcDateRecord record = *written;
+    plan.add(stored->dateOffset, record.dateData, stored->dateData);
+    record.blockData = patched(record.blockData, stored->dateOffset - stored->blockOffset, record.dateData);
+    if (stored->timeOffset) {
+        plan.add(stored->timeOffset, record.timeData, stored->timeData);
+        record.blockData = patched(record.blockData, stored->timeOffset - stored->blockOffset, record.timeData);
+    }
+    // A digest that was current stays current; one that was not is left as the file had it.
+    const auto md5 = [](const QByteArray &bytes) { return QCryptographicHash::hash(bytes, QCryptographicHash::Md5); };
+    if (stored->digestOffset && stored->digestData == md5(stored->blockData)) {
+        record.digestData = md5(record.blockData);
+        plan.add(stored->digestOffset, record.digestData, stored->digestData);
+    }
+    plan.whenSaved.push_back([&stored, record] { *stored = record; });
 }
 
 PlannedSave StampEdits::planMovie()

@@ -75,8 +75,8 @@ bool StoredBytes::areUnchanged(const PicAttributes &a, FileReader &file)
            (!a.GPSTimeStamp || holds(file, a.GPSTimeStamp->dateOffset, a.GPSTimeStamp->dateData)) &&
            (!a.GPSDateStamp || holds(file, a.GPSDateStamp->dateOffset, a.GPSDateStamp->dateData)) &&
            (!a.GPSLocation || holdsLocation(file, *a.GPSLocation)) &&
-           (!a.IPTCDateCreated || (holds(file, a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData) &&
-                                   holds(file, a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData))) &&
+           (!a.IPTCDateCreated || (holds(file, a.IPTCDateCreated->blockOffset, a.IPTCDateCreated->blockData) &&
+                                   holds(file, a.IPTCDateCreated->digestOffset, a.IPTCDateCreated->digestData))) &&
            holdsMovieValues(file, a);
 }
 
@@ -112,8 +112,8 @@ ByteProof StoredBytes::proof(const PicAttributes &a, qint64 length)
     for (const QtTrackTimeRecord &track : a.qtTrackTimes)
         add(track.time.dateOffset, track.time.dateData);
     if (a.IPTCDateCreated) {
-        add(a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData);
-        add(a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData);
+        add(a.IPTCDateCreated->blockOffset, a.IPTCDateCreated->blockData);
+        add(a.IPTCDateCreated->digestOffset, a.IPTCDateCreated->digestData);
     }
     if (a.GPSLocation) {
         const GpsLocationRecord &r = *a.GPSLocation;

@@ -3,6 +3,8 @@
 #include "formats/ByteOrder.h"
 #include "formats/XmpLocator.h"
 
+#include <tuple>
+
 namespace orv {
 
 namespace {
@@ -10,6 +12,7 @@ constexpr quint8 markerApp1 = 0xE1;
 constexpr quint8 markerApp13 = 0xED;
 constexpr QByteArrayView photoshopSignature{"Photoshop 3.0\0", 14};
 constexpr quint16 iptcResource = 0x0404;
+constexpr quint16 iptcDigestResource = 0x0425;
 constexpr quint8 markerStartOfScan = 0xDA;
 constexpr quint8 markerEndOfImage = 0xD9;
 // An APP1 segment: marker (2), length (2), "Exif\0\0" (6), then the TIFF header.
@@ -77,21 +80,34 @@ std::optional<IptcDateRecord> JpegLocator::iptcDateOfPhotoshopBlock(qint64 paylo
     // Image resources: "8BIM", a 16-bit id, a Pascal name padded to an even length, a 32-bit
     // size and the data, padded to an even length.
     qint64 at = payload + photoshopSignature.size();
+    std::optional<IptcDateRecord> record;
+    std::optional<qint64> digest;
     while (at + 12 <= end && m_file.read(at, 4) == "8BIM") {
         const std::optional<quint16> id = m_file.read16(at + 4, false);
         const std::optional<quint8> nameLength = m_file.read8(at + 6);
         if (!id || !nameLength)
-            return std::nullopt;
+            break;
         const qint64 sizeAt = at + 6 + ((*nameLength + 2) & ~1);
         const std::optional<quint32> size = m_file.read32(sizeAt, false);
         const qint64 data = sizeAt + 4;
-        if (!size || data + *size > end)
-            return std::nullopt;
-        if (*id == iptcResource)
-            return iptcDateOfRecords(data, data + *size);
+        if (!size || data + *size > end || data > qint64(0xFFFFFFFF))
+            break;
+        if (*id == iptcResource && !record) {
+            record = iptcDateOfRecords(data, data + *size);
+            if (record) {
+                record->blockData = m_file.read(data, *size);
+                record->blockOffset = quint32(data);
+            }
+        } else if (*id == iptcDigestResource && *size == 16) {
+            digest = data;
+        }
         at = data + ((*size + 1) & ~1u);
     }
-    return std::nullopt;
+    if (record && digest) {
+        record->digestData = m_file.read(*digest, 16);
+        record->digestOffset = quint32(*digest);
+    }
+    return record;
 }
 
 std::optional<IptcDateRecord> JpegLocator::iptcDateOfRecords(qint64 at, qint64 end) const
@@ -108,9 +124,9 @@ std::optional<IptcDateRecord> JpegLocator::iptcDateOfRecords(qint64 at, qint64 e
             break;
         const quint32 value = quint32(at + 5);
         if (head[1] == 2 && head[2] == 55 && length == 8)
-            record = {m_file.read(value, length), value, record.timeData, record.timeOffset};
+            std::tie(record.dateData, record.dateOffset) = std::pair{m_file.read(value, length), value};
         else if (head[1] == 2 && head[2] == 60 && (length == 11 || length == 6))
-            record = {record.dateData, record.dateOffset, m_file.read(value, length), value};
+            std::tie(record.timeData, record.timeOffset) = std::pair{m_file.read(value, length), value};
         at += 5 + length;
     }
     if (record.dateOffset == 0)

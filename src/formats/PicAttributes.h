@@ -107,6 +107,12 @@ struct IptcDateRecord
     quint32 dateOffset = 0;
     QByteArray timeData;
     quint32 timeOffset = 0;
+    // The whole IPTC block and the Photoshop block's MD5 digest of it (resource 0x0425), which a
+    // save keeps current so that readers do not take the block for one changed behind their back.
+    QByteArray blockData;
+    quint32 blockOffset = 0;
+    QByteArray digestData;
+    quint32 digestOffset = 0;
     bool operator==(const IptcDateRecord &) const = default;
 };
 

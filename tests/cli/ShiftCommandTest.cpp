@@ -112,10 +112,11 @@ std::vector<Range> storedValueRanges(const QJsonObject &attributes)
     for (const QJsonValue &track : attributes.value(QStringLiteral("qtTrackTimes")).toArray())
         ranges.push_back({track[QStringLiteral("offset")].toInteger(), track[QStringLiteral("data")].toString().size() / 2});
     const QJsonObject iptc = attributes.value(QStringLiteral("IPTCDateCreated")).toObject();
-    for (const char *part : {"date", "time"}) {
+    for (const char *part : {"date", "time", "digest"}) {
         const QString data = iptc.value(QLatin1String(part) + QLatin1String("Data")).toString();
         if (!data.isEmpty())
-            ranges.push_back({iptc.value(QLatin1String(part) + QLatin1String("Offset")).toInteger(), data.size()});
+            ranges.push_back({iptc.value(QLatin1String(part) + QLatin1String("Offset")).toInteger(),
+                              QByteArrayView(part) == "digest" ? 16 : data.size()});
     }
     const QJsonObject xmp = attributes.value(QStringLiteral("xmpDateInfos")).toObject();
     for (const QJsonValue &record : xmp)
@@ -527,6 +528,7 @@ TEST_F(ShiftCommand, IptcsCreationDateDatesAPhotoWithoutExifAndAShiftMovesItInIt
               DateStampCodec::dateFromEXIFTimeStamp(then.string("IPTC:DateCreated") + " " + iptcTime.left(8),
                                                     iptcTime.mid(8), TimeZone::utc()));
     const QByteArray before = fileBytes(path);
+    ASSERT_TRUE(QFile::copy(path, work.filePath(QStringLiteral("unsaved.jpg"))));
 
     const CliResult result = shift({"--json", "--by", "+1:00:00", path});
 
@@ -535,6 +537,8 @@ TEST_F(ShiftCommand, IptcsCreationDateDatesAPhotoWithoutExifAndAShiftMovesItInIt
     EXPECT_EQ(now.string("IPTC:DateCreated"), "2023:05:04");
     EXPECT_EQ(now.string("IPTC:TimeCreated"), "15:30:00+02:00");
     EXPECT_EQ(now.string("XMP-photoshop:DateCreated"), "2023:05:04 15:30:00+02:00");
+    // The Photoshop block's digest of the IPTC data stays current.
+    EXPECT_EQ(exiftoolWarnings(path), exiftoolWarnings(work.filePath(QStringLiteral("unsaved.jpg"))));
     EXPECT_EQ(fileBytes(path).size(), before.size());
     const std::vector<Range> ranges = storedValueRanges(scanned["singlePicAttributes"].toObject());
     for (const qint64 offset : differingOffsets(before, fileBytes(path)))

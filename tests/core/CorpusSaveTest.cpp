@@ -42,6 +42,7 @@ std::vector<StampSpan> stampRanges(const PicAttributes &a)
     if (a.IPTCDateCreated) {
         ranges.push_back({a.IPTCDateCreated->dateOffset, a.IPTCDateCreated->dateData.size()});
         ranges.push_back({a.IPTCDateCreated->timeOffset, a.IPTCDateCreated->timeData.size()});
+        ranges.push_back({a.IPTCDateCreated->digestOffset, a.IPTCDateCreated->digestData.size()});
     }
     // A CR3's movie, track and media header times.
     for (const auto *time : {&a.QTMvhdCreaDate, &a.QTMvhdModDate})
