@@ -189,6 +189,9 @@ void MyThumbsQueue::finished(quint32 id, ThumbEntry entry, bool failed)
     m_queued.remove(id);
     // A full cache ends the background work: going on would only evict what was built before, and
     // build it again when its turn came round, for ever.
+    // What the strips show counts as just used, so that room is made from what they do not.
+    for (const quint32 shown : std::as_const(m_visible))
+        m_cache.entry(shown);
     const ThumbCache::Insertion insertion = m_cache.insert(id, std::move(entry));
     if (failed)
         m_cache.markFailed(id);
