@@ -15,6 +15,9 @@ class DateDisplay
 public:
     // "2024-05-01 10:00:00 CEST"; the sentinels and a missing date in words.
     static QString localDateTime(const OptionalDate &date, const TimeZone &zone);
+    // A shift of a date in whole seconds, signed, with days beside the clock: "+1 d 02:00:00",
+    // "−00:30:00".
+    static QString offset(double seconds);
 };
 
 } // namespace orv

@@ -215,6 +215,9 @@ QVariantHash registeredDefaults()
     addStrings("250", {
         "locationPreviewWidth", "timelineTargetHeight_FUS"
     });
+    addStrings("256", {
+        "thumbCacheMegabytes"
+    });
     addStrings("300", {
         "vqsSelectionPreviewsHeight_STD", "vqsSelectionPreviewsWidth_STD", "searchFilterBarWidth"
     });

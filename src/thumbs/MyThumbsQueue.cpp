@@ -101,17 +101,21 @@ ThumbRequest MyThumbsQueue::requestFor(const MySinglePic &pic) const
     return request;
 }
 
-bool MyThumbsQueue::addOperationForImage(MySinglePic &pic, bool visible)
+bool MyThumbsQueue::needsThumb(const MySinglePic &pic, bool visible) const
 {
-    if (m_paused)
-        return false;
     const quint32 id = pic.sessionUniqueId;
-    if (m_cache.contains(id) || m_cache.didBuildThumbFail(id) || m_queued.contains(id) || pic.isMovedToTrash
+    if (m_cache.contains(id) || m_cache.didBuildThumbFail(id) || pic.isMovedToTrash
         || (pic.spSingleFolder && MySingleFolder::of(pic)->isDisconnected))
         return false;
     if (pic.isMovie() && m_settings.autoThumbModeMovies == 4 && !visible)
         return false;
-    if (!pic.isMovie() && m_settings.autoThumbMode == 2 && !visible)
+    return pic.isMovie() || m_settings.autoThumbMode != 2 || visible;
+}
+
+bool MyThumbsQueue::addOperationForImage(MySinglePic &pic, bool visible)
+{
+    const quint32 id = pic.sessionUniqueId;
+    if (m_paused || m_queued.contains(id) || !needsThumb(pic, visible))
         return false;
     m_queued.insert(id);
     const ThumbRequest request = requestFor(pic);
@@ -143,8 +147,10 @@ void MyThumbsQueue::runThumbs(const QList<StripList> &strips)
         m_queued.intersect(m_started);
     }
     m_lastStrips = strips;
-    if (m_paused)
+    if (m_paused) {
+        setRemaining(0);
         return;
+    }
     m_visible.clear();
     QList<QList<MySinglePic *>> lists;
     for (const StripList &strip : strips) {
@@ -153,11 +159,24 @@ void MyThumbsQueue::runThumbs(const QList<StripList> &strips)
         lists.append(orderedForStrip(strip, m_settings.autoBGThumbGeneration, m_settings.reversedScroll));
     }
     const QList<MySinglePic *> order = mergedAlternating(lists);
+    int remaining = 0;
     for (MySinglePic *pic : order) {
-        if (m_queued.size() >= maxQueued)
-            break;
-        addOperationForImage(*pic, m_visible.contains(pic->sessionUniqueId));
+        const bool visible = m_visible.contains(pic->sessionUniqueId);
+        if (!needsThumb(*pic, visible))
+            continue;
+        ++remaining;
+        if (m_queued.size() < maxQueued)
+            addOperationForImage(*pic, visible);
     }
+    setRemaining(remaining);
+}
+
+void MyThumbsQueue::setRemaining(int remaining)
+{
+    if (remaining == m_remaining)
+        return;
+    m_remaining = remaining;
+    Q_EMIT remainingChanged(remaining);
 }
 
 void MyThumbsQueue::finished(quint32 id, ThumbEntry entry, bool failed)
@@ -168,10 +187,17 @@ void MyThumbsQueue::finished(quint32 id, ThumbEntry entry, bool failed)
     }
     // Kept even when a new run forgot the operation: the work is done.
     m_queued.remove(id);
-    if (!m_cache.insert(id, std::move(entry)) && m_settings.autoBGThumbGeneration)
-        stopAllOnFirstEvictMAIN();
+    // A full cache ends the background work: going on would only evict what was built before, and
+    // build it again when its turn came round, for ever.
+    // What the strips show counts as just used, so that room is made from what they do not.
+    for (const quint32 shown : std::as_const(m_visible))
+        m_cache.entry(shown);
+    const ThumbCache::Insertion insertion = m_cache.insert(id, std::move(entry));
     if (failed)
         m_cache.markFailed(id);
+    setRemaining(std::max(0, m_remaining - 1));
+    if ((!insertion.stored || insertion.evicted) && m_settings.autoBGThumbGeneration)
+        stopAllOnFirstEvictMAIN();
     Q_EMIT thumbReady(id);
     // checkThumbs: a drained queue takes the next batch while items still lack thumbnails.
     if (m_queued.isEmpty() && m_settings.autoBGThumbGeneration && !m_paused)
@@ -187,6 +213,7 @@ void MyThumbsQueue::setPaused(bool paused)
         runThumbs(m_lastStrips);
         return;
     }
+    setRemaining(0);
     m_pool.clear();
     m_pool.waitForDone();
     QMutexLocker lock(&m_startedLock);
@@ -197,6 +224,8 @@ void MyThumbsQueue::stopAllOnFirstEvictMAIN()
 {
     m_settings.autoBGThumbGeneration = false;
     setSettings(m_settings);
+    // What waits in the queue for the background is dropped; the strips' ranges are queued anew.
+    runThumbs(m_lastStrips);
     Q_EMIT autoBGThumbGenerationStopped();
 }
 

@@ -63,6 +63,8 @@ public:
     void runThumbs(const QList<StripList> &strips);
     // Whether the item's thumbnail is to be built now; visible: on screen in a strip.
     bool addOperationForImage(MySinglePic &pic, bool visible);
+    // The thumbnails of the last lists still to be built: the queue's work in the background.
+    int remainingCount() const { return m_remaining; }
     int queuedCount() const { return int(m_queued.size()); }
     // While a save runs its threads own the items and write the files: a paused queue reads
     // neither. Pausing drops what no thread took yet and waits for the decodes under way;
@@ -76,11 +78,17 @@ public:
 Q_SIGNALS:
     // The thumbnail of an item is in the cache (or it failed and shows the unsupported icon).
     void thumbReady(quint32 sessionUniqueId);
-    // The cache refused an entry at once: background generation stopped (stopAllOnFirstEvictMAIN).
+    // The cache is full (it refused an entry or evicted others for it): background generation
+    // stopped, and only what the strips show is built from now on (stopAllOnFirstEvictMAIN).
     void autoBGThumbGenerationStopped();
+    // How many thumbnails are still to be built; 0 when the queue is idle or paused.
+    void remainingChanged(int remaining);
 
 private:
     void finished(quint32 id, ThumbEntry entry, bool failed);
+    // Not built yet, not failed, and not left out by the settings.
+    bool needsThumb(const MySinglePic &pic, bool visible) const;
+    void setRemaining(int remaining);
     void stopAllOnFirstEvictMAIN();
     ThumbRequest requestFor(const MySinglePic &pic) const;
 
@@ -93,6 +101,7 @@ private:
     QSet<quint32> m_visible;  // of the last run
     QList<StripList> m_lastStrips;
     bool m_paused = false;
+    int m_remaining = 0;
 };
 
 } // namespace orv

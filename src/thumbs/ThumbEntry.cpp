@@ -1,6 +1,7 @@
 #include "thumbs/ThumbEntry.h"
 
 #include <QBuffer>
+#include <QImageReader>
 #include <QImageWriter>
 
 namespace orv {
@@ -14,9 +15,9 @@ QImage scaledToSide(const QImage &image, int side)
     return image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-bool largerThanOnBothSides(const QImage &image, int side)
+bool largerThanOnBothSides(QSize size, int side)
 {
-    return image.width() > side && image.height() > side;
+    return size.width() > side && size.height() > side;
 }
 
 } // namespace
@@ -52,19 +53,22 @@ ThumbEntry ThumbEntry::make(const QImage &image, int largestSide, bool keepMaxi)
     const QImage largest = scaledToSide(image, largestSide);
     entry.largestThumbSize = largest.size();
     entry.compressedData = compressedDataFromImage(largest);
-    if (keepMaxi && largestSide == 500 && largerThanOnBothSides(largest, maxiSide)) {
-        const QImage maxi = scaledToSide(largest, maxiSide);
-        entry.maxiThumb = compressedDataFromImage(maxi);
-    }
-    if (largest.width() > prevSide || largest.height() > prevSide)
-        entry.prevThumb = scaledToSide(largest, prevSide);
-    entry.miniThumb = scaledToSide(largest, miniSide);
+    if (keepMaxi && largestSide == 500 && largerThanOnBothSides(largest.size(), maxiSide))
+        entry.maxiThumb = compressedDataFromImage(scaledToSide(largest, maxiSide));
     return entry;
 }
 
-const QImage &ThumbEntry::imageForSide(int side) const
+QImage ThumbEntry::decodedForSide(int side) const
 {
-    return side > miniSide && !prevThumb.isNull() ? prevThumb : miniThumb;
+    const bool maxiIsEnough = !maxiThumb.isEmpty() && side <= maxiSide;
+    QByteArray data = maxiIsEnough ? maxiThumb : compressedData;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    if (size.isValid() && std::max(size.width(), size.height()) > side)
+        reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio));
+    return reader.read();
 }
 
 QImage ThumbEntry::currentSizeImage() const
@@ -74,7 +78,7 @@ QImage ThumbEntry::currentSizeImage() const
 
 qsizetype ThumbEntry::cost() const
 {
-    return compressedData.size() + maxiThumb.size() + prevThumb.sizeInBytes() + miniThumb.sizeInBytes();
+    return compressedData.size() + maxiThumb.size() + overheadBytes;
 }
 
 } // namespace orv

@@ -10,18 +10,17 @@ namespace orv {
 // or more leaves the side as it was.
 int cachedThumbSide(int cachedThumbSizeMode, int previousSide);
 
-// One item's cache entry. The large image is kept compressed (JPEG at 0.75, or TIFF with LZW
-// when it has alpha); the 126 and 50 pixel forms stay decoded, because strips draw them at once.
+// One item's cache entry: only compressed forms (JPEG at 0.75, or TIFF with LZW when the image
+// has alpha). Decoded pixels are made for the items a strip shows and held by that strip, so
+// that the cache's size follows the compressed bytes, a few kilobytes an item.
 struct ThumbEntry
 {
-    static constexpr int prevSide = 126;
-    static constexpr int miniSide = 50;
     static constexpr int maxiSide = 252;
+    // What an entry costs beside its data: the entry itself and the cache's node and hash slot.
+    static constexpr qsizetype overheadBytes = 128;
 
     QByteArray compressedData;
-    QByteArray maxiThumb; // compressed like compressedData; only with keepMaxi, see make()
-    QImage prevThumb;     // absent for an image no larger than 126 on both sides
-    QImage miniThumb;
+    QByteArray maxiThumb; // only with keepMaxi, see make()
     QSize largestThumbSize;
 
     // The forms of an image, its longer side at most largestSide. keepMaxi: the preference for
@@ -30,11 +29,12 @@ struct ThumbEntry
     static ThumbEntry make(const QImage &image, int largestSide, bool keepMaxi = false);
     static QByteArray compressedDataFromImage(const QImage &image);
 
-    // The best decoded form for drawing at a side: prevThumb, else miniThumb.
-    const QImage &imageForSide(int side) const;
+    // The image decoded to fit a square of side pixels (the codec scales while it decodes where
+    // it can), from the smallest stored form that is large enough.
+    QImage decodedForSide(int side) const;
     // The large image, decoded again.
     QImage currentSizeImage() const;
-    // Bytes held, for the cache's budget.
+    // Bytes held, for the cache's bound.
     qsizetype cost() const;
 };
 

@@ -7,16 +7,21 @@ namespace orv {
 
 namespace {
 
+constexpr double lowestLimit = 144;
+constexpr double highestLimit = 222;
+double fullLimitHeight(bool hasSecondStrip) { return hasSecondStrip ? 186 : 374; }
+double lowLimitHeight(bool hasSecondStrip) { return hasSecondStrip ? 158 : 314; }
+
 // The limit the main strip's height B puts on the timeline height.
 double heightLimit(double mainStripHeight, bool hasSecondStrip)
 {
-    const double full = hasSecondStrip ? 186 : 374;
-    const double low = hasSecondStrip ? 158 : 314;
+    const double full = fullLimitHeight(hasSecondStrip);
+    const double low = lowLimitHeight(hasSecondStrip);
     if (mainStripHeight >= full)
-        return 222;
+        return highestLimit;
     if (mainStripHeight < low)
-        return 144;
-    return 144 + 78 * (mainStripHeight - low) / (full - low);
+        return lowestLimit;
+    return lowestLimit + (highestLimit - lowestLimit) * (mainStripHeight - low) / (full - low);
 }
 
 struct SizeRow
@@ -35,6 +40,38 @@ constexpr double scrollerHeight = 9;
 constexpr double topRoom = 16.5;
 
 } // namespace
+
+int TimelineGeometry::sizeModeForHeight(double timelineHeight)
+{
+    int mode = 0;
+    while (mode + 1 < sizeModeCount && sizeModeHeights[mode + 1] <= timelineHeight)
+        ++mode;
+    return mode;
+}
+
+double TimelineGeometry::zoomedTimelineHeight(double timelineHeight, int steps)
+{
+    double height = timelineHeight;
+    for (; steps > 0; --steps) {
+        const auto next = std::upper_bound(std::begin(sizeModeHeights), std::end(sizeModeHeights), height);
+        height = next == std::end(sizeModeHeights) ? height : *next;
+    }
+    for (; steps < 0; ++steps) {
+        const auto next = std::lower_bound(std::begin(sizeModeHeights), std::end(sizeModeHeights), height);
+        height = next == std::begin(sizeModeHeights) ? height : *std::prev(next);
+    }
+    return height;
+}
+
+double TimelineGeometry::mainStripHeightFor(double timelineHeight, bool hasSecondStrip)
+{
+    if (timelineHeight <= lowestLimit)
+        return 0;
+    const double full = fullLimitHeight(hasSecondStrip);
+    const double low = lowLimitHeight(hasSecondStrip);
+    const double h = std::min(timelineHeight, highestLimit);
+    return std::ceil(low + (h - lowestLimit) * (full - low) / (highestLimit - lowestLimit));
+}
 
 void TimelineGeometry::changedTimelineViewHeight(double timelineHeight, double mainStripHeight, bool hasSecondStrip)
 {

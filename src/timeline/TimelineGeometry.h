@@ -3,6 +3,7 @@
 #include <QRectF>
 
 #include <cstddef>
+#include <iterator>
 
 namespace orv {
 
@@ -23,6 +24,18 @@ struct ThumbRange
 class TimelineGeometry
 {
 public:
+    // The thumbnail size modes the zoom steps through, as stored timeline heights, smallest
+    // thumbnails first: 31 to 117 points.
+    static constexpr int sizeModeHeights[] = {82, 100, 128, 160, 190, 222};
+    static constexpr int sizeModeCount = int(std::size(sizeModeHeights));
+    // The size mode a stored height stands in: the largest whose height it reaches.
+    static int sizeModeForHeight(double timelineHeight);
+    // The height steps modes up (positive) or down from timelineHeight, within the table.
+    static double zoomedTimelineHeight(double timelineHeight, int steps);
+    // The least height of the main strip that lets the timeline height take full effect (0 when
+    // any strip does).
+    static double mainStripHeightFor(double timelineHeight, bool hasSecondStrip);
+
     // The measures that follow from the stored timeline height H and the main strip's height B.
     void changedTimelineViewHeight(double timelineHeight, double mainStripHeight, bool hasSecondStrip);
     // Width and height of the visible part, the item count and the options that move things.

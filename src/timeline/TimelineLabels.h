@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace orv {
 
 class MySinglePic;
@@ -49,8 +51,15 @@ public:
     // The labels of the range, walking each item against its left neighbour. The first item of
     // the range always has one (it is the sticky label). localeIsEnglish: other languages also
     // have words for two days ago and in two days.
+    //
+    // Labels thin out by density: labelSpacing is how many items a label needs to stand free
+    // (its width over the stride). Every change of the date down to the minute (the second in
+    // mode 6) may carry a label; the coarser change wins where two would crowd, and in a run of
+    // changes closer than the spacing one label stands in each stretch of twice the spacing. A
+    // label depends only on the items around it, so labels stay put while the strip scrolls.
     QList<TimelineLabel> addDateTimeLayers(const QList<MySinglePic *> &source, ThumbRange range, DateDisplayMode mode,
-                                           Instant today, bool localeIsEnglish = true) const;
+                                           Instant today, bool localeIsEnglish = true,
+                                           qsizetype labelSpacing = 1) const;
 
     // The first item of the next (direction 1) or previous (-1) date chapter from index: the
     // next item with a date label of its own in the mode; -1 when there is none.
@@ -66,6 +75,9 @@ public:
 
     // Text of a date in a label format 0..5; short: the narrow forms.
     QString formatted(Instant date, int format, bool shortForm = false) const;
+    // What a thumbnail's tooltip says: the name, the camera, the folder, the date in force with
+    // its zone, and the shift waiting to be saved with the date the file holds.
+    QString tooltipText(const MySinglePic &pic) const;
     // Font size of the labels for a thumbnail size.
     static int labelPointSize(double thumbSize) { return thumbSize < 50 ? 10 : (thumbSize < 95 ? 12 : 14); }
 
@@ -77,6 +89,21 @@ private:
         bool date = false, time = false;
     };
     LabelKinds labelKindsAt(const QList<MySinglePic *> &source, qsizetype i, DateDisplayMode mode) const;
+    // The coarsest part of the date that differs from the left neighbour's: 0 year, 1 month,
+    // 2 day, 3 hour, 4 minute, 5 second; noChange for the same second, no date or ignored dates.
+    enum : int { noChange = 6 };
+    struct RankedDate
+    {
+        int year, month;
+        qint64 dayNumber;
+        int hour, minute, second;
+    };
+    std::optional<RankedDate> rankedDateOf(const MySinglePic &pic) const;
+    static int rankBetween(const std::optional<RankedDate> &left, const std::optional<RankedDate> &right);
+    int changeRank(const QList<MySinglePic *> &source, qsizetype i) const;
+    // Which of the items in [from, to) carry a label by the density rule.
+    QList<bool> labelledByDensity(const QList<MySinglePic *> &source, qsizetype from, qsizetype to, int finestRank,
+                                  qsizetype spacing) const;
 
     TimeZone m_zone;
 };

@@ -554,10 +554,28 @@ void MainWindow::connectTimeline()
         refreshListState();
     });
     connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showPicInList);
+    showBackgroundWork();
     connect(m_timeline, &TimelinePane::folderChosen, this, &MainWindow::chooseFolderOf);
     connect(m_timeline, &TimelinePane::filesDropped, this, &MainWindow::dropPaths);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
         m_timeline->selectPic(m_picModel->picAt(m_sortedPics->mapToSource(current).row()));
+    });
+}
+
+void MainWindow::showBackgroundWork()
+{
+    auto *thumbnails = new QLabel(this);
+    thumbnails->setObjectName(QStringLiteral("backgroundWork"));
+    thumbnails->hide();
+    statusBar()->addPermanentWidget(thumbnails);
+    connect(&m_timeline->thumbs(), &MyThumbsQueue::remainingChanged, thumbnails, [thumbnails](int remaining) {
+        thumbnails->setText(tr("Building thumbnails: %1 left").arg(QLocale().toString(remaining)));
+        thumbnails->setVisible(remaining > 0);
+    });
+    connect(&m_timeline->thumbs(), &MyThumbsQueue::autoBGThumbGenerationStopped, this, [this] {
+        statusBar()->showMessage(tr("The thumbnail memory is full: from now on thumbnails are built for what is "
+                                    "on screen."),
+                                 10000);
     });
 }
 

@@ -126,6 +126,8 @@ private:
     // The strip and the list show the same filtered source and select together.
     void connectTimeline();
     void showPicInList(MySinglePic *pic);
+    // Work in the background (thumbnails) shows in the status bar while it goes on.
+    void showBackgroundWork();
 
     Preferences &m_prefs;
     std::unique_ptr<ImportSheets> m_sheets;

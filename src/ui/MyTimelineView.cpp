@@ -13,6 +13,7 @@
 #include <QPainterPath>
 #include <QRubberBand>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include <cmath>
 
@@ -59,7 +60,6 @@ MyTimelineView::MyTimelineView(MyTimelinesController &controller, TimelineStrip 
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setFrameShape(QFrame::NoFrame);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
-    setMinimumHeight(120);
     connect(&thumbs, &MyThumbsQueue::thumbReady, this, &MyTimelineView::thumbReady);
 }
 
@@ -87,6 +87,11 @@ void MyTimelineView::relayout()
     horizontalScrollBar()->setPageStep(size.width());
     horizontalScrollBar()->setSingleStep(int(geometry.stride()));
     m_mode = m_labels.dateDisplayModeFull(m_controller.source_full(), today());
+    const int side = int(std::ceil(geometry.thumbSize() * devicePixelRatioF()));
+    if (side != m_layerSide) {
+        m_layers.clear();
+        m_layerSide = side;
+    }
     viewport()->update();
 }
 
@@ -202,20 +207,22 @@ void MyTimelineView::updateLayers(ThumbRange range)
 
 const QPixmap *MyTimelineView::layerFor(const MySinglePic &pic)
 {
+    // Drawing uses the entry: the cache keeps what is on screen the longest.
+    const ThumbEntry *entry = m_thumbs.cache().entry(pic.sessionUniqueId);
     const auto found = m_layers.constFind(pic.sessionUniqueId);
     if (found != m_layers.cend())
         return &*found;
-    const ThumbEntry *entry = m_thumbs.cache().entry(pic.sessionUniqueId);
     if (!entry)
         return nullptr;
-    const int side = int(m_strip.geometry().thumbSize());
-    const QImage &image = entry->imageForSide(side);
+    // Only what stands near the visible range is ever decoded; the cache holds compressed bytes.
+    QImage image = entry->decodedForSide(m_layerSide);
     if (image.isNull())
         return nullptr;
-    const QImage scaled = std::max(image.width(), image.height()) == side
-        ? image
-        : image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    return &*m_layers.insert(pic.sessionUniqueId, QPixmap::fromImage(scaled));
+    if (std::max(image.width(), image.height()) < m_layerSide) // a small image fills the cell
+        image = image.scaled(m_layerSide, m_layerSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPixmap layer = QPixmap::fromImage(std::move(image));
+    layer.setDevicePixelRatio(devicePixelRatioF());
+    return &*m_layers.insert(pic.sessionUniqueId, std::move(layer));
 }
 
 void MyTimelineView::drawGapMarks(QPainter &painter, ThumbRange range)
@@ -252,7 +259,7 @@ void MyTimelineView::drawThumb(QPainter &painter, qsizetype index, MySinglePic &
         painter.drawRoundedRect(cell.adjusted(-3, -3, 3, 3), geometry.roundValue() + 2, geometry.roundValue() + 2);
     }
     if (const QPixmap *layer = layerFor(pic)) {
-        const QSizeF size = layer->size();
+        const QSizeF size = layer->deviceIndependentSize();
         const QPointF origin(cell.x() + (cell.width() - size.width()) / 2, cell.y() + (cell.height() - size.height()) / 2);
         painter.drawPixmap(origin, *layer);
     } else {
@@ -261,6 +268,11 @@ void MyTimelineView::drawThumb(QPainter &painter, qsizetype index, MySinglePic &
     }
     if (!raised)
         painter.fillRect(cell, QColor(0, 0, 0, 90)); // the other folders stand back
+    if (m_options.folderColorsShown && m_colorForPic) {
+        // Which camera or folder the item comes from, along the top edge.
+        const double band = geometry.markerWidth();
+        painter.fillRect(QRectF(cell.x(), cell.y() - band - 2, cell.width(), band), m_colorForPic(pic));
+    }
     if (pic.isUnsaved()) {
         const double w = geometry.markerWidth();
         painter.fillRect(QRectF(cell.x(), cell.bottom() + 2, cell.width(), w), unsavedColor);
@@ -270,15 +282,18 @@ void MyTimelineView::drawThumb(QPainter &painter, qsizetype index, MySinglePic &
 void MyTimelineView::drawLabels(QPainter &painter, ThumbRange range)
 {
     const TimelineGeometry &geometry = m_strip.geometry();
-    m_lastLabels = m_labels.addDateTimeLayers(m_strip.geometrySource(), range, m_mode, today(),
-                                              QLocale().language() == QLocale::English);
-    if (m_lastLabels.isEmpty())
-        return;
     QFont font = painter.font();
     font.setPointSize(TimelineLabels::labelPointSize(geometry.thumbSize()));
+    const QFontMetricsF metrics(font);
+    // A label needs the room of a typical date of the mode, with a little air.
+    const QString sample = m_labels.formatted(Instant::fromUtc(2024, 9, 28, 23, 59), int(m_mode) - 1);
+    const qsizetype spacing = qsizetype(std::ceil((metrics.horizontalAdvance(sample) + 8) / geometry.stride()));
+    m_lastLabels = m_labels.addDateTimeLayers(m_strip.geometrySource(), range, m_mode, today(),
+                                              QLocale().language() == QLocale::English, spacing);
+    if (m_lastLabels.isEmpty())
+        return;
     painter.setFont(font);
     painter.setPen(labelColor);
-    const QFontMetricsF metrics(font);
     const double top = geometry.topInView(geometry.activeMoveBot()) + geometry.thumbSize() + geometry.markerWidth() + 6;
     const double left = horizontalScrollBar()->value();
     m_labelRects.clear();
@@ -553,11 +568,33 @@ void MyTimelineView::dropEvent(QDropEvent *event)
     Q_EMIT filesDropped(event->mimeData(), event->modifiers());
 }
 
+bool MyTimelineView::viewportEvent(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QAbstractScrollArea::viewportEvent(event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    if (const MySinglePic *pic = picAtPoint(help->pos()))
+        QToolTip::showText(help->globalPos(), m_labels.tooltipText(*pic), viewport(),
+                           thumbRectInViewport(m_strip.indexOf(pic)).toRect());
+    else
+        QToolTip::hideText();
+    return true;
+}
+
 void MyTimelineView::wheelEvent(QWheelEvent *event)
 {
     event->accept();
     if (event->buttons() & Qt::LeftButton)
         return; // a drag, sweep or rectangle holds its place under the pointer
+    if (event->modifiers() & Qt::ControlModifier) {
+        // One size mode a notch (120), however finely a touchpad cuts it.
+        m_wheelZoom += event->angleDelta().y();
+        const int steps = m_wheelZoom / 120;
+        m_wheelZoom -= steps * 120;
+        if (steps != 0)
+            Q_EMIT zoomRequested(steps);
+        return;
+    }
     // A vertical wheel scrolls the strip sideways.
     const QPoint delta = event->angleDelta();
     const int step = std::abs(delta.x()) > std::abs(delta.y()) ? delta.x() : delta.y();

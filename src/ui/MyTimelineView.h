@@ -28,6 +28,7 @@ struct TimelineViewOptions
     bool displayTimelineLabels = true;
     bool displayTimelineGaps = true; // calendar marks, with the labels
     bool extraTLsScrollArea = true;  // the first and last item can be scrolled to the centre
+    bool folderColorsShown = false;  // each thumbnail carries its folder's colour (several folders)
 };
 
 // One strip of the timeline on screen (with its scroll bar: the design's MyTimelineScrollView):
@@ -41,7 +42,9 @@ struct TimelineViewOptions
 // Clicks, sweeps, rectangles and the selection keys change the selection by the rules of
 // TimelineSelection (Ctrl is Command, Alt is Option, Meta is Control). A click on a date label
 // scrolls its item to the front; on the sticky one it goes back a date chapter, with Alt forward.
-// Home, End and the page keys scroll, with Ctrl the page keys by date chapters. Main thread only.
+// Home, End and the page keys scroll, with Ctrl the page keys by date chapters; Ctrl with the
+// wheel asks for larger or smaller thumbnails. A thumbnail's tooltip names the item, its camera
+// and date. Main thread only.
 class MyTimelineView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -108,6 +111,8 @@ Q_SIGNALS:
     void folderChosen(orv::MySinglePic *pic, bool adding);
     // Files dropped from outside onto the strip, with the keys held.
     void filesDropped(const QMimeData *mime, Qt::KeyboardModifiers keys);
+    // Ctrl and the wheel: thumbnails larger (positive) or smaller by so many size modes.
+    void zoomRequested(int steps);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -122,6 +127,7 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
 
 private:
     // What the press that holds the button started.
@@ -160,6 +166,8 @@ private:
     std::optional<Instant> m_today;
     std::function<QColor(const MySinglePic &)> m_colorForPic;
     QHash<quint32, QPixmap> m_layers;
+    int m_layerSide = 0; // the pixel side the layers were made for
+    int m_wheelZoom = 0; // wheel angle not yet turned into a zoom step
     QList<TimelineLabel> m_lastLabels;
     QList<QRectF> m_labelRects; // content coordinates, beside m_lastLabels
     TimelineSelection m_selection;

@@ -35,6 +35,7 @@ bool preference(const Preferences &prefs, const QString &key, bool fallback)
 }
 
 constexpr int thumbsDelayMs = 50;
+constexpr int minimumStripHeight = 120;
 
 } // namespace
 
@@ -53,6 +54,7 @@ TimelinePane::TimelinePane(Preferences &prefs, QWidget *parent)
     settings.autoThumbMode = int(prefs.integerForKey(QStringLiteral("autoThumbMode")));
     settings.autoThumbModeMovies = int(prefs.integerForKey(QStringLiteral("autoThumbModeMovies")));
     m_thumbs->setSettings(settings);
+    m_thumbs->cache().setMaxBytes(ThumbCache::maxBytesFromPreferences(prefs));
 
     const double height = prefs.doubleForKey(QStringLiteral("timelineHeight_STD"));
     m_options.timelineHeight = height > 0 ? height : m_options.timelineHeight;
@@ -87,7 +89,6 @@ TimelinePane::TimelinePane(Preferences &prefs, QWidget *parent)
 MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
 {
     auto *view = new MyTimelineView(*m_controller, strip, *m_thumbs, m_splitter);
-    view->setOptions(m_options);
     const FolderPalette palette = FolderPalette::fromPreferences(m_prefs);
     view->setFolderColors([palette](const MySinglePic &pic) {
         return (pic.spSingleFolder ? palette.colorFor(MySingleFolder::of(pic)->colorIndex) : std::nullopt)
@@ -95,6 +96,8 @@ MyTimelineView *TimelinePane::addView(TimelineStrip &strip)
     });
     m_splitter->addWidget(view);
     m_views.append(view);
+    applyOptions();
+    connect(view, &MyTimelineView::zoomRequested, this, &TimelinePane::zoom);
     connect(view, &MyTimelineView::visibleRangeChanged, &m_thumbsTimer, qOverload<>(&QTimer::start));
     connect(view, &MyTimelineView::folderChosen, this, &TimelinePane::folderChosen);
     connect(view, &MyTimelineView::filesDropped, this, [this, view](const QMimeData *mime, Qt::KeyboardModifiers keys) {
@@ -132,6 +135,14 @@ void TimelinePane::removeLastTimeline()
 
 void TimelinePane::buildStripsMenu()
 {
+    QAction *larger = m_stripsMenu->addAction(tr("Larger Thumbnails"), this, [this] { zoom(1); });
+    larger->setObjectName(QStringLiteral("largerThumbnailsAction"));
+    // Ctrl+= as well: the plus sign needs Shift on many keyboards.
+    larger->setShortcuts({QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
+    QAction *smaller = m_stripsMenu->addAction(tr("Smaller Thumbnails"), this, [this] { zoom(-1); });
+    smaller->setObjectName(QStringLiteral("smallerThumbnailsAction"));
+    smaller->setShortcut(QKeySequence::ZoomOut);
+    m_stripsMenu->addSeparator();
     QAction *mirror = m_stripsMenu->addAction(tr("Add Mirror Strip"), this,
                                               [this] { addTimelineForMode(TimelineStrip::MainOrMirror); });
     QAction *shelf = m_stripsMenu->addAction(tr("Add Shelf Strip"), this,
@@ -169,7 +180,33 @@ void TimelinePane::buildFilterMenu()
 
 void TimelinePane::showFolders(const QList<MySingleFolder *> &folders)
 {
+    if (m_options.folderColorsShown != (folders.size() > 1)) {
+        m_options.folderColorsShown = folders.size() > 1;
+        applyOptions();
+    }
     m_controller->buildNewSource(folders);
+}
+
+void TimelinePane::zoom(int steps)
+{
+    const double height = TimelineGeometry::zoomedTimelineHeight(m_options.timelineHeight, steps);
+    if (height == m_options.timelineHeight)
+        return;
+    m_options.timelineHeight = height;
+    m_prefs.setDouble(QStringLiteral("timelineHeight_STD"), height);
+    applyOptions();
+    // Other sizes want other pixels.
+    runThumbs();
+}
+
+void TimelinePane::applyOptions()
+{
+    // The thumbnail size is limited by the strip's height: a strip grows to what its size needs.
+    const double needed = TimelineGeometry::mainStripHeightFor(m_options.timelineHeight, m_views.size() > 1);
+    for (MyTimelineView *view : std::as_const(m_views)) {
+        view->setMinimumHeight(std::max(int(needed), minimumStripHeight));
+        view->setOptions(m_options);
+    }
 }
 
 void TimelinePane::raiseFolders(const QList<MySingleFolder *> &folders)

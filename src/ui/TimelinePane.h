@@ -37,7 +37,8 @@ public:
     MyTimelineView &mainView() const { return *m_mainView; }
     MyThumbsQueue &thumbs() const { return *m_thumbs; }
     QMenu *filterMenu() const { return m_filterMenu; }
-    // Add Mirror Strip, Add Shelf Strip, Remove Last Strip.
+    // Larger and Smaller Thumbnails (Ctrl+plus, Ctrl+minus), Add Mirror Strip, Add Shelf Strip,
+    // Remove Last Strip.
     QMenu *stripsMenu() const { return m_stripsMenu; }
     // The strips on screen, the main one first.
     const QList<MyTimelineView *> &views() const { return m_views; }
@@ -56,6 +57,9 @@ public:
     void selectPic(MySinglePic *pic);
     // Several items selected on the main strip, main among them and in view.
     void selectPics(const QList<MySinglePic *> &pics, MySinglePic *main);
+    // Thumbnails larger (positive) or smaller by so many size modes; the timeline height is kept
+    // in the preferences, and the strips take the room the size needs.
+    void zoom(int steps);
 
 Q_SIGNALS:
     void picSelected(orv::MySinglePic *pic);
@@ -73,6 +77,7 @@ private:
     void buildStripsMenu();
     MyTimelineView *addView(TimelineStrip &strip);
     void runThumbs();
+    void applyOptions();
 
     Preferences &m_prefs;
     MyTimelinesController *m_controller;

@@ -1,6 +1,7 @@
 // Thumbnail sizes, the queue's order and width, and decoding of real files and of bad ones.
 
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/MySingleFolder.h"
 #include "support/Corpus.h"
 #include "thumbs/MyThumbsQueue.h"
@@ -26,32 +27,76 @@ QImage solid(int width, int height, bool alpha = false)
     return image;
 }
 
+// Pixels that compress poorly, as a photo's do.
+QImage noise(int width, int height, quint32 seed = 1)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            image.setPixel(x, y, seed >> 8);
+        }
+    return image;
+}
+
 TEST(ThumbSizesTest, TableAndEntryForms)
 {
     EXPECT_EQ(cachedThumbSide(0, 252), 50);
     EXPECT_EQ(cachedThumbSide(3, 252), 500);
     EXPECT_EQ(cachedThumbSide(4, 126), 126); // beyond the table: as it was
 
-    // Side 50: a small image has only the compressed form and the mini form.
-    const ThumbEntry small = ThumbEntry::make(solid(40, 30), cachedThumbSide(0, 252));
-    EXPECT_FALSE(small.compressedData.isEmpty());
-    EXPECT_TRUE(small.prevThumb.isNull());
-    EXPECT_TRUE(small.maxiThumb.isEmpty());
-    EXPECT_EQ(small.miniThumb.size(), QSize(40, 30));
-
+    // An entry holds only compressed bytes; drawing decodes them at the size it needs.
     const ThumbEntry usual = ThumbEntry::make(solid(3000, 2000), 252);
     EXPECT_EQ(usual.largestThumbSize, QSize(252, 168));
-    EXPECT_EQ(usual.prevThumb.size(), QSize(126, 84));
-    EXPECT_EQ(usual.miniThumb.size(), QSize(50, 33));
     EXPECT_TRUE(usual.compressedData.startsWith("\xFF\xD8")); // JPEG without alpha
+    EXPECT_EQ(usual.cost(), usual.compressedData.size() + ThumbEntry::overheadBytes);
+    EXPECT_LT(usual.cost(), 252 * 168); // far below a byte a pixel, let alone four
     EXPECT_EQ(usual.currentSizeImage().size(), QSize(252, 168));
+    EXPECT_EQ(usual.decodedForSide(117).size(), QSize(117, 78));
+    EXPECT_EQ(usual.decodedForSide(400).size(), QSize(252, 168)); // never larger than stored
     EXPECT_TRUE(ThumbEntry::make(solid(300, 200, true), 252).compressedData.startsWith("II*")); // TIFF with alpha
+    EXPECT_EQ(ThumbEntry::make(solid(40, 30), cachedThumbSide(0, 252)).largestThumbSize, QSize(40, 30));
 
-    // The 252 form only for side 500, with the preference, and larger than 252 both ways.
-    EXPECT_FALSE(ThumbEntry::make(solid(600, 400), 500, true).maxiThumb.isEmpty());
+    // The 252 form only for side 500, with the preference, and larger than 252 both ways; it
+    // serves the sizes it is large enough for.
+    const ThumbEntry sharp = ThumbEntry::make(solid(600, 400), 500, true);
+    EXPECT_FALSE(sharp.maxiThumb.isEmpty());
+    EXPECT_EQ(sharp.decodedForSide(200).width(), 200);
+    EXPECT_EQ(sharp.decodedForSide(450).width(), 450);
     EXPECT_TRUE(ThumbEntry::make(solid(600, 200), 500, true).maxiThumb.isEmpty());
     EXPECT_TRUE(ThumbEntry::make(solid(600, 400), 500, false).maxiThumb.isEmpty());
     EXPECT_TRUE(ThumbEntry::make(solid(600, 400), 252, true).maxiThumb.isEmpty());
+}
+
+TEST(ThumbCacheTest, TheBoundInBytesEvictsTheLeastRecentlyUsed)
+{
+    const ThumbEntry entry = ThumbEntry::make(solid(300, 200), 252);
+    const qsizetype cost = entry.cost();
+    ThumbCache cache(3 * cost + cost / 2);
+    for (quint32 id : {1u, 2u, 3u})
+        EXPECT_FALSE(cache.insert(id, entry).evicted);
+    EXPECT_EQ(cache.totalBytes(), 3 * cost);
+    ASSERT_TRUE(cache.entry(1)); // drawn: now the most recently used
+    const ThumbCache::Insertion fourth = cache.insert(4, entry);
+    EXPECT_TRUE(fourth.stored);
+    EXPECT_TRUE(fourth.evicted);
+    EXPECT_TRUE(cache.contains(1));
+    EXPECT_FALSE(cache.contains(2));
+    EXPECT_TRUE(cache.contains(3));
+    EXPECT_TRUE(cache.contains(4));
+    EXPECT_LE(cache.totalBytes(), cache.maxBytes());
+
+    // A smaller bound evicts at once, oldest first; an entry larger than the bound is refused.
+    cache.setMaxBytes(cost);
+    EXPECT_EQ(cache.count(), 1);
+    EXPECT_TRUE(cache.contains(4));
+    EXPECT_FALSE(cache.insert(5, ThumbEntry::make(noise(300, 200), 252)).stored);
+    EXPECT_FALSE(cache.contains(5));
+
+    Preferences prefs{QString()};
+    EXPECT_EQ(ThumbCache::maxBytesFromPreferences(prefs), 256LL * 1024 * 1024); // the registered default
+    prefs.setInteger(ThumbCache::boundKey, 64);
+    EXPECT_EQ(ThumbCache::maxBytesFromPreferences(prefs), 64LL * 1024 * 1024);
 }
 
 TEST(ThumbQueueTest, WidthAndOrder)
@@ -77,6 +122,44 @@ TEST(ThumbQueueTest, WidthAndOrder)
 
     const QList<MySinglePic *> merged = MyThumbsQueue::mergedAlternating({{pics[0], pics[1], pics[2]}, {pics[5], pics[1]}});
     EXPECT_EQ(merged, QList<MySinglePic *>({pics[0], pics[5], pics[1], pics[2]}));
+}
+
+TEST(ThumbQueueTest, AFullCacheEndsTheBackgroundWorkInsteadOfBuildingWhatItEvicted)
+{
+    QTemporaryDir dir;
+    int argc = 1;
+    char name[5] = "test";
+    char *argv[2] = {name, nullptr};
+    QCoreApplication app(argc, argv);
+    MySingleFolder folder(dir.path(), false);
+    folder.sfFolderPath = dir.path();
+    QList<MySinglePic *> pics;
+    for (int i = 0; i < 40; ++i) {
+        const QString file = QStringLiteral("IMG_%1.jpg").arg(i);
+        ASSERT_TRUE(noise(300, 200, quint32(i + 1)).save(dir.filePath(file), "jpeg", 90));
+        pics.append(folder.adoptPic(std::make_unique<MySinglePic>(file, &folder, SpTypeExifOriginal, Instant(i))));
+    }
+    MyThumbsQueue queue;
+    const qsizetype entryCost = ThumbEntry::make(noise(300, 200), 252).cost();
+    queue.cache().setMaxBytes(12 * entryCost);
+    bool stopped = false;
+    QObject::connect(&queue, &MyThumbsQueue::autoBGThumbGenerationStopped, [&] { stopped = true; });
+    // Two visible, the rest in the background: more than the cache holds.
+    queue.runThumbs({{pics, {10, 2}}});
+    EXPECT_GE(queue.remainingCount(), 30);
+    queue.waitForDone();
+    EXPECT_TRUE(stopped);
+    EXPECT_FALSE(queue.settings().autoBGThumbGeneration);
+    EXPECT_EQ(queue.remainingCount(), 0);
+    EXPECT_LE(queue.cache().totalBytes(), queue.cache().maxBytes());
+    for (qsizetype i = 10; i < 12; ++i)
+        EXPECT_TRUE(queue.cache().contains(pics[i]->sessionUniqueId)) << i;
+    // Scrolling on builds what comes on screen, and only that.
+    queue.runThumbs({{pics, {30, 2}}});
+    EXPECT_LE(queue.queuedCount(), 2 + 2 * 4);
+    queue.waitForDone();
+    EXPECT_TRUE(queue.cache().contains(pics[30]->sessionUniqueId));
+    EXPECT_LE(queue.cache().totalBytes(), queue.cache().maxBytes());
 }
 
 class DecodeTest : public ::testing::Test

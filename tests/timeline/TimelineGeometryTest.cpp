@@ -44,6 +44,38 @@ TEST(TimelineGeometryTest, MeasuresFollowTheHeights)
     EXPECT_DOUBLE_EQ(geometry.thumbMovementFromCenter(), 57 / 2.0 - 57 / 6.0);
 }
 
+TEST(TimelineGeometryTest, ZoomStepsThroughTheSizeModesAndNamesTheRoomTheyNeed)
+{
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(128, 1), 160);
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(128, -1), 100);
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(140, 1), 160); // a height between modes
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(140, -1), 128);
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(100, 3), 190);
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(222, 1), 222);
+    EXPECT_EQ(TimelineGeometry::zoomedTimelineHeight(82, -1), 82);
+    EXPECT_EQ(TimelineGeometry::sizeModeForHeight(128), 2);
+    EXPECT_EQ(TimelineGeometry::sizeModeForHeight(140), 2);
+    EXPECT_EQ(TimelineGeometry::sizeModeForHeight(50), 0);
+    EXPECT_EQ(TimelineGeometry::sizeModeForHeight(300), TimelineGeometry::sizeModeCount - 1);
+
+    EXPECT_EQ(TimelineGeometry::mainStripHeightFor(144, false), 0);
+    EXPECT_EQ(TimelineGeometry::mainStripHeightFor(183, false), 344);
+    EXPECT_EQ(TimelineGeometry::mainStripHeightFor(222, false), 374);
+    EXPECT_EQ(TimelineGeometry::mainStripHeightFor(222, true), 186);
+    // Every mode given its room takes full effect: the thumbnails grow mode by mode, to 117.
+    double previous = 0;
+    for (const int height : TimelineGeometry::sizeModeHeights) {
+        TimelineGeometry geometry;
+        geometry.changedTimelineViewHeight(height, TimelineGeometry::mainStripHeightFor(height, false), false);
+        TimelineGeometry unlimited;
+        unlimited.changedTimelineViewHeight(height, 1000, false);
+        EXPECT_EQ(geometry.thumbSize(), unlimited.thumbSize()) << height;
+        EXPECT_GT(geometry.thumbSize(), previous);
+        previous = geometry.thumbSize();
+    }
+    EXPECT_EQ(previous, 117);
+}
+
 TEST(TimelineGeometryTest, PositionsHitTestsAndRanges)
 {
     TimelineGeometry geometry; // s 57: thumbnails 55, margin 26, stride 81, left margin 36

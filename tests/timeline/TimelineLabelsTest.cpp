@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace orv;
 
 namespace {
@@ -57,17 +59,20 @@ TEST_F(LabelsFixture, LabelsNameTodayYesterdayTomorrowAndFollowTheMode)
     add(Instant::fromUtc(2026, 11, 24, 8));
     add(Instant::fromUtc(2026, 11, 25, 12));
     add(Instant::fromUtc(2026, 11, 27, 12));
+    // With room for a label at every item, every change down to the minute has one.
     const QList<TimelineLabel> days = labels.addDateTimeLayers(source, {0, 6}, DateDisplayMode::Days, today);
-    ASSERT_EQ(days.size(), 5);
+    ASSERT_EQ(days.size(), 6);
     EXPECT_EQ(days[0].index, 0);
     EXPECT_EQ(days[0].dateText, QStringLiteral("Yesterday"));
     EXPECT_FALSE(days[0].timeText.isEmpty());
-    EXPECT_EQ(days[1].index, 2);
+    EXPECT_EQ(days[1].index, 1);
     EXPECT_TRUE(days[1].dateText.isEmpty());
-    EXPECT_FALSE(days[1].timeText.isEmpty());
-    EXPECT_EQ(days[2].dateText, QStringLiteral("Today"));
-    EXPECT_EQ(days[3].dateText, QStringLiteral("Tomorrow"));
-    EXPECT_EQ(days[4].dateText, labels.formatted(Instant::fromUtc(2026, 11, 27, 12), 3));
+    EXPECT_EQ(days[1].timeText, labels.formatted(Instant::fromUtc(2026, 11, 23, 10, 30), 4));
+    EXPECT_EQ(days[2].index, 2);
+    EXPECT_TRUE(days[2].dateText.isEmpty());
+    EXPECT_EQ(days[3].dateText, QStringLiteral("Today"));
+    EXPECT_EQ(days[4].dateText, QStringLiteral("Tomorrow"));
+    EXPECT_EQ(days[5].dateText, labels.formatted(Instant::fromUtc(2026, 11, 27, 12), 3));
 
     // The first item of a range always has its label (the sticky one).
     const QList<TimelineLabel> fromSecond = labels.addDateTimeLayers(source, {1, 2}, DateDisplayMode::Days, today);
@@ -76,16 +81,73 @@ TEST_F(LabelsFixture, LabelsNameTodayYesterdayTomorrowAndFollowTheMode)
 
     // In hours mode a date label stands where the hour changes, in the time format.
     const QList<TimelineLabel> hours = labels.addDateTimeLayers(source, {0, 3}, DateDisplayMode::Hours, today);
-    ASSERT_EQ(hours.size(), 2);
-    EXPECT_EQ(hours[1].index, 2);
-    EXPECT_EQ(hours[1].dateText, labels.formatted(Instant::fromUtc(2026, 11, 23, 11), 4));
-    EXPECT_TRUE(hours[1].timeText.isEmpty());
+    ASSERT_EQ(hours.size(), 3);
+    EXPECT_EQ(hours[2].index, 2);
+    EXPECT_EQ(hours[2].dateText, labels.formatted(Instant::fromUtc(2026, 11, 23, 11), 4));
+    EXPECT_TRUE(hours[2].timeText.isEmpty());
 
     // Date chapters begin where a date label of the mode stands, wherever the range starts.
     EXPECT_EQ(labels.dateChapterFrom(source, 1, DateDisplayMode::Days, 1), 3);
     EXPECT_EQ(labels.dateChapterFrom(source, 3, DateDisplayMode::Days, -1), 0);
     EXPECT_EQ(labels.dateChapterFrom(source, 1, DateDisplayMode::Hours, 1), 2);
     EXPECT_EQ(labels.dateChapterFrom(source, 5, DateDisplayMode::Days, 1), -1);
+}
+
+TEST_F(LabelsFixture, LabelsThinOutByDensityAndStayPutWhileScrolling)
+{
+    // A busy day: a photo every 40 seconds for 300 photos, and the next morning after them.
+    const Instant start = Instant::fromUtc(2026, 6, 10, 9);
+    for (int i = 0; i < 300; ++i)
+        add(start.addingSeconds(40.0 * i));
+    for (int i = 0; i < 30; ++i)
+        add(Instant::fromUtc(2026, 6, 11, 8).addingSeconds(40.0 * i));
+    const qsizetype spacing = 5;
+    const QList<TimelineLabel> all = labels.addDateTimeLayers(source, {0, source.size()}, DateDisplayMode::Years,
+                                                              today, true, spacing);
+    // Never closer than the spacing, yet one in every stretch of twice the spacing or so.
+    for (qsizetype n = 1; n < all.size(); ++n)
+        EXPECT_GE(all[n].index - all[n - 1].index, spacing) << all[n].index;
+    EXPECT_GE(all.size(), source.size() / (2 * spacing) - 2);
+    // The new day wins over the minutes around it and says its date.
+    const auto morning = std::find_if(all.cbegin(), all.cend(), [](const TimelineLabel &l) { return l.index == 300; });
+    ASSERT_NE(morning, all.cend());
+    EXPECT_EQ(morning->dateText, labels.formatted(Instant::fromUtc(2026, 6, 11, 8), 0));
+    EXPECT_TRUE(std::all_of(all.cbegin() + 1, all.cend(), [](const TimelineLabel &l) {
+        return l.index == 300 ? !l.dateText.isEmpty() : l.dateText.isEmpty() && !l.timeText.isEmpty();
+    }));
+
+    // A scrolled range shows the same labels, bar its sticky first one.
+    for (const qsizetype first : {37, 120, 290}) {
+        const QList<TimelineLabel> part = labels.addDateTimeLayers(source, {first, 25}, DateDisplayMode::Years,
+                                                                   today, true, spacing);
+        QList<qsizetype> expected, shown;
+        for (const TimelineLabel &label : all)
+            if (label.index > first && label.index < first + 25)
+                expected.append(label.index);
+        for (qsizetype n = 1; n < part.size(); ++n)
+            shown.append(part[n].index);
+        EXPECT_EQ(shown, expected) << first;
+        EXPECT_EQ(part[0].index, first);
+    }
+}
+
+TEST_F(LabelsFixture, TooltipNamesTheItemItsCameraDateAndOffset)
+{
+    MySinglePic *pic = add(Instant::fromUtc(2026, 6, 10, 9, 15));
+    pic->spName = QStringLiteral("IMG_0042.JPG");
+    pic->pivMakeModel = QStringLiteral("Canon Canon EOS R6");
+    const QString plain = labels.tooltipText(*pic);
+    EXPECT_TRUE(plain.contains(QStringLiteral("IMG_0042.JPG")));
+    EXPECT_TRUE(plain.contains(QStringLiteral("EOS R6")));
+    EXPECT_TRUE(plain.contains(QStringLiteral("trip")));
+    EXPECT_TRUE(plain.contains(QStringLiteral("2026-06-10 09:15:00 UTC")));
+    EXPECT_FALSE(plain.contains(QStringLiteral("Offset")));
+
+    folder.sfDateModificationsTimeInterval = 90061; // a day, an hour, a minute and a second
+    const QString shifted = labels.tooltipText(*pic);
+    EXPECT_TRUE(shifted.contains(QStringLiteral("2026-06-11 10:16:01 UTC")));
+    EXPECT_TRUE(shifted.contains(QStringLiteral("+1 d 01:01:01")));
+    EXPECT_TRUE(shifted.contains(QStringLiteral("2026-06-10 09:15:00 UTC")));
 }
 
 TEST_F(LabelsFixture, CalendarMarks)
