@@ -80,10 +80,12 @@ QJsonArray jsonList(const QStringList &values)
 }
 
 QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
-                     const SaveErrors &errors, const QStringList &preSaveKeys)
+                     const SaveErrors &errors, const QStringList &preSaveKeys, const QJsonObject &facts)
 {
     const OldDates &old = before.dates;
     QJsonObject o = before.zone.flags;
+    for (auto it = facts.begin(); it != facts.end(); ++it)
+        o.insert(it.key(), it.value());
     o.insert(QStringLiteral("path"), pic.spPath());
     o.insert(QStringLiteral("spName"), pic.spName);
     o.insert(QStringLiteral("saved"), outcome.savedPics.contains(&pic));
@@ -109,7 +111,7 @@ QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOut
 }
 
 QString readableItem(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
-                     const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun)
+                     const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun, const QString &facts)
 {
     const OldDates &old = before.dates;
     QString text = pic.spName;
@@ -144,6 +146,8 @@ QString readableItem(const MySinglePic &pic, const Before &before, const SaveOut
     }
     for (const QString &key : preSaveKeys)
         text += QStringLiteral("  pre-save: %1\n").arg(key);
+    if (!facts.isEmpty())
+        text += QStringLiteral("  ") + facts + QLatin1Char('\n');
     return text;
 }
 
@@ -207,10 +211,11 @@ int DateSaveRun::run(const Options &options, const Change &change)
     const ChangeOutcome outcome = change(imported, prefs, err);
     if (outcome.stop)
         return outcome.exitCode;
-    return std::max(saveAndReport(imported, prefs, options, out), outcome.exitCode);
+    return std::max(saveAndReport(imported, prefs, options, out, outcome.itemFacts), outcome.exitCode);
 }
 
-int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out)
+int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out,
+                               const ItemFactsMap &facts)
 {
     QList<MySingleFolder *> folders;
     std::vector<std::pair<MySinglePic *, Before>> items;
@@ -264,17 +269,18 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
                 << SaveErrors::descriptionForStep(step) << " ("
                 << run.errors().toolReasonFor(*pic, step) << ")\n";
         const MySinglePic *dependent = pic->bundleDependentImage;
+        const ItemFacts fact = facts.value(pic);
         if (options.json) {
-            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys);
+            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys, fact.json);
             if (dependent)
-                entry.insert(QStringLiteral("dependent"),
-                             itemJson(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys));
+                entry.insert(QStringLiteral("dependent"), itemJson(*dependent, dependentsOld.at(dependent), outcome,
+                                                                   run.errors(), preSaveKeys, {}));
             json.append(entry);
         } else {
-            out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun);
+            out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun, fact.text);
             if (dependent)
                 out << readableItem(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys,
-                                    options.dryRun);
+                                    options.dryRun, {});
         }
     }
     if (options.json)

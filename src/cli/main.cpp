@@ -1,4 +1,5 @@
 #include "cli/AlignCommand.h"
+#include "cli/GeotagCommand.h"
 #include "cli/JournalCommands.h"
 #include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
@@ -42,6 +43,24 @@ const char *const usage =
     "         PATH...          Give every file this place (degrees, metres) and save it:\n"
     "                          in place where the file has GPS tags, otherwise through\n"
     "                          exiftool, or into an XMP sidecar for files that have one.\n"
+    "  geotag --gpx FILE [--gpx FILE]... [--offset OFFSET] [--dry-run] [--json]\n"
+    "         [--pref KEY=VALUE]... PATH...\n"
+    "                          Place the files by GPX tracks (GPX 1.0 and 1.1) and save the\n"
+    "                          places as locate does. A file takes the track's place at its\n"
+    "                          date: a track point within 5 seconds as it is, otherwise\n"
+    "                          interpolated between the two points around it; a date in a\n"
+    "                          gap between segments, before or after the tracks gets no\n"
+    "                          place. Of overlapping tracks the one that starts first is\n"
+    "                          used. Files with a place of their own keep it; files without\n"
+    "                          a date of their own (only a file system date) are never\n"
+    "                          placed. OFFSET ([+-]H:MM:SS) is added to the files' dates\n"
+    "                          before they meet the tracks: +0:01:30 when the camera's clock\n"
+    "                          ran 90 s behind the GPS; the files' dates stay as they are.\n"
+    "                          Each file says how it matched (trackMatch: point,\n"
+    "                          interpolated, gap, outside, ownPlace, noDate) and the seconds\n"
+    "                          to the nearest track point (secondsToTrackPoint); each GPX\n"
+    "                          file's problems are said on stderr and its other tracks\n"
+    "                          still load.\n"
     "  align --by RULE [--main PATH] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
     "                          Give the files, taken in time order, dates by a rule and\n"
     "                          save them like shift. RULE: gaps (spread the inner files\n"
@@ -107,6 +126,8 @@ int main(int argc, char *argv[])
         return orv::ShiftCommand::run(args.mid(1));
     if (args.first() == QLatin1String("locate"))
         return orv::LocateCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("geotag"))
+        return orv::GeotagCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
