@@ -28,6 +28,9 @@ DateChangeListener AppController::changeListener()
 {
     return {
         [this](const QList<MySingleFolder *> &folders) {
+            // Places from tracks follow the dates in force, forwards and backwards alike.
+            for (MySingleFolder *folder : folders)
+                m_tracks.refreshTrackLocationsForFolder(*folder);
             Q_EMIT reloadThumbs(folders);
             Q_EMIT expertRelevantChangeWasMade();
         },

@@ -160,6 +160,19 @@ void LOTController::removeLocations(MySingleFolder &folder, const QSet<QString> 
     folder.updateFolderValuesOnPicMove();
 }
 
+void LOTController::refreshTrackLocationsForFolder(MySingleFolder &folder) const
+{
+    bool any = false;
+    for (MySinglePic *pic : std::as_const(folder.sfPicDetails_fullArray)) {
+        if (pic->isLinkedToFolderTracks() || !pic->locAddedByTrackKey.isEmpty()) {
+            refreshPositionForPic(*pic);
+            any = true;
+        }
+    }
+    if (any)
+        folder.updateFolderValuesOnPicMove();
+}
+
 void LOTController::linkPic(MySinglePic &pic) const
 {
     pic.isTrackLinkingPrevented = false;

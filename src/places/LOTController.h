@@ -51,6 +51,10 @@ public:
     // The folder lets go of the tracks: its items take their place from the tracks left, or
     // what they had before.
     void removeLocations(MySingleFolder &folder, const QSet<QString> &keys) const;
+    // The folder's items that follow tracks take their places anew, after their dates or the
+    // tracks moved. A pure function of dates, tracks and links, so it may run after any change
+    // and its undo alike.
+    void refreshTrackLocationsForFolder(MySingleFolder &folder) const;
     // The user opens the item to tracks (a place of its own gives way) or closes it.
     void linkPic(MySinglePic &pic) const;
     void unlinkPic(MySinglePic &pic) const;

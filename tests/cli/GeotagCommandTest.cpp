@@ -19,13 +19,13 @@ using namespace orv::test;
 
 namespace {
 
-// A photo taken at a UTC moment ("2024:05:01 10:00:30"): the stamp with the offset +00:00.
-QString photoAt(const QString &dir, const QString &name, const char *utcStamp,
-                std::optional<GpsShape> gps = std::nullopt)
+// A photo with its stamp ("2024:05:01 10:00:30") and the stamp's offset.
+QString photoAt(const QString &dir, const QString &name, const char *stamp,
+                std::optional<GpsShape> gps = std::nullopt, const char *offset = "+00:00")
 {
     TiffShape tags;
-    tags.dateTimeOriginal = Stamp::text(utcStamp);
-    tags.offsetTimeOriginal = Stamp::text("+00:00");
+    tags.dateTimeOriginal = Stamp::text(stamp);
+    tags.offsetTimeOriginal = Stamp::text(offset);
     tags.gps = gps;
     return buildJpeg({.exif = tags}).write(dir, name);
 }
@@ -80,6 +80,7 @@ TEST_F(GeotagCommand, EachPhotoSaysHowItsDateMetTheTrackAndOnlyThoseOnItArePlace
     photoAt(photos, "d_after", "2024:05:01 12:00:00");
     photoAt(photos, "e_own", "2024:05:01 10:00:30", GpsShape::at(-33.5, 151.25));
     buildJpeg({}).write(photos, "f_undated");
+    photoAt(photos, "g_zoned", "2024:05:01 12:00:30", std::nullopt, "+02:00");
 
     const CliResult run = runCli({"geotag", "--gpx", gpx, "--dry-run", "--json", photos}, home.path());
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
@@ -103,6 +104,8 @@ TEST_F(GeotagCommand, EachPhotoSaysHowItsDateMetTheTrackAndOnlyThoseOnItArePlace
     EXPECT_EQ(fact("e_own", "gpsLat").toDouble(), -33.5);
     EXPECT_EQ(fact("f_undated", "trackMatch").toString(), QStringLiteral("noDate"));
     EXPECT_TRUE(fact("f_undated", "gpsLat").isUndefined());
+    EXPECT_EQ(fact("g_zoned", "trackMatch").toString(), QStringLiteral("interpolated")) << "12:00:30 at +02:00";
+    EXPECT_NEAR(fact("g_zoned", "gpsLat").toDouble(), 46.005, 1e-9);
 
     const CliResult text = runCli({"geotag", "--gpx", gpx, "--dry-run", photos}, home.path());
     EXPECT_TRUE(text.out.contains("track: interpolated, 30 s from the nearest track point")) << text.out.toStdString();

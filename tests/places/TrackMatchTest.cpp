@@ -168,7 +168,7 @@ TEST(TrackMatch, AnItemMeetsTheTrackAtItsDateInForceAndWithoutADateOfItsOwnNever
     file.tracks = {hike()};
     const QString key = tracks.importTracks(file).first();
     MySingleFolder folder(QStringLiteral("/hike"), false);
-    // Read at 11:00 in a zone two hours ahead of the track's UTC: the instant is 09:00 UTC.
+    // Taken at 09:00 UTC, an hour before the track starts.
     MySinglePic *pic = folder.adoptPic(
         std::make_unique<MySinglePic>(QStringLiteral("a.jpg"), &folder, SpTypeExifOriginal, ten.addingSeconds(-3600)));
     MySinglePic *fileDated = folder.adoptPic(
