@@ -1,5 +1,6 @@
 #include "app/TrackLinkCommand.h"
 
+#include "app/CommandFolders.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 
@@ -45,25 +46,15 @@ void TrackLinkCommand::apply(bool forward)
 std::unique_ptr<DateChangeCommand> TrackLinkCommand::withoutFolder(const MySingleFolder *folder) const
 {
     QList<FolderChange> folders = m_folders;
-    folders.removeIf([folder](const FolderChange &c) { return c.folder == folder; });
     QList<PicChange> pics = m_pics;
-    pics.removeIf([folder](const PicChange &c) { return MySingleFolder::of(*c.pic) == folder; });
-    if (folders.isEmpty() && pics.isEmpty())
+    if (!removeChangesOfFolder(folders, pics, folder))
         return nullptr;
     return std::make_unique<TrackLinkCommand>(folders, pics, text(), m_listener);
 }
 
 QList<MySingleFolder *> TrackLinkCommand::folders() const
 {
-    QList<MySingleFolder *> result;
-    for (const FolderChange &change : m_folders)
-        result.append(change.folder);
-    for (const PicChange &change : m_pics) {
-        MySingleFolder *folder = MySingleFolder::of(*change.pic);
-        if (!result.contains(folder))
-            result.append(folder);
-    }
-    return result;
+    return foldersOfChanges(m_folders, m_pics);
 }
 
 } // namespace orv
