@@ -11,15 +11,8 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
     : QObject(parent),
       m_prefs(prefs),
       m_log(std::make_unique<LogController>(prefs, logFilePath)),
-      m_dateChanges(m_undoStack,
-                    DateChangeListener{
-                        [this](const QList<MySingleFolder *> &folders) {
-                            Q_EMIT reloadThumbs(folders);
-                            Q_EMIT expertRelevantChangeWasMade();
-                        },
-                        [this](MySingleFolder *folder) { Q_EMIT changedFolderEditMode(folder); },
-                        [this] { Q_EMIT dateChangeRefused(); },
-                    }),
+      m_dateChanges(m_undoStack, changeListener()),
+      m_trackLinks(m_undoStack, m_tracks, m_dateChanges, changeListener()),
       m_dataSource(std::make_unique<MyDroppedFolders>(prefs, questions))
 {
     connect(m_dataSource.get(), &MyDroppedFolders::folderEditModeChanged, this,
@@ -29,6 +22,21 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
     // A folder that leaves the list takes its history with it.
     connect(m_dataSource.get(), &MyDroppedFolders::folderRemoved, this,
             [this](const MySingleFolder *folder) { m_dateChanges.clearUndoRedoFromFolder(folder); });
+}
+
+DateChangeListener AppController::changeListener()
+{
+    return {
+        [this](const QList<MySingleFolder *> &folders) {
+            // Places from tracks follow the dates in force, forwards and backwards alike.
+            for (MySingleFolder *folder : folders)
+                m_tracks.refreshTrackLocationsForFolder(*folder);
+            Q_EMIT reloadThumbs(folders);
+            Q_EMIT expertRelevantChangeWasMade();
+        },
+        [this](MySingleFolder *folder) { Q_EMIT changedFolderEditMode(folder); },
+        [this] { Q_EMIT dateChangeRefused(); },
+    };
 }
 
 AppController::~AppController()

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/TrackLinks.h"
 #include "folders/MySingleFolder.h"
+#include "places/LOTController.h"
 
 #include <QList>
 #include <QObject>
@@ -38,6 +40,9 @@ public:
     Preferences &prefs() const { return m_prefs; }
     LogController &log() const { return *m_log; }
     DateChanges &dateChanges() { return m_dateChanges; }
+    // The imported GPX tracks, and the changes of places they make.
+    LOTController &tracks() { return m_tracks; }
+    TrackLinks &trackLinks() { return m_trackLinks; }
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
@@ -58,10 +63,14 @@ Q_SIGNALS:
     void dateChangeRefused();
 
 private:
+    DateChangeListener changeListener();
+
     Preferences &m_prefs;
     std::unique_ptr<LogController> m_log;
     QUndoStack m_undoStack;
     DateChanges m_dateChanges;
+    LOTController m_tracks;
+    TrackLinks m_trackLinks;
     // Last: its scan thread may still call back into the rest while it stops.
     std::unique_ptr<MyDroppedFolders> m_dataSource;
 };

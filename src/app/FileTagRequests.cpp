@@ -6,16 +6,6 @@
 
 namespace orv {
 
-namespace {
-
-double roundedTo(double value, int digits)
-{
-    const double scale = std::pow(10.0, digits);
-    return std::round(value * scale) / scale;
-}
-
-} // namespace
-
 namespace FileTagRequests {
 
 int addMissingDateTags(const QList<MySinglePic *> &pics)
@@ -43,17 +33,7 @@ bool setUserLocation(const QList<MySinglePic *> &pics, double latitude, double l
     for (MySinglePic *pic : pics) {
         if (!pic->takesEdits())
             continue;
-        if (!pic->gpsLatOld && pic->gpsLat && pic->gpsLong) {
-            pic->gpsLatOld = pic->gpsLat;
-            pic->gpsLongOld = pic->gpsLong;
-        }
-        // A movie whose place text has few digits takes the place it can hold in place.
-        const auto rounding = pic->needsLocRounding();
-        pic->gpsLat = rounding ? roundedTo(latitude, rounding->latitudeDigits) : latitude;
-        pic->gpsLong = rounding ? roundedTo(longitude, rounding->longitudeDigits) : longitude;
-        pic->hasAddedLocation = 1;
-        pic->newLocationAltitude = altitude;
-        pic->newLocationHAccuracy = accuracy;
+        pic->takeNewLocation(latitude, longitude, altitude, accuracy, 1);
     }
     return true;
 }

@@ -1,5 +1,6 @@
 #include "app/ZoneChangeCommand.h"
 
+#include "app/CommandFolders.h"
 #include "core/DaylightSaving.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
@@ -43,25 +44,15 @@ void ZoneChangeCommand::apply(bool forward)
 std::unique_ptr<DateChangeCommand> ZoneChangeCommand::withoutFolder(const MySingleFolder *folder) const
 {
     QList<FolderChange> folders = m_folders;
-    folders.removeIf([folder](const FolderChange &c) { return c.folder == folder; });
     QList<ChoiceChange> choices = m_choices;
-    choices.removeIf([folder](const ChoiceChange &c) { return MySingleFolder::of(*c.pic) == folder; });
-    if (folders.isEmpty() && choices.isEmpty())
+    if (!removeChangesOfFolder(folders, choices, folder))
         return nullptr;
     return std::make_unique<ZoneChangeCommand>(folders, choices, text(), m_listener);
 }
 
 QList<MySingleFolder *> ZoneChangeCommand::folders() const
 {
-    QList<MySingleFolder *> result;
-    for (const FolderChange &change : m_folders)
-        result.append(change.folder);
-    for (const ChoiceChange &change : m_choices) {
-        MySingleFolder *folder = MySingleFolder::of(*change.pic);
-        if (!result.contains(folder))
-            result.append(folder);
-    }
-    return result;
+    return foldersOfChanges(m_folders, m_choices);
 }
 
 } // namespace orv

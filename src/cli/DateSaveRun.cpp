@@ -92,10 +92,12 @@ QJsonArray jsonList(const QStringList &values)
 }
 
 QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
-                     const SaveErrors &errors, const QStringList &preSaveKeys)
+                     const SaveErrors &errors, const QStringList &preSaveKeys, const QJsonObject &facts)
 {
     const OldDates &old = before.dates;
     QJsonObject o = before.zone.flags;
+    for (auto it = facts.begin(); it != facts.end(); ++it)
+        o.insert(it.key(), it.value());
     o.insert(QStringLiteral("path"), pic.spPath());
     o.insert(QStringLiteral("spName"), pic.spName);
     o.insert(QStringLiteral("saved"), outcome.savedPics.contains(&pic));
@@ -122,7 +124,7 @@ QJsonObject itemJson(const MySinglePic &pic, const Before &before, const SaveOut
 }
 
 QString readableItem(const MySinglePic &pic, const Before &before, const SaveOutcome &outcome,
-                     const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun)
+                     const SaveErrors &errors, const QStringList &preSaveKeys, bool dryRun, const QString &facts)
 {
     const OldDates &old = before.dates;
     QString text = pic.spName;
@@ -160,6 +162,8 @@ QString readableItem(const MySinglePic &pic, const Before &before, const SaveOut
     if (tookFileDateOnly(pic, before, outcome))
         text += QStringLiteral("  no date tags: only the file's modification date was set to the new "
                                "date (--add-missing-dates adds date tags)\n");
+    if (!facts.isEmpty())
+        text += QStringLiteral("  ") + facts + QLatin1Char('\n');
     return text;
 }
 
@@ -223,10 +227,11 @@ int DateSaveRun::run(const Options &options, const Change &change)
     const ChangeOutcome outcome = change(imported, prefs, err);
     if (outcome.stop)
         return outcome.exitCode;
-    return std::max(saveAndReport(imported, prefs, options, out), outcome.exitCode);
+    return std::max(saveAndReport(imported, prefs, options, out, outcome.itemFacts), outcome.exitCode);
 }
 
-int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out)
+int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out,
+                               const ItemFactsMap &facts)
 {
     QList<MySingleFolder *> folders;
     std::vector<std::pair<MySinglePic *, Before>> items;
@@ -282,17 +287,18 @@ int DateSaveRun::saveAndReport(PathImport &imported, Preferences &prefs, const O
                 << SaveErrors::descriptionForStep(step) << " ("
                 << run.errors().toolReasonFor(*pic, step) << ")\n";
         const MySinglePic *dependent = pic->bundleDependentImage;
+        const ItemFacts fact = facts.value(pic);
         if (options.json) {
-            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys);
+            QJsonObject entry = itemJson(*pic, old, outcome, run.errors(), preSaveKeys, fact.json);
             if (dependent)
-                entry.insert(QStringLiteral("dependent"),
-                             itemJson(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys));
+                entry.insert(QStringLiteral("dependent"), itemJson(*dependent, dependentsOld.at(dependent), outcome,
+                                                                   run.errors(), preSaveKeys, {}));
             json.append(entry);
         } else {
-            out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun);
+            out << readableItem(*pic, old, outcome, run.errors(), preSaveKeys, options.dryRun, fact.text);
             if (dependent)
                 out << readableItem(*dependent, dependentsOld.at(dependent), outcome, run.errors(), preSaveKeys,
-                                    options.dryRun);
+                                    options.dryRun, {});
         }
     }
     if (options.json)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QHash>
+#include <QJsonObject>
 #include <QList>
 #include <QStringList>
 #include <QTextStream>
@@ -9,6 +11,7 @@
 
 namespace orv {
 
+class MySinglePic;
 class PathImport;
 class Preferences;
 
@@ -43,14 +46,24 @@ public:
     // what its zone made of its stamps (the scan's daylight-saving keys and
     // storedOffsetDifference, seconds), and whether only its modification date took the new
     // date (fileDateOnly). The exit code: 1 when a path or an item failed, else 0.
-    static int saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out);
+    // What a command found out about an item beyond its dates: keys for its JSON entry, and a
+    // line for its text entry.
+    struct ItemFacts
+    {
+        QJsonObject json;
+        QString text;
+    };
+    using ItemFactsMap = QHash<const MySinglePic *, ItemFacts>;
+    static int saveAndReport(PathImport &imported, Preferences &prefs, const Options &options, QTextStream &out,
+                             const ItemFactsMap &facts = {});
 
-    // What a command's own change answers: an exit code that the run answers at least, and
-    // whether to stop before the save.
+    // What a command's own change answers: an exit code that the run answers at least, whether
+    // to stop before the save, and what to report of each item beside its dates.
     struct ChangeOutcome
     {
         int exitCode = 0;
         bool stop = false;
+        ItemFactsMap itemFacts = {};
     };
     using Change = std::function<ChangeOutcome(PathImport &imported, Preferences &prefs, QTextStream &err)>;
     // The frame every date command shares once its line is read: the preferences with --pref,

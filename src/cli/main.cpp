@@ -1,4 +1,5 @@
 #include "cli/AlignCommand.h"
+#include "cli/GeotagCommand.h"
 #include "cli/JournalCommands.h"
 #include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
@@ -45,6 +46,25 @@ const char *const usage =
     "         PATH...          Give every file this place (degrees, metres) and save it:\n"
     "                          in place where the file has GPS tags, otherwise through\n"
     "                          exiftool, or into an XMP sidecar for files that have one.\n"
+    "  geotag --gpx FILE [--gpx FILE]... [--offset OFFSET] [--dry-run] [--json]\n"
+    "         [--pref KEY=VALUE]... PATH...\n"
+    "                          Place the files by GPX tracks (GPX 1.0 and 1.1) and save the\n"
+    "                          places as locate does, with the height of the track point\n"
+    "                          nearer in time where the track has heights. A file takes the\n"
+    "                          track's place at its date: a point within 5 seconds as it is,\n"
+    "                          otherwise interpolated between the two points around it; a\n"
+    "                          date in a gap between segments, before or after the tracks\n"
+    "                          gets no place. Of overlapping tracks the one that starts first\n"
+    "                          is used. Files with a place of their own keep it; files\n"
+    "                          without a date of their own (only a file system date) are\n"
+    "                          never placed. OFFSET ([+-]H:MM:SS) is added to the files'\n"
+    "                          dates before they meet the tracks: +0:01:30 when the camera's\n"
+    "                          clock ran 90 s behind the GPS; the files' dates stay as they\n"
+    "                          are. Each file says how it matched (trackMatch: point,\n"
+    "                          interpolated, gap, outside, ownPlace, noDate) and the seconds\n"
+    "                          to the nearest track point (secondsToTrackPoint); each GPX\n"
+    "                          file's problems are said on stderr and its other tracks still\n"
+    "                          load.\n"
     "  align --by RULE [--main PATH] [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
     "                          Give the files, taken in time order, dates by a rule and\n"
     "                          save them like shift. RULE: gaps (spread the inner files\n"
@@ -142,6 +162,8 @@ int main(int argc, char *argv[])
         return orv::ShiftCommand::run(args.mid(1));
     if (args.first() == QLatin1String("locate"))
         return orv::LocateCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("geotag"))
+        return orv::GeotagCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

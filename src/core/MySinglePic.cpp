@@ -206,6 +206,53 @@ void MySinglePic::takeSavedLocation()
     shouldReSaveLoc = false;
     newLocationHAccuracy = notSetAccuracy;
     newLocationAltitude = notSetAccuracy;
+    // The track's place is the file's now: letting go of the track leaves it there.
+    if (!locAddedByTrackKey.isEmpty()) {
+        lastSave_locAddedByTrackKey = locAddedByTrackKey;
+        locationBeforeTrack = std::make_unique<PicLocation>(PicLocation::of(*this));
+    }
+}
+
+namespace {
+
+double roundedTo(double value, int digits)
+{
+    const double scale = std::pow(10.0, digits);
+    return std::round(value * scale) / scale;
+}
+
+} // namespace
+
+void MySinglePic::takeNewLocation(double latitude, double longitude, double altitude, double accuracy,
+                                  qint8 addedBy)
+{
+    if (!gpsLatOld && gpsLat && gpsLong) {
+        gpsLatOld = gpsLat;
+        gpsLongOld = gpsLong;
+    }
+    const auto rounding = needsLocRounding();
+    gpsLat = rounding ? roundedTo(latitude, rounding->latitudeDigits) : latitude;
+    gpsLong = rounding ? roundedTo(longitude, rounding->longitudeDigits) : longitude;
+    hasAddedLocation = addedBy;
+    newLocationAltitude = altitude;
+    newLocationHAccuracy = accuracy;
+}
+
+PicLocation PicLocation::of(const MySinglePic &pic)
+{
+    return {pic.gpsLat,           pic.gpsLong, pic.gpsLatOld, pic.gpsLongOld, pic.newLocationHAccuracy,
+            pic.newLocationAltitude, pic.hasAddedLocation};
+}
+
+void PicLocation::applyTo(MySinglePic &pic) const
+{
+    pic.gpsLat = gpsLat;
+    pic.gpsLong = gpsLong;
+    pic.gpsLatOld = gpsLatOld;
+    pic.gpsLongOld = gpsLongOld;
+    pic.newLocationHAccuracy = newLocationHAccuracy;
+    pic.newLocationAltitude = newLocationAltitude;
+    pic.hasAddedLocation = hasAddedLocation;
 }
 
 std::optional<MySinglePic::LocRounding> MySinglePic::needsLocRounding() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/FileFormatType.h"
+#include "core/PicLocation.h"
 #include "formats/PicAttributes.h"
 #include "time/Instant.h"
 
@@ -9,6 +10,7 @@
 
 #include <atomic>
 #include <limits>
+#include <memory>
 #include <optional>
 
 namespace orv {
@@ -116,6 +118,14 @@ public:
     // when none was given.
     double newLocationAltitude = notSetAccuracy;
 
+    // --- Places from tracks ---
+    // The key of the track that supplied the present location, empty when none did, and that
+    // key at the last save; what the item held before the track placed it, put back when the
+    // track lets go (after a save: what the file holds).
+    QString locAddedByTrackKey;
+    QString lastSave_locAddedByTrackKey;
+    std::unique_ptr<PicLocation> locationBeforeTrack;
+
     // --- Movie ---
     double movDuration = -1.0;
 
@@ -139,6 +149,7 @@ public:
     qint8 movieType = 0;
     qint8 fileUnchangedState = 0;
     qint8 hasAddedLocation = 0;             // 0 from the file, 1 by the user, 2 by a track
+    qint8 linkedToFolderTracksType = 0;     // > 0: the item follows its folder's tracks
     qint8 usesAltTimeAtAmbiguityReason = 0; // not 0: the user chose the other hour of a repeated one
     qint8 dstOffsetState = 0;               // timeline marker cache: 0 unknown, -1, 1, 2
     qint8 marker = 0;
@@ -160,6 +171,7 @@ public:
     bool shouldAddExifDateTimeTags = false, didAddExifDateTimeTags = false;
     bool hasMinorDateDifference = false;
     bool shouldReSaveLoc = false;
+    bool isTrackLinkingPrevented = false; // the user or a rule cut the item off from tracks
     bool isInvalidDueToChangesAfterImport = false;
     bool isVerifiedDuringSave = false;
     bool isAffectedBySave = false;
@@ -226,6 +238,11 @@ public:
     bool hasLocationChange() const;
     // The file holds the item's location now: nothing waits to be written.
     void takeSavedLocation();
+    // The item takes a new location, added by the user (1) or a track (2); the one it had waits
+    // as gpsLatOld until the save. A movie whose place text has few digits takes the place
+    // rounded to them. Altitude and accuracy are notSetAccuracy when not given.
+    void takeNewLocation(double latitude, double longitude, double altitude, double accuracy, qint8 addedBy);
+    bool isLinkedToFolderTracks() const { return linkedToFolderTracksType > 0; }
     // The fraction digits of latitude and longitude a new location keeps, so that it fits the
     // place text a movie holds in place; nothing where any count fits.
     struct LocRounding

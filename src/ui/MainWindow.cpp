@@ -25,6 +25,8 @@
 #include "ui/TimelinePane.h"
 
 #include <QApplication>
+#include <QFutureWatcher>
+#include <QtConcurrent/QtConcurrentRun>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -288,12 +290,33 @@ void MainWindow::connectImport()
     connect(m_import, &MyDroppedFolders::photosLibraryRefused, this, [this] {
         statusBar()->showMessage(tr("Files inside a photo library package are left out."), 8000);
     });
-    connect(m_import, &MyDroppedFolders::tracksDropped, this, [this](const QStringList &paths) {
-        statusBar()->showMessage(tr("GPX tracks cannot be used yet; left aside: %1").arg(paths.size()), 8000);
-    });
+    connect(m_import, &MyDroppedFolders::tracksDropped, this, &MainWindow::linkDroppedTracks);
     connect(m_import, &MyDroppedFolders::statesDropped, this, [this](const QStringList &paths) {
         statusBar()->showMessage(tr("Saved states cannot be opened yet; left aside: %1").arg(paths.size()), 8000);
     });
+}
+
+void MainWindow::linkDroppedTracks(const QStringList &paths)
+{
+    auto *reading = new QFutureWatcher<QList<GpxFile>>(this);
+    connect(reading, &QFutureWatcherBase::finished, this, [this, reading] {
+        reading->deleteLater();
+        TrackLinks &links = m_controller->trackLinks();
+        const TrackLinks::ImportedTracks imported = links.importFiles(reading->result());
+        const QList<MySingleFolder *> folders = foldersOnShow();
+        if (!imported.keys.isEmpty())
+            links.linkTracks(folders, imported.keys);
+        QString message = imported.keys.isEmpty()
+                              ? tr("No new track in the GPX files.")
+                              : tr("Linked %n track(s): %1 item(s) placed.", nullptr, int(imported.keys.size()))
+                                    .arg(TrackLinks::placedBy(folders, imported.keys));
+        if (!imported.problems.isEmpty())
+            message += QLatin1Char(' ') + imported.problems.join(QStringLiteral("; "));
+        statusBar()->showMessage(message, 15000);
+        if (!imported.problems.isEmpty())
+            m_controller->log().updateLogOnDiskWithErrorLog(imported.problems.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    });
+    reading->setFuture(QtConcurrent::run(&TrackLinks::readFiles, paths));
 }
 
 void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys, bool addingToShelf)

@@ -102,6 +102,9 @@ private:
     void folderRemoved(const MySingleFolder *folder);
     void showProgress(const ImportProgress &progress);
     void importEnded();
+    // Dropped GPX files: read off the main thread, then their tracks are linked to the folders
+    // on show, as one undo step, and the items show their places before the save.
+    void linkDroppedTracks(const QStringList &paths);
     void showSelectedFolders();
     void openTimeZonePicker();
     bool showsAllFolders() const;

@@ -76,3 +76,40 @@ TEST_F(AppControllerTest, ASaveBlocksChangesAndThenDropsOnlyTheSavedFoldersHisto
 }
 
 } // namespace
+
+TEST_F(AppControllerTest, PlacesFromATrackFollowTheDatesInForceAndTheirUndo)
+{
+    const Instant ten = Instant::fromUtc(2024, 5, 1, 10);
+    GpxFile file;
+    MyGpxTrack track;
+    track.trackSegments.append({{{46.0, 14.0, 500.0, MyGpxTrackPoint::notSet, ten},
+                                 {46.1, 14.0, 500.0, MyGpxTrackPoint::notSet, ten.addingSeconds(100)}},
+                                SegmentState::Usable});
+    track.validateTrack();
+    file.tracks = {track};
+    const QStringList keys = controller.tracks().importTracks(file);
+    MySingleFolder folder(QStringLiteral("/a"), false);
+    MySinglePic &pic = addPic(folder);
+    pic.gpsLat = 1.0;
+    pic.gpsLong = 2.0;
+    ASSERT_EQ(controller.trackLinks().linkTracks({&folder}, keys), DateChangeResult::Changed);
+    ASSERT_EQ(controller.trackLinks().linkPics({&pic}), DateChangeResult::Changed);
+    EXPECT_EQ(*pic.gpsLat, 46.0);
+
+    controller.dateChanges().dragChangedDates({&folder}, 50, false);
+    EXPECT_NEAR(*pic.gpsLat, 46.05, 1e-9);
+    EXPECT_EQ(pic.gpsLatOld, 1.0) << "the place the file holds stays the one a save replaces";
+    controller.dateChanges().dragChangedDates({&folder}, 500, false);
+    EXPECT_EQ(pic.gpsLat, 1.0) << "off the track: its own place comes back";
+    EXPECT_FALSE(pic.hasLocationChange());
+    controller.uManager().undo();
+    EXPECT_NEAR(*pic.gpsLat, 46.05, 1e-9);
+    controller.uManager().undo();
+    EXPECT_EQ(*pic.gpsLat, 46.0);
+    controller.uManager().undo();
+    controller.uManager().undo();
+    EXPECT_EQ(pic.gpsLat, 1.0);
+    EXPECT_EQ(pic.gpsLatOld, std::nullopt);
+    EXPECT_FALSE(pic.isTrackLinkingPrevented) << "before linking the item was open to tracks";
+    EXPECT_TRUE(folder.linkedTracksKeys.isEmpty());
+}

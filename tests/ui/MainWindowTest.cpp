@@ -35,20 +35,6 @@ namespace {
 
 class MainWindowTest : public WindowFixture
 {
-protected:
-    // As a file manager drops: the drag enters the window, then ends on it.
-    void drop(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier)
-    {
-        QList<QUrl> urls;
-        for (const QString &path : paths)
-            urls.append(QUrl::fromLocalFile(path));
-        QMimeData mime;
-        mime.setUrls(urls);
-        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, keys);
-        QApplication::sendEvent(window.get(), &enter);
-        QDropEvent event(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, keys);
-        QApplication::sendEvent(window.get(), &event);
-    }
 };
 
 } // namespace

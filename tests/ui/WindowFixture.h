@@ -10,9 +10,13 @@
 #include "ui/MainWindow.h"
 #include "ui/PicSortProxy.h"
 
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +54,20 @@ protected:
         QSignalSpy finished(window.get(), &MainWindow::importsFinished);
         start();
         return finished.wait(20000);
+    }
+
+    // As a file manager drops: the drag enters the window, then ends on it.
+    void drop(const QStringList &paths, Qt::KeyboardModifiers keys = Qt::NoModifier)
+    {
+        QList<QUrl> urls;
+        for (const QString &path : paths)
+            urls.append(QUrl::fromLocalFile(path));
+        QMimeData mime;
+        mime.setUrls(urls);
+        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, keys);
+        QApplication::sendEvent(window.get(), &enter);
+        QDropEvent event(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, keys);
+        QApplication::sendEvent(window.get(), &event);
     }
 
     QStringList shownColumn(int column) const

@@ -1,0 +1,128 @@
+#include "app/TrackLinks.h"
+
+#include "app/TrackLinkCommand.h"
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "places/LOTController.h"
+
+#include <QCoreApplication>
+#include <QUndoStack>
+
+namespace orv {
+
+QList<GpxFile> TrackLinks::readFiles(const QStringList &paths)
+{
+    QList<GpxFile> files;
+    for (const QString &path : paths)
+        files.append(MyGpxTrackParser::parseFile(path));
+    return files;
+}
+
+TrackLinks::ImportedTracks TrackLinks::importFiles(QList<GpxFile> files)
+{
+    ImportedTracks imported;
+    for (GpxFile &file : files) {
+        for (const QString &problem : file.problems())
+            imported.problems << file.filePath + QStringLiteral(": ") + problem;
+        imported.anyFileBroken = imported.anyFileBroken || !file.problem.isEmpty();
+        for (const QString &key : m_tracks.importTracks(file)) {
+            imported.keys << key;
+            imported.anyUsable = imported.anyUsable || m_tracks.track(key)->trackState == TrackState::Usable;
+        }
+    }
+    return imported;
+}
+
+qsizetype TrackLinks::placedBy(const QList<MySingleFolder *> &folders, const QStringList &keys)
+{
+    qsizetype placed = 0;
+    for (const MySingleFolder *folder : folders)
+        for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
+            placed += keys.contains(pic->locAddedByTrackKey) ? 1 : 0;
+    return placed;
+}
+
+DateChangeResult TrackLinks::record(const QList<MySingleFolder *> &folders, const QList<MySinglePic *> &pics,
+                                    const QString &text, const std::function<void()> &change)
+{
+    if (m_dateChanges.isBlocked()) {
+        if (m_listener.refused)
+            m_listener.refused();
+        return DateChangeResult::Refused;
+    }
+    QList<TrackLinkCommand::FolderChange> folderChanges;
+    for (MySingleFolder *folder : folders)
+        folderChanges.append({folder, folder->linkedTracksKeys, {}});
+    QList<TrackLinkCommand::PicChange> picChanges;
+    for (MySinglePic *pic : pics)
+        picChanges.append({pic, TrackLinkCommand::PicState::of(*pic), {}});
+
+    change();
+
+    for (TrackLinkCommand::FolderChange &c : folderChanges)
+        c.after = c.folder->linkedTracksKeys;
+    for (TrackLinkCommand::PicChange &c : picChanges)
+        c.after = TrackLinkCommand::PicState::of(*c.pic);
+    folderChanges.removeIf([](const TrackLinkCommand::FolderChange &c) { return c.before == c.after; });
+    picChanges.removeIf([](const TrackLinkCommand::PicChange &c) { return c.before == c.after; });
+    if (folderChanges.isEmpty() && picChanges.isEmpty())
+        return DateChangeResult::Unchanged;
+    auto *command = new TrackLinkCommand(folderChanges, picChanges, text, m_listener);
+    // The model already holds the change: the push only records it, and tells the views.
+    const QList<MySingleFolder *> changed = command->folders();
+    for (MySingleFolder *folder : changed)
+        folder->updateFolderValuesOnPicMove();
+    command->skipNextApply();
+    m_stack.push(command);
+    if (m_listener.datesChanged)
+        m_listener.datesChanged(changed);
+    return DateChangeResult::Changed;
+}
+
+namespace {
+
+QList<MySinglePic *> picsOf(const QList<MySingleFolder *> &folders)
+{
+    QList<MySinglePic *> pics;
+    for (const MySingleFolder *folder : folders)
+        pics += folder->sfPicDetails_fullArray;
+    return pics;
+}
+
+} // namespace
+
+DateChangeResult TrackLinks::linkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys)
+{
+    return record(folders, picsOf(folders), QCoreApplication::translate("TrackLinks", "Link Track"), [&] {
+        for (MySingleFolder *folder : folders)
+            for (const QString &key : keys)
+                m_tracks.addLocations(*folder, key);
+    });
+}
+
+DateChangeResult TrackLinks::unlinkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys)
+{
+    const QSet<QString> keySet(keys.cbegin(), keys.cend());
+    return record(folders, picsOf(folders), QCoreApplication::translate("TrackLinks", "Unlink Track"), [&] {
+        for (MySingleFolder *folder : folders)
+            m_tracks.removeLocations(*folder, keySet);
+    });
+}
+
+DateChangeResult TrackLinks::linkPics(const QList<MySinglePic *> &pics)
+{
+    return record({}, pics, QCoreApplication::translate("TrackLinks", "Link to Tracks"), [&] {
+        for (MySinglePic *pic : pics)
+            m_tracks.linkPic(*pic);
+    });
+}
+
+DateChangeResult TrackLinks::unlinkPics(const QList<MySinglePic *> &pics)
+{
+    return record({}, pics, QCoreApplication::translate("TrackLinks", "Unlink from Tracks"), [&] {
+        for (MySinglePic *pic : pics)
+            m_tracks.unlinkPic(*pic);
+    });
+}
+
+} // namespace orv

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/DateChanges.h"
+#include "places/MyGpxTrackParser.h"
+
+#include <QSet>
+
+#include <functional>
+
+namespace orv {
+
+class LOTController;
+
+// Every change of places that tracks make, each user event one undo step on the main undo
+// stack: folders linking and unlinking tracks, items opened to or closed from them. The rules
+// live in places/LOTController; this records what they changed, so that undo and redo put back
+// every location field exactly. Refused while a save owns the folders. Main thread only.
+class TrackLinks
+{
+public:
+    TrackLinks(QUndoStack &stack, LOTController &tracks, const DateChanges &dateChanges, DateChangeListener listener)
+        : m_stack(stack), m_tracks(tracks), m_dateChanges(dateChanges), m_listener(std::move(listener))
+    {
+    }
+
+    // Reads GPX files; any thread, as it touches nothing of the working set.
+    static QList<GpxFile> readFiles(const QStringList &paths);
+    struct ImportedTracks
+    {
+        QStringList keys;     // of the tracks taken, in file order
+        QStringList problems; // "PATH: problem", one a line
+        bool anyFileBroken = false; // some file could not be read to its end
+        bool anyUsable = false;     // some track taken can place items
+    };
+    // The files' tracks join the imported ones (not an undo step: a track placed nothing yet).
+    ImportedTracks importFiles(QList<GpxFile> files);
+    // How many of the folders' items have their place from one of the tracks.
+    static qsizetype placedBy(const QList<MySingleFolder *> &folders, const QStringList &keys);
+
+    DateChangeResult linkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys);
+    DateChangeResult unlinkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys);
+    // The user opens the items to their folders' tracks, a place of their own giving way, or
+    // closes them, each getting back what it had.
+    DateChangeResult linkPics(const QList<MySinglePic *> &pics);
+    DateChangeResult unlinkPics(const QList<MySinglePic *> &pics);
+
+private:
+    // Runs the change on the model, then records what it did as one undo step.
+    DateChangeResult record(const QList<MySingleFolder *> &folders, const QList<MySinglePic *> &pics,
+                            const QString &text, const std::function<void()> &change);
+
+    QUndoStack &m_stack;
+    LOTController &m_tracks;
+    const DateChanges &m_dateChanges;
+    DateChangeListener m_listener;
+};
+
+} // namespace orv

@@ -1,0 +1,160 @@
+// Linking tracks to folders and items through the owner of changes: what the items take, and
+// undo and redo putting back every location field.
+
+#include "app/TrackLinks.h"
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "places/LOTController.h"
+
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+using namespace orv;
+
+namespace {
+
+const Instant ten = Instant::fromUtc(2024, 5, 1, 10);
+
+// Every location field of an item, read field by field.
+struct Fields
+{
+    std::optional<double> lat, lon, latOld, lonOld;
+    double hAcc, altitude;
+    int added, linkedType;
+    bool prevented;
+    QString key;
+
+    static Fields of(const MySinglePic &p)
+    {
+        return {p.gpsLat,          p.gpsLong,           p.gpsLatOld, p.gpsLongOld, p.newLocationHAccuracy,
+                p.newLocationAltitude, p.hasAddedLocation, p.linkedToFolderTracksType, p.isTrackLinkingPrevented,
+                p.locAddedByTrackKey};
+    }
+    bool operator==(const Fields &) const = default;
+};
+
+class TrackLinksTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        GpxFile file;
+        MyGpxTrack track;
+        track.trackSegments.append({{{46.0, 14.0, 500.0, 3.0, ten}, {46.1, 14.0, 600.0, 5.0, ten.addingSeconds(100)}},
+                                    SegmentState::Usable});
+        track.validateTrack();
+        file.tracks = {track};
+        key = tracks.importTracks(file).first();
+    }
+
+    MySinglePic &addPic(const char *name, double secondsAfterTen)
+    {
+        MySinglePic *pic = folder.adoptPic(std::make_unique<MySinglePic>(QString::fromLatin1(name), &folder,
+                                                                         SpTypeExifOriginal, ten.addingSeconds(secondsAfterTen)));
+        folder.sfUpdatePicsFromAndTill();
+        return *pic;
+    }
+
+    QList<Fields> fieldsOfAll() const
+    {
+        QList<Fields> all;
+        for (const MySinglePic *pic : folder.sfPicDetails_fullArray)
+            all.append(Fields::of(*pic));
+        return all;
+    }
+
+    MySingleFolder folder{QStringLiteral("/hike"), false};
+    QUndoStack stack;
+    LOTController tracks;
+    DateChanges dateChanges{stack, {}};
+    int changes = 0;
+    TrackLinks links{stack, tracks, dateChanges, {[this](const QList<MySingleFolder *> &) { ++changes; }, nullptr, nullptr}};
+    QString key;
+};
+
+} // namespace
+
+TEST_F(TrackLinksTest, LinkingATrackPlacesTheItemsWithoutAPlaceAndUndoRedoRestoreEveryField)
+{
+    MySinglePic &onTrack = addPic("on.jpg", 25);
+    MySinglePic &ownPlace = addPic("own.jpg", 50);
+    ownPlace.gpsLat = 1.0;
+    ownPlace.gpsLong = 2.0;
+    MySinglePic &offTrack = addPic("off.jpg", 500);
+    const QList<Fields> before = fieldsOfAll();
+
+    ASSERT_EQ(links.linkTracks({&folder}, {key}), DateChangeResult::Changed);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(folder.linkedTracksKeys, QSet<QString>{key});
+    EXPECT_NEAR(*onTrack.gpsLat, 46.025, 1e-9);
+    EXPECT_EQ(onTrack.gpsLatOld, std::nullopt) << "it had no place before";
+    EXPECT_EQ(onTrack.hasAddedLocation, 2);
+    EXPECT_EQ(onTrack.locAddedByTrackKey, key);
+    EXPECT_EQ(onTrack.newLocationAltitude, 500.0);
+    EXPECT_DOUBLE_EQ(onTrack.newLocationHAccuracy, 3.5);
+    EXPECT_TRUE(onTrack.hasLocationChange());
+    EXPECT_TRUE(folder.isUnsavedFolder()) << "a track's place waits for the save";
+    EXPECT_EQ(*ownPlace.gpsLat, 1.0) << "a place of its own stays";
+    EXPECT_TRUE(ownPlace.isTrackLinkingPrevented);
+    EXPECT_EQ(offTrack.linkedToFolderTracksType, 1);
+    EXPECT_FALSE(offTrack.gpsLat) << "outside the track: no place";
+    const QList<Fields> linked = fieldsOfAll();
+
+    stack.undo();
+    EXPECT_EQ(fieldsOfAll(), before);
+    EXPECT_TRUE(folder.linkedTracksKeys.isEmpty());
+    EXPECT_FALSE(folder.isUnsavedFolder());
+    stack.redo();
+    EXPECT_EQ(fieldsOfAll(), linked);
+
+    ASSERT_EQ(links.unlinkTracks({&folder}, {key}), DateChangeResult::Changed);
+    EXPECT_FALSE(onTrack.gpsLat) << "the track let go: what it had comes back";
+    EXPECT_EQ(onTrack.hasAddedLocation, 0);
+    EXPECT_TRUE(onTrack.locAddedByTrackKey.isEmpty());
+    stack.undo();
+    EXPECT_EQ(fieldsOfAll(), linked);
+}
+
+TEST_F(TrackLinksTest, AnItemOpenedToTracksGivesUpItsPlaceAndClosedTakesItBack)
+{
+    MySinglePic &own = addPic("own.jpg", 50);
+    own.gpsLat = 1.0;
+    own.gpsLong = 2.0;
+    own.newLocationHAccuracy = 7.0;
+    ASSERT_EQ(links.linkTracks({&folder}, {key}), DateChangeResult::Changed);
+    const Fields kept = Fields::of(own);
+
+    ASSERT_EQ(links.linkPics({&own}), DateChangeResult::Changed);
+    EXPECT_NEAR(*own.gpsLat, 46.05, 1e-9);
+    EXPECT_EQ(own.gpsLatOld, 1.0) << "the save sees a moved place";
+    EXPECT_EQ(own.gpsLongOld, 2.0);
+    EXPECT_EQ(own.hasAddedLocation, 2);
+    const Fields opened = Fields::of(own);
+
+    ASSERT_EQ(links.unlinkPics({&own}), DateChangeResult::Changed);
+    EXPECT_EQ(own.gpsLat, 1.0);
+    EXPECT_EQ(own.gpsLatOld, std::nullopt);
+    EXPECT_EQ(own.newLocationHAccuracy, 7.0);
+    EXPECT_EQ(own.hasAddedLocation, 0);
+    EXPECT_TRUE(own.isTrackLinkingPrevented);
+    EXPECT_EQ(own.linkedToFolderTracksType, 0);
+
+    stack.undo();
+    EXPECT_EQ(Fields::of(own), opened);
+    stack.undo();
+    EXPECT_EQ(Fields::of(own), kept);
+    stack.redo();
+    stack.redo();
+    EXPECT_EQ(own.gpsLat, 1.0);
+    EXPECT_EQ(links.unlinkPics({&own}), DateChangeResult::Unchanged) << "no step that changes nothing";
+}
+
+TEST_F(TrackLinksTest, NothingChangesWhileASaveOwnsTheFolders)
+{
+    addPic("on.jpg", 25);
+    dateChanges.setBlocked(true);
+    EXPECT_EQ(links.linkTracks({&folder}, {key}), DateChangeResult::Refused);
+    EXPECT_EQ(stack.count(), 0);
+    EXPECT_TRUE(folder.linkedTracksKeys.isEmpty());
+}
