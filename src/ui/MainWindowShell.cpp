@@ -106,7 +106,9 @@ void MainWindow::showKeyboardHelp()
 QImage MainWindow::thumbnailOf(const MySinglePic &pic) const
 {
     const ThumbEntry *entry = m_timeline->thumbs().cache().entry(pic.sessionUniqueId);
-    return entry ? entry->imageForSide(ThumbEntry::prevSide) : QImage();
+    // The side views show thumbnails at about the strip's middle size.
+    constexpr int sideViewSide = 126;
+    return entry ? entry->decodedForSide(sideViewSide) : QImage();
 }
 
 void MainWindow::showSelectionInSideViews()
