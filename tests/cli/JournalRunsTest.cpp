@@ -44,9 +44,11 @@ protected:
         return paths;
     }
 
+    // The untagged file takes its date as added tags, so that exiftool writes in every run.
     CliResult shift(const QString &folder, const QStringList &extra = {})
     {
-        return runCli(QStringList{"shift", "--by", "+1:00:00"} + extra + QStringList{folder}, home.path());
+        return runCli(QStringList{"shift", "--add-missing-dates", "--by", "+1:00:00"} + extra + QStringList{folder},
+                      home.path());
     }
 };
 

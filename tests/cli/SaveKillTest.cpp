@@ -238,7 +238,8 @@ TEST(SaveKill, AKilledMixedShiftLeavesEachFileWholeAndRevertRestoresEveryOrigina
                 << paths[i].toStdString() << " keeps its time to the nanosecond " << when;
         }
     };
-    const QStringList shift{QStringLiteral("shift"), QStringLiteral("--by"), QStringLiteral("+1:00:00"), folder};
+    const QStringList shift{QStringLiteral("shift"), QStringLiteral("--add-missing-dates"), QStringLiteral("--by"),
+                            QStringLiteral("+1:00:00"), folder};
 
     // The clean result, in the very files: exiftool dates them by their birth time, which only
     // their own inodes, restored by the revert, keep.
