@@ -359,9 +359,11 @@ bool PicSaver::keepCreationDateInTags()
         !m_pic.isMovie() || (m_pic.spType == SpTypeMovieFileDate &&
                              (m_pic.fileFormatType == QuickTimeMovieFormat ||
                               m_pic.fileFormatType == Mpeg4MovieFormat));
-    if (!isCreationDateLost() || !takesTags)
+    if (!isCreationDateLost())
         return true;
-    if (!m_env.exiftool.mayAddDateTagsToFileDatedItems()) {
+    // A movie that can take no date tags keeps its new date in its modification time alone, as a
+    // file whose owner declined added tags does.
+    if (!takesTags || !m_env.exiftool.mayAddDateTagsToFileDatedItems()) {
         m_keepsFileDateOnly = true;
         return true;
     }

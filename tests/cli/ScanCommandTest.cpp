@@ -1,4 +1,5 @@
 #include "formats/ByteSource.h"
+#include "support/CliRun.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/MediaFileBuilder.h"
@@ -45,7 +46,7 @@ CliRun runCli(const QStringList &arguments)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
     process.setProcessEnvironment(env);
-    process.start(QStringLiteral(ORV_CLI_PATH), arguments);
+    process.start(orv::test::cliPath(), arguments);
     process.waitForFinished(120000);
     return {process.exitCode(), process.readAllStandardOutput(), QString::fromUtf8(process.readAllStandardError())};
 }

@@ -569,7 +569,8 @@ TEST_F(ShiftCommand, APlainShiftAddsNoTagToFilesWithoutDatesAndMovesOnlyTheirMod
     ORV_SKIP_WITHOUT_CORPUS();
     const Instant cameraTime = Instant::fromUtc(2019, 7, 14, 8, 30, 0.0);
     QStringList copies;
-    for (const QString &path : corpusFiles({"jpg", "png"})) {
+    // Movies whose containers take no date tags at all go the same road, with or without the flag.
+    for (const QString &path : corpusFiles({"jpg", "png", "avi", "mts"})) {
         const QString copy = work.filePath(QString::number(copies.size()) + "_" + QFileInfo(path).fileName());
         ASSERT_TRUE(QFile::copy(path, copy));
         QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
@@ -577,7 +578,7 @@ TEST_F(ShiftCommand, APlainShiftAddsNoTagToFilesWithoutDatesAndMovesOnlyTheirMod
     }
     QStringList undated;
     for (const QJsonValue &item : runCli({"scan", "--json", work.path()}, home.path()).json()) {
-        if (item["spType"].toInt() == SpTypeNoTagsFileDate)
+        if (item["spType"].toInt() == SpTypeNoTagsFileDate || item["spType"].toInt() == SpTypeMovieFileDate)
             undated << item["path"].toString();
     }
     // Those exiftool too reads no date from; the others leave.
@@ -614,10 +615,16 @@ TEST_F(ShiftCommand, APlainShiftAddsNoTagToFilesWithoutDatesAndMovesOnlyTheirMod
 
     const CliResult asked = shift({"--json", "--add-missing-dates", "--by", "+1:00:00", work.path()});
     EXPECT_EQ(asked.exitCode, 0) << asked.err.toStdString();
-    for (const QJsonValue &item : asked.json())
-        EXPECT_EQ(item["fileDateOnly"], QJsonValue(false));
+    QStringList stills;
+    for (const QJsonValue &item : asked.json()) {
+        const QString suffix = QFileInfo(item["path"].toString()).suffix().toLower();
+        const bool movie = suffix == "avi" || suffix == "mts";
+        EXPECT_EQ(item["fileDateOnly"], QJsonValue(movie)) << item["path"].toString().toStdString();
+        if (!movie)
+            stills << item["path"].toString();
+    }
     const QString twoHoursOn = QDateTime::fromSecsSinceEpoch(qint64(cameraTime.secondsSinceEpoch()) + 7200)
                                    .toString(QStringLiteral("yyyy:MM:dd HH:mm:ss"));
-    for (const auto &[path, tags] : exiftoolTagsOfFiles(dateless, ExiftoolGroups::Family0))
+    for (const auto &[path, tags] : exiftoolTagsOfFiles(stills, ExiftoolGroups::Family0))
         EXPECT_EQ(tags.string("EXIF:DateTimeOriginal"), twoHoursOn) << path.toStdString();
 }

@@ -12,6 +12,11 @@ QJsonArray CliResult::json() const
     return QJsonDocument::fromJson(out).array();
 }
 
+QString cliPath()
+{
+    return QStringLiteral(ORV_CLI_PATH);
+}
+
 std::unique_ptr<QProcess> startCli(const QStringList &arguments, const QString &home)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -20,7 +25,7 @@ std::unique_ptr<QProcess> startCli(const QStringList &arguments, const QString &
     environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
     auto cli = std::make_unique<QProcess>();
     cli->setProcessEnvironment(environment);
-    cli->start(QStringLiteral(ORV_CLI_PATH), arguments);
+    cli->start(cliPath(), arguments);
     return cli;
 }
 

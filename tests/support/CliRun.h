@@ -21,6 +21,9 @@ struct CliResult
     QJsonArray json() const;
 };
 
+// The built orvelle-cli of this tree.
+QString cliPath();
+
 // Runs the built orvelle-cli with `home` as its home, so that its settings and its error log
 // land there and never in the user's.
 CliResult runCli(const QStringList &arguments, const QString &home);
