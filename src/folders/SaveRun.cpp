@@ -13,6 +13,7 @@
 #include "formats/PngLocator.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QThread>
 #include <QtConcurrent>
 #include <fcntl.h>
@@ -174,12 +175,19 @@ SaveOutcome SaveRun::run()
             Q_EMIT statusChanged(QStringLiteral("workPanelWaitingForOtherSave"));
         });
         outcome.journalProblem = m_journal->open();
-        if (!outcome.journalProblem.isEmpty()) {
-            if (m_log)
-                m_log->updateLogOnDiskWithErrorLog(outcome.journalProblem);
-            Q_EMIT finished(false);
-            return outcome;
-        }
+    }
+    // The journal is let go while the lock is still held: left to the run's deletion, an
+    // unfinished one (a save cancelled at its summary) would be taken back after the window's
+    // next run had begun its own under the same name.
+    const auto letGoOfJournal = qScopeGuard([this] {
+        m_exiftool.keepOriginalsIn(nullptr);
+        m_journal.reset();
+    });
+    if (!outcome.journalProblem.isEmpty()) {
+        if (m_log)
+            m_log->updateLogOnDiskWithErrorLog(outcome.journalProblem);
+        Q_EMIT finished(false);
+        return outcome;
     }
     outcome.preSaveErrors = preProcess();
     if (!m_questions.confirmSave({outcome.preSaveErrors, dueItems(), &m_settings})) {
