@@ -200,5 +200,6 @@ TEST(RenameCommand, AKilledRenameIsFinishedByTheNextCommand)
         const CliResult back = runCli(backArguments, home);
         ASSERT_EQ(back.exitCode, 0) << back.err.toStdString();
     }
+    EXPECT_GT(finishedByNext, 0) << "no kill came while files were renamed";
     std::cout << finishedByNext << " of 12 killed renames were finished by the next command\n";
 }
