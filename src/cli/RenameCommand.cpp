@@ -78,17 +78,11 @@ std::optional<Arguments> parsed(const QStringList &arguments, QTextStream &err)
     return args;
 }
 
-// The items in the order their names count: by the new date, then by name.
-QList<MySinglePic *> itemsInDateOrder(const PathImport &imported)
+QList<MySinglePic *> allItems(const PathImport &imported)
 {
     QList<MySinglePic *> pics;
     for (const MySingleFolder *folder : imported.folders())
         pics.append(folder->sfPicDetails_fullArray);
-    std::stable_sort(pics.begin(), pics.end(), [](const MySinglePic *a, const MySinglePic *b) {
-        const double left = a->spDateTimeModified_sort() ? a->spDateTimeModified_sort()->secondsSinceEpoch() : 0.0;
-        const double right = b->spDateTimeModified_sort() ? b->spDateTimeModified_sort()->secondsSinceEpoch() : 0.0;
-        return left != right ? left < right : a->spPath() < b->spPath();
-    });
     return pics;
 }
 
@@ -141,7 +135,7 @@ int RenameCommand::run(const QStringList &arguments)
         return 2;
     PathImport imported(args->paths, {}, err);
     const RenameRun run(args->settings, args->counter);
-    std::vector<RenameItem> items = run.plan(itemsInDateOrder(imported));
+    std::vector<RenameItem> items = run.plan(RenameRun::inDateOrder(allItems(imported)));
     if (const QStringList clashes = RenameRun::checkPlan(items); !clashes.isEmpty()) {
         for (const QString &clash : clashes)
             err << "orvelle-cli rename: " << clash << "\n";

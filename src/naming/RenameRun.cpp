@@ -134,6 +134,18 @@ RenameRun::RenameRun(NameSettings settings, Counter counter) : m_settings(std::m
 {
 }
 
+QList<MySinglePic *> RenameRun::inDateOrder(QList<MySinglePic *> pics)
+{
+    const auto seconds = [](const MySinglePic *pic) {
+        const OptionalDate date = pic->spDateTimeModified_sort();
+        return date ? date->secondsSinceEpoch() : 0.0;
+    };
+    std::stable_sort(pics.begin(), pics.end(), [&](const MySinglePic *a, const MySinglePic *b) {
+        return seconds(a) != seconds(b) ? seconds(a) < seconds(b) : a->spPath() < b->spPath();
+    });
+    return pics;
+}
+
 std::vector<RenameItem> RenameRun::plan(const QList<MySinglePic *> &pics) const
 {
     std::vector<RenameItem> items;

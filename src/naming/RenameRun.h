@@ -55,6 +55,9 @@ public:
     };
     RenameRun(NameSettings settings, Counter counter);
 
+    // The items in the order their counter counts: by the new date, then by path.
+    static QList<MySinglePic *> inDateOrder(QList<MySinglePic *> pics);
+
     // Every item's new names, in the order given (the counter follows it); a name taken by a file
     // that stays or by an earlier item of the plan gets the next free number, " 2", " 3", the
     // same for all files of an item. No file is touched.
