@@ -2,6 +2,7 @@
 
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/MySingleFolder.h"
 #include "formats/SaveJournal.h"
 #include "naming/RenameRun.h"
@@ -22,7 +23,7 @@ namespace {
 struct Arguments
 {
     NameSettings settings;
-    RenameRun::Counter counter;
+    std::optional<int> start;
     bool dryRun = false;
     bool json = false;
     QStringList paths;
@@ -58,8 +59,8 @@ std::optional<Arguments> parsed(const QStringList &arguments, QTextStream &err)
             args.settings.additionalTexts[texts++] = arguments[++i];
         } else if (argument == QLatin1String("--start")) {
             bool ok = false;
-            args.counter.startValue = arguments[++i].toInt(&ok);
-            if (!ok || args.counter.startValue < 0)
+            args.start = arguments[++i].toInt(&ok);
+            if (!ok || *args.start < 0)
                 return problem(QStringLiteral("--start takes a counter value of 0 or more"));
         } else if (argument == QLatin1String("--dry-run")) {
             args.dryRun = true;
@@ -134,7 +135,15 @@ int RenameCommand::run(const QStringList &arguments)
     if (!args)
         return 2;
     PathImport imported(args->paths, {}, err);
-    const RenameRun run(args->settings, args->counter);
+    // The registered defaults (a script never sees the user's settings), with the line's choices.
+    const Preferences &prefs = imported.controller().prefs();
+    NameSettings settings = NameSettings::fromPreferences(prefs);
+    settings.renameTemplate = args->settings.renameTemplate;
+    settings.additionalTexts = args->settings.additionalTexts;
+    RenameRun::Counter counter = RenameRun::Counter::fromPreferences(prefs);
+    if (args->start)
+        counter.startValue = *args->start;
+    const RenameRun run(settings, counter);
     std::vector<RenameItem> items = run.plan(RenameRun::inDateOrder(allItems(imported)));
     if (const QStringList clashes = RenameRun::checkPlan(items); !clashes.isEmpty()) {
         for (const QString &clash : clashes)

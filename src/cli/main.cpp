@@ -94,7 +94,7 @@ const char *const usage =
     "                          character: 1 to 9, A, B, C), {day} {hour} {minute} {second}\n"
     "                          of the file's date as a save writes it, {counter} or\n"
     "                          {counter:N} (at least N digits, counting from --start, default\n"
-    "                          1, per folder in date order), {folder} (the folder's name),\n"
+    "                          1, over all files in date order), {folder} (the folder's name),\n"
     "                          {name} (the old name), {camera}, and {text} (up to three\n"
     "                          times, the --text values in order); {{ and }} are braces.\n"
     "                          E.g. '{year}-{month}-{day} {hour}-{minute}-{second} {camera}'.\n"

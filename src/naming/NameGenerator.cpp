@@ -2,6 +2,7 @@
 
 #include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "core/SaveSettings.h"
 #include "core/StampEdits.h"
 #include "time/DateStampCodec.h"
@@ -51,6 +52,17 @@ NameValues NameValues::forPic(const MySinglePic &pic)
     if (pic.pivMakeModel != QLatin1String("-"))
         values.camera = fileNameSafe(pic.pivMakeModel);
     return values;
+}
+
+NameSettings NameSettings::fromPreferences(const Preferences &prefs)
+{
+    NameSettings settings;
+    settings.additionalTexts = {prefs.stringForKey(QStringLiteral("additionalText")),
+                                prefs.stringForKey(QStringLiteral("additionalText2")),
+                                prefs.stringForKey(QStringLiteral("additionalText3"))};
+    settings.frontDotHandlingMode = int(prefs.integerForKey(QStringLiteral("frontDotHandlingMode")));
+    settings.suffixChangeCase = int(prefs.integerForKey(QStringLiteral("suffixChangeCase")));
+    return settings;
 }
 
 QString NameGenerator::baseName(const NameValues &values, int counter, const NameSettings &settings)

@@ -10,6 +10,7 @@
 namespace orv {
 
 class MySinglePic;
+class Preferences;
 
 // What a name is composed of for one item.
 struct NameValues
@@ -38,6 +39,9 @@ struct NameSettings
     int suffixChangeCase = 0;
     // Applied to the folder name and the old name before they enter a name; empty: none.
     QList<TextModRow> folderModifications, fileModifications;
+
+    // The texts and options as the preferences hold them; the template is the caller's.
+    static NameSettings fromPreferences(const Preferences &prefs);
 };
 
 // Composes new file names from a template.

@@ -2,6 +2,7 @@
 
 #include "core/FolderFacts.h"
 #include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "formats/SaveJournal.h"
 
 #include <QDir>
@@ -129,6 +130,13 @@ void nameFolder(std::vector<RenameItem> &items, const QList<std::size_t> &ofFold
 }
 
 } // namespace
+
+RenameRun::Counter RenameRun::Counter::fromPreferences(const Preferences &prefs)
+{
+    const qint64 startOption = prefs.integerForKey(QStringLiteral("renameCounterStartOption"));
+    return {int(prefs.integerForKey(QStringLiteral("counterType"))),
+            startOption == 2 || startOption == 3 ? int(prefs.integerForKey(QStringLiteral("renameCounterStartValue"))) : 1};
+}
 
 RenameRun::RenameRun(NameSettings settings, Counter counter) : m_settings(std::move(settings)), m_counter(counter)
 {

@@ -11,6 +11,7 @@
 namespace orv {
 
 class MySinglePic;
+class Preferences;
 
 // Error ids a rename gives an item, read with the save's at the end of a run.
 namespace RenameErrorId {
@@ -52,6 +53,10 @@ public:
         // 1: one count over the whole run; otherwise each folder counts for itself.
         int counterType = 0;
         int startValue = 1;
+
+        // "counterType", and the start: "renameCounterStartValue" under "renameCounterStartOption"
+        // 2 or 3, else 1.
+        static Counter fromPreferences(const Preferences &prefs);
     };
     RenameRun(NameSettings settings, Counter counter);
 

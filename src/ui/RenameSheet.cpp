@@ -44,21 +44,22 @@ RenameSheet::RenameSheet(AppController &controller, QList<MySinglePic *> pics, N
     m_alert->setObjectName(QStringLiteral("renameAlert"));
     m_alert->setWordWrap(true);
 
-    for (const RenameTemplate &saved : RenameTemplate::listFromArchive(
-             controller.prefs().archiveForKey(QStringLiteral("renameTemplates_7"))))
+    const Preferences &prefs = controller.prefs();
+    for (const RenameTemplate &saved :
+         RenameTemplate::listFromArchive(prefs.archiveForKey(QStringLiteral("renameTemplates_7"))))
         m_templates->addItem(saved.plainText());
-    m_templates->setCurrentIndex(-1);
-    m_templates->setPlaceholderText(tr("Saved templates"));
-    connect(m_templates, &QComboBox::textActivated, m_template, &QLineEdit::setText);
-    m_template->setText(QStringLiteral("{year}-{month}-{day} {hour}-{minute}-{second}"));
+    connect(m_templates, &QComboBox::currentTextChanged, m_template, &QLineEdit::setText);
+    m_templates->setCurrentIndex(int(prefs.integerForKey(QStringLiteral("templateSelectedIndex"))));
+    m_template->setText(m_templates->currentText());
     m_template->setToolTip(tr("Text with elements in braces: {year} {year2} {month} {month1} {day} {hour} "
                               "{minute} {second} {counter} {counter:N} {folder} {text} {name} {camera}"));
 
     auto *form = new QFormLayout;
     form->addRow(tr("Template:"), m_templates);
     form->addRow(QString(), m_template);
+    const NameSettings fromPreferences = NameSettings::fromPreferences(prefs);
     for (std::size_t i = 0; i < m_texts.size(); ++i) {
-        m_texts[i] = new QLineEdit(this);
+        m_texts[i] = new QLineEdit(fromPreferences.additionalTexts.value(qsizetype(i)), this);
         form->addRow(tr("Text %1:").arg(i + 1), m_texts[i]);
         connect(m_texts[i], &QLineEdit::textChanged, this, &RenameSheet::refreshSampleNames);
     }
@@ -92,7 +93,7 @@ void RenameSheet::refreshSampleNames()
     if (!parsed.result) {
         alerts << coloured(parsed.problem, problemColour);
     } else {
-        NameSettings settings;
+        NameSettings settings = NameSettings::fromPreferences(m_controller.prefs());
         settings.renameTemplate = *parsed.result;
         for (std::size_t i = 0; i < m_texts.size(); ++i) {
             settings.additionalTexts[qsizetype(i)] = m_texts[i]->text();
@@ -103,7 +104,7 @@ void RenameSheet::refreshSampleNames()
                                   "name."),
                                problemColour);
         else
-            m_plan = RenameRun(settings, {}).plan(m_pics);
+            m_plan = RenameRun(settings, RenameRun::Counter::fromPreferences(m_controller.prefs())).plan(m_pics);
         if (parsed.result->status() == RenameTemplate::Status::MayCollide)
             alerts << coloured(tr("Names may meet: a taken name gets a number."), warningColour);
     }
