@@ -231,6 +231,8 @@ bool RenameRun::execute(std::vector<RenameItem> &items, const QString &journalPa
     }
     if (renames.empty())
         return true;
+    // One run at a time across processes; the command-line tool holds it already.
+    const std::shared_ptr<JournalLock> lock = JournalLock::take(journalPath, true);
     SaveJournal journal(journalPath, SaveJournal::RunKind::Rename);
     problem = journal.open();
     if (!problem.isEmpty() || !journal.renameAll(renames)) {
