@@ -104,7 +104,10 @@ const char *const usage =
     "                          checked before the first rename and refused, naming both\n"
     "                          files, should two files meet one name; no rename ever\n"
     "                          replaces a file, and names may be swapped. Each line says\n"
-    "                          OLD (path) and NEW (name); --dry-run only says them.\n"
+    "                          OLD (path) and NEW (name); --dry-run only says them. --json\n"
+    "                          gives one object per file: path, old, new, files (each file\n"
+    "                          of the item, old and new), renamed, numberAdded, errors (ids)\n"
+    "                          and, for a file that was not renamed, problem.\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
     "                          dates to the nanosecond; or, when the last run was a\n"
@@ -123,9 +126,10 @@ const char *const usage =
     "(killed, crashed) and says so on stderr.\n"
     "\n"
     "Exit codes: 0 success: every file was read and saved; 1 some path or file could not\n"
-    "be read, saved or reverted (the rest is still done; each problem is listed on stderr\n"
-    "with its path and reason); 2 wrong usage (nothing was done); 3 another save or\n"
-    "revert was running and --no-wait was given (nothing was done).\n";
+    "be read, saved, renamed or reverted (the rest is still done; each problem is listed\n"
+    "on stderr with its path and reason), or a rename plan was refused (nothing was\n"
+    "renamed); 2 wrong usage (nothing was done); 3 another save or revert was running\n"
+    "and --no-wait was given (nothing was done).\n";
 
 // Commands that may write files.
 bool writesFiles(const QStringList &args)
