@@ -44,31 +44,43 @@ bool NameChangeCommand::renameAndRecord(QUndoStack &stack, std::vector<RenameIte
             renamed.push_back(item);
     }
     changed(foldersOf(items), problemsOf(items));
-    if (!renamed.empty())
-        stack.push(new NameChangeCommand(std::move(renamed), journalPath, changed));
+    if (!renamed.empty()) {
+        auto *command = new NameChangeCommand(std::move(renamed), journalPath, changed);
+        command->skipNextApply(); // the files have their new names already
+        stack.push(command);
+    }
     return true;
 }
 
 NameChangeCommand::NameChangeCommand(std::vector<RenameItem> renamed, QString journalPath, Changed changed)
-    : m_renamed(std::move(renamed)), m_journalPath(std::move(journalPath)), m_changed(std::move(changed))
+    : DateChangeCommand(
+          QCoreApplication::translate("NameChangeCommand", "Rename %n File(s)", nullptr, int(renamed.size())), {}),
+      m_renamed(std::move(renamed)), m_journalPath(std::move(journalPath)), m_changed(std::move(changed))
 {
-    setText(QCoreApplication::translate("NameChangeCommand", "Rename %n File(s)", nullptr, int(m_renamed.size())));
 }
 
-void NameChangeCommand::redo()
+std::unique_ptr<DateChangeCommand> NameChangeCommand::withoutFolder(const MySingleFolder *folder) const
 {
-    if (m_done) {
-        m_done = false;
-        return;
+    std::vector<RenameItem> rest;
+    for (const RenameItem &item : m_renamed) {
+        if (item.pic->spSingleFolder != folder)
+            rest.push_back(item);
     }
-    move(false);
+    if (rest.empty())
+        return nullptr;
+    return std::unique_ptr<DateChangeCommand>(new NameChangeCommand(std::move(rest), m_journalPath, m_changed));
 }
 
-void NameChangeCommand::move(bool back)
+QList<MySingleFolder *> NameChangeCommand::folders() const
+{
+    return foldersOf(m_renamed);
+}
+
+void NameChangeCommand::apply(bool forward)
 {
     std::vector<RenameItem> items = m_renamed;
     for (RenameItem &item : items) {
-        if (back)
+        if (!forward)
             std::swap(item.from, item.to);
         item.problem.clear();
         item.renamed = false;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/DateChangeCommands.h"
 #include "naming/RenameRun.h"
 
 #include <QList>
-#include <QUndoCommand>
 
 #include <functional>
 #include <vector>
@@ -13,8 +13,9 @@ namespace orv {
 class MySingleFolder;
 
 // One rename run of the window as one undo step: undo renames the files back, redo renames them
-// again, each as a journaled run of its own, so an undo survives a kill as the run did.
-class NameChangeCommand : public QUndoCommand
+// again, each as a journaled run of its own, so an undo survives a kill as the run did. It
+// stands on the stack with the date steps, and leaves with its folders' steps as they do.
+class NameChangeCommand : public DateChangeCommand
 {
 public:
     // Told the folders whose items' names changed, and, when a step could not move every file,
@@ -26,17 +27,16 @@ public:
     static bool renameAndRecord(QUndoStack &stack, std::vector<RenameItem> items, const QString &journalPath,
                                 const Changed &changed, QString &problem);
 
-    void undo() override { move(true); }
-    void redo() override;
+    std::unique_ptr<DateChangeCommand> withoutFolder(const MySingleFolder *folder) const override;
+    QList<MySingleFolder *> folders() const override;
 
 private:
     NameChangeCommand(std::vector<RenameItem> renamed, QString journalPath, Changed changed);
-    void move(bool back);
+    void apply(bool forward) override;
 
     std::vector<RenameItem> m_renamed;
     QString m_journalPath;
     Changed m_changed;
-    bool m_done = true; // the run that made the step has renamed the files already
 };
 
 } // namespace orv

@@ -3,6 +3,8 @@
 
 #include "WindowFixture.h"
 
+#include "app/AppController.h"
+#include "folders/MyDroppedFolders.h"
 #include "ui/PicTableModel.h"
 
 #include <QAction>
@@ -66,5 +68,12 @@ TEST_F(RenameSheetTest, PreviewsTheNamesRenamesAndUndoPutsThemBack)
     shown.sort();
     EXPECT_EQ(shown, before);
     action(*window, "redoAction").trigger();
+    EXPECT_EQ(filesInDir(), renamed);
+
+    // The step leaves the history with its folder, as date steps do after a save.
+    QUndoStack &history = window->controller().uManager();
+    ASSERT_EQ(history.count(), 1);
+    window->controller().dateChanges().clearUndoRedoFromFolder(window->controller().theDataSource().droppedFolders().first());
+    EXPECT_EQ(history.count(), 0);
     EXPECT_EQ(filesInDir(), renamed);
 }
