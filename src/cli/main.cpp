@@ -2,6 +2,7 @@
 #include "cli/GeotagCommand.h"
 #include "cli/JournalCommands.h"
 #include "cli/LocateCommand.h"
+#include "cli/RenameCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
 #include "cli/ZoneCommand.h"
@@ -84,32 +85,58 @@ const char *const usage =
     "                          in an hour the source zone skips (divergence) or repeats\n"
     "                          (ambiguity; the later moment is taken), and a stored offset\n"
     "                          that disagrees with the zone.\n"
+    "  rename --template TEXT [--text TEXT]... [--start N] [--dry-run] [--json] PATH...\n"
+    "                          Rename the files by a template, each with the files of its\n"
+    "                          group (RAW and JPEG, a Live Photo's still and movie) and its\n"
+    "                          sidecars (.xmp, .aae), which keep one base name with it. TEXT\n"
+    "                          is literal text with elements in braces: {year} (four\n"
+    "                          digits), {year2} (two), {month} (two digits), {month1} (one\n"
+    "                          character: 1 to 9, A, B, C), {day} {hour} {minute} {second}\n"
+    "                          of the file's date as a save writes it, {counter} or\n"
+    "                          {counter:N} (at least N digits, counting from --start, default\n"
+    "                          1, over all files in date order), {folder} (the folder's name),\n"
+    "                          {name} (the old name), {camera}, and {text} (up to three\n"
+    "                          times, the --text values in order); {{ and }} are braces.\n"
+    "                          E.g. '{year}-{month}-{day} {hour}-{minute}-{second} {camera}'.\n"
+    "                          Extensions stay. A name taken by another file gets a number:\n"
+    "                          \"name 2\", \"name 3\" (error 8 in the report); names that\n"
+    "                          differ only in case count as the same. The whole plan is\n"
+    "                          checked before the first rename and refused, naming both\n"
+    "                          files, should two files meet one name; no rename ever\n"
+    "                          replaces a file, and names may be swapped. Each line says\n"
+    "                          OLD (path) and NEW (name); --dry-run only says them. --json\n"
+    "                          gives one object per file: path, old, new, files (each file\n"
+    "                          of the item, old and new), renamed, numberAdded, errors (ids)\n"
+    "                          and, for a file that was not renamed, problem.\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
-    "                          dates to the nanosecond. A file changed since that save is\n"
-    "                          left as it is and named, and the exit code is 1.\n"
+    "                          dates to the nanosecond; or, when the last run was a\n"
+    "                          rename, the names it changed. A file changed since that\n"
+    "                          run is left as it is and named, and the exit code is 1.\n"
     "\n"
     "  --no-wait               With any command: when another save or revert is running,\n"
     "                          refuse at once (exit code 3) instead of waiting for it.\n"
     "  --version               Print the version.\n"
     "  --help                  Print this help.\n"
     "\n"
-    "Every save is recorded in a journal before a file is written; a journal that cannot\n"
-    "be written (no space, no permission) stops the save before any file is touched. One\n"
-    "save or revert runs at a time: another one waits for it and says so on stderr. Each\n"
-    "command first finishes a save that was interrupted (killed, crashed) and says so on\n"
-    "stderr.\n"
+    "Every save and rename is recorded in a journal before a file is written or renamed; a\n"
+    "journal that cannot be written (no space, no permission) stops the run before any file\n"
+    "is touched. One save, rename or revert runs at a time: another one waits for it and\n"
+    "says so on stderr. Each command first finishes a save or rename that was interrupted\n"
+    "(killed, crashed) and says so on stderr.\n"
     "\n"
     "Exit codes: 0 success: every file was read and saved; 1 some path or file could not\n"
-    "be read, saved or reverted (the rest is still done; each problem is listed on stderr\n"
-    "with its path and reason); 2 wrong usage (nothing was done); 3 another save or\n"
-    "revert was running and --no-wait was given (nothing was done).\n";
+    "be read, saved, renamed or reverted (the rest is still done; each problem is listed\n"
+    "on stderr with its path and reason), or a rename plan was refused (nothing was\n"
+    "renamed); 2 wrong usage (nothing was done); 3 another save or revert was running\n"
+    "and --no-wait was given (nothing was done).\n";
 
 // Commands that may write files.
 bool writesFiles(const QStringList &args)
 {
     static const QStringList writing = {QStringLiteral("revert"), QStringLiteral("shift"), QStringLiteral("locate"),
-                                        QStringLiteral("align"), QStringLiteral("zone")};
+                                        QStringLiteral("align"), QStringLiteral("zone"),
+                                        QStringLiteral("rename")};
     return writing.contains(args.first()) && !args.contains(QStringLiteral("--dry-run"));
 }
 
@@ -164,6 +191,8 @@ int main(int argc, char *argv[])
         return orv::LocateCommand::run(args.mid(1));
     if (args.first() == QLatin1String("geotag"))
         return orv::GeotagCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("rename"))
+        return orv::RenameCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

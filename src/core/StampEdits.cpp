@@ -130,9 +130,9 @@ TimeZone StampEdits::zoneForNewStamps() const
     return m_settings.targetTimeZone.value_or(cameraClock().value_or(localZone()));
 }
 
-std::optional<TimeZone> StampEdits::cameraClock() const
+std::optional<TimeZone> StampEdits::cameraClockOf(const MySinglePic &pic)
 {
-    const PicAttributes &a = m_pic.singlePicAttributes;
+    const PicAttributes &a = pic.singlePicAttributes;
     const auto data = [](const std::optional<OffsetTagRecord> &tag) {
         return tag && tag->offsetOffset ? tag->offsetData.toByteArray() : QByteArray();
     };

@@ -74,6 +74,9 @@ public:
     // nothing when the save leaves the GPS date alone.
     OptionalDate gpsDateToWrite() const;
 
+    // The one camera clock the file's offset tags name; nothing without such a tag.
+    static std::optional<TimeZone> cameraClockOf(const MySinglePic &pic);
+
     // The zone of stamps the file does not have yet: the target zone, else the camera clock its
     // offset tags name, else the computer's.
     TimeZone zoneForNewStamps() const;
@@ -107,7 +110,7 @@ private:
     // IPTC's creation date and time, in their own form, as far as the creation date moves.
     void planIptcDate(PlannedSave &plan);
     // The zone of the offset tags' camera clock; nothing in a file without an exact one.
-    std::optional<TimeZone> cameraClock() const;
+    std::optional<TimeZone> cameraClock() const { return cameraClockOf(m_pic); }
     TimeZone localZone() const;
 
     MySinglePic &m_pic;

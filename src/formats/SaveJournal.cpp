@@ -1,5 +1,7 @@
 #include "formats/SaveJournal.h"
 
+#include "formats/NoReplaceRename.h"
+
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
@@ -37,6 +39,7 @@ const QString doneKey = QStringLiteral("done");
 const QString skippedKey = QStringLiteral("skipped");
 const QString undoneKey = QStringLiteral("undone");
 const QString endKey = QStringLiteral("end");
+const QString renameKey = QStringLiteral("rename");
 
 QByteArray encoded(const QString &path)
 {
@@ -262,7 +265,7 @@ std::vector<ByteEdit> joined(std::vector<ByteEdit> edits, const Span &span)
 // One record of the journal, read back.
 struct Entry
 {
-    enum class Kind { Patch, Kept };
+    enum class Kind { Patch, Kept, Rename };
     Kind kind = Kind::Patch;
     qint64 number = 0;
     QString path;
@@ -273,6 +276,10 @@ struct Entry
     QString link;     // a kept file's name in the kept folder
     QString temporary; // where the tool writes before its rename
     QByteArray toolResult; // what exiftool left, when it changed the file
+    // A rename: the file's folder, its names, the group that moves with it, its identity.
+    QString folder, from, to;
+    int group = 0;
+    quint64 device = 0, inode = 0;
     bool done = false;
     bool skipped = false;
     bool undone = false;
@@ -303,6 +310,20 @@ void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const Q
     if (record.contains(QStringLiteral("run"))) {
         journal.kind = record.value(QStringLiteral("run")).toString();
         journal.runId = record.value(QStringLiteral("id")).toString();
+    } else if (record.contains(renameKey)) {
+        Entry entry;
+        entry.kind = Entry::Kind::Rename;
+        entry.number = qint64(record.value(renameKey).toDouble());
+        entry.folder = record.value(QStringLiteral("folder")).toString();
+        entry.from = record.value(QStringLiteral("from")).toString();
+        entry.temporary = record.value(QStringLiteral("temporary")).toString();
+        entry.to = record.value(QStringLiteral("to")).toString();
+        entry.group = record.value(QStringLiteral("group")).toInt();
+        entry.device = record.value(QStringLiteral("device")).toString().toULongLong();
+        entry.inode = record.value(QStringLiteral("inode")).toString().toULongLong();
+        entry.path = QDir(entry.folder).filePath(entry.from);
+        byNumber[entry.number] = journal.entries.size();
+        journal.entries.push_back(std::move(entry));
     } else if (record.contains(fileKey) || record.contains(keptKey)) {
         Entry entry;
         entry.kind = record.contains(keptKey) ? Entry::Kind::Kept : Entry::Kind::Patch;
@@ -500,6 +521,96 @@ QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFol
     return {};
 }
 
+// The file the rename recorded stands under this name in its folder.
+bool isAt(const Entry &entry, const QString &name)
+{
+    const Identity found = identityOf(QDir(entry.folder).filePath(name));
+    return found.exists && found.device == entry.device && found.inode == entry.inode;
+}
+
+// Finishes the renames of a run that did not end, from wherever each file stands: every file
+// still under its old name goes to its temporary one first, then each to its new name, as the
+// run meant to. No rename replaces a file, so a name taken since is named, never lost.
+void finishRenames(const std::vector<const Entry *> &renames, SaveJournal::Outcome &outcome)
+{
+    QSet<QString> folders;
+    for (const Entry *entry : renames) {
+        if (entry->from != entry->to && isAt(*entry, entry->from))
+            renameWithoutReplacing(entry->folder, entry->from, entry->temporary);
+    }
+    for (const Entry *entry : renames) {
+        folders.insert(entry->folder);
+        const QString target = QDir(entry->folder).filePath(entry->to);
+        if (isAt(*entry, entry->to)) {
+            outcome.completed.append(target);
+            continue;
+        }
+        if (!isAt(*entry, entry->temporary)) {
+            outcome.left.emplace_back(entry->path, QStringLiteral("is missing: neither its old, its temporary nor its "
+                                                                  "new name holds it"));
+            continue;
+        }
+        const int error = renameWithoutReplacing(entry->folder, entry->temporary, entry->to);
+        if (error == 0)
+            outcome.completed.append(target);
+        else
+            outcome.left.emplace_back(QDir(entry->folder).filePath(entry->temporary), renameFailureText(error, entry->to));
+    }
+    for (const QString &folder : folders)
+        syncFolder(folder);
+}
+
+// Moves the names of the last rename run back, as a run of its own, so that a second revert
+// renames again.
+void revertRenames(const ReadJournal &journal, const QString &journalPath, SaveJournal::Outcome &outcome)
+{
+    outcome.hadRun = true;
+    std::vector<PlannedRename> back;
+    for (auto it = journal.entries.rbegin(); it != journal.entries.rend(); ++it) {
+        const Entry &entry = *it;
+        if (entry.kind != Entry::Kind::Rename || entry.undone || entry.skipped)
+            continue;
+        if (entry.from == entry.to || isAt(entry, entry.from)) {
+            outcome.reverted.append(entry.path);
+            continue;
+        }
+        const QString renamed = QDir(entry.folder).filePath(entry.to);
+        if (!isAt(entry, entry.to)) {
+            outcome.left.emplace_back(renamed, QStringLiteral("is no longer the file the rename gave this name"));
+            continue;
+        }
+        back.push_back({entry.folder, entry.to, entry.from, entry.group, {}});
+    }
+    if (back.empty())
+        return;
+    SaveJournal undo(journalPath, journal.kind == QLatin1String("revert") ? SaveJournal::RunKind::Rename
+                                                                          : SaveJournal::RunKind::Revert);
+    if (!undo.renameAll(back)) {
+        outcome.left.emplace_back(QFileInfo(journalPath).absolutePath(), undo.problem());
+        return;
+    }
+    for (const PlannedRename &rename : back) {
+        if (rename.problem.isEmpty())
+            outcome.reverted.append(QDir(rename.folder).filePath(rename.to));
+        else
+            outcome.left.emplace_back(QDir(rename.folder).filePath(rename.from), rename.problem);
+    }
+    undo.endRun();
+}
+
+QString runKindName(SaveJournal::RunKind kind)
+{
+    switch (kind) {
+    case SaveJournal::RunKind::Save:
+        return QStringLiteral("save");
+    case SaveJournal::RunKind::Revert:
+        return QStringLiteral("revert");
+    case SaveJournal::RunKind::Rename:
+        break;
+    }
+    return QStringLiteral("rename");
+}
+
 } // namespace
 
 QString SaveJournal::defaultPath()
@@ -552,8 +663,7 @@ QString SaveJournal::open()
         return m_problem;
     }
     m_fd = ::open(encoded(fresh).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    const QByteArray header = framed({{QStringLiteral("run"), m_kind == RunKind::Save ? QStringLiteral("save")
-                                                                                      : QStringLiteral("revert")},
+    const QByteArray header = framed({{QStringLiteral("run"), runKindName(m_kind)},
                                       {QStringLiteral("id"), m_runId},
                                       {QStringLiteral("at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)}});
     bool written = m_fd >= 0;
@@ -705,6 +815,107 @@ bool SaveJournal::commit(FileWriteAccess &disk)
     return true;
 }
 
+bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
+{
+    struct Move
+    {
+        PlannedRename *rename = nullptr;
+        QString temporary;
+        qint64 number = 0;
+        Identity identity;
+    };
+    std::map<int, std::vector<Move>> groups;
+    std::map<int, QString> failed; // a group that stays, and why
+    for (PlannedRename &rename : renames) {
+        rename.problem.clear();
+        rename.folder = QFileInfo(rename.folder).absoluteFilePath();
+        const Identity identity = identityOf(QDir(rename.folder).filePath(rename.from));
+        if (!identity.exists)
+            failed.emplace(rename.group, rename.problem = QStringLiteral("is missing"));
+        groups[rename.group].push_back({&rename, {}, 0, identity});
+    }
+    QByteArray lines;
+    for (auto &[group, moves] : groups) {
+        if (failed.count(group))
+            continue;
+        for (Move &move : moves) {
+            {
+                const QMutexLocker lock(&m_mutex);
+                move.number = ++m_entries;
+            }
+            move.temporary = QStringLiteral(".orvelle-rename-%1-%2").arg(m_runId).arg(move.number);
+            lines += framed({{renameKey, double(move.number)},
+                             {QStringLiteral("folder"), move.rename->folder},
+                             {QStringLiteral("from"), move.rename->from},
+                             {QStringLiteral("temporary"), move.temporary},
+                             {QStringLiteral("to"), move.rename->to},
+                             {QStringLiteral("group"), group},
+                             {QStringLiteral("device"), QString::number(move.identity.device)},
+                             {QStringLiteral("inode"), QString::number(move.identity.inode)}});
+        }
+    }
+    if (!lines.isEmpty() && !append(lines, true)) {
+        for (PlannedRename &rename : renames)
+            rename.problem = problem();
+        return false;
+    }
+    // A file that cannot go on goes back to its old name; should that fail too, the message says
+    // where it is.
+    const auto backToOldName = [](const Move &move, const QString &from) {
+        if (renameWithoutReplacing(move.rename->folder, from, move.rename->from) != 0 &&
+            move.rename->problem.isEmpty())
+            move.rename->problem = QStringLiteral("left as %1").arg(from);
+    };
+    const auto fail = [&](int group, std::vector<Move> &moves, std::size_t at, int error, const QString &to) {
+        moves[at].rename->problem = renameFailureText(error, to);
+        failed.emplace(group, moves[at].rename->problem);
+    };
+    // First every file to its temporary name, so that no new name is still held by a file of the
+    // run when the second pass gives it.
+    for (auto &[group, moves] : groups) {
+        for (std::size_t i = 0; i < moves.size() && !failed.count(group); ++i) {
+            if (const int error = renameWithoutReplacing(moves[i].rename->folder, moves[i].rename->from,
+                                                         moves[i].temporary)) {
+                fail(group, moves, i, error, moves[i].temporary);
+                for (std::size_t j = 0; j < i; ++j)
+                    backToOldName(moves[j], moves[j].temporary);
+            }
+        }
+    }
+    for (auto &[group, moves] : groups) {
+        for (std::size_t i = 0; i < moves.size() && !failed.count(group); ++i) {
+            if (const int error = renameWithoutReplacing(moves[i].rename->folder, moves[i].temporary,
+                                                         moves[i].rename->to)) {
+                fail(group, moves, i, error, moves[i].rename->to);
+                for (std::size_t j = 0; j < moves.size(); ++j) {
+                    if (j < i && renameWithoutReplacing(moves[j].rename->folder, moves[j].rename->to,
+                                                        moves[j].temporary) != 0)
+                        continue;
+                    backToOldName(moves[j], moves[j].temporary);
+                }
+            }
+        }
+    }
+    std::set<QString> folders;
+    std::vector<qint64> done, skipped;
+    for (auto &[group, moves] : groups) {
+        const auto failure = failed.find(group);
+        for (Move &move : moves) {
+            folders.insert(move.rename->folder);
+            if (failure != failed.end() && move.rename->problem.isEmpty())
+                move.rename->problem = QStringLiteral("stays with its group, of which a file %1").arg(failure->second);
+            if (move.number)
+                (failure == failed.end() ? done : skipped).push_back(move.number);
+        }
+    }
+    if (lines.isEmpty())
+        return true;
+    for (const QString &folder : folders)
+        syncFolder(folder);
+    append(framed({{doneKey, numbersJson(done)}, {skippedKey, numbersJson(skipped)}}), true);
+    return true;
+}
+
 std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path, const QString &temporary)
 {
     if (!open().isEmpty())
@@ -778,10 +989,16 @@ SaveJournal::Outcome SaveJournal::recover(const QString &journalPath)
     }
     outcome.hadRun = true;
     std::map<QString, std::vector<const Entry *>> byPath;
+    std::vector<const Entry *> renames;
     QSet<QString> keptPaths;
     for (const Entry &entry : journal.entries) {
         if (entry.undone || entry.skipped)
             continue;
+        if (entry.kind == Entry::Kind::Rename) {
+            if (!entry.done)
+                renames.push_back(&entry);
+            continue;
+        }
         byPath[entry.path].push_back(&entry);
         if (entry.kind == Entry::Kind::Kept)
             keptPaths.insert(entry.path);
@@ -816,6 +1033,7 @@ SaveJournal::Outcome SaveJournal::recover(const QString &journalPath)
         else if (touched)
             outcome.completed.append(path);
     }
+    finishRenames(renames, outcome);
     QByteArray records;
     if (!undone.empty())
         records += framed({{undoneKey, numbersJson(undone)}});
@@ -827,6 +1045,11 @@ SaveJournal::Outcome SaveJournal::revert(const QString &journalPath)
 {
     Outcome outcome = recover(journalPath);
     const ReadJournal journal = readJournal(journalPath);
+    if (std::any_of(journal.entries.begin(), journal.entries.end(),
+                    [](const Entry &entry) { return entry.kind == Entry::Kind::Rename; })) {
+        revertRenames(journal, journalPath, outcome);
+        return outcome;
+    }
     std::vector<const Entry *> steps;
     std::map<QString, int> stepsPerPath;
     QSet<QString> keptPaths;

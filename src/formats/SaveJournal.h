@@ -27,6 +27,19 @@ struct PlannedWrite
     std::function<void(bool written, bool dateSet)> finished;
 };
 
+// One file's move to a new name in its folder, planned with the rest of its run.
+struct PlannedRename
+{
+    QString folder;
+    QString from;
+    QString to;
+    // The files of one item (a group, its sidecars) share a number: they move together or not
+    // at all.
+    int group = 0;
+    // Set by the run: empty once the file has its new name, else why it has not.
+    QString problem;
+};
+
 // The record of one run of writes, kept on disk so that neither a kill nor a crash leaves a file
 // half written without a trace, and so that the last run can be undone after a restart.
 //
@@ -46,12 +59,18 @@ struct PlannedWrite
 // named. `revert` undoes the last run, last entry first, under the same proofs, and is itself a
 // run recorded in its place. The next run's end retires the last run's kept files.
 //
+// A rename run is journaled the same way: every move (folder, old, temporary and new name, device
+// and inode) is recorded and synced before the first rename; all files then go to temporary
+// names, and only then to their new ones, so swaps, chains and cycles of names work and no
+// rename replaces a file. An unfinished rename run is finished from wherever each file stands,
+// found by its inode; `revert` moves the names back.
+//
 // One run at a time: the journal is written only under its lock (`JournalLock`), which the caller
 // of recover, revert and a save holds.
 class SaveJournal
 {
 public:
-    enum class RunKind { Save, Revert };
+    enum class RunKind { Save, Revert, Rename };
 
     // The journal of runs in the application's data folder.
     static QString defaultPath();
@@ -74,6 +93,11 @@ public:
     // once, and marks them done; each planned write is told how it went. False: the journal
     // could not take them, and no file was touched.
     bool commit(FileWriteAccess &disk);
+
+    // Journals every rename in one synced write, then moves all files to temporary names and
+    // from there to their new ones, then marks them done; each rename's problem says how it
+    // went. False: the journal could not take them, and no file was touched.
+    bool renameAll(std::vector<PlannedRename> &renames);
 
     // Keeps the file as it is now, before exiftool writes it anew. Nothing: the file cannot be
     // kept or the journal cannot be written, and the tool must not run.

@@ -20,6 +20,7 @@
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
 #include "ui/PreviewsBar.h"
+#include "ui/RenameSheet.h"
 #include "ui/SaveSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
@@ -149,6 +150,9 @@ void MainWindow::buildMenus()
     m_saveAction->setObjectName(QStringLiteral("saveAction"));
     m_saveAction->setShortcut(QKeySequence::Save);
     m_saveAction->setToolTip(tr("Write the changed dates into the files"));
+    QAction *rename = file->addAction(tr("Rename…"), this, &MainWindow::openRenameSheet);
+    rename->setObjectName(QStringLiteral("renameAction"));
+    rename->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     file->addSeparator();
     // Through the window's close, so that unsaved changes are asked about.
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
@@ -621,6 +625,28 @@ void MainWindow::refreshUnsavedState()
                                      [](const MySingleFolder *folder) { return folder->isUnsavedFolder(); });
     setWindowModified(unsaved);
     m_saveAction->setEnabled(unsaved && !isSaving() && !isImporting());
+}
+
+void MainWindow::openRenameSheet()
+{
+    if (isSaving() || isImporting())
+        return;
+    QList<MySinglePic *> pics = m_editActions->selectedPics();
+    if (pics.isEmpty()) {
+        for (const MySingleFolder *folder : foldersOnShow())
+            pics.append(folder->sfPicDetails_fullArray);
+    }
+    if (pics.isEmpty())
+        return;
+    RenameSheet sheet(
+        *m_controller, pics,
+        [this](const QList<MySingleFolder *> &folders, const QStringList &problems) {
+            datesChanged(folders);
+            if (!problems.isEmpty())
+                QMessageBox::warning(this, tr("Rename"), problems.join(QLatin1Char('\n')));
+        },
+        this);
+    sheet.exec();
 }
 
 void MainWindow::save()

@@ -107,6 +107,8 @@ private:
     void linkDroppedTracks(const QStringList &paths);
     void showSelectedFolders();
     void openTimeZonePicker();
+    // The rename sheet over the selected items, or all items on show without a selection.
+    void openRenameSheet();
     bool showsAllFolders() const;
     void refreshListState();
     QList<MySingleFolder *> selectedFolders() const;
