@@ -39,7 +39,12 @@ void AppController::watchForOutsideChanges()
             &FolderChangeVerifier::resumeVerification);
     connect(&m_changeVerifier, &FolderChangeVerifier::fileStatesChanged, this,
             [this](MySingleFolder *folder) { Q_EMIT reloadThumbs({folder}); });
-    connect(&m_changeVerifier, &FolderChangeVerifier::watchLimitReached, this, &AppController::watchLimitReached);
+    connect(&m_changeVerifier, &FolderChangeVerifier::watchLimitReached, this, [this](const QString &path) {
+        m_log->updateLogOnDiskWithErrorLog(QStringLiteral("The system's limit of folder watches is reached: changes "
+                                                          "made outside to %1 are found only when saving.\n")
+                                               .arg(path));
+        Q_EMIT watchLimitReached(path);
+    });
 }
 
 DateChangeListener AppController::changeListener()

@@ -10,6 +10,7 @@
 #include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
 #include "ui/EditActions.h"
+#include "ui/ErrorLogWindow.h"
 #include "ui/FieldUndoRouter.h"
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
@@ -19,10 +20,12 @@
 #include "ui/OffsetBar.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
+#include "ui/PreferencesWindow.h"
 #include "ui/PreviewsBar.h"
 #include "ui/SaveSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
+#include "ui/TrashActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -150,6 +153,11 @@ void MainWindow::buildMenus()
     m_saveAction->setShortcut(QKeySequence::Save);
     m_saveAction->setToolTip(tr("Write the changed dates into the files"));
     file->addSeparator();
+    (new TrashActions(*m_controller, *m_editActions, this))->addTo(*file);
+    file->addSeparator();
+    QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
+    preferences->setObjectName(QStringLiteral("preferencesAction"));
+    preferences->setShortcut(QKeySequence::Preferences);
     // Through the window's close, so that unsaved changes are asked about.
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
@@ -168,6 +176,7 @@ void MainWindow::buildMenus()
     QAction *keys = help->addAction(tr("Keyboard Shortcuts"), this, &MainWindow::showKeyboardHelp);
     keys->setObjectName(QStringLiteral("keyboardHelpAction"));
     keys->setShortcut(QKeySequence::HelpContents);
+    ErrorLogWindow::addTo(*help, m_controller->log(), this);
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
 }
 
@@ -540,6 +549,12 @@ void MainWindow::connectController()
     connect(m_controller.get(), &AppController::changedFolderEditMode, this,
             [this](MySingleFolder *folder) { datesChanged({folder}); });
     connect(m_controller.get(), &AppController::dateChangeRefused, this, &QApplication::beep);
+    connect(m_controller.get(), &AppController::watchLimitReached, this, [this](const QString &path) {
+        statusBar()->showMessage(tr("The system watches no more folders: changes made to %1 by other programs "
+                                    "are found only when saving.")
+                                     .arg(path),
+                                 15000);
+    });
 }
 
 void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)
