@@ -157,7 +157,7 @@ void MainWindow::buildMenus()
     file->addSeparator();
     QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
     preferences->setObjectName(QStringLiteral("preferencesAction"));
-    preferences->setShortcut(QKeySequence::Preferences);
+    preferences->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     // Through the window's close, so that unsaved changes are asked about.
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
