@@ -123,12 +123,48 @@ void FolderChangeVerifier::verifyNextFolder()
         m_foldersWithUncheckedContentChanges.remove(folder);
         if (folder->sfPicDetails_fullArray.isEmpty())
             continue;
+        if (!reachFolder(*folder)) {
+            markMissing(*folder);
+            continue;
+        }
         m_verifyingFolder = folder;
         m_verifiyingPics = folder->sfPicDetails_fullArray;
         m_verifiedPicsWithChanges.clear();
         verifyNextPic();
         return;
     }
+}
+
+bool FolderChangeVerifier::reachFolder(MySingleFolder &folder)
+{
+    const QString watchedPath = folder.sfFolderPath;
+    const QString path = folder.unlockedSecUrl();
+    if (path.isEmpty() || path == watchedPath)
+        return !path.isEmpty();
+    // Renamed or moved: its token found it, and the watch follows it to its new path.
+    m_folderByPath.remove(watchedPath);
+    m_watcher.removePath(watchedPath);
+    watchFolder(folder);
+    return true;
+}
+
+void FolderChangeVerifier::markMissing(MySingleFolder &folder)
+{
+    QList<MySinglePic *> changed;
+    for (MySinglePic *pic : std::as_const(folder.sfPicDetails_fullArray)) {
+        bool wasThere = pic->fileUnchangedState != 1;
+        pic->fileUnchangedState = 1;
+        pic->lastCheckedAt.reset();
+        if (MySinglePic *dependent = pic->bundleDependentImage) {
+            wasThere = wasThere || dependent->fileUnchangedState != 1;
+            dependent->fileUnchangedState = 1;
+            dependent->lastCheckedAt.reset();
+        }
+        if (wasThere)
+            changed.append(pic);
+    }
+    if (!changed.isEmpty())
+        Q_EMIT fileStatesChanged(&folder, changed);
 }
 
 void FolderChangeVerifier::verifyNextPic()

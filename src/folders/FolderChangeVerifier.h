@@ -19,7 +19,10 @@ namespace orv {
 // (bracketed by willModifyFolder and didModifyFolder) queues its folder; a second after the last
 // event of a burst, its items are proven one at a time, by the proof a save makes, on a thread
 // of its own at the system's idle priority. The results reach the items on the main thread:
-// fileUnchangedState, which the save refuses and the list shows.
+// fileUnchangedState, which the save refuses and the list shows. A folder that cannot be
+// reached any more (an unplugged card, a removed folder) has every item missing; a renamed one is
+// found again by its token when the next change in it is heard (a directory's watch hears
+// nothing of its own rename).
 //
 // Lives on the main thread, like the folders it watches.
 class FolderChangeVerifier : public QObject
@@ -59,6 +62,11 @@ Q_SIGNALS:
 private:
     void directoryChanged(const QString &path);
     void verifyNextFolder();
+    // Opens the folder's access through its token, following a rename; false when it is gone or
+    // refused (an unplugged card), which also marks the folder disconnected.
+    bool reachFolder(MySingleFolder &folder);
+    // Every item of an unreachable folder counts as missing, which the save refuses.
+    void markMissing(MySingleFolder &folder);
     void verifyNextPic();
     void verifiedPicWithState(MySinglePic *pic, qint64 state, qint64 dependentState);
 

@@ -117,5 +117,28 @@ TEST_F(FolderChangeVerifierTest, OurOwnWritesAndAVanishedFile)
     EXPECT_FALSE(checkFileUnchangedStateForSaveRenameErrors(canon).isEmpty());
 }
 
+TEST_F(FolderChangeVerifierTest, ARenamedFolderIsFollowedAndARemovedOneMakesEveryItemMissing)
+{
+    MySinglePic &sony = item(QStringLiteral("Sony.jpg"));
+    const QString renamed = folder(QString()) + QStringLiteral("/card renamed");
+    ASSERT_TRUE(QDir().rename(card->sfFolderPath, renamed));
+    // A directory's watch hears nothing of its own rename; the next change in it is heard, and the
+    // pass proves every item where the folder is now.
+    ASSERT_TRUE(QFile::copy(corpusFile(QStringLiteral("exiftool-t/Pentax.jpg")), renamed + QStringLiteral("/new.jpg")));
+    EXPECT_TRUE(changedInNextPass(5000).isEmpty());
+    EXPECT_TRUE(verifier->isIdle());
+    EXPECT_EQ(card->sfFolderPath, renamed);
+    EXPECT_EQ(sony.spPath(), renamed + QStringLiteral("/Sony.jpg"));
+    EXPECT_EQ(sony.fileUnchangedState, 0);
+
+    // Unplugged: the whole folder is gone, and so is every item.
+    QThread::msleep(1100);
+    ASSERT_TRUE(QDir(renamed).removeRecursively());
+    EXPECT_EQ(changedInNextPass(15000).size(), 3);
+    EXPECT_TRUE(card->isDisconnected);
+    EXPECT_EQ(sony.fileUnchangedState, 1);
+    EXPECT_FALSE(checkFileUnchangedStateForSaveRenameErrors(sony).isEmpty());
+}
+
 } // namespace
 } // namespace orv::test
