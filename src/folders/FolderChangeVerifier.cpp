@@ -82,6 +82,8 @@ void FolderChangeVerifier::didModifyFolder(MySingleFolder &folder)
 void FolderChangeVerifier::stopVerification()
 {
     ++m_stops;
+    // A save or an import reads the items next: the proof under way ends first.
+    m_fileVerificationQueue.waitForDone();
 }
 
 void FolderChangeVerifier::resumeVerification()
@@ -188,8 +190,16 @@ void FolderChangeVerifier::verifyNextPic()
 void FolderChangeVerifier::verifiedPicWithState(MySinglePic *pic, qint64 state, qint64 dependentState)
 {
     m_picInQueue = false;
-    if (!m_verifiyingPics.removeOne(pic))
+    if (!m_verifiyingPics.contains(pic))
         return verifyNextPic(); // its folder left while it was proven
+    if (m_stops > 0) {
+        // Proven before a save or an import that may change it: proven again when they end.
+        pic->lastCheckedAt.reset();
+        if (pic->bundleDependentImage)
+            pic->bundleDependentImage->lastCheckedAt.reset();
+        return;
+    }
+    m_verifiyingPics.removeOne(pic);
     const bool changed = state != pic->fileUnchangedState
                          || (pic->bundleDependentImage && dependentState != pic->bundleDependentImage->fileUnchangedState);
     pic->fileUnchangedState = qint8(state);

@@ -109,6 +109,17 @@ TEST_F(FolderChangeVerifierTest, OurOwnWritesAndAVanishedFile)
     EXPECT_TRUE(changedInNextPass(2500).isEmpty());
     EXPECT_TRUE(verifier->isIdle());
 
+    // A save or an import holds the check; it goes on when they end.
+    QThread::msleep(1100);
+    MySinglePic &sony = item(QStringLiteral("Sony.jpg"));
+    verifier->stopVerification();
+    ASSERT_EQ(::utime(QFile::encodeName(sony.spPath()).constData(), nullptr), 0);
+    EXPECT_TRUE(changedInNextPass(2500).isEmpty());
+    EXPECT_FALSE(verifier->isIdle());
+    verifier->resumeVerification();
+    EXPECT_EQ(changedInNextPass(15000), QList<MySinglePic *>{&sony});
+    EXPECT_EQ(sony.fileUnchangedState, 3);
+
     // Gone while imported (an unplugged card): missing, and the save refuses it.
     QThread::msleep(1100);
     ASSERT_TRUE(QFile::remove(canon.spPath()));
