@@ -13,6 +13,7 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
       m_log(std::make_unique<LogController>(prefs, logFilePath)),
       m_dateChanges(m_undoStack, changeListener()),
       m_trackLinks(m_undoStack, m_tracks, m_dateChanges, changeListener()),
+      m_trashing(m_undoStack, m_dateChanges, changeListener()),
       m_dataSource(std::make_unique<MyDroppedFolders>(prefs, questions))
 {
     connect(m_dataSource.get(), &MyDroppedFolders::folderEditModeChanged, this,
@@ -20,8 +21,30 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
     connect(m_dataSource.get(), &MyDroppedFolders::expertRelevantChangeWasMade, this,
             &AppController::expertRelevantChangeWasMade);
     // A folder that leaves the list takes its history with it.
-    connect(m_dataSource.get(), &MyDroppedFolders::folderRemoved, this,
-            [this](const MySingleFolder *folder) { m_dateChanges.clearUndoRedoFromFolder(folder); });
+    connect(m_dataSource.get(), &MyDroppedFolders::folderRemoved, this, [this](MySingleFolder *folder) {
+        m_changeVerifier.unwatchFolder(*folder);
+        m_dateChanges.clearUndoRedoFromFolder(folder);
+    });
+    watchForOutsideChanges();
+}
+
+void AppController::watchForOutsideChanges()
+{
+    connect(m_dataSource.get(), &MyDroppedFolders::folderAdded, this,
+            [this](MySingleFolder *folder) { m_changeVerifier.watchFolder(*folder); });
+    // An import reads the files itself: the check waits for it.
+    connect(m_dataSource.get(), &MyDroppedFolders::importStarted, &m_changeVerifier,
+            &FolderChangeVerifier::stopVerification);
+    connect(m_dataSource.get(), &MyDroppedFolders::importEnded, &m_changeVerifier,
+            &FolderChangeVerifier::resumeVerification);
+    connect(&m_changeVerifier, &FolderChangeVerifier::fileStatesChanged, this,
+            [this](MySingleFolder *folder) { Q_EMIT reloadThumbs({folder}); });
+    connect(&m_changeVerifier, &FolderChangeVerifier::watchLimitReached, this, [this](const QString &path) {
+        m_log->updateLogOnDiskWithErrorLog(QStringLiteral("The system's limit of folder watches is reached: changes "
+                                                          "made outside to %1 are found only when saving.\n")
+                                               .arg(path));
+        Q_EMIT watchLimitReached(path);
+    });
 }
 
 DateChangeListener AppController::changeListener()
@@ -58,11 +81,24 @@ QList<MySingleFolder *> AppController::unsavedFolders() const
 void AppController::saveWillStart()
 {
     m_dateChanges.setBlocked(true);
+    // The save's own writes are no outside change.
+    m_changeVerifier.stopVerification();
+    m_foldersBeingSaved = unsavedFolders();
+    for (MySingleFolder *folder : std::as_const(m_foldersBeingSaved))
+        m_changeVerifier.willModifyFolder(*folder);
+}
+
+void AppController::saveEnded()
+{
+    m_dateChanges.setBlocked(false);
+    for (MySingleFolder *folder : std::exchange(m_foldersBeingSaved, {}))
+        m_changeVerifier.didModifyFolder(*folder);
+    m_changeVerifier.resumeVerification();
 }
 
 void AppController::didSaveFolders(const QList<MySingleFolder *> &folders)
 {
-    m_dateChanges.setBlocked(false);
+    saveEnded();
     for (const MySingleFolder *folder : folders)
         m_dateChanges.clearUndoRedoFromFolder(folder);
     Q_EMIT reloadThumbs(folders);
@@ -70,7 +106,7 @@ void AppController::didSaveFolders(const QList<MySingleFolder *> &folders)
 
 void AppController::saveWasCancelled(const QList<MySingleFolder *> &folders)
 {
-    m_dateChanges.setBlocked(false);
+    saveEnded();
     Q_EMIT reloadThumbs(folders);
 }
 

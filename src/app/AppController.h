@@ -1,7 +1,9 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
+#include "folders/FolderChangeVerifier.h"
 #include "folders/MySingleFolder.h"
 #include "places/LOTController.h"
 
@@ -43,6 +45,10 @@ public:
     // The imported GPX tracks, and the changes of places they make.
     LOTController &tracks() { return m_tracks; }
     TrackLinks &trackLinks() { return m_trackLinks; }
+    // Items to the desktop's trash, with undo.
+    PicTrashing &trashing() { return m_trashing; }
+    // Files changed behind our back while imported: watched, proven, marked.
+    FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
@@ -61,9 +67,13 @@ Q_SIGNALS:
     void expertRelevantChangeWasMade();
     // A date change was refused; nothing changed.
     void dateChangeRefused();
+    // The folders' watches ran out: changes made outside in this one are found by the save.
+    void watchLimitReached(const QString &path);
 
 private:
     DateChangeListener changeListener();
+    void watchForOutsideChanges();
+    void saveEnded();
 
     Preferences &m_prefs;
     std::unique_ptr<LogController> m_log;
@@ -71,6 +81,9 @@ private:
     DateChanges m_dateChanges;
     LOTController m_tracks;
     TrackLinks m_trackLinks;
+    PicTrashing m_trashing;
+    FolderChangeVerifier m_changeVerifier;
+    QList<MySingleFolder *> m_foldersBeingSaved;
     // Last: its scan thread may still call back into the rest while it stops.
     std::unique_ptr<MyDroppedFolders> m_dataSource;
 };

@@ -72,32 +72,32 @@ bool PicSaver::areTheFileAttributesUnchanged(MySinglePic &pic, const FileAttribu
     return modificationReset || isWithinASecond(m);
 }
 
-qint64 PicSaver::updatedUnchangedFileState()
+qint64 PicSaver::updatedUnchangedFileState(MySinglePic &pic)
 {
     const OptionalDate lastChange =
-        m_pic.spSingleFolder ? m_pic.spSingleFolder->lastLocalChange : std::nullopt;
-    if (m_pic.lastCheckedAt && (!lastChange || *m_pic.lastCheckedAt >= *lastChange))
-        return m_pic.fileUnchangedState;
-    m_pic.lastCheckedAt = currentInstant();
-    if (m_pic.fileUnchangedState == 5)
+        pic.spSingleFolder ? pic.spSingleFolder->lastLocalChange : std::nullopt;
+    if (pic.lastCheckedAt && (!lastChange || *pic.lastCheckedAt >= *lastChange))
+        return pic.fileUnchangedState;
+    pic.lastCheckedAt = currentInstant();
+    if (pic.fileUnchangedState == 5)
         return 5;
 
-    const QString path = m_pic.spPath();
+    const QString path = pic.spPath();
     const std::optional<FileAttributes> attributes = fileAt(path);
     if (!attributes)
         return 1;
     if (!attributes->isRegularFile)
         return 3;
-    if (!allExist(m_pic.spSidecarPaths()))
+    if (!allExist(pic.spSidecarPaths()))
         return 4;
     FileReader file(path);
     if (!file.isOpen())
         return 2;
-    if (!areTheFileAttributesUnchanged(m_pic, *attributes))
+    if (!areTheFileAttributesUnchanged(pic, *attributes))
         return 3;
-    if (!m_pic.takesEdits())
+    if (!pic.takesEdits())
         return 0;
-    if (!StoredBytes::areUnchanged(m_pic.singlePicAttributes, file))
+    if (!StoredBytes::areUnchanged(pic.singlePicAttributes, file))
         return 4;
     return 0;
 }

@@ -50,8 +50,9 @@ public:
 
     // The value for fileUnchangedState, read-only: 0 unchanged, 1 missing, 2 unreadable, 3 file
     // attributes changed, 4 bytes or a sidecar changed, 5 needs a new import. Repeated only when
-    // the folder changed since the last check.
-    qint64 updatedUnchangedFileState();
+    // the folder changed since the last check. Needs no run: the verification of outside
+    // changes asks it too, on a thread of its own.
+    static qint64 updatedUnchangedFileState(MySinglePic &pic);
 
     // Size equal and both dates within a second. A file system that cannot hold a date before
     // 1970 gives it back as 0, which is no change.

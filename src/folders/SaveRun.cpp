@@ -131,7 +131,6 @@ PreSaveErrors SaveRun::preProcess()
     startProgress(count);
 
     PreSaveErrors errors;
-    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool};
     NewDateContext calculation;
     calculation.preferences = m_settings.options;
     SaveCheckContext check;
@@ -144,8 +143,7 @@ PreSaveErrors SaveRun::preProcess()
                 continue;
             reportProgress(++done, count, 100);
             for (MySinglePic *member : withDependent(pic))
-                member->fileUnchangedState =
-                    PicSaver(*member, environment).updatedUnchangedFileState();
+                member->fileUnchangedState = PicSaver::updatedUnchangedFileState(*member);
             addAll(errors, checkFileUnchangedStateForSaveRenameErrors(*pic), pic);
             calculateNewDatesWithCachedPrefSettings(*pic, &m_settings.options, calculation);
             check.targetTimeZone = StampEdits::targetZoneFor(*pic, m_settings).value_or(TimeZone::systemZone());

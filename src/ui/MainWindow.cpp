@@ -10,6 +10,7 @@
 #include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
 #include "ui/EditActions.h"
+#include "ui/ErrorLogWindow.h"
 #include "ui/FieldUndoRouter.h"
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
@@ -19,11 +20,13 @@
 #include "ui/OffsetBar.h"
 #include "ui/PicSortProxy.h"
 #include "ui/PicTableModel.h"
+#include "ui/PreferencesWindow.h"
 #include "ui/PreviewsBar.h"
 #include "ui/RenameSheet.h"
 #include "ui/SaveSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
+#include "ui/TrashActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -154,6 +157,11 @@ void MainWindow::buildMenus()
     rename->setObjectName(QStringLiteral("renameAction"));
     rename->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     file->addSeparator();
+    (new TrashActions(*m_controller, *m_editActions, this))->addTo(*file);
+    file->addSeparator();
+    QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
+    preferences->setObjectName(QStringLiteral("preferencesAction"));
+    preferences->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     // Through the window's close, so that unsaved changes are asked about.
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
@@ -172,6 +180,7 @@ void MainWindow::buildMenus()
     QAction *keys = help->addAction(tr("Keyboard Shortcuts"), this, &MainWindow::showKeyboardHelp);
     keys->setObjectName(QStringLiteral("keyboardHelpAction"));
     keys->setShortcut(QKeySequence::HelpContents);
+    ErrorLogWindow::addTo(*help, m_controller->log(), this);
     help->addAction(tr("About Orvelle"), this, &MainWindow::showAbout);
 }
 
@@ -544,6 +553,12 @@ void MainWindow::connectController()
     connect(m_controller.get(), &AppController::changedFolderEditMode, this,
             [this](MySingleFolder *folder) { datesChanged({folder}); });
     connect(m_controller.get(), &AppController::dateChangeRefused, this, &QApplication::beep);
+    connect(m_controller.get(), &AppController::watchLimitReached, this, [this](const QString &path) {
+        statusBar()->showMessage(tr("The system watches no more folders: changes made to %1 by other programs "
+                                    "are found only when saving.")
+                                     .arg(path),
+                                 15000);
+    });
 }
 
 void MainWindow::datesChanged(const QList<MySingleFolder *> &folders)

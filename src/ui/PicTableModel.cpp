@@ -6,6 +6,7 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 
+#include <QColor>
 #include <QFileInfo>
 
 #include <cmath>
@@ -65,7 +66,14 @@ void PicTableModel::folderChanged(const MySingleFolder *folder)
     if (index < 0)
         return;
     const QList<MySinglePic *> &items = folder->sfPicDetails_fullArray;
-    const qsizetype shown = m_shownCounts[index];
+    qsizetype shown = m_shownCounts[index];
+    const auto shownRows = m_pics.cbegin() + firstRowOf(index);
+    if (items.size() < shown || !std::equal(shownRows, shownRows + shown, items.cbegin())) {
+        beginRemoveRows({}, firstRowOf(index), firstRowOf(index) + int(shown) - 1);
+        m_pics.remove(firstRowOf(index), shown);
+        m_shownCounts[index] = shown = 0;
+        endRemoveRows();
+    }
     if (shown > 0)
         Q_EMIT dataChanged(this->index(firstRowOf(index), 0),
                            this->index(firstRowOf(index) + int(shown) - 1, ColumnCount - 1));
@@ -126,14 +134,35 @@ QVariant PicTableModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         // Long sources and camera names are cut short in their cells.
         if (index.column() == NameColumn)
-            return pic.spPath();
+            return pic.bundleUnchangedState() > 0 ? pic.spPath() + QLatin1Char('\n') + fileStateText(pic)
+                                                  : pic.spPath();
         if (index.column() == SourceColumn || index.column() == CameraColumn)
             return text(pic, index.column());
         return {};
     case Qt::TextAlignmentRole:
         return index.column() == SizeColumn ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+    case Qt::ForegroundRole:
+        // A file changed or gone behind our back: a save will refuse it.
+        return index.column() == NameColumn && pic.bundleUnchangedState() > 0 ? QVariant(QColor(0xc0, 0x39, 0x2b))
+                                                                            : QVariant();
     default:
         return {};
+    }
+}
+
+QString PicTableModel::fileStateText(const MySinglePic &pic)
+{
+    switch (pic.bundleUnchangedState()) {
+    case 1:
+        return tr("The file is missing.");
+    case 2:
+        return tr("The file cannot be read.");
+    case 3:
+        return tr("The file was changed by another program.");
+    case 4:
+        return tr("Its dates or a sidecar were changed by another program.");
+    default:
+        return tr("The file must be imported again.");
     }
 }
 

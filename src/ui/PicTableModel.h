@@ -37,7 +37,8 @@ public:
     // Shows one more folder after the others, with the items it has now.
     void addFolder(const MySingleFolder *folder);
     // A folder on show was imported again or its dates moved: new items at the end of its list
-    // get rows, the others fresh cells. Folders not on show are ignored.
+    // get rows, the others fresh cells; a list that lost items or took them back in its middle
+    // gets its rows anew. Folders not on show are ignored.
     void folderChanged(const MySingleFolder *folder);
     void removeFolder(const MySingleFolder *folder);
 
@@ -56,6 +57,8 @@ public:
 
     // An item's cell as the list shows it.
     QString text(const MySinglePic &pic, int column) const;
+    // Why a save will refuse the item's file, changed or gone behind our back.
+    static QString fileStateText(const MySinglePic &pic);
 
 private:
     QVariant sortValue(const MySinglePic &pic, int column) const;

@@ -28,6 +28,9 @@ SaveErrorsDialog::SaveErrorsDialog(const QString &report, QWidget *parent) : QDi
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     QPushButton *copy = buttons->addButton(tr("Copy"), QDialogButtonBox::ActionRole);
     connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(m_report); });
+    QPushButton *log = buttons->addButton(tr("Show Error Log"), QDialogButtonBox::ActionRole);
+    log->setObjectName(QStringLiteral("showErrorLogButton"));
+    connect(log, &QPushButton::clicked, this, &SaveErrorsDialog::showLogRequested);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto *layout = new QVBoxLayout(this);

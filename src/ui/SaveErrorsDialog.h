@@ -14,6 +14,10 @@ public:
 
     const QString &report() const { return m_report; }
 
+Q_SIGNALS:
+    // The user asked for the whole error log.
+    void showLogRequested();
+
 private:
     QString m_report;
 };

@@ -3,6 +3,7 @@
 #include "core/LogController.h"
 #include "core/Preferences.h"
 #include "core/SaveSettings.h"
+#include "ui/ErrorLogWindow.h"
 #include "ui/SaveErrorsDialog.h"
 #include "ui/SaveProgressSheet.h"
 
@@ -109,6 +110,8 @@ void SaveSession::runEnded()
     if (failed) {
         auto *alert = new SaveErrorsDialog(journalProblem.isEmpty() ? m_log.currentError() : journalProblem, m_window);
         alert->setAttribute(Qt::WA_DeleteOnClose);
+        connect(alert, &SaveErrorsDialog::showLogRequested, m_window,
+                [&log = m_log, window = m_window] { ErrorLogWindow::showFor(log, window); });
         alert->open();
     }
     Q_EMIT finished(!cancelled && !failed);

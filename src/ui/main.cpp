@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QIcon>
 #include <QMessageBox>
 #include <QTextStream>
 #include <QTimer>
@@ -16,6 +17,9 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("orvelle"));
     QApplication::setApplicationDisplayName(QStringLiteral("Orvelle"));
     QApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
+    // The installed menu entry and icon carry this name; Wayland matches the window to them by it.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.orvelle.Orvelle"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.orvelle.Orvelle")));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QApplication::translate("main", "Puts the dates, time zones, places and "

@@ -376,7 +376,7 @@ TEST_F(PicSaverTest, CheckingWithoutSavingGivesTheCheckIdsAndWritesNothing)
     EXPECT_TRUE(PicSaver(intact, environment).validatePicWithSavingChanges(false));
     EXPECT_EQ(errors.errorIdsFor(tampered), QList<int>{SaveErrorId::CheckChanged});
     EXPECT_EQ(errors.errorIdsFor(missing), QList<int>{SaveErrorId::CheckMissing});
-    EXPECT_EQ(PicSaver(intact, environment).updatedUnchangedFileState(), 0);
+    EXPECT_EQ(PicSaver::updatedUnchangedFileState(intact), 0);
 }
 
 TEST_F(PicSaverTest, AFileExchangedForAPipeSinceTheImportIsNamedAndNeverOpened)
