@@ -4,6 +4,7 @@
 #include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
+#include "cli/StillCommand.h"
 #include "cli/ZoneCommand.h"
 #include "formats/SaveJournal.h"
 
@@ -84,6 +85,20 @@ const char *const usage =
     "                          in an hour the source zone skips (divergence) or repeats\n"
     "                          (ambiguity; the later moment is taken), and a stored offset\n"
     "                          that disagrees with the zone.\n"
+    "  still --at SECONDS[,SECONDS...] [--format jpg|tif|heic] [--json] MOVIE...\n"
+    "                          Make a still of each movie at each position (seconds from\n"
+    "                          its start), in a new folder \"NAME Stills\" beside the movie,\n"
+    "                          named by the position (01_02_03.456.jpg). The still is the\n"
+    "                          frame shown at that moment, upright, as JPEG (quality 75) or\n"
+    "                          TIFF; heic is written as JPEG. It carries the movie's date\n"
+    "                          plus the position (with the offset tags where the movie's\n"
+    "                          zone is known), its place and its camera, and has that date\n"
+    "                          as its file date. A still whose name exists is not made\n"
+    "                          again and is said; a position past the end is an error and\n"
+    "                          leaves no file. Prints each new still's path and date (UTC);\n"
+    "                          --json gives movie, position, path, status (written or\n"
+    "                          exists), date, stamp and offset of each still. The movies\n"
+    "                          themselves are never changed.\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
     "                          dates to the nanosecond. A file changed since that save is\n"
@@ -164,6 +179,8 @@ int main(int argc, char *argv[])
         return orv::LocateCommand::run(args.mid(1));
     if (args.first() == QLatin1String("geotag"))
         return orv::GeotagCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("still"))
+        return orv::StillCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

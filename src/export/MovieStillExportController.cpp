@@ -1,0 +1,171 @@
+#include "export/MovieStillExportController.h"
+
+#include "core/XtController.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImageWriter>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orv {
+
+namespace {
+
+// Gives `from` the name `to` unless a file has it; the reason when not.
+QString renameWithoutReplacing(const QString &from, const QString &to)
+{
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
+        return {};
+    // File systems without the no-replace rename take a hard link, which never replaces either.
+    if (errno == EINVAL && ::link(source.constData(), target.constData()) == 0) {
+        ::unlink(source.constData());
+        return {};
+    }
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+// The file's dates take the still's moment, and its bytes reach the disk.
+QString settleFile(const QString &path, Instant date)
+{
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    const double whole = std::floor(date.secondsSinceEpoch());
+    timespec times[2];
+    times[0].tv_sec = time_t(whole);
+    times[0].tv_nsec = long((date.secondsSinceEpoch() - whole) * 1e9);
+    times[1] = times[0];
+    const bool done = ::futimens(fd, times) == 0 && ::fsync(fd) == 0;
+    const QString why = done ? QString() : QString::fromLocal8Bit(std::strerror(errno));
+    ::close(fd);
+    return why;
+}
+
+} // namespace
+
+QString MovieStillExportController::chapterCoverNameFromSeconds(double seconds)
+{
+    const QString withMilliseconds = QString::asprintf("%.3f", seconds);
+    const int whole = int(std::floor(seconds));
+    return QString::asprintf("%02d_%02d_%02d", whole / 3600, whole / 60 % 60, whole % 60) + withMilliseconds.right(4);
+}
+
+QString MovieStillExportController::stillsFolderFor(const QString &moviePath)
+{
+    const QFileInfo movie(moviePath);
+    return movie.absoluteDir().filePath(movie.completeBaseName() + QStringLiteral(" Stills"));
+}
+
+QList<MovieStillResult> MovieStillExportController::exportChapterCoversThreadedForMovies(const QList<MovieStillJob> &jobs,
+                                                                                         const MovieStillSettings &settings)
+{
+    m_isChapterExportAborted = false;
+    QList<MovieStillResult> results;
+    for (const MovieStillJob &job : jobs) {
+        if (m_isChapterExportAborted)
+            break;
+        results.append(exportMovie(job, settings));
+    }
+    m_xt.cleanup();
+    return results;
+}
+
+MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &job, const MovieStillSettings &settings)
+{
+    MovieStillResult result;
+    result.movie = job.moviePath;
+    const QString folder = stillsFolderFor(job.moviePath);
+    const QFileInfo movieFolder(QFileInfo(job.moviePath).absolutePath());
+    if (!QFileInfo(folder).isDir() && !movieFolder.isWritable()) {
+        result.failures.append({-1.0, QStringLiteral("the movie's folder is not writable")});
+        return result;
+    }
+    result.coverFolderPath = folder;
+
+    std::vector<qsizetype> order(size_t(job.positions.size()));
+    for (qsizetype i = 0; i < job.positions.size(); ++i)
+        order[size_t(i)] = i;
+    std::sort(order.begin(), order.end(), [&job](qsizetype a, qsizetype b) { return job.positions[a] < job.positions[b]; });
+
+    std::unique_ptr<MovieFrames> frames;
+    QString openProblem;
+    for (const qsizetype i : order) {
+        if (m_isChapterExportAborted)
+            break;
+        const double position = job.positions[i];
+        const MovieStillResult::Still still{
+            position, QDir(folder).filePath(chapterCoverNameFromSeconds(position) + QLatin1Char('.') + settings.extension()),
+            job.metadata[i]};
+        if (QFileInfo::exists(still.path)) {
+            result.duplicates.append(still);
+            continue;
+        }
+        if (!frames && openProblem.isEmpty()) {
+            frames = m_opener(job.moviePath, openProblem);
+            if (!frames && openProblem.isEmpty())
+                openProblem = QStringLiteral("the movie cannot be read");
+        }
+        if (!frames) {
+            result.failures.append({position, openProblem});
+            continue;
+        }
+        QString why;
+        const QImage image = frames->frameAt(position, why);
+        if (image.isNull()) {
+            result.failures.append({position, why});
+            continue;
+        }
+        if (!QDir().mkpath(folder)) {
+            result.failures.append({position, QStringLiteral("the folder %1 cannot be made").arg(folder)});
+            continue;
+        }
+        const QString temporary =
+            QDir(folder).filePath(QLatin1Char('.') + QFileInfo(still.path).completeBaseName() + QStringLiteral(".partial.")
+                                  + settings.extension());
+        why = writeStill(image, still.metadata, temporary, settings);
+        if (why.isEmpty())
+            why = renameWithoutReplacing(temporary, still.path);
+        if (!why.isEmpty()) {
+            QFile::remove(temporary);
+            QFile::remove(XtController::temporaryFileOf(temporary));
+            result.failures.append({position, why});
+            continue;
+        }
+        result.successes.append(still);
+    }
+    return result;
+}
+
+QString MovieStillExportController::writeStill(const QImage &image, const StillMetadata &metadata,
+                                               const QString &temporary, const MovieStillSettings &settings)
+{
+    QImageWriter writer(temporary, settings.format == MovieStillSettings::Tiff ? "tiff" : "jpeg");
+    if (settings.format == MovieStillSettings::Tiff)
+        writer.setCompression(settings.tiffCompression != 0 ? 1 : 0);
+    else
+        writer.setQuality(int(std::lround(settings.jpegQuality)));
+    if (!writer.write(image))
+        return QStringLiteral("the image cannot be written: %1").arg(writer.errorString());
+    if (!XtController::isPassablePath(temporary))
+        return QStringLiteral("a path with a line break cannot be given to exiftool");
+    XtController::Action action;
+    action.arguments = metadata.exiftoolArguments();
+    action.path = temporary;
+    const XtController::Outcome outcome = m_xt.run(action);
+    if (!outcome.didChangeOnLastAction)
+        return QStringLiteral("the metadata cannot be written: %1")
+            .arg(outcome.error.isEmpty() ? QStringLiteral("exiftool did not answer") : outcome.error);
+    return settleFile(temporary, metadata.date);
+}
+
+} // namespace orv

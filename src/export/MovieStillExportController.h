@@ -1,0 +1,91 @@
+#pragma once
+
+#include "export/MovieFrames.h"
+#include "export/StillMetadata.h"
+
+#include <QList>
+#include <QString>
+
+#include <atomic>
+
+namespace orv {
+
+class XtController;
+
+// How stills are written.
+struct MovieStillSettings
+{
+    // The stored "movieStillsFormat": 0 TIFF, 1 JPEG, 2 HEIC, which is written as JPEG: the
+    // stills stay readable wherever the movie is.
+    enum Format : int { Tiff = 0, Jpeg = 1, Heic = 2 };
+    int format = Jpeg;
+    // "movieStillsQuality2": percent.
+    double jpegQuality = 75.0;
+    // "movieStillsQuality1": not 0 compresses the TIFF (LZW).
+    int tiffCompression = 0;
+
+    QString extension() const { return format == Tiff ? QStringLiteral("tif") : QStringLiteral("jpg"); }
+};
+
+// One movie and its positions, with what each still says of itself: taken from the movie's item
+// on the thread that owns it, before the run.
+struct MovieStillJob
+{
+    QString moviePath;
+    QList<double> positions;
+    QList<StillMetadata> metadata; // one per position
+};
+
+struct MovieStillResult
+{
+    struct Still
+    {
+        double position = 0.0;
+        QString path;
+        StillMetadata metadata;
+    };
+    struct Failure
+    {
+        double position = -1.0; // below 0: the movie as a whole
+        QString reason;
+    };
+    QString movie;
+    QString coverFolderPath;
+    QList<Still> successes;
+    QList<Failure> failures;
+    QList<Still> duplicates; // not written: a file of that name exists
+};
+
+// Turns the positions of movies into stills in a folder beside each movie, named by their
+// position, dated, placed and attributed to the movie's camera. Each still is made whole under
+// a hidden name (pixels, then its metadata in one exiftool action, its file dates, a sync) and
+// only then takes its name, never over a file that has it: a failure leaves no file behind, and
+// an existing still is listed as a duplicate, never replaced. Each movie is opened once for all
+// its positions; a movie that fails does not stop the others. Runs on the calling thread.
+class MovieStillExportController
+{
+public:
+    MovieStillExportController(MovieFramesOpener opener, XtController &xt) : m_opener(std::move(opener)), m_xt(xt) {}
+
+    QList<MovieStillResult> exportChapterCoversThreadedForMovies(const QList<MovieStillJob> &jobs,
+                                                                 const MovieStillSettings &settings);
+    // Stops the run before its next still.
+    void abortExportChapterCovers() { m_isChapterExportAborted = true; }
+
+    // "01_02_03.456" for 3723.456 seconds.
+    static QString chapterCoverNameFromSeconds(double seconds);
+    // "<movie's name> Stills" beside the movie.
+    static QString stillsFolderFor(const QString &moviePath);
+
+private:
+    MovieStillResult exportMovie(const MovieStillJob &job, const MovieStillSettings &settings);
+    // The still under its hidden name, complete; the reason when it could not be made.
+    QString writeStill(const QImage &image, const StillMetadata &metadata, const QString &temporary,
+                       const MovieStillSettings &settings);
+
+    MovieFramesOpener m_opener;
+    XtController &m_xt;
+    std::atomic<bool> m_isChapterExportAborted = false;
+};
+
+} // namespace orv
