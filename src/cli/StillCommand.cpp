@@ -31,7 +31,7 @@ struct Options
 void usageError(QTextStream &err, const QString &message)
 {
     err << "orvelle-cli still: " << message << "\n"
-        << "Usage: orvelle-cli still --at SECONDS[,SECONDS...] [--format jpg|tif|heic] [--json] MOVIE...\n";
+        << "Usage: orvelle-cli still --at SECONDS[,SECONDS...] [--format jpg|tif|heic] [--live] [--json] MOVIE...\n";
 }
 
 std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
@@ -61,6 +61,8 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
                 return std::nullopt;
             }
             options.settings.format = int(format);
+        } else if (argument == QLatin1String("--live")) {
+            options.settings.livePhotos = true;
         } else if (argument == QLatin1String("--json")) {
             options.json = true;
         } else if (argument.startsWith(QLatin1String("--"))) {
@@ -101,15 +103,19 @@ QList<const MySinglePic *> moviesNamed(const PathImport &imported, const QString
     return movies;
 }
 
-QJsonObject stillJson(const MovieStillResult &result, const MovieStillResult::Still &still, const char *status)
+QJsonObject stillJson(const MovieStillResult &result, const MovieStillResult::Still &still, const char *status,
+                      bool livePhotos)
 {
-    return {{QStringLiteral("movie"), result.movie},
+    QJsonObject object{{QStringLiteral("movie"), result.movie},
             {QStringLiteral("position"), still.position},
             {QStringLiteral("path"), still.path},
             {QStringLiteral("status"), QLatin1String(status)},
             {QStringLiteral("date"), ItemJson::date(still.metadata.date)},
             {QStringLiteral("stamp"), still.metadata.exifStamp()},
             {QStringLiteral("offset"), still.metadata.offsetText().isEmpty() ? QJsonValue() : still.metadata.offsetText()}};
+    if (livePhotos)
+        object.insert(QStringLiteral("livePhotoMovie"), MovieStillExportController::pairedMoviePath(still.path));
+    return object;
 }
 
 } // namespace
@@ -161,12 +167,16 @@ int StillCommand::run(const QStringList &arguments)
     QJsonArray stills;
     for (const MovieStillResult &result : results) {
         for (const MovieStillResult::Still &still : result.successes) {
-            stills.append(stillJson(result, still, "written"));
-            if (!options->json)
-                out << still.path << "\t" << ItemJson::date(still.metadata.date).toString() << "\n";
+            stills.append(stillJson(result, still, "written", options->settings.livePhotos));
+            if (options->json)
+                continue;
+            const QString date = ItemJson::date(still.metadata.date).toString();
+            out << still.path << "\t" << date << "\n";
+            if (options->settings.livePhotos)
+                out << MovieStillExportController::pairedMoviePath(still.path) << "\t" << date << "\n";
         }
         for (const MovieStillResult::Still &still : result.duplicates) {
-            stills.append(stillJson(result, still, "exists"));
+            stills.append(stillJson(result, still, "exists", options->settings.livePhotos));
             err << "orvelle-cli: " << still.path << ": exists already; left as it is\n";
         }
         for (const MovieStillResult::Failure &failure : result.failures) {

@@ -1,10 +1,13 @@
 #include "export/MovieStillExportController.h"
 
 #include "core/XtController.h"
+#include "formats/AppleMakerNote.h"
+#include "formats/MySingleFolderDataReader.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QUuid>
 
 #include <algorithm>
 #include <cerrno>
@@ -60,10 +63,11 @@ QString MovieStillExportController::chapterCoverNameFromSeconds(double seconds)
     return QString::asprintf("%02d_%02d_%02d", whole / 3600, whole / 60 % 60, whole % 60) + withMilliseconds.right(4);
 }
 
-QString MovieStillExportController::stillsFolderFor(const QString &moviePath)
+QString MovieStillExportController::stillsFolderFor(const QString &moviePath, bool livePhotos)
 {
     const QFileInfo movie(moviePath);
-    return movie.absoluteDir().filePath(movie.completeBaseName() + QStringLiteral(" Stills"));
+    return movie.absoluteDir().filePath(movie.completeBaseName()
+                                        + (livePhotos ? QStringLiteral(" Live Photos") : QStringLiteral(" Stills")));
 }
 
 QList<MovieStillResult> MovieStillExportController::exportChapterCoversThreadedForMovies(const QList<MovieStillJob> &jobs,
@@ -84,7 +88,7 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
 {
     MovieStillResult result;
     result.movie = job.moviePath;
-    const QString folder = stillsFolderFor(job.moviePath);
+    const QString folder = stillsFolderFor(job.moviePath, settings.livePhotos);
     const QFileInfo movieFolder(QFileInfo(job.moviePath).absolutePath());
     if (!QFileInfo(folder).isDir() && !movieFolder.isWritable()) {
         result.failures.append({-1.0, QStringLiteral("the movie's folder is not writable")});
@@ -106,7 +110,7 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
         const MovieStillResult::Still still{
             position, QDir(folder).filePath(chapterCoverNameFromSeconds(position) + QLatin1Char('.') + settings.extension()),
             job.metadata[i]};
-        if (QFileInfo::exists(still.path)) {
+        if (QFileInfo::exists(still.path) || (settings.livePhotos && QFileInfo::exists(pairedMoviePath(still.path)))) {
             result.duplicates.append(still);
             continue;
         }
@@ -115,39 +119,101 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
             if (!frames && openProblem.isEmpty())
                 openProblem = QStringLiteral("the movie cannot be read");
         }
-        if (!frames) {
-            result.failures.append({position, openProblem});
-            continue;
-        }
-        QString why;
-        const QImage image = frames->frameAt(position, why);
-        if (image.isNull()) {
-            result.failures.append({position, why});
-            continue;
-        }
-        if (!QDir().mkpath(folder)) {
-            result.failures.append({position, QStringLiteral("the folder %1 cannot be made").arg(folder)});
-            continue;
-        }
-        const QString temporary =
-            QDir(folder).filePath(QLatin1Char('.') + QFileInfo(still.path).completeBaseName() + QStringLiteral(".partial.")
-                                  + settings.extension());
-        why = writeStill(image, still.metadata, temporary, settings);
+        QString why = openProblem;
+        if (frames)
+            why = settings.livePhotos ? makePair(*frames, still, settings) : makeStill(*frames, still, settings, {});
         if (why.isEmpty())
-            why = renameWithoutReplacing(temporary, still.path);
-        if (!why.isEmpty()) {
-            QFile::remove(temporary);
-            QFile::remove(XtController::temporaryFileOf(temporary));
+            result.successes.append(still);
+        else
             result.failures.append({position, why});
-            continue;
-        }
-        result.successes.append(still);
     }
     return result;
 }
 
+QString MovieStillExportController::pairedMoviePath(const QString &stillPath)
+{
+    const QFileInfo still(stillPath);
+    return still.dir().filePath(still.completeBaseName() + QStringLiteral(".mov"));
+}
+
+QString MovieStillExportController::hiddenPathFor(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.dir().filePath(QLatin1Char('.') + file.completeBaseName() + QStringLiteral(".partial.") + file.suffix());
+}
+
+QString MovieStillExportController::makeStill(MovieFrames &frames, const MovieStillResult::Still &still,
+                                              const MovieStillSettings &settings, const QString &contentIdentifier)
+{
+    QString why;
+    const QImage image = frames.frameAt(still.position, why);
+    if (image.isNull())
+        return why;
+    const QString folder = QFileInfo(still.path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return QStringLiteral("the folder %1 cannot be made").arg(folder);
+    const QString temporary = hiddenPathFor(still.path);
+    why = writeStill(image, still.metadata, temporary, settings, contentIdentifier);
+    if (why.isEmpty())
+        why = renameWithoutReplacing(temporary, still.path);
+    if (!why.isEmpty()) {
+        QFile::remove(temporary);
+        QFile::remove(XtController::temporaryFileOf(temporary));
+    }
+    return why;
+}
+
+QString MovieStillExportController::makePair(MovieFrames &frames, const MovieStillResult::Still &still,
+                                             const MovieStillSettings &settings)
+{
+    const QString identifier = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    const QString movie = pairedMoviePath(still.path);
+    const QString temporaryMovie = hiddenPathFor(movie);
+    // The movie first: the still takes its name last, once its partner stands beside it.
+    QDir().mkpath(QFileInfo(movie).absolutePath());
+    QString why = frames.writeLivePhotoMovie(temporaryMovie, still.position, settings.livePhotoLength,
+                                             still.metadata.livePhotoMovieTags(identifier));
+    if (why.isEmpty())
+        why = settleFile(temporaryMovie, still.metadata.date);
+    if (why.isEmpty())
+        why = verifyNewAssetAtURL(temporaryMovie, identifier);
+    if (why.isEmpty())
+        why = renameWithoutReplacing(temporaryMovie, movie);
+    if (!why.isEmpty()) {
+        QFile::remove(temporaryMovie);
+        QFile::remove(XtController::temporaryFileOf(temporaryMovie));
+        return why;
+    }
+    why = makeStill(frames, still, settings, identifier);
+    if (why.isEmpty())
+        why = verifyNewAssetAtURL(still.path, identifier);
+    if (!why.isEmpty()) {
+        // Both files are this run's own, made a moment ago: half a pair is no pair.
+        QFile::remove(movie);
+        QFile::remove(still.path);
+    }
+    return why;
+}
+
+QString MovieStillExportController::verifyNewAssetAtURL(const QString &path, const QString &identifier)
+{
+    MySingleFolderDataReader reader;
+    QByteArray found;
+    if (QFileInfo(path).suffix() == QLatin1String("mov")) {
+        found = reader.quicktimeHeaderDataForMovieFileAtPath(path, 1).contentIdentifier;
+    } else {
+        const DatesData dates = reader.savereadDatesAtPath(path, JpegFormat);
+        if (dates.tiffHeader)
+            found = reader.imageTagsAtPath(path, *dates.tiffHeader).contentIdentifier.toUtf8();
+    }
+    if (found != identifier.toUtf8())
+        return QStringLiteral("the new file %1 does not carry its pair's content identifier").arg(path);
+    return {};
+}
+
 QString MovieStillExportController::writeStill(const QImage &image, const StillMetadata &metadata,
-                                               const QString &temporary, const MovieStillSettings &settings)
+                                               const QString &temporary, const MovieStillSettings &settings,
+                                               const QString &contentIdentifier)
 {
     QImageWriter writer(temporary, settings.format == MovieStillSettings::Tiff ? "tiff" : "jpeg");
     if (settings.format == MovieStillSettings::Tiff)
@@ -156,16 +222,32 @@ QString MovieStillExportController::writeStill(const QImage &image, const StillM
         writer.setQuality(int(std::lround(settings.jpegQuality)));
     if (!writer.write(image))
         return QStringLiteral("the image cannot be written: %1").arg(writer.errorString());
-    if (!XtController::isPassablePath(temporary))
+    QStringList arguments = metadata.exiftoolArguments();
+    // The maker note that joins a pair goes in as a whole block, from a file of its own.
+    const QString makerNote = temporary + QStringLiteral(".makernote");
+    if (!contentIdentifier.isEmpty()) {
+        QFile note(makerNote);
+        if (!note.open(QIODevice::WriteOnly) || note.write(appleMakerNoteWithContentIdentifier(contentIdentifier.toUtf8())) < 0)
+            return QStringLiteral("the content identifier cannot be prepared: %1").arg(note.errorString());
+        arguments << QStringLiteral("-MakerNotes<=") + makerNote;
+    }
+    const QString why = writeMetadata(temporary, arguments);
+    QFile::remove(makerNote);
+    return why.isEmpty() ? settleFile(temporary, metadata.date) : why;
+}
+
+QString MovieStillExportController::writeMetadata(const QString &path, const QStringList &arguments)
+{
+    if (!XtController::isPassablePath(path))
         return QStringLiteral("a path with a line break cannot be given to exiftool");
     XtController::Action action;
-    action.arguments = metadata.exiftoolArguments();
-    action.path = temporary;
+    action.arguments = arguments;
+    action.path = path;
     const XtController::Outcome outcome = m_xt.run(action);
     if (!outcome.didChangeOnLastAction)
         return QStringLiteral("the metadata cannot be written: %1")
             .arg(outcome.error.isEmpty() ? QStringLiteral("exiftool did not answer") : outcome.error);
-    return settleFile(temporary, metadata.date);
+    return {};
 }
 
 } // namespace orv

@@ -23,8 +23,16 @@ struct MovieStillSettings
     double jpegQuality = 75.0;
     // "movieStillsQuality1": not 0 compresses the TIFF (LZW).
     int tiffCompression = 0;
+    // Pairs of a still and a short movie that a phone's gallery shows as one Live Photo,
+    // instead of stills; the movie part lasts "livePhotoExportDuration" + 1 seconds.
+    bool livePhotos = false;
+    double livePhotoLength = 3.0;
 
-    QString extension() const { return format == Tiff ? QStringLiteral("tif") : QStringLiteral("jpg"); }
+    // A pair's still is a JPEG, as phones' galleries take it.
+    QString extension() const
+    {
+        return format == Tiff && !livePhotos ? QStringLiteral("tif") : QStringLiteral("jpg");
+    }
 };
 
 // One movie and its positions, with what each still says of itself: taken from the movie's item
@@ -74,14 +82,27 @@ public:
 
     // "01_02_03.456" for 3723.456 seconds.
     static QString chapterCoverNameFromSeconds(double seconds);
-    // "<movie's name> Stills" beside the movie.
-    static QString stillsFolderFor(const QString &moviePath);
+    // "<movie's name> Stills" beside the movie, or "... Live Photos" for pairs.
+    static QString stillsFolderFor(const QString &moviePath, bool livePhotos = false);
+    // The movie of a pair: the still's name with ".mov".
+    static QString pairedMoviePath(const QString &stillPath);
+    // The reason when the file at `path` does not carry `identifier` as our readers find it:
+    // the QuickTime metadata key of a movie, the Apple maker note of a still.
+    static QString verifyNewAssetAtURL(const QString &path, const QString &identifier);
 
 private:
     MovieStillResult exportMovie(const MovieStillJob &job, const MovieStillSettings &settings);
+    // The hidden name a file is made under before it takes its own.
+    static QString hiddenPathFor(const QString &path);
+    // Each gives the reason when the still or the pair could not be made, and then leaves no file.
+    QString makeStill(MovieFrames &frames, const MovieStillResult::Still &still, const MovieStillSettings &settings,
+                      const QString &contentIdentifier);
+    QString makePair(MovieFrames &frames, const MovieStillResult::Still &still, const MovieStillSettings &settings);
+    // One exiftool action on a file this run made; the reason when it changed nothing.
+    QString writeMetadata(const QString &path, const QStringList &arguments);
     // The still under its hidden name, complete; the reason when it could not be made.
     QString writeStill(const QImage &image, const StillMetadata &metadata, const QString &temporary,
-                       const MovieStillSettings &settings);
+                       const MovieStillSettings &settings, const QString &contentIdentifier);
 
     MovieFramesOpener m_opener;
     XtController &m_xt;

@@ -27,6 +27,13 @@ std::optional<TimeZone> zoneOfQtCreationDate(QByteArrayView data)
     return TimeZone::fromOffsetSeconds(m.captured(1) == QLatin1String("-") ? -seconds : seconds);
 }
 
+// "yyyy:MM:dd HH:mm:ss" in UTC.
+QString utcStamp(Instant date)
+{
+    return QString::fromLatin1(DateStampCodec::unterminatedStringDataFromData(
+        DateStampCodec::exifDataFromDate(date, TimeZone::utc())));
+}
+
 QString number(double value)
 {
     return QString::number(value, 'f', 8);
@@ -98,6 +105,27 @@ QString StillMetadata::milliseconds() const
     return QStringLiteral("%1").arg(std::min(999, int(std::floor(fraction * 1000.0 + 1e-6))), 3, 10, QLatin1Char('0'));
 }
 
+LivePhotoMovieTags StillMetadata::livePhotoMovieTags(const QString &contentIdentifier) const
+{
+    LivePhotoMovieTags tags;
+    tags.contentIdentifier = contentIdentifier;
+    tags.make = make;
+    tags.model = model;
+    if (latitude && longitude) {
+        tags.location = QString::asprintf("%+08.4f%+09.4f", *latitude, *longitude);
+        if (altitude)
+            tags.location += QString::asprintf("%+08.3f", *altitude);
+        tags.location += QLatin1Char('/');
+    }
+    // A movie's metadata date always names its offset: the computer's where the zone is unknown.
+    tags.creationDate =
+        QString::fromLatin1(DateStampCodec::mdtaDataOfLength(24, date, zone.value_or(TimeZone::systemZone())));
+    const QString utc = utcStamp(date);
+    tags.creationTime = utc.left(10).replace(QLatin1Char(':'), QLatin1Char('-')) + QLatin1Char('T') + utc.mid(11)
+                        + QStringLiteral(".000000Z");
+    return tags;
+}
+
 QStringList StillMetadata::exiftoolArguments() const
 {
     const QString stamp = exifStamp();
@@ -110,8 +138,7 @@ QStringList StillMetadata::exiftoolArguments() const
         lines << QStringLiteral("-EXIF:OffsetTimeOriginal=") + offset
               << QStringLiteral("-EXIF:OffsetTimeDigitized=") + offset << QStringLiteral("-EXIF:OffsetTime=") + offset;
     if (latitude && longitude) {
-        const QString utc = QString::fromLatin1(DateStampCodec::unterminatedStringDataFromData(
-            DateStampCodec::exifDataFromDate(date, TimeZone::utc())));
+        const QString utc = utcStamp(date);
         lines << QStringLiteral("-EXIF:GPSLatitude=") + number(std::abs(*latitude))
               << QStringLiteral("-EXIF:GPSLatitudeRef=") + (*latitude < 0 ? QLatin1Char('S') : QLatin1Char('N'))
               << QStringLiteral("-EXIF:GPSLongitude=") + number(std::abs(*longitude))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "export/MovieFrames.h"
 #include "time/Instant.h"
 #include "time/TimeZone.h"
 
@@ -35,6 +36,10 @@ struct StillMetadata
     // The lines of one exiftool action that writes all of it into a new still: EXIF dates with
     // their milliseconds (and offset tags with a known zone), GPS place and time, make and model.
     QStringList exiftoolArguments() const;
+
+    // The metadata of the movie of a pair joined by `contentIdentifier`: the same date, place
+    // and camera.
+    LivePhotoMovieTags livePhotoMovieTags(const QString &contentIdentifier) const;
 
     // "yyyy:MM:dd HH:mm:ss" in the stamps' zone, as the still's EXIF stamps hold it.
     QString exifStamp() const;

@@ -53,7 +53,9 @@ private:
     void readTrack(const Box &trak);
     void readHeaderTimes(const Box &header);
     void keepTrackTimesOfMovieHeader();
-    void readMeta(const Box &meta);
+    // `identifierOnly`: a metadata box in the user data, as FFmpeg writes its keys, which gives
+    // only a content identifier the movie's own metadata box lacks.
+    void readMeta(const Box &meta, bool identifierOnly = false);
     void readKeys(const Box &keys, std::vector<QByteArray> &names);
     void readUserData(const Box &udta);
 
@@ -157,7 +159,7 @@ void MovieReader::readKeys(const Box &keys, std::vector<QByteArray> &names)
     }
 }
 
-void MovieReader::readMeta(const Box &meta)
+void MovieReader::readMeta(const Box &meta, bool identifierOnly)
 {
     std::vector<QByteArray> names;
     std::map<quint32, MovieValue> values;
@@ -177,7 +179,10 @@ void MovieReader::readMeta(const Box &meta)
         if (index == 0 || index > names.size())
             continue;
         const QByteArray &name = names[index - 1];
-        if (name == "com.apple.quicktime.creationdate" && isValidQtCreationDateData(value.data))
+        if (identifierOnly) {
+            if (name == "com.apple.quicktime.content.identifier" && m_data.contentIdentifier.isEmpty())
+                m_data.contentIdentifier = value.data;
+        } else if (name == "com.apple.quicktime.creationdate" && isValidQtCreationDateData(value.data))
             m_data.QtCreationdate = value;
         else if (name == "com.apple.quicktime.location.ISO6709" && isValidQtLocationData(value.data))
             m_data.locationISO6709 = value;
@@ -201,6 +206,7 @@ void MovieReader::readUserData(const Box &udta)
             if (isValidQtLocationData(text.data))
                 m_data.locationISO6709_2 = text;
         } else if (box.type == fourCC("meta")) {
+            readMeta(box, true);
             const std::optional<Box> ilst =
                 m_walker.firstChild(metaChildrenStart(m_source, box), box.end, 3, fourCC("ilst"));
             if (ilst) {

@@ -3,6 +3,9 @@
 #include <QFile>
 #include <QTransform>
 
+#include <algorithm>
+#include <cstring>
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -44,6 +47,22 @@ AVPixelFormat withoutJpegRange(int format)
 qint64 timestampOfFrame(const AVFrame &frame)
 {
     return frame.best_effort_timestamp != AV_NOPTS_VALUE ? frame.best_effort_timestamp : frame.pts;
+}
+
+struct OutputCloser
+{
+    void operator()(AVFormatContext *context) const
+    {
+        if (context && !(context->oformat->flags & AVFMT_NOFILE))
+            avio_closep(&context->pb);
+        avformat_free_context(context);
+    }
+};
+
+void setTag(AVFormatContext *out, const char *key, const QString &value)
+{
+    if (!value.isEmpty())
+        av_dict_set(&out->metadata, key, value.toUtf8().constData(), 0);
 }
 
 } // namespace
@@ -242,6 +261,94 @@ QImage FfmpegMovieFrames::uprightImage(const AVFrame &frame) const
     if (m_rotation != 0.0)
         image = image.transformed(QTransform().rotate(-m_rotation));
     return image;
+}
+
+QString FfmpegMovieFrames::writeLivePhotoMovie(const QString &target, double seconds, double length,
+                                               const LivePhotoMovieTags &tags)
+{
+    // The packets are read from where the frames stood; the next frame is sought afresh.
+    m_shown.reset();
+    m_ahead.reset();
+    const double latestStart = std::max(0.0, m_duration - length);
+    const double start = std::clamp(seconds - length / 2.0, 0.0, latestStart);
+    const double end = m_duration > 0 ? std::min(m_duration, start + length) : start + length;
+
+    AVFormatContext *outRaw = nullptr;
+    const QByteArray path = QFile::encodeName(target);
+    if (avformat_alloc_output_context2(&outRaw, nullptr, "mov", path.constData()) < 0)
+        return QStringLiteral("the movie cannot be made");
+    const std::unique_ptr<AVFormatContext, OutputCloser> out(outRaw);
+    AVStream *video = avformat_new_stream(out.get(), nullptr);
+    if (!video || avcodec_parameters_copy(video->codecpar, m_stream->codecpar) < 0)
+        return QStringLiteral("the movie's video cannot be copied");
+    video->codecpar->codec_tag = 0;
+    video->time_base = m_stream->time_base;
+    size_t matrixSize = 0;
+    if (const uint8_t *matrix = av_stream_get_side_data(m_stream, AV_PKT_DATA_DISPLAYMATRIX, &matrixSize)) {
+        if (uint8_t *copy = av_stream_new_side_data(video, AV_PKT_DATA_DISPLAYMATRIX, matrixSize))
+            std::memcpy(copy, matrix, matrixSize);
+    }
+    setTag(out.get(), "com.apple.quicktime.content.identifier", tags.contentIdentifier);
+    setTag(out.get(), "com.apple.quicktime.make", tags.make);
+    setTag(out.get(), "com.apple.quicktime.model", tags.model);
+    setTag(out.get(), "com.apple.quicktime.location.ISO6709", tags.location);
+    setTag(out.get(), "com.apple.quicktime.creationdate", tags.creationDate);
+    setTag(out.get(), "creation_time", tags.creationTime);
+
+    int result = avio_open(&out->pb, path.constData(), AVIO_FLAG_WRITE);
+    if (result < 0)
+        return QStringLiteral("the movie cannot be written (%1)").arg(ffmpegError(result));
+    AVDictionary *options = nullptr;
+    // The tags go in as metadata keys (the muxer puts them in the user data's metadata box).
+    av_dict_set(&options, "movflags", "use_metadata_tags", 0);
+    result = avformat_write_header(out.get(), &options);
+    av_dict_free(&options);
+    if (result < 0)
+        return QStringLiteral("the movie cannot be written (%1)").arg(ffmpegError(result));
+    const double unit = av_q2d(m_stream->time_base);
+    const QString why = copyPackets(out.get(), m_start + qint64(std::llround(start / unit)),
+                                    m_start + qint64(std::llround(end / unit)));
+    if (!why.isEmpty())
+        return why;
+    if ((result = av_write_trailer(out.get())) < 0)
+        return QStringLiteral("the movie cannot be finished (%1)").arg(ffmpegError(result));
+    return {};
+}
+
+QString FfmpegMovieFrames::copyPackets(AVFormatContext *out, qint64 start, qint64 end)
+{
+    if (av_seek_frame(m_format, m_streamIndex, start, AVSEEK_FLAG_BACKWARD) < 0)
+        return QStringLiteral("the movie cannot be searched (a broken index)");
+    int written = 0;
+    while (true) {
+        const int read = av_read_frame(m_format, m_packet);
+        if (read < 0)
+            break;
+        const bool ours = m_packet->stream_index == m_streamIndex;
+        // Packets come in decoding order: past the end by that order, none of them is shown.
+        if (ours && m_packet->dts != AV_NOPTS_VALUE && m_packet->dts >= end) {
+            av_packet_unref(m_packet);
+            break;
+        }
+        if (!ours || (m_packet->pts != AV_NOPTS_VALUE && m_packet->pts >= end)) {
+            av_packet_unref(m_packet);
+            continue;
+        }
+        m_packet->stream_index = 0;
+        if (m_packet->pts != AV_NOPTS_VALUE)
+            m_packet->pts -= start;
+        if (m_packet->dts != AV_NOPTS_VALUE)
+            m_packet->dts -= start;
+        m_packet->pos = -1;
+        // The muxer chose its own time scale when it wrote the header.
+        av_packet_rescale_ts(m_packet, m_stream->time_base, out->streams[0]->time_base);
+        const int result = av_interleaved_write_frame(out, m_packet);
+        av_packet_unref(m_packet);
+        if (result < 0)
+            return QStringLiteral("the movie cannot be written (%1)").arg(ffmpegError(result));
+        ++written;
+    }
+    return written > 0 ? QString() : QStringLiteral("the movie has no frames to copy there");
 }
 
 } // namespace orv

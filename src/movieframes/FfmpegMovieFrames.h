@@ -27,6 +27,8 @@ public:
 
     double duration() const override { return m_duration; }
     QImage frameAt(double seconds, QString &why) override;
+    QString writeLivePhotoMovie(const QString &target, double seconds, double length,
+                                const LivePhotoMovieTags &tags) override;
 
 private:
     FfmpegMovieFrames() = default;
@@ -47,6 +49,9 @@ private:
     // Decodes forward until the frame after `timestamp`; answers the one shown at it.
     Decoded advanceTo(qint64 timestamp);
     QImage uprightImage(const AVFrame &frame) const;
+    // Copies the video packets from the key frame before `start` to those shown before `end`
+    // (stream time base) into `out`, moved so that `start` comes at 0.
+    QString copyPackets(AVFormatContext *out, qint64 start, qint64 end);
 
     AVFormatContext *m_format = nullptr;
     AVCodecContext *m_decoder = nullptr;

@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QJsonObject>
+#include <QSet>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -297,6 +298,39 @@ TEST_F(MovieStillsTest, CommandLineWritesStillsAndSaysWhatFailed)
     const test::CliResult usage =
         test::runCli({QStringLiteral("still"), QStringLiteral("--at"), QStringLiteral("-1"), movie}, dir.path());
     EXPECT_EQ(usage.exitCode, 2);
+}
+
+// A Live Photo pair: the still and a three-second movie around it (kept inside the movie near
+// its start), joined by one content identifier that exiftool reads in both, with the still's
+// date, place and camera in the movie's metadata too.
+TEST_F(MovieStillsTest, LivePhotoPairsShareOneIdentifier)
+{
+    const QString movie = copyOf(QStringLiteral("metadata-extractor-images/mov/with-gps.mov"));
+    const test::CliResult run = test::runCli({QStringLiteral("still"), QStringLiteral("--live"), QStringLiteral("--at"),
+                                              QStringLiteral("0.2,2"), QStringLiteral("--json"), movie},
+                                             dir.filePath(QStringLiteral("home")));
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    ASSERT_EQ(run.json().size(), 2);
+    QSet<QString> identifiers;
+    for (const QJsonValue &value : run.json()) {
+        const QString still = value[QStringLiteral("path")].toString();
+        const QString pairedMovie = value[QStringLiteral("livePhotoMovie")].toString();
+        SCOPED_TRACE(still.toStdString());
+        EXPECT_TRUE(still.endsWith(QLatin1String(".jpg")));
+        EXPECT_EQ(QFileInfo(pairedMovie).completeBaseName(), QFileInfo(still).completeBaseName());
+        const test::ExiftoolTags stillTags = test::exiftoolTags(still, test::ExiftoolGroups::Family1);
+        const test::ExiftoolTags movieTags = test::exiftoolTags(pairedMovie, test::ExiftoolGroups::Family1);
+        const QString identifier = stillTags.string(QStringLiteral("Apple:MediaGroupUUID"));
+        EXPECT_EQ(identifier.size(), 36);
+        EXPECT_EQ(movieTags.string(QStringLiteral("Keys:ContentIdentifier")), identifier);
+        identifiers.insert(identifier);
+        EXPECT_NEAR(movieTags.number(QStringLiteral("QuickTime:Duration")), 3.0, 1.0 / 30);
+        EXPECT_EQ(movieTags.string(QStringLiteral("Keys:Model")), QStringLiteral("iPhone 6"));
+        EXPECT_EQ(movieTags.string(QStringLiteral("Keys:CreationDate")).left(19),
+                  stillTags.string(QStringLiteral("ExifIFD:DateTimeOriginal")));
+    }
+    EXPECT_EQ(identifiers.size(), 2);
+    EXPECT_EQ(QDir(MovieStillExportController::stillsFolderFor(movie, true)).entryList(QDir::Files | QDir::Hidden).size(), 4);
 }
 
 } // namespace
