@@ -90,7 +90,8 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
     result.movie = job.moviePath;
     const QString folder = stillsFolderFor(job.moviePath, settings.livePhotos);
     const QFileInfo movieFolder(QFileInfo(job.moviePath).absolutePath());
-    if (!QFileInfo(folder).isDir() && !movieFolder.isWritable()) {
+    const bool folderExisted = QFileInfo(folder).isDir();
+    if (!folderExisted && !movieFolder.isWritable()) {
         result.failures.append({-1.0, QStringLiteral("the movie's folder is not writable")});
         return result;
     }
@@ -120,13 +121,17 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
                 openProblem = QStringLiteral("the movie cannot be read");
         }
         QString why = openProblem;
-        if (frames)
-            why = settings.livePhotos ? makePair(*frames, still, settings) : makeStill(*frames, still, settings, {});
+        const QImage image = frames ? frames->frameAt(position, why) : QImage();
+        if (!image.isNull())
+            why = settings.livePhotos ? makePair(*frames, image, still, settings) : makeStill(image, still, settings, {});
         if (why.isEmpty())
             result.successes.append(still);
         else
             result.failures.append({position, why});
     }
+    // A folder this run made and left empty goes again (rmdir leaves one that holds anything).
+    if (!folderExisted)
+        QDir().rmdir(folder);
     return result;
 }
 
@@ -142,18 +147,16 @@ QString MovieStillExportController::hiddenPathFor(const QString &path)
     return file.dir().filePath(QLatin1Char('.') + file.completeBaseName() + QStringLiteral(".partial.") + file.suffix());
 }
 
-QString MovieStillExportController::makeStill(MovieFrames &frames, const MovieStillResult::Still &still,
+QString MovieStillExportController::makeStill(const QImage &image, const MovieStillResult::Still &still,
                                               const MovieStillSettings &settings, const QString &contentIdentifier)
 {
-    QString why;
-    const QImage image = frames.frameAt(still.position, why);
-    if (image.isNull())
-        return why;
     const QString folder = QFileInfo(still.path).absolutePath();
     if (!QDir().mkpath(folder))
         return QStringLiteral("the folder %1 cannot be made").arg(folder);
     const QString temporary = hiddenPathFor(still.path);
-    why = writeStill(image, still.metadata, temporary, settings, contentIdentifier);
+    QString why = writeStill(image, still.metadata, temporary, settings, contentIdentifier);
+    if (why.isEmpty() && !contentIdentifier.isEmpty())
+        why = verifyNewAssetAtURL(temporary, contentIdentifier);
     if (why.isEmpty())
         why = renameWithoutReplacing(temporary, still.path);
     if (!why.isEmpty()) {
@@ -163,8 +166,8 @@ QString MovieStillExportController::makeStill(MovieFrames &frames, const MovieSt
     return why;
 }
 
-QString MovieStillExportController::makePair(MovieFrames &frames, const MovieStillResult::Still &still,
-                                             const MovieStillSettings &settings)
+QString MovieStillExportController::makePair(MovieFrames &frames, const QImage &image,
+                                             const MovieStillResult::Still &still, const MovieStillSettings &settings)
 {
     const QString identifier = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
     const QString movie = pairedMoviePath(still.path);
@@ -181,17 +184,12 @@ QString MovieStillExportController::makePair(MovieFrames &frames, const MovieSti
         why = renameWithoutReplacing(temporaryMovie, movie);
     if (!why.isEmpty()) {
         QFile::remove(temporaryMovie);
-        QFile::remove(XtController::temporaryFileOf(temporaryMovie));
         return why;
     }
-    why = makeStill(frames, still, settings, identifier);
-    if (why.isEmpty())
-        why = verifyNewAssetAtURL(still.path, identifier);
-    if (!why.isEmpty()) {
-        // Both files are this run's own, made a moment ago: half a pair is no pair.
+    why = makeStill(image, still, settings, identifier);
+    // The movie is this run's own, named a moment ago: half a pair is no pair.
+    if (!why.isEmpty())
         QFile::remove(movie);
-        QFile::remove(still.path);
-    }
     return why;
 }
 

@@ -95,9 +95,11 @@ private:
     // The hidden name a file is made under before it takes its own.
     static QString hiddenPathFor(const QString &path);
     // Each gives the reason when the still or the pair could not be made, and then leaves no file.
-    QString makeStill(MovieFrames &frames, const MovieStillResult::Still &still, const MovieStillSettings &settings,
+    // `image` is the frame at the still's position.
+    QString makeStill(const QImage &image, const MovieStillResult::Still &still, const MovieStillSettings &settings,
                       const QString &contentIdentifier);
-    QString makePair(MovieFrames &frames, const MovieStillResult::Still &still, const MovieStillSettings &settings);
+    QString makePair(MovieFrames &frames, const QImage &image, const MovieStillResult::Still &still,
+                     const MovieStillSettings &settings);
     // One exiftool action on a file this run made; the reason when it changed nothing.
     QString writeMetadata(const QString &path, const QStringList &arguments);
     // The still under its hidden name, complete; the reason when it could not be made.

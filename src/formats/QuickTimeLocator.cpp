@@ -53,9 +53,10 @@ private:
     void readTrack(const Box &trak);
     void readHeaderTimes(const Box &header);
     void keepTrackTimesOfMovieHeader();
-    // `identifierOnly`: a metadata box in the user data, as FFmpeg writes its keys, which gives
-    // only a content identifier the movie's own metadata box lacks.
-    void readMeta(const Box &meta, bool identifierOnly = false);
+    // `userData`: the metadata box in the user data, whose item list may hold a ©xyz place, and
+    // whose keys (as FFmpeg writes them) give only a content identifier the movie's own metadata
+    // box lacks.
+    void readMeta(const Box &meta, bool userData = false);
     void readKeys(const Box &keys, std::vector<QByteArray> &names);
     void readUserData(const Box &udta);
 
@@ -159,7 +160,7 @@ void MovieReader::readKeys(const Box &keys, std::vector<QByteArray> &names)
     }
 }
 
-void MovieReader::readMeta(const Box &meta, bool identifierOnly)
+void MovieReader::readMeta(const Box &meta, bool userData)
 {
     std::vector<QByteArray> names;
     std::map<quint32, MovieValue> values;
@@ -176,10 +177,12 @@ void MovieReader::readMeta(const Box &meta, bool identifierOnly)
         return true;
     });
     for (const auto &[index, value] : values) {
+        if (userData && index == copyrightXyz && isValidQtLocationData(value.data))
+            m_data.locationISO6709_3 = value;
         if (index == 0 || index > names.size())
             continue;
         const QByteArray &name = names[index - 1];
-        if (identifierOnly) {
+        if (userData) {
             if (name == "com.apple.quicktime.content.identifier" && m_data.contentIdentifier.isEmpty())
                 m_data.contentIdentifier = value.data;
         } else if (name == "com.apple.quicktime.creationdate" && isValidQtCreationDateData(value.data))
@@ -207,14 +210,6 @@ void MovieReader::readUserData(const Box &udta)
                 m_data.locationISO6709_2 = text;
         } else if (box.type == fourCC("meta")) {
             readMeta(box, true);
-            const std::optional<Box> ilst =
-                m_walker.firstChild(metaChildrenStart(m_source, box), box.end, 3, fourCC("ilst"));
-            if (ilst) {
-                const std::optional<Box> xyz = m_walker.firstChild(*ilst, 4, copyrightXyz);
-                const std::optional<MovieValue> text = xyz ? itemValue(m_walker, *xyz, 5) : std::nullopt;
-                if (text && isValidQtLocationData(text->data))
-                    m_data.locationISO6709_3 = text;
-            }
         }
         return true;
     });

@@ -19,7 +19,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orv {
 namespace {
@@ -211,8 +213,41 @@ TEST_F(MovieStillsTest, BadPositionsAndMoviesLeaveNoFiles)
         const QList<MovieStillResult> bad = exportStills(path, {0.0});
         ASSERT_EQ(bad[0].failures.size(), 1);
         EXPECT_TRUE(bad[0].failures[0].reason.contains(QLatin1String(reason))) << bad[0].failures[0].reason.toStdString();
-        EXPECT_FALSE(QFileInfo::exists(MovieStillExportController::stillsFolderFor(path)));
+            EXPECT_FALSE(QFileInfo::exists(MovieStillExportController::stillsFolderFor(path)));
     }
+}
+
+// A full disk (a small file system, as root) or, without root, a folder that may not be
+// written: each position fails with its reason, and the stills folder holds nothing, not even a
+// hidden part of a still or exiftool's own temporary file: the folder made for them goes again.
+TEST_F(MovieStillsTest, AFullDiskLeavesNoPartOfAStill)
+{
+    const QString full = dir.filePath(QStringLiteral("full"));
+    ASSERT_TRUE(QDir().mkpath(full));
+    const bool mounted = ::mount("orvelle-test", QFile::encodeName(full).constData(), "tmpfs", 0, "size=64k") == 0;
+    if (!mounted && ::geteuid() == 0)
+        GTEST_SKIP() << "root that may not mount: no folder refuses its writes";
+    // The movie stands in the small folder as a link, so its stills go there.
+    const QString movie = full + QStringLiteral("/phone.mov");
+    ASSERT_TRUE(QFile::link(corpusFile(QStringLiteral("metadata-extractor-images/mov/with-gps.mov")), movie));
+    if (mounted) {
+        QFile filler(full + QStringLiteral("/filler"));
+        ASSERT_TRUE(filler.open(QIODevice::WriteOnly));
+        filler.write(QByteArray(40 * 1024, 'x'));
+    } else {
+        ASSERT_TRUE(QFile::setPermissions(full, QFile::ReadOwner | QFile::ExeOwner));
+    }
+    const QList<MovieStillResult> results = exportStills(movie, {0.5, 1.5, 2.5});
+    const bool folderLeft = QFileInfo::exists(MovieStillExportController::stillsFolderFor(movie));
+    if (mounted)
+        ::umount(QFile::encodeName(full).constData());
+    else
+        QFile::setPermissions(full, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_TRUE(results[0].successes.isEmpty());
+    ASSERT_FALSE(results[0].failures.isEmpty());
+    for (const MovieStillResult::Failure &failure : results[0].failures)
+        EXPECT_FALSE(failure.reason.isEmpty());
+    EXPECT_FALSE(folderLeft);
 }
 
 // A second export makes nothing new: the stills are listed as there already, byte for byte as
