@@ -24,6 +24,7 @@ struct Options
 {
     QList<double> positions;
     MovieStillSettings settings;
+    bool withChapters = false;
     bool json = false;
     QStringList movies;
 };
@@ -31,7 +32,8 @@ struct Options
 void usageError(QTextStream &err, const QString &message)
 {
     err << "orvelle-cli still: " << message << "\n"
-        << "Usage: orvelle-cli still --at SECONDS[,SECONDS...] [--format jpg|tif|heic] [--live] [--json] MOVIE...\n";
+        << "Usage: orvelle-cli still --at SECONDS[,SECONDS...] [--chapters] [--format jpg|tif|heic] [--live] [--json] "
+           "MOVIE...\n";
 }
 
 std::optional<Options> parseArguments(const QStringList &arguments, QTextStream &err)
@@ -61,6 +63,9 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
                 return std::nullopt;
             }
             options.settings.format = int(format);
+        } else if (argument == QLatin1String("--chapters")) {
+            options.withChapters = true;
+            hasPositions = true;
         } else if (argument == QLatin1String("--live")) {
             options.settings.livePhotos = true;
         } else if (argument == QLatin1String("--json")) {
@@ -73,7 +78,7 @@ std::optional<Options> parseArguments(const QStringList &arguments, QTextStream 
         }
     }
     if (!hasPositions || options.movies.isEmpty()) {
-        usageError(err, QStringLiteral("name the positions (--at) and at least one movie"));
+        usageError(err, QStringLiteral("name the positions (--at, --chapters) and at least one movie"));
         return std::nullopt;
     }
     return options;
@@ -143,21 +148,13 @@ int StillCommand::run(const QStringList &arguments)
     const PathImport imported(options->movies, {}, err);
     bool failed = imported.failed();
     QList<MovieStillJob> jobs;
-    QList<MovieStillResult> undated;
     for (const MySinglePic *movie : moviesNamed(imported, options->movies, err, failed)) {
-        MovieStillJob job{movie->spPath(), {}, {}};
-        for (const double position : options->positions) {
-            if (const std::optional<StillMetadata> metadata = StillMetadata::forPosition(*movie, position)) {
-                job.positions.append(position);
-                job.metadata.append(*metadata);
-            } else {
-                err << "orvelle-cli: " << movie->spPath() << ": the movie has no date for its stills\n";
-                failed = true;
-                break;
-            }
+        if (const std::optional<StillMetadata> atStart = StillMetadata::forPosition(*movie, 0.0)) {
+            jobs.append({movie->spPath(), options->positions, *atStart, options->withChapters});
+        } else {
+            err << "orvelle-cli: " << movie->spPath() << ": the movie has no date for its stills\n";
+            failed = true;
         }
-        if (!job.positions.isEmpty())
-            jobs.append(job);
     }
 
     XtController xt;

@@ -8,7 +8,7 @@
 
 namespace orv {
 
-// orvelle-cli still --at SECONDS[,SECONDS...] [--format jpg|tif|heic] [--live] [--json] MOVIE...
+// orvelle-cli still --at SECONDS[,SECONDS...] [--chapters] [--format jpg|tif|heic] [--live] [--json] MOVIE...
 class StillCommand
 {
 public:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -27,6 +28,8 @@ public:
     virtual ~MovieFrames() = default;
     // Seconds from the first frame to the end; 0 when the movie does not say.
     virtual double duration() const = 0;
+    // The start of each chapter the movie names, in seconds from its start.
+    virtual QList<double> chapterStarts() const = 0;
     // The frame on screen at `seconds` from the start: the last one that begins at or before
     // it (a position kept to the millisecond still names the frame that begins within that
     // millisecond). A null image, and the reason in `why`, when there is none.

@@ -97,29 +97,36 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
     }
     result.coverFolderPath = folder;
 
-    std::vector<qsizetype> order(size_t(job.positions.size()));
-    for (qsizetype i = 0; i < job.positions.size(); ++i)
-        order[size_t(i)] = i;
-    std::sort(order.begin(), order.end(), [&job](qsizetype a, qsizetype b) { return job.positions[a] < job.positions[b]; });
-
     std::unique_ptr<MovieFrames> frames;
     QString openProblem;
-    for (const qsizetype i : order) {
-        if (m_isChapterExportAborted)
-            break;
-        const double position = job.positions[i];
-        const MovieStillResult::Still still{
-            position, QDir(folder).filePath(chapterCoverNameFromSeconds(position) + QLatin1Char('.') + settings.extension()),
-            job.metadata[i]};
-        if (QFileInfo::exists(still.path) || (settings.livePhotos && QFileInfo::exists(pairedMoviePath(still.path)))) {
-            result.duplicates.append(still);
-            continue;
-        }
+    const auto open = [&] {
         if (!frames && openProblem.isEmpty()) {
             frames = m_opener(job.moviePath, openProblem);
             if (!frames && openProblem.isEmpty())
                 openProblem = QStringLiteral("the movie cannot be read");
         }
+    };
+    QList<double> positions = job.positions;
+    if (job.withChapters) {
+        open();
+        if (frames)
+            positions += frames->chapterStarts();
+    }
+    // In the movie's order, so the frames are decoded in one pass; a position named twice once.
+    std::sort(positions.begin(), positions.end());
+    positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+
+    for (const double position : positions) {
+        if (m_isChapterExportAborted)
+            break;
+        const MovieStillResult::Still still{
+            position, QDir(folder).filePath(chapterCoverNameFromSeconds(position) + QLatin1Char('.') + settings.extension()),
+            job.atStart.atPosition(position)};
+        if (QFileInfo::exists(still.path) || (settings.livePhotos && QFileInfo::exists(pairedMoviePath(still.path)))) {
+            result.duplicates.append(still);
+            continue;
+        }
+        open();
         QString why = openProblem;
         const QImage image = frames ? frames->frameAt(position, why) : QImage();
         if (!image.isNull())

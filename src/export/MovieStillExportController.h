@@ -35,13 +35,15 @@ struct MovieStillSettings
     }
 };
 
-// One movie and its positions, with what each still says of itself: taken from the movie's item
-// on the thread that owns it, before the run.
+// One movie and its positions, with what a still of its first frame says of itself: taken from
+// the movie's item on the thread that owns it, before the run.
 struct MovieStillJob
 {
     QString moviePath;
     QList<double> positions;
-    QList<StillMetadata> metadata; // one per position
+    StillMetadata atStart;
+    // The starts of the movie's chapters are positions too.
+    bool withChapters = false;
 };
 
 struct MovieStillResult

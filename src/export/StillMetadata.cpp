@@ -84,6 +84,13 @@ std::optional<StillMetadata> StillMetadata::forPosition(const MySinglePic &movie
     return meta;
 }
 
+StillMetadata StillMetadata::atPosition(double seconds) const
+{
+    StillMetadata later = *this;
+    later.date = date.addingSeconds(seconds);
+    return later;
+}
+
 QString StillMetadata::exifStamp() const
 {
     const TimeZone stampZone = zone.value_or(TimeZone::systemZone());

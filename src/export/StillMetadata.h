@@ -32,6 +32,8 @@ struct StillMetadata
     // creation date); an unreadable movie gives only what its item holds. Empty when the item has
     // no date.
     static std::optional<StillMetadata> forPosition(const MySinglePic &movie, double position);
+    // The same still `seconds` later in the movie.
+    StillMetadata atPosition(double seconds) const;
 
     // The lines of one exiftool action that writes all of it into a new still: EXIF dates with
     // their milliseconds (and offset tags with a known zone), GPS place and time, make and model.

@@ -125,6 +125,17 @@ std::unique_ptr<MovieFrames> FfmpegMovieFrames::open(const QString &path, QStrin
     return movie;
 }
 
+QList<double> FfmpegMovieFrames::chapterStarts() const
+{
+    const double movieStart = m_format->start_time != AV_NOPTS_VALUE ? double(m_format->start_time) / AV_TIME_BASE : 0.0;
+    QList<double> starts;
+    for (unsigned i = 0; i < m_format->nb_chapters; ++i) {
+        const AVChapter *chapter = m_format->chapters[i];
+        starts.append(std::max(0.0, double(chapter->start) * av_q2d(chapter->time_base) - movieStart));
+    }
+    return starts;
+}
+
 qint64 FfmpegMovieFrames::timestampOf(double seconds) const
 {
     return m_start + qint64(std::floor((seconds + positionTolerance) / av_q2d(m_stream->time_base)));

@@ -119,9 +119,7 @@ protected:
     QList<MovieStillResult> exportStills(const QString &movie, const QList<double> &positions,
                                          MovieStillSettings settings = {})
     {
-        MovieStillJob job{movie, positions, {}};
-        for (qsizetype i = 0; i < positions.size(); ++i)
-            job.metadata.append(someMetadata());
+        const MovieStillJob job{movie, positions, someMetadata()};
         MovieStillExportController controller(&FfmpegMovieFrames::open, xt);
         return controller.exportChapterCoversThreadedForMovies({job}, settings);
     }
@@ -287,7 +285,7 @@ TEST_F(MovieStillsTest, StillsCarryTheMoviesPresentDatePlaceAndCamera)
     const std::optional<StillMetadata> metadata = StillMetadata::forPosition(*pic, 2.25);
     ASSERT_TRUE(metadata);
     EXPECT_EQ(metadata->date, Instant::fromUtc(2019, 7, 24, 9, 25, 42.25));
-    MovieStillJob job{movie, {2.25}, {*metadata}};
+    const MovieStillJob job{movie, {2.25}, *StillMetadata::forPosition(*pic, 0.0)};
     MovieStillExportController controller(&FfmpegMovieFrames::open, xt);
     const QList<MovieStillResult> results = controller.exportChapterCoversThreadedForMovies({job}, {});
     ASSERT_EQ(results[0].successes.size(), 1);
@@ -333,6 +331,31 @@ TEST_F(MovieStillsTest, CommandLineWritesStillsAndSaysWhatFailed)
     const test::CliResult usage =
         test::runCli({QStringLiteral("still"), QStringLiteral("--at"), QStringLiteral("-1"), movie}, dir.path());
     EXPECT_EQ(usage.exitCode, 2);
+}
+
+// The starts of a movie's chapters are positions as well; one named twice makes one still.
+TEST_F(MovieStillsTest, ChapterStartsBecomeStills)
+{
+    const QString chapters = dir.filePath(QStringLiteral("chapters.txt"));
+    QFile text(chapters);
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write(";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\nEND=1500\n"
+               "[CHAPTER]\nTIMEBASE=1/1000\nSTART=1500\nEND=4000\n");
+    text.close();
+    const QString movie = dir.filePath(QStringLiteral("chaptered.mov"));
+    runTool(QStringLiteral("ffmpeg"),
+            {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"),
+             corpusFile(QStringLiteral("metadata-extractor-images/mov/with-gps.mov")), QStringLiteral("-i"), chapters,
+             QStringLiteral("-map"), QStringLiteral("0:v"), QStringLiteral("-map_chapters"), QStringLiteral("1"),
+             QStringLiteral("-c"), QStringLiteral("copy"), movie});
+    MovieStillJob job{movie, {1.5, 3.0}, someMetadata()};
+    job.withChapters = true;
+    MovieStillExportController controller(&FfmpegMovieFrames::open, xt);
+    const QList<MovieStillResult> results = controller.exportChapterCoversThreadedForMovies({job}, {});
+    EXPECT_TRUE(results[0].failures.isEmpty());
+    EXPECT_EQ(QDir(results[0].coverFolderPath).entryList(QDir::Files),
+              (QStringList{QStringLiteral("00_00_00.000.jpg"), QStringLiteral("00_00_01.500.jpg"),
+                           QStringLiteral("00_00_03.000.jpg")}));
 }
 
 // A Live Photo pair: the still and a three-second movie around it (kept inside the movie near
