@@ -56,11 +56,22 @@ QString settleFile(const QString &path, Instant date)
 
 } // namespace
 
+namespace {
+
+// Positions are kept to the millisecond.
+qint64 millisecondsOf(double seconds)
+{
+    return qint64(std::llround(seconds * 1000.0));
+}
+
+} // namespace
+
 QString MovieStillExportController::chapterCoverNameFromSeconds(double seconds)
 {
-    const QString withMilliseconds = QString::asprintf("%.3f", seconds);
-    const int whole = int(std::floor(seconds));
-    return QString::asprintf("%02d_%02d_%02d", whole / 3600, whole / 60 % 60, whole % 60) + withMilliseconds.right(4);
+    const qint64 milliseconds = millisecondsOf(seconds);
+    const qint64 whole = milliseconds / 1000;
+    return QString::asprintf("%02lld_%02lld_%02lld.%03lld", whole / 3600, whole / 60 % 60, whole % 60,
+                             milliseconds % 1000);
 }
 
 QString MovieStillExportController::stillsFolderFor(const QString &moviePath, bool livePhotos)
@@ -112,9 +123,12 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
         if (frames)
             positions += frames->chapterStarts();
     }
-    // In the movie's order, so the frames are decoded in one pass; a position named twice once.
+    // In the movie's order, so the frames are decoded in one pass; positions within one
+    // millisecond share a name and make one still.
     std::sort(positions.begin(), positions.end());
-    positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+    positions.erase(std::unique(positions.begin(), positions.end(),
+                                [](double a, double b) { return millisecondsOf(a) == millisecondsOf(b); }),
+                    positions.end());
 
     for (const double position : positions) {
         if (m_isChapterExportAborted)

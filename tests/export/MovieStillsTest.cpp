@@ -265,6 +265,7 @@ TEST_F(MovieStillsTest, ExportingTwiceReplacesNothing)
     ASSERT_TRUE(still.open(QIODevice::ReadOnly));
     EXPECT_EQ(still.readAll(), bytes);
     EXPECT_EQ(MovieStillExportController::chapterCoverNameFromSeconds(3723.456), QStringLiteral("01_02_03.456"));
+    EXPECT_EQ(MovieStillExportController::chapterCoverNameFromSeconds(59.9996), QStringLiteral("00_01_00.000"));
 }
 
 // The still's date is the movie's present date plus the position: a pending folder offset
@@ -333,7 +334,8 @@ TEST_F(MovieStillsTest, CommandLineWritesStillsAndSaysWhatFailed)
     EXPECT_EQ(usage.exitCode, 2);
 }
 
-// The starts of a movie's chapters are positions as well; one named twice makes one still.
+// The starts of a movie's chapters are positions as well; one named twice, or two within a
+// millisecond, make one still.
 TEST_F(MovieStillsTest, ChapterStartsBecomeStills)
 {
     const QString chapters = dir.filePath(QStringLiteral("chapters.txt"));
@@ -348,7 +350,7 @@ TEST_F(MovieStillsTest, ChapterStartsBecomeStills)
              corpusFile(QStringLiteral("metadata-extractor-images/mov/with-gps.mov")), QStringLiteral("-i"), chapters,
              QStringLiteral("-map"), QStringLiteral("0:v"), QStringLiteral("-map_chapters"), QStringLiteral("1"),
              QStringLiteral("-c"), QStringLiteral("copy"), movie});
-    MovieStillJob job{movie, {1.5, 3.0}, someMetadata()};
+    MovieStillJob job{movie, {1.5, 3.0, 3.0004}, someMetadata()};
     job.withChapters = true;
     MovieStillExportController controller(&FfmpegMovieFrames::open, xt);
     const QList<MovieStillResult> results = controller.exportChapterCoversThreadedForMovies({job}, {});
