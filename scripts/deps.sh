@@ -8,7 +8,7 @@ packages=(
   zlib1g-dev libheif-dev libraw-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev
   libimage-exiftool-perl
-  libvips-tools
+  libvips-tools ffmpeg
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev
   xvfb xauth

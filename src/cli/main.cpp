@@ -5,6 +5,7 @@
 #include "cli/RenameCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
+#include "cli/StillCommand.h"
 #include "cli/ZoneCommand.h"
 #include "formats/SaveJournal.h"
 
@@ -108,6 +109,27 @@ const char *const usage =
     "                          gives one object per file: path, old, new, files (each file\n"
     "                          of the item, old and new), renamed, numberAdded, errors (ids)\n"
     "                          and, for a file that was not renamed, problem.\n"
+    "  still --at SECONDS[,SECONDS...] [--chapters] [--format jpg|tif|heic] [--live] [--json]\n"
+    "        MOVIE...          (--chapters alone, or with --at, also takes the starts of\n"
+    "                          the movie's chapters as positions)\n"
+    "                          Make a still of each movie at each position (seconds from\n"
+    "                          its start), in a new folder \"NAME Stills\" beside the movie,\n"
+    "                          named by the position (01_02_03.456.jpg). The still is the\n"
+    "                          frame shown at that moment, upright, as JPEG (quality 75) or\n"
+    "                          TIFF; heic is written as JPEG. It carries the movie's date\n"
+    "                          plus the position (with the offset tags where the movie's\n"
+    "                          zone is known), its place and its camera, and has that date\n"
+    "                          as its file date. A still whose name exists is not made\n"
+    "                          again and is said; a position past the end is an error and\n"
+    "                          leaves no file. Prints each new still's path and date (UTC);\n"
+    "                          --json gives movie, position, path, status (written or\n"
+    "                          exists), date, stamp and offset of each still. The movies\n"
+    "                          themselves are never changed. --live makes Live Photo\n"
+    "                          pairs instead, in \"NAME Live Photos\": the JPEG still and a\n"
+    "                          3-second movie around it (its video copied from the key\n"
+    "                          frame before, no sound) that carry one content identifier,\n"
+    "                          read back from both files before they take their names\n"
+    "                          (--json adds livePhotoMovie).\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
     "                          dates to the nanosecond; or, when the last run was a\n"
@@ -193,6 +215,8 @@ int main(int argc, char *argv[])
         return orv::GeotagCommand::run(args.mid(1));
     if (args.first() == QLatin1String("rename"))
         return orv::RenameCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("still"))
+        return orv::StillCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

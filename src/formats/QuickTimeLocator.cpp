@@ -53,7 +53,10 @@ private:
     void readTrack(const Box &trak);
     void readHeaderTimes(const Box &header);
     void keepTrackTimesOfMovieHeader();
-    void readMeta(const Box &meta);
+    // `userData`: the metadata box in the user data, whose item list may hold a ©xyz place, and
+    // whose keys (as FFmpeg writes them) give only a content identifier the movie's own metadata
+    // box lacks.
+    void readMeta(const Box &meta, bool userData = false);
     void readKeys(const Box &keys, std::vector<QByteArray> &names);
     void readUserData(const Box &udta);
 
@@ -157,7 +160,7 @@ void MovieReader::readKeys(const Box &keys, std::vector<QByteArray> &names)
     }
 }
 
-void MovieReader::readMeta(const Box &meta)
+void MovieReader::readMeta(const Box &meta, bool userData)
 {
     std::vector<QByteArray> names;
     std::map<quint32, MovieValue> values;
@@ -174,10 +177,15 @@ void MovieReader::readMeta(const Box &meta)
         return true;
     });
     for (const auto &[index, value] : values) {
+        if (userData && index == copyrightXyz && isValidQtLocationData(value.data))
+            m_data.locationISO6709_3 = value;
         if (index == 0 || index > names.size())
             continue;
         const QByteArray &name = names[index - 1];
-        if (name == "com.apple.quicktime.creationdate" && isValidQtCreationDateData(value.data))
+        if (userData) {
+            if (name == "com.apple.quicktime.content.identifier" && m_data.contentIdentifier.isEmpty())
+                m_data.contentIdentifier = value.data;
+        } else if (name == "com.apple.quicktime.creationdate" && isValidQtCreationDateData(value.data))
             m_data.QtCreationdate = value;
         else if (name == "com.apple.quicktime.location.ISO6709" && isValidQtLocationData(value.data))
             m_data.locationISO6709 = value;
@@ -201,14 +209,7 @@ void MovieReader::readUserData(const Box &udta)
             if (isValidQtLocationData(text.data))
                 m_data.locationISO6709_2 = text;
         } else if (box.type == fourCC("meta")) {
-            const std::optional<Box> ilst =
-                m_walker.firstChild(metaChildrenStart(m_source, box), box.end, 3, fourCC("ilst"));
-            if (ilst) {
-                const std::optional<Box> xyz = m_walker.firstChild(*ilst, 4, copyrightXyz);
-                const std::optional<MovieValue> text = xyz ? itemValue(m_walker, *xyz, 5) : std::nullopt;
-                if (text && isValidQtLocationData(text->data))
-                    m_data.locationISO6709_3 = text;
-            }
+            readMeta(box, true);
         }
         return true;
     });
