@@ -4,6 +4,7 @@
 #include "cli/LocateCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
+#include "cli/StateCommand.h"
 #include "cli/ZoneCommand.h"
 #include "formats/SaveJournal.h"
 
@@ -84,6 +85,15 @@ const char *const usage =
     "                          in an hour the source zone skips (divergence) or repeats\n"
     "                          (ambiguity; the later moment is taken), and a stored offset\n"
     "                          that disagrees with the zone.\n"
+    "  state show PATH         Print a kept working set as JSON: a .orvstate package or\n"
+    "                          a quit file (savedFolders_v6 in ~/.local/share/orvelle).\n"
+    "                          Each folder's path, editMode (1 together, 2 separate),\n"
+    "                          folderOffset (seconds), source and target time zones\n"
+    "                          (_DEFAULT and zones of single items), and its items: name,\n"
+    "                          dateOriginal, dateInForce, itemOffset, keeper, rejected,\n"
+    "                          location, locationChanged, unsaved, fileUnchangedState and\n"
+    "                          their group's dependent. Reads only; a file that is no\n"
+    "                          state is named on stderr (exit code 1).\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
     "                          dates to the nanosecond. A file changed since that save is\n"
@@ -166,6 +176,8 @@ int main(int argc, char *argv[])
         return orv::GeotagCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("state"))
+        return orv::StateCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
     return 2;
 }
