@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "folders/MyDroppedFolders.h"
+#include "folders/MySingleFolder.h"
 #include "states/SavedFolders.h"
 #include "states/StateFiles.h"
 
@@ -38,8 +39,16 @@ bool StateKeeper::hasKeptState() const
 StateRestore::Restored StateKeeper::restore(const QString &statePath)
 {
     StateRestore::Restored restored = StateRestore::fromFile(statePath);
-    m_controller.theDataSource().adoptRestoredFolders(std::move(restored.read.folders));
+    MyDroppedFolders &dataSource = m_controller.theDataSource();
+    std::vector<std::unique_ptr<MySingleFolder>> fresh;
+    for (std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
+        if (dataSource.folderForDirectory(folder->sfFolderPath))
+            restored.report.foldersAlreadyOpen.append(folder->sfFolderPath);
+        else
+            fresh.push_back(std::move(folder));
+    }
     restored.read.folders.clear();
+    dataSource.adoptRestoredFolders(std::move(fresh));
     return restored;
 }
 

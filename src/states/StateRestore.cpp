@@ -23,6 +23,8 @@ QStringList RestoreReport::lines() const
         all.append(u"file not found: %1"_s.arg(file));
     for (const QString &file : changedFiles)
         all.append(u"file changed since the state was kept: %1"_s.arg(file));
+    for (const QString &folder : foldersAlreadyOpen)
+        all.append(u"folder already open, left out: %1"_s.arg(folder));
     return all;
 }
 

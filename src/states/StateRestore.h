@@ -16,10 +16,12 @@ struct RestoreReport
     QStringList missingFolders; // disconnected: their items stay, in state 1
     QStringList missingFiles;
     QStringList changedFiles;
+    QStringList foldersAlreadyOpen; // left out: the working set holds them already
 
     bool isClean() const
     {
-        return movedFolders.isEmpty() && missingFolders.isEmpty() && missingFiles.isEmpty() && changedFiles.isEmpty();
+        return movedFolders.isEmpty() && missingFolders.isEmpty() && missingFiles.isEmpty() && changedFiles.isEmpty()
+               && foldersAlreadyOpen.isEmpty();
     }
     // One line per finding, for a log or a message.
     QStringList lines() const;

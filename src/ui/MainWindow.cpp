@@ -21,6 +21,7 @@
 #include "ui/PicTableModel.h"
 #include "ui/PreviewsBar.h"
 #include "ui/SaveSession.h"
+#include "ui/StateSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 
@@ -94,6 +95,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     resize(screen()->availableSize().boundedTo(QSize(1920, 1200)) * 0.9);
     setAcceptDrops(true);
 
+    m_states = new StateSession(*m_controller, *this);
     // The actions first: the bar above the list shows Save.
     buildMenus();
     buildToolBar();
@@ -144,6 +146,7 @@ void MainWindow::buildMenus()
     open->setShortcut(QKeySequence::Open);
     QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
     openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
+    m_states->addActions(*file);
     file->addSeparator();
     m_saveAction = file->addAction(tr("Save"), this, &MainWindow::save);
     m_saveAction->setObjectName(QStringLiteral("saveAction"));
@@ -291,9 +294,7 @@ void MainWindow::connectImport()
         statusBar()->showMessage(tr("Files inside a photo library package are left out."), 8000);
     });
     connect(m_import, &MyDroppedFolders::tracksDropped, this, &MainWindow::linkDroppedTracks);
-    connect(m_import, &MyDroppedFolders::statesDropped, this, [this](const QStringList &paths) {
-        statusBar()->showMessage(tr("Saved states cannot be opened yet; left aside: %1").arg(paths.size()), 8000);
-    });
+    connect(m_import, &MyDroppedFolders::statesDropped, m_states, &StateSession::openStates);
 }
 
 void MainWindow::linkDroppedTracks(const QStringList &paths)
@@ -666,10 +667,12 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (isSaving() || !askToSaveBeforeClosing())
+    if (isSaving() || !askToSaveBeforeClosing()) {
         event->ignore();
-    else
-        event->accept();
+        return;
+    }
+    m_states->keepAtQuit();
+    event->accept();
 }
 
 // True when the window may close now.
@@ -680,7 +683,7 @@ bool MainWindow::askToSaveBeforeClosing()
     QMessageBox question(QMessageBox::Warning, tr("Unsaved Changes"),
                          tr("Do you want to save the changed dates before quitting?"),
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-    question.setInformativeText(tr("If you don't save, your changes will be lost. No file has been changed yet."));
+    question.setInformativeText(tr("If you don't save, your changes are kept for the next start. No file has been changed yet."));
     question.button(QMessageBox::Discard)->setText(tr("Don't Save"));
     question.setDefaultButton(QMessageBox::Save);
     switch (question.exec()) {
