@@ -409,6 +409,8 @@ void MainWindow::folderImported(const MySingleFolder *folder)
         m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
     m_timeline->showFolders(m_import->droppedFolders());
     refreshListState();
+    // A folder restored from a kept state comes with its unsaved work.
+    refreshUnsavedState();
 }
 
 void MainWindow::folderRemoved(const MySingleFolder *folder)
