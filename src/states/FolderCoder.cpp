@@ -7,8 +7,11 @@
 
 #include <QCborStreamReader>
 #include <QHash>
+#include <QtConcurrent/QtConcurrentMap>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 
 namespace orv::FolderCoder {
 
@@ -140,18 +143,85 @@ void writeItems(QCborStreamWriter &w, const QList<MySinglePic *> &pics, const My
     w.endArray();
 }
 
-// Reads one list of items into the folder; masters join the visible list.
-std::vector<ItemCoder::ReadItem> readItems(const CborFields &f, QLatin1StringView key)
+// The item lists' keys: their items are sliced out of the folder's bytes and decoded apart.
+constexpr std::array<QLatin1StringView, 3> itemListKeys = {
+    QLatin1StringView("sfPicDetails"), QLatin1StringView("bundleDependentsRawAndJPG"),
+    QLatin1StringView("bundleDependentsLivePhotos")};
+
+// A folder's map split for reading: every value but the item lists as a map, and each item of
+// those lists as its own bytes, so that items are decoded in parallel and one at a time rather
+// than as one tree of the whole folder.
+struct FolderParts
 {
-    std::vector<ItemCoder::ReadItem> items;
-    const QCborArray array = f.array(key);
-    for (qsizetype i = 0; i < array.size() && !f.problem().has(); ++i) {
-        ItemCoder::ReadItem item = ItemCoder::read(CborFields(array.at(i), f.where() + u"/%1[%2]"_s.arg(key).arg(i),
-                                                              f.problem()));
-        if (item.pic)
-            items.push_back(std::move(item));
+    QCborMap values;
+    std::array<QList<QByteArrayView>, 3> items;
+    QString problem;
+};
+
+QString readKey(QCborStreamReader &reader)
+{
+    QString key;
+    auto chunk = reader.readString();
+    while (chunk.status == QCborStreamReader::Ok) {
+        key += chunk.data;
+        chunk = reader.readString();
     }
-    return items;
+    return key;
+}
+
+FolderParts splitFolder(const QByteArray &data)
+{
+    FolderParts parts;
+    QCborStreamReader reader(data);
+    if (!reader.isMap() || !reader.enterContainer())
+        return {{}, {}, u"the folder is not a map"_s};
+    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
+        if (!reader.isString())
+            return {{}, {}, u"a key is not a text"_s};
+        const QString key = readKey(reader);
+        const auto list = std::find(itemListKeys.begin(), itemListKeys.end(), key);
+        if (list == itemListKeys.end()) {
+            parts.values.insert(key, QCborValue::fromCbor(reader));
+            continue;
+        }
+        if (!reader.isArray() || !reader.enterContainer())
+            return {{}, {}, u"%1 is not an array"_s.arg(key)};
+        while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
+            const qint64 start = reader.currentOffset();
+            if (!reader.next())
+                break;
+            parts.items[std::size_t(list - itemListKeys.begin())].append(
+                QByteArrayView(data).sliced(start, reader.currentOffset() - start));
+        }
+        if (reader.lastError() == QCborError::NoError)
+            reader.leaveContainer();
+    }
+    if (reader.lastError() == QCborError::NoError)
+        reader.leaveContainer();
+    if (reader.lastError() != QCborError::NoError)
+        return {{}, {}, reader.lastError().toString()};
+    return parts;
+}
+
+// Decodes one list of items on the pool; the first problem by position is the one named.
+std::vector<ItemCoder::ReadItem> readItems(const QList<QByteArrayView> &items, const CborFields &f,
+                                           QLatin1StringView key)
+{
+    std::vector<ItemCoder::ReadItem> read(std::size_t(items.size()));
+    std::vector<StateProblem> problems(read.size());
+    QList<qsizetype> positions(items.size());
+    std::iota(positions.begin(), positions.end(), 0);
+    QtConcurrent::blockingMap(positions, [&](qsizetype i) {
+        const std::size_t at = std::size_t(i);
+        const QCborValue item = QCborValue::fromCbor(items.at(i).toByteArray());
+        read[at] = ItemCoder::read(CborFields(item, f.where() + u"/%1[%2]"_s.arg(key).arg(i), problems[at]));
+    });
+    for (const StateProblem &problem : problems)
+        if (problem.has()) {
+            f.problem().note({}, problem.text());
+            return {};
+        }
+    return read;
 }
 
 QSet<const MySinglePic *> readIdSet(const CborFields &f, const QCborValue &value, const QString &key,
@@ -255,12 +325,11 @@ QByteArray write(const MySingleFolder &folder)
 
 ReadFolder read(const QByteArray &data, const QString &where)
 {
-    QCborStreamReader reader(data);
-    const QCborValue value = QCborValue::fromCbor(reader);
-    if (reader.lastError() != QCborError::NoError)
-        return {nullptr, where + u": "_s + reader.lastError().toString()};
+    const FolderParts parts = splitFolder(data);
+    if (!parts.problem.isEmpty())
+        return {nullptr, where + u": "_s + parts.problem};
     StateProblem problem;
-    const CborFields f(value, where, problem);
+    const CborFields f(parts.values, where, problem);
     if (const qint64 version = f.integer("stateVersion"_L1); !problem.has() && version != stateVersion)
         f.refuse(u"folder version %1 is not %2"_s.arg(version).arg(stateVersion));
     const QString path = f.text("sfFolderPath"_L1);
@@ -281,9 +350,9 @@ ReadFolder read(const QByteArray &data, const QString &where)
         d.sfSecBookmark = FolderToken::stored(token.at(0).toString(),
                                               {quint64(token.at(1).toInteger()), quint64(token.at(2).toInteger())});
 
-    std::vector<ItemCoder::ReadItem> masters = readItems(f, "sfPicDetails"_L1);
-    std::vector<ItemCoder::ReadItem> raws = readItems(f, "bundleDependentsRawAndJPG"_L1);
-    std::vector<ItemCoder::ReadItem> movies = readItems(f, "bundleDependentsLivePhotos"_L1);
+    std::vector<ItemCoder::ReadItem> masters = readItems(parts.items[0], f, itemListKeys[0]);
+    std::vector<ItemCoder::ReadItem> raws = readItems(parts.items[1], f, itemListKeys[1]);
+    std::vector<ItemCoder::ReadItem> movies = readItems(parts.items[2], f, itemListKeys[2]);
     if (problem.has())
         return {nullptr, problem.text()};
     QList<MySinglePic *> lists[3];

@@ -7,8 +7,6 @@
 #include <QCborStreamWriter>
 #include <QtConcurrent/QtConcurrentMap>
 
-#include <numeric>
-
 namespace orv::SavedFolders {
 
 namespace {
@@ -82,12 +80,10 @@ ReadResult read(const QByteArray &data, const QString &fileName)
     RootEntries root = readRoot(data, fileName);
     if (!root.problem.isEmpty())
         return {{}, root.problem};
-    QList<int> keys(root.folders.size());
-    std::iota(keys.begin(), keys.end(), 0);
-    std::vector<FolderCoder::ReadFolder> decoded(keys.size());
-    QtConcurrent::blockingMap(keys, [&](int key) {
-        decoded[std::size_t(key)] = FolderCoder::read(root.folders.at(key), u"%1, folder %2"_s.arg(fileName).arg(key));
-    });
+    // One folder after the other: each decodes its items on the whole pool.
+    std::vector<FolderCoder::ReadFolder> decoded;
+    for (qsizetype key = 0; key < root.folders.size(); ++key)
+        decoded.push_back(FolderCoder::read(root.folders.at(key), u"%1, folder %2"_s.arg(fileName).arg(key)));
     ReadResult result;
     for (FolderCoder::ReadFolder &folder : decoded) {
         if (!folder.folder)

@@ -12,7 +12,8 @@ namespace orv {
 class MySingleFolder;
 
 // The folders file of a state: a CBOR map from the folders' places 0, 1, 2, ... to each folder's
-// own encoding (FolderCoder), so that folders are written and read in parallel. The file starts
+// own encoding (FolderCoder), so that folders are encoded in parallel and read apart, each
+// folder's items on the whole pool. The file starts
 // with CBOR's self-describing tag, which tells a state from other bytes.
 namespace SavedFolders {
 

@@ -7,6 +7,7 @@
 #include "states/StateFiles.h"
 
 #include <QFile>
+#include <QtConcurrent/QtConcurrentMap>
 
 namespace orv {
 
@@ -32,16 +33,33 @@ namespace StateRestore {
 
 namespace {
 
-void checkItem(MySinglePic &pic, RestoreReport &report)
+// Marks the item by what stands at its path now.
+void checkItem(MySinglePic *pic)
 {
-    const QString path = pic.spPath();
-    const std::optional<FileAttributes> attributes = FileAttributes::read(path);
-    if (!attributes || attributes->isDirectory) {
-        pic.fileUnchangedState = 1;
-        report.missingFiles.append(path);
-    } else if (!attributes->isRegularFile || !PicSaver::areTheFileAttributesUnchanged(pic, *attributes)) {
-        pic.fileUnchangedState = 3;
-        report.changedFiles.append(path);
+    const std::optional<FileAttributes> attributes = FileAttributes::read(pic->spPath());
+    if (!attributes || attributes->isDirectory)
+        pic->fileUnchangedState = 1;
+    else if (!attributes->isRegularFile || !PicSaver::areTheFileAttributesUnchanged(*pic, *attributes))
+        pic->fileUnchangedState = 3;
+    else if (pic->fileUnchangedState == 1)
+        pic->fileUnchangedState = 0; // missing when the state was kept, back as it was
+}
+
+// The files of a folder are examined on the pool, and listed in the folder's order.
+void checkItems(const MySingleFolder &folder, RestoreReport &report)
+{
+    QList<MySinglePic *> pics;
+    for (MySinglePic *pic : folder.sfPicDetails_fullArray) {
+        pics.append(pic);
+        if (pic->bundleDependentImage)
+            pics.append(pic->bundleDependentImage);
+    }
+    QtConcurrent::blockingMap(pics, checkItem);
+    for (const MySinglePic *pic : std::as_const(pics)) {
+        if (pic->fileUnchangedState == 1)
+            report.missingFiles.append(pic->spPath());
+        else if (pic->fileUnchangedState == 3)
+            report.changedFiles.append(pic->spPath());
     }
 }
 
@@ -65,11 +83,7 @@ RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &f
         }
         if (now != before)
             report.movedFolders.append(u"%1 -> %2"_s.arg(before, now));
-        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            checkItem(*pic, report);
-            if (pic->bundleDependentImage)
-                checkItem(*pic->bundleDependentImage, report);
-        }
+        checkItems(*folder, report);
     }
     return report;
 }
