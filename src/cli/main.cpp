@@ -6,6 +6,7 @@
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
 #include "cli/StillCommand.h"
+#include "cli/StateCommand.h"
 #include "cli/ZoneCommand.h"
 #include "formats/SaveJournal.h"
 
@@ -130,6 +131,15 @@ const char *const usage =
     "                          frame before, no sound) that carry one content identifier,\n"
     "                          read back from both files before they take their names\n"
     "                          (--json adds livePhotoMovie).\n"
+    "  state show PATH         Print a kept working set as JSON: a .orvstate package or\n"
+    "                          a quit file (savedFolders_v6 in ~/.local/share/orvelle).\n"
+    "                          Each folder's path, editMode (1 together, 2 separate),\n"
+    "                          folderOffset (seconds), source and target time zones\n"
+    "                          (_DEFAULT and zones of single items), and its items: name,\n"
+    "                          dateOriginal, dateInForce, itemOffset, keeper, rejected,\n"
+    "                          location, locationChanged, unsaved, fileUnchangedState and\n"
+    "                          their group's dependent. Reads only; a file that is no\n"
+    "                          state is named on stderr (exit code 1).\n"
     "  revert                  Put back the bytes and dates that the last save changed,\n"
     "                          file by file, exiftool's rewrites included, modification\n"
     "                          dates to the nanosecond; or, when the last run was a\n"
@@ -219,6 +229,8 @@ int main(int argc, char *argv[])
         return orv::StillCommand::run(args.mid(1));
     if (args.first() == QLatin1String("zone"))
         return orv::ZoneCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("state"))
+        return orv::StateCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
     return 2;
 }

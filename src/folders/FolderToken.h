@@ -42,6 +42,8 @@ public:
     // A token for a directory inside the parent's, made only while the parent still resolves:
     // the single files of a partial import take their grant from their folder's parent.
     static std::optional<FolderToken> derived(const FolderToken &parent, const QString &path);
+    // A token as a saved state kept it: resolved when the state is restored.
+    static FolderToken stored(const QString &path, FileIdentity identity) { return FolderToken(path, identity); }
 
     struct Resolution
     {

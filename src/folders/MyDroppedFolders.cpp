@@ -550,6 +550,19 @@ void MyDroppedFolders::leaveDateSequence(MySingleFolder &folder, bool beforeScan
         finishDelayedImport(sequence);
 }
 
+void MyDroppedFolders::adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders)
+{
+    for (std::unique_ptr<MySingleFolder> &owned : folders) {
+        MySingleFolder *folder = owned.get();
+        folder->folderSortGeneral = m_folderSortCounter++;
+        folder->colorIndex = m_colors.indexOfNextColor();
+        m_ownedFolders.push_back(std::move(owned));
+        m_droppedFolders.append(folder);
+        Q_EMIT folderAdded(folder);
+        Q_EMIT folderImported(folder);
+    }
+}
+
 void MyDroppedFolders::removeFolder(MySingleFolder *folder)
 {
     leaveDateSequence(*folder, true);

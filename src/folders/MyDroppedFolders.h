@@ -58,6 +58,10 @@ public:
     // finished leave the list (folderRemoved).
     void cancelImports();
 
+    // The folders of a restored state join the list after those there, each announced as added
+    // and imported; they take the next colours.
+    void adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders);
+
     const QList<MySingleFolder *> &droppedFolders() const { return m_droppedFolders; }
     // The imported folder of a directory, by its path or by its identity.
     MySingleFolder *folderForDirectory(const QString &path) const;

@@ -24,6 +24,7 @@
 #include "ui/PreviewsBar.h"
 #include "ui/RenameSheet.h"
 #include "ui/SaveSession.h"
+#include "ui/StateSession.h"
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
@@ -98,6 +99,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     resize(screen()->availableSize().boundedTo(QSize(1920, 1200)) * 0.9);
     setAcceptDrops(true);
 
+    m_states = new StateSession(*m_controller, *this);
     // The actions first: the bar above the list shows Save.
     buildMenus();
     buildToolBar();
@@ -148,6 +150,7 @@ void MainWindow::buildMenus()
     open->setShortcut(QKeySequence::Open);
     QAction *openFiles = file->addAction(tr("Open Files…"), this, &MainWindow::openFiles);
     openFiles->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
+    m_states->addActions(*file);
     file->addSeparator();
     m_saveAction = file->addAction(tr("Save"), this, &MainWindow::save);
     m_saveAction->setObjectName(QStringLiteral("saveAction"));
@@ -304,9 +307,7 @@ void MainWindow::connectImport()
         statusBar()->showMessage(tr("Files inside a photo library package are left out."), 8000);
     });
     connect(m_import, &MyDroppedFolders::tracksDropped, this, &MainWindow::linkDroppedTracks);
-    connect(m_import, &MyDroppedFolders::statesDropped, this, [this](const QStringList &paths) {
-        statusBar()->showMessage(tr("Saved states cannot be opened yet; left aside: %1").arg(paths.size()), 8000);
-    });
+    connect(m_import, &MyDroppedFolders::statesDropped, m_states, &StateSession::openStates);
 }
 
 void MainWindow::linkDroppedTracks(const QStringList &paths)
@@ -421,6 +422,8 @@ void MainWindow::folderImported(const MySingleFolder *folder)
         m_importErrors.append({folder->sfFolder, folder->sfFolderPath, folder->importErrors});
     m_timeline->showFolders(m_import->droppedFolders());
     refreshListState();
+    // A folder restored from a kept state comes with its unsaved work.
+    refreshUnsavedState();
 }
 
 void MainWindow::folderRemoved(const MySingleFolder *folder)
@@ -707,10 +710,12 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (isSaving() || !askToSaveBeforeClosing())
+    if (isSaving() || !askToSaveBeforeClosing()) {
         event->ignore();
-    else
-        event->accept();
+        return;
+    }
+    m_states->keepAtQuit();
+    event->accept();
 }
 
 // True when the window may close now.
@@ -721,7 +726,7 @@ bool MainWindow::askToSaveBeforeClosing()
     QMessageBox question(QMessageBox::Warning, tr("Unsaved Changes"),
                          tr("Do you want to save the changed dates before quitting?"),
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-    question.setInformativeText(tr("If you don't save, your changes will be lost. No file has been changed yet."));
+    question.setInformativeText(tr("If you don't save, your changes are kept for the next start. No file has been changed yet."));
     question.button(QMessageBox::Discard)->setText(tr("Don't Save"));
     question.setDefaultButton(QMessageBox::Save);
     switch (question.exec()) {

@@ -33,6 +33,7 @@ class OffsetBar;
 class PicTableModel;
 class Preferences;
 class SaveSession;
+class StateSession;
 class TimelinePane;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
@@ -56,6 +57,7 @@ public:
     void save();
 
     PicTableModel &picModel() const { return *m_picModel; }
+    StateSession &states() const { return *m_states; }
     PicSortProxy &sortedPics() const { return *m_sortedPics; }
     FolderListModel &folderList() const { return *m_folderList; }
     TimelinePane &timeline() const { return *m_timeline; }
@@ -155,6 +157,7 @@ private:
     SaveSession *m_save = nullptr; // while a save runs
     // The user chose Save when closing: the window closes once the save has gone through.
     bool m_closeAfterSave = false;
+    StateSession *m_states = nullptr;
     TimelinePane *m_timeline;
     InfoView *m_infoView = nullptr;
     PreviewsBar *m_previewsBar = nullptr;

@@ -2,6 +2,7 @@
 #include "formats/SaveJournal.h"
 #include "ui/MainWindow.h"
 #include "ui/PicTableModel.h"
+#include "ui/StateSession.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -72,6 +73,7 @@ int main(int argc, char *argv[])
             QTextStream(stderr) << "orvelle: no such file or folder: " << path << "\n";
     }
     QTimer::singleShot(0, &window, [&window, paths, quitAfterImport, reportAndQuit] {
+        window.states().offerKeptState();
         window.importPaths(paths);
         // Nothing to import (no path, or none that could be read): nothing will finish either.
         if (quitAfterImport && !window.isImporting())

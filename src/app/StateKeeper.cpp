@@ -1,0 +1,104 @@
+#include "app/StateKeeper.h"
+
+#include "app/AppController.h"
+#include "folders/MyDroppedFolders.h"
+#include "folders/MySingleFolder.h"
+#include "states/SavedFolders.h"
+#include "states/StateFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMetaObject>
+
+namespace orv {
+
+StateKeeper::StateKeeper(AppController &controller, QString foldersPath, QObject *parent)
+    : QObject(parent), m_controller(controller), m_foldersPath(std::move(foldersPath))
+{
+    m_writer.setMaxThreadCount(1);
+    m_debounce.setSingleShot(true);
+    m_debounce.setInterval(debounceMilliseconds);
+    connect(&m_debounce, &QTimer::timeout, this, &StateKeeper::writeInBackground);
+    connect(&controller.uManager(), &QUndoStack::indexChanged, this, &StateKeeper::noteChange);
+    connect(&controller, &AppController::reloadThumbs, this, &StateKeeper::noteChange);
+    MyDroppedFolders &folders = controller.theDataSource();
+    connect(&folders, &MyDroppedFolders::folderImported, this, &StateKeeper::noteChange);
+    connect(&folders, &MyDroppedFolders::folderRemoved, this, &StateKeeper::noteChange);
+}
+
+StateKeeper::~StateKeeper()
+{
+    m_writer.waitForDone();
+}
+
+bool StateKeeper::hasKeptState() const
+{
+    return QFileInfo::exists(m_foldersPath);
+}
+
+StateRestore::Restored StateKeeper::restore(const QString &statePath)
+{
+    StateRestore::Restored restored = StateRestore::fromFile(statePath);
+    MyDroppedFolders &dataSource = m_controller.theDataSource();
+    std::vector<std::unique_ptr<MySingleFolder>> fresh;
+    for (std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
+        if (dataSource.folderForDirectory(folder->sfFolderPath))
+            restored.report.foldersAlreadyOpen.append(folder->sfFolderPath);
+        else
+            fresh.push_back(std::move(folder));
+    }
+    restored.read.folders.clear();
+    dataSource.adoptRestoredFolders(std::move(fresh));
+    return restored;
+}
+
+QString StateKeeper::setKeptStateAside()
+{
+    return StateFiles::keepAside(m_foldersPath);
+}
+
+void StateKeeper::start()
+{
+    m_started = true;
+}
+
+void StateKeeper::noteChange()
+{
+    if (m_started)
+        m_debounce.start();
+}
+
+void StateKeeper::writeInBackground()
+{
+    // A save's threads own the items until it ends, and a scan its folder: their end is a change
+    // of its own, which comes back here.
+    if (m_controller.isStandardBlocked() || m_controller.theDataSource().isImportInProgress()) {
+        m_debounce.start();
+        return;
+    }
+    const QList<MySingleFolder *> folders = m_controller.theDataSource().droppedFolders();
+    // A working set of no folders keeps no state.
+    const QByteArray data = folders.isEmpty() ? QByteArray() : SavedFolders::write(folders);
+    m_writer.start([this, data, path = m_foldersPath] {
+        QString problem;
+        if (data.isEmpty()) {
+            if (QFileInfo::exists(path) && !QFile::remove(path))
+                problem = tr("cannot remove %1").arg(path);
+        } else {
+            problem = StateFiles::writeDurably(path, data);
+        }
+        if (!problem.isEmpty())
+            QMetaObject::invokeMethod(this, [this, problem] { Q_EMIT writeFailed(problem); }, Qt::QueuedConnection);
+    });
+}
+
+void StateKeeper::writeNow()
+{
+    if (!m_started)
+        return;
+    m_debounce.stop();
+    writeInBackground();
+    m_writer.waitForDone();
+}
+
+} // namespace orv

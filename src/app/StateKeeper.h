@@ -1,0 +1,56 @@
+#pragma once
+
+#include "states/StateRestore.h"
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+
+namespace orv {
+
+class AppController;
+
+// Keeps the working set on disk so that neither a quit nor a kill loses it: about a second after
+// the last change on the undo stack, an import or a save, the folders are encoded on the main
+// thread (in parallel, while it waits) and written in the background to a new file that is
+// synced and renamed over the last one; at quit the same is done at once. The window makes one;
+// the command-line tool never does, so a script never overwrites the user's kept work.
+class StateKeeper : public QObject
+{
+    Q_OBJECT
+public:
+    StateKeeper(AppController &controller, QString foldersPath, QObject *parent = nullptr);
+    ~StateKeeper() override;
+
+    static constexpr int debounceMilliseconds = 1000;
+
+    // A state kept by the last session, waiting to be offered back.
+    bool hasKeptState() const;
+    // Restores the kept state (or a package) into the working set; the kept state takes the
+    // place of nothing: its folders join those there.
+    StateRestore::Restored restore(const QString &statePath);
+    // The user declined the kept state: it is moved aside, never deleted.
+    QString setKeptStateAside();
+
+    // From now on every change is kept. Until then the kept state is left for the question.
+    void start();
+    // Writes now and waits for it: at quit.
+    void writeNow();
+
+Q_SIGNALS:
+    // A write failed; the previous state on disk is whole.
+    void writeFailed(const QString &problem);
+
+private:
+    void noteChange();
+    void writeInBackground();
+
+    AppController &m_controller;
+    QString m_foldersPath;
+    QTimer m_debounce;
+    // One writer, so that writes land in the order they were made.
+    QThreadPool m_writer;
+    bool m_started = false;
+};
+
+} // namespace orv

@@ -1,0 +1,101 @@
+#include "cli/StateCommand.h"
+
+#include "cli/ItemJson.h"
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "states/SavedFolders.h"
+#include "states/StateFiles.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
+
+namespace orv {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QJsonValue location(const std::optional<double> &latitude, const std::optional<double> &longitude)
+{
+    if (!latitude || !longitude)
+        return QJsonValue::Null;
+    return QJsonObject{{u"latitude"_s, *latitude}, {u"longitude"_s, *longitude}};
+}
+
+QJsonObject itemJson(const MySinglePic &pic)
+{
+    QJsonObject item{{u"name"_s, pic.spName},
+                     {u"dateOriginal"_s, ItemJson::date(pic.spDateTimeOriginal)},
+                     {u"dateInForce"_s, ItemJson::date(pic.spDateTimeModified())},
+                     {u"itemOffset"_s, pic.singlePicModification},
+                     {u"keeper"_s, pic.isKeeper},
+                     {u"rejected"_s, pic.isRejected},
+                     {u"location"_s, location(pic.gpsLat, pic.gpsLong)},
+                     {u"locationChanged"_s, pic.hasLocationChange()},
+                     {u"unsaved"_s, pic.isUnsaved()},
+                     {u"fileUnchangedState"_s, pic.fileUnchangedState}};
+    item.insert(u"dependent"_s, pic.bundleDependentImage ? QJsonValue(itemJson(*pic.bundleDependentImage))
+                                                         : QJsonValue(QJsonValue::Null));
+    return item;
+}
+
+QJsonObject zonesJson(const FolderTimeZones &zones)
+{
+    QJsonObject object;
+    if (zones.defaultZone)
+        object.insert(u"_DEFAULT"_s, *zones.defaultZone);
+    for (auto it = zones.itemsByZone.cbegin(); it != zones.itemsByZone.cend(); ++it) {
+        QStringList names;
+        for (const MySinglePic *pic : it.value())
+            names.append(pic->spName);
+        names.sort();
+        object.insert(it.key(), QJsonArray::fromStringList(names));
+    }
+    return object;
+}
+
+QJsonObject folderJson(const MySingleFolder &folder)
+{
+    QJsonArray items;
+    for (const MySinglePic *pic : folder.sfPicDetails_fullArray)
+        items.append(itemJson(*pic));
+    return {{u"path"_s, folder.sfFolderPath},
+            {u"editMode"_s, folder.sfEditMode},
+            {u"folderOffset"_s, folder.sfDateModificationsTimeInterval},
+            {u"sourceTimeZones"_s, zonesJson(folder.sourceTimeZones)},
+            {u"targetTimeZones"_s, zonesJson(folder.targetTimeZones)},
+            {u"items"_s, items}};
+}
+
+} // namespace
+
+int StateCommand::run(const QStringList &arguments)
+{
+    QTextStream err(stderr);
+    if (arguments.size() != 2 || arguments.first() != u"show"_s) {
+        err << "orvelle-cli: usage: orvelle-cli state show PATH\n";
+        return 2;
+    }
+    const QString path = StateFiles::foldersFileOf(arguments.at(1));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        err << "orvelle-cli: " << path << ": " << file.errorString() << "\n";
+        return 1;
+    }
+    const SavedFolders::ReadResult state = SavedFolders::read(file.readAll(), path);
+    if (!state.problem.isEmpty()) {
+        err << "orvelle-cli: " << state.problem << "\n";
+        return 1;
+    }
+    QJsonArray folders;
+    for (const auto &folder : state.folders)
+        folders.append(folderJson(*folder));
+    QTextStream(stdout) << QJsonDocument(QJsonObject{{u"state"_s, path}, {u"folders"_s, folders}}).toJson(
+        QJsonDocument::Compact) << "\n";
+    return 0;
+}
+
+} // namespace orv

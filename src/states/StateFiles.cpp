@@ -1,0 +1,85 @@
+#include "states/StateFiles.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orv::StateFiles {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// A rename is durable only once its folder is on the disk.
+bool syncFolder(const QString &folder)
+{
+    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    const bool synced = ::fsync(fd) == 0;
+    ::close(fd);
+    return synced;
+}
+
+} // namespace
+
+QString supportFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+}
+
+QString quitFoldersPath()
+{
+    return QDir(supportFolder()).filePath(foldersQuitName);
+}
+
+QString foldersFileOf(const QString &statePath)
+{
+    return QFileInfo(statePath).isDir() ? QDir(statePath).filePath(foldersPackageName) : statePath;
+}
+
+QString writeDurably(const QString &path, const QByteArray &data)
+{
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return u"cannot make the folder %1"_s.arg(folder);
+    // QSaveFile writes a new file and syncs it before it takes the old one's place.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
+        return u"cannot write %1: %2"_s.arg(path, file.errorString());
+    if (!syncFolder(folder))
+        return u"cannot sync the folder %1"_s.arg(folder);
+    return {};
+}
+
+QString keepAside(const QString &path)
+{
+    const QString stamp = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s);
+    QString aside = u"%1.unreadable %2"_s.arg(path, stamp);
+    for (int n = 2; QFileInfo::exists(aside); ++n)
+        aside = u"%1.unreadable %2 (%3)"_s.arg(path, stamp).arg(n);
+    return QFile::rename(path, aside) ? aside : QString();
+}
+
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders)
+{
+    const QString name = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s);
+    QString path = QDir(parentFolder).filePath(name + u'.' + packageExtension);
+    for (int n = 2; QFileInfo::exists(path); ++n)
+        path = QDir(parentFolder).filePath(u"%1 (%2).%3"_s.arg(name).arg(n).arg(packageExtension));
+    if (!QDir().mkpath(path))
+        return {{}, u"cannot make the package %1"_s.arg(path)};
+    if (const QString problem = writeDurably(QDir(path).filePath(foldersPackageName), folders); !problem.isEmpty()) {
+        QDir(path).removeRecursively();
+        return {{}, problem};
+    }
+    return {path, {}};
+}
+
+} // namespace orv::StateFiles

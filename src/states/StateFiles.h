@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace orv {
+
+// Where states live on disk and how they get there. The quit files stand in the support folder
+// (the XDG data folder's "orvelle", so XDG_DATA_HOME moves it); a state package is a folder
+// ending in ".orvstate" holding the same files under their plain names.
+namespace StateFiles {
+
+inline const QString foldersQuitName = QStringLiteral("savedFolders_v6");
+inline const QString additionalDataQuitName = QStringLiteral("savedAdditionalData_v6");
+inline const QString foldersPackageName = QStringLiteral("savedFolders");
+inline const QString additionalDataPackageName = QStringLiteral("savedAdditionalData");
+inline const QString packageExtension = QStringLiteral("orvstate");
+
+QString supportFolder();
+QString quitFoldersPath();
+// The folders file of a package, or the path itself when it names a file.
+QString foldersFileOf(const QString &statePath);
+
+// Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
+// the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.
+QString writeDurably(const QString &path, const QByteArray &data);
+// Moves an unreadable state out of the way, never deleting it; the new path, empty when it
+// could not be moved.
+QString keepAside(const QString &path);
+// A new package in the folder, named by the local time (made unique); empty with why on failure.
+struct NewPackage
+{
+    QString path;
+    QString problem;
+};
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders);
+
+} // namespace StateFiles
+
+} // namespace orv

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "states/SavedFolders.h"
+
+#include <QStringList>
+
+namespace orv {
+
+// What a restore found on the disk: the state's folders and files as they stand now. Nothing is
+// written; a file that changed or went away is flagged on its item (fileUnchangedState 3 or 1),
+// and its stored sizes, dates and bytes stay as the state kept them, so that a save still
+// proves them against the file and refuses it.
+struct RestoreReport
+{
+    QStringList movedFolders;   // "old path -> new path": found again by the folder token
+    QStringList missingFolders; // disconnected: their items stay, in state 1
+    QStringList missingFiles;
+    QStringList changedFiles;
+    QStringList foldersAlreadyOpen; // left out: the working set holds them already
+
+    bool isClean() const
+    {
+        return movedFolders.isEmpty() && missingFolders.isEmpty() && missingFiles.isEmpty() && changedFiles.isEmpty()
+               && foldersAlreadyOpen.isEmpty();
+    }
+    // One line per finding, for a log or a message.
+    QStringList lines() const;
+};
+
+namespace StateRestore {
+
+// Reads the state at statePath (a package or a folders file). A file that cannot be read as a
+// state is kept aside, never deleted, and the problem names it.
+struct Restored
+{
+    SavedFolders::ReadResult read;
+    RestoreReport report;
+    QString keptAsidePath;
+};
+Restored fromFile(const QString &statePath);
+
+// Resolves each folder by its token (path, device and inode) and checks each file's size and
+// dates against what the state holds.
+RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &folders);
+
+} // namespace StateRestore
+
+} // namespace orv

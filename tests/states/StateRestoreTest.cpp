@@ -1,0 +1,174 @@
+// A restore finds each folder and file again, or says which it could not; what changed since
+// the state was kept comes back flagged and a save refuses it. A state that is no state is
+// refused with its name and kept aside.
+
+#include "WorkingSet.h"
+
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "states/SavedFolders.h"
+#include "states/StateFiles.h"
+#include "states/StateRestore.h"
+#include "support/MediaFileBuilder.h"
+#include "support/SaveFixture.h"
+
+#include <QCborArray>
+#include <QCborMap>
+#include <QFile>
+
+using namespace orv;
+using namespace orv::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class StateRestoreTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ensureStatesApplication();
+        for (const QString &name : {u"a"_s, u"b"_s, u"c"_s, u"d"_s})
+            photo(u"one"_s, name);
+        photo(u"two"_s, u"e"_s);
+        set.importFolders({root.filePath(u"one"_s), root.filePath(u"two"_s)});
+        ASSERT_EQ(set.folders().size(), 2);
+        set.controller.dateChanges().dragChangedDates(set.folders(), 7200, false);
+    }
+    void photo(const QString &dir, const QString &name)
+    {
+        QDir().mkpath(root.filePath(dir));
+        TiffShape tags;
+        tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+        setModificationTime(buildJpeg({.exif = tags}).write(root.filePath(dir), name), Instant::fromUtc(2024, 5, 2));
+    }
+    QString writeState()
+    {
+        const QString path = state.filePath(StateFiles::foldersQuitName);
+        EXPECT_EQ(StateFiles::writeDurably(path, SavedFolders::write(set.folders())), QString());
+        return path;
+    }
+    static MySinglePic *named(const MySingleFolder &folder, const QString &name)
+    {
+        for (MySinglePic *pic : folder.sfPicDetails_fullArray)
+            if (pic->spName == name)
+                return pic;
+        return nullptr;
+    }
+
+    QTemporaryDir root, state;
+    WorkingSet set;
+};
+
+TEST_F(StateRestoreTest, ChangedAndMissingFilesAreListedAndFlaggedAndTheSaveRefusesThem)
+{
+    const QString path = writeState();
+    const QString changed = root.filePath(u"one/b.jpg"_s);
+    QFile file(changed);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("appended by another program");
+    file.close();
+    const QByteArray changedBytes = fileBytes(changed);
+    ASSERT_TRUE(QFile::remove(root.filePath(u"one/c.jpg"_s)));
+    ASSERT_TRUE(QDir(root.path()).rename(u"two"_s, u"two renamed"_s));
+
+    StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_TRUE(restored.read.problem.isEmpty()) << restored.read.problem.toStdString();
+    EXPECT_EQ(restored.report.changedFiles, QStringList{changed});
+    EXPECT_EQ(restored.report.missingFiles, QStringList{root.filePath(u"one/c.jpg"_s)});
+    EXPECT_EQ(restored.report.movedFolders,
+              QStringList{u"%1 -> %2"_s.arg(root.filePath(u"two"_s), root.filePath(u"two renamed"_s))});
+    const MySingleFolder &one = *restored.read.folders.at(0);
+    const MySingleFolder &two = *restored.read.folders.at(1);
+    EXPECT_EQ(named(one, u"b.jpg"_s)->fileUnchangedState, 3);
+    EXPECT_EQ(named(one, u"c.jpg"_s)->fileUnchangedState, 1);
+    EXPECT_EQ(named(one, u"a.jpg"_s)->fileUnchangedState, 0);
+    EXPECT_EQ(named(two, u"e.jpg"_s)->spPath(), root.filePath(u"two renamed/e.jpg"_s));
+
+    const QStringList refused = saveFolders({restored.read.folders.at(0).get(), restored.read.folders.at(1).get()},
+                                            Instant::fromUtc(2025, 1, 1));
+    EXPECT_EQ(refused, (QStringList{u"b.jpg"_s, u"c.jpg"_s}));
+    EXPECT_EQ(fileBytes(changed), changedBytes) << "the changed file was not written";
+    EXPECT_TRUE(fileBytes(root.filePath(u"one/a.jpg"_s)).contains("2024:05:01 12:00:00"));
+    EXPECT_TRUE(fileBytes(root.filePath(u"two renamed/e.jpg"_s)).contains("2024:05:01 12:00:00"));
+}
+
+TEST_F(StateRestoreTest, AFolderThatCannotBeFoundIsListedAndTheRestRestores)
+{
+    const QString path = writeState();
+    ASSERT_TRUE(QDir(root.filePath(u"two"_s)).removeRecursively());
+
+    StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_EQ(restored.read.folders.size(), 2u);
+    EXPECT_EQ(restored.report.missingFolders, QStringList{root.filePath(u"two"_s)});
+    EXPECT_TRUE(restored.read.folders.at(1)->isDisconnected);
+    EXPECT_EQ(restored.read.folders.at(1)->sfPicDetails_fullArray.at(0)->fileUnchangedState, 1);
+    EXPECT_EQ(restored.read.folders.at(0)->sfPicDetails_fullArray.size(), 4);
+    EXPECT_EQ(restored.read.folders.at(1)->sfDateModificationsTimeInterval, 7200) << "its work stays";
+}
+
+// The bytes of a good state, changed by edit.
+QByteArray edited(const QByteArray &good, const std::function<void(QCborMap &folder)> &edit)
+{
+    QCborMap root = QCborValue::fromCbor(good).taggedValue().toMap();
+    QCborMap folder = QCborValue::fromCbor(root.value(0).toByteArray()).toMap();
+    edit(folder);
+    root.insert(0, folder.toCborValue().toCbor());
+    return QCborValue(QCborKnownTags::Signature, root).toCbor();
+}
+
+TEST_F(StateRestoreTest, HostileStatesAreRefusedByNameAndKeptAside)
+{
+    const QByteArray good = fileBytes(writeState());
+    ASSERT_TRUE(SavedFolders::read(good, u"x"_s).problem.isEmpty());
+    const QByteArray hugeCount = QByteArray::fromHex("d9d9f7a100" "5b7fffffffffffffff");
+    const QList<std::pair<const char *, QByteArray>> hostile = {
+        {"empty", QByteArray()},
+        {"not CBOR", QByteArray("plain text, no state")},
+        {"cut in the middle", good.left(good.size() / 2)},
+        {"cut by one byte", good.chopped(1)},
+        {"a huge byte count", hugeCount},
+        {"an offset as text", edited(good, [](QCborMap &f) { f.insert(u"sfEditMode"_s, u"two"_s); })},
+        {"items as a map", edited(good, [](QCborMap &f) { f.insert(u"sfPicDetails"_s, QCborMap()); })},
+        {"a zone naming an item beyond the list",
+         edited(good, [](QCborMap &f) {
+             f.insert(u"sourceTimeZones"_s, QCborMap{{u"Asia/Tokyo"_s, QCborArray{1000000}}});
+         })},
+        {"an item whose stamp is too long",
+         edited(good, [](QCborMap &f) {
+             QCborArray items = f.value(u"sfPicDetails"_s).toArray();
+             QCborMap item = items.at(0).toMap();
+             QCborMap attributes = item.value(u"singlePicAttributes"_s).toMap();
+             attributes.insert(u"ExifDateTimeOriginal"_s, QCborArray{QByteArray(64, '9'), 10});
+             item.insert(u"singlePicAttributes"_s, attributes);
+             items[0] = item;
+             f.insert(u"sfPicDetails"_s, items);
+         })},
+        {"an item leaving its folder",
+         edited(good, [](QCborMap &f) {
+             QCborArray items = f.value(u"sfPicDetails"_s).toArray();
+             QCborMap item = items.at(0).toMap();
+             item.insert(u"spName"_s, u"../../etc/passwd"_s);
+             items[0] = item;
+             f.insert(u"sfPicDetails"_s, items);
+         })},
+    };
+    for (const auto &[what, bytes] : hostile) {
+        const QString path = state.filePath(u"savedFolders_v6"_s);
+        QFile::remove(path);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+
+        const StateRestore::Restored restored = StateRestore::fromFile(path);
+        EXPECT_TRUE(restored.read.folders.empty()) << what;
+        EXPECT_TRUE(restored.read.problem.startsWith(path)) << what << ": " << restored.read.problem.toStdString();
+        EXPECT_FALSE(QFileInfo::exists(path)) << what;
+        ASSERT_FALSE(restored.keptAsidePath.isEmpty()) << what;
+        EXPECT_EQ(fileBytes(restored.keptAsidePath), bytes) << what << ": kept as it was";
+        QFile::remove(restored.keptAsidePath);
+    }
+}
+
+} // namespace
