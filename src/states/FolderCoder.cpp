@@ -181,7 +181,17 @@ FolderParts splitFolder(const QByteArray &data)
         const QString key = readKey(reader);
         const auto list = std::find(itemListKeys.begin(), itemListKeys.end(), key);
         if (list == itemListKeys.end()) {
-            parts.values.insert(key, QCborValue::fromCbor(reader));
+            // Decoded from its own bytes: QCborValue::fromCbor on the stream builds broken
+            // values from some damaged input, which then crash the map they are put in.
+            const qint64 start = reader.currentOffset();
+            if (!reader.next())
+                break;
+            QCborParserError error;
+            const QCborValue value =
+                QCborValue::fromCbor(data.sliced(start, reader.currentOffset() - start), &error);
+            if (error.error != QCborError::NoError)
+                return {{}, {}, u"%1 cannot be read: %2"_s.arg(key, error.errorString())};
+            parts.values.insert(key, value);
             continue;
         }
         if (!reader.isArray() || !reader.enterContainer())
