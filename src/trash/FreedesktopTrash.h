@@ -15,7 +15,7 @@ struct TrashedFile
     QString infoPath;     // its .trashinfo in the trash's info/ folder
 };
 
-// The desktop's trash as the freedesktop.org Trash specification lays it out, so that a file
+// The desktop's trash in the freedesktop.org layout, so that a file
 // manager lists, restores and empties what we put there. A file goes to the home trash
 // ($XDG_DATA_HOME/Trash) when it lies on the same file system; otherwise to its volume's trash:
 // $topdir/.Trash/$uid where the administrator made a sticky, non-link .Trash, else
