@@ -1,10 +1,20 @@
 #include "support/Exiftool.h"
 
+#include "support/Corpus.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
 #include <limits>
+#include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -65,9 +75,83 @@ QJsonArray exiftoolJson(const QStringList &paths, ExiftoolGroups groups, const Q
 
 } // namespace
 
+namespace {
+
+// The corpus is read-only and hundreds of test processes each ask exiftool about one of its
+// files; starting Perl for each answer was most of the suite's time. The first asker reads the
+// whole corpus in one run and keeps the answers beside the test binary, so a clean build tree
+// starts afresh; a file whose size or time differs from the reading is asked about again.
+class CorpusReadings
+{
+public:
+    static std::optional<QJsonObject> find(const QString &path, ExiftoolGroups groups,
+                                           const QStringList &extraArguments)
+    {
+        const QString root = QFileInfo(corpusLocation()).canonicalFilePath();
+        const QString file = QFileInfo(path).canonicalFilePath();
+        if (root.isEmpty() || !file.startsWith(root + u'/'))
+            return std::nullopt;
+        const QJsonObject readings = load(groups, extraArguments);
+        const QJsonObject entry = readings.value(file).toObject();
+        if (entry.value(QStringLiteral("stamp")).toString() != stampOf(file))
+            return std::nullopt;
+        QJsonObject tags = entry.value(QStringLiteral("tags")).toObject();
+        tags.insert(QStringLiteral("SourceFile"), path);
+        return tags;
+    }
+
+private:
+    static QString stampOf(const QString &file)
+    {
+        const QFileInfo info(file);
+        return QString::number(info.size()) + u'@' +
+               QString::number(info.lastModified().toMSecsSinceEpoch());
+    }
+
+    static QJsonObject load(ExiftoolGroups groups, const QStringList &extraArguments)
+    {
+        static std::mutex mutex;
+        static std::map<QString, QJsonObject> loaded;
+        const std::lock_guard lock(mutex);
+        const QString key = QString::fromLatin1(
+            QCryptographicHash::hash((QString::number(int(groups)) + extraArguments.join(u'\n'))
+                                         .toUtf8(),
+                                     QCryptographicHash::Sha1)
+                .toHex());
+        const QString cacheFile =
+            QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() +
+            QStringLiteral("/exiftool-corpus-readings/") + key + QStringLiteral(".json");
+        if (const auto known = loaded.find(key); known != loaded.end())
+            return known->second;
+        QFile cached(cacheFile);
+        if (cached.open(QIODevice::ReadOnly))
+            return loaded[key] = QJsonDocument::fromJson(cached.readAll()).object();
+        QJsonObject readings;
+        const QStringList files = corpusFiles();
+        for (const QJsonValue &value : exiftoolJson(files, groups, extraArguments)) {
+            QJsonObject tags = value.toObject();
+            const QString file =
+                QFileInfo(tags.take(QStringLiteral("SourceFile")).toString()).canonicalFilePath();
+            readings.insert(file, QJsonObject{{QStringLiteral("stamp"), stampOf(file)},
+                                              {QStringLiteral("tags"), tags}});
+        }
+        QDir().mkpath(QFileInfo(cacheFile).path());
+        QSaveFile out(cacheFile);
+        if (out.open(QIODevice::WriteOnly)) {
+            out.write(QJsonDocument(readings).toJson(QJsonDocument::Compact));
+            out.commit();
+        }
+        return loaded[key] = readings;
+    }
+};
+
+} // namespace
+
 ExiftoolTags exiftoolTags(const QString &path, ExiftoolGroups groups,
                           const QStringList &extraArguments)
 {
+    if (std::optional<QJsonObject> cached = CorpusReadings::find(path, groups, extraArguments))
+        return {*cached};
     return {exiftoolJson({path}, groups, extraArguments).first().toObject()};
 }
 
