@@ -191,9 +191,10 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
         return Acted::Refused;
     }
     // The journal keeps the file as it is, so that a kill or an undo finds it again: exiftool
-    // writes a new file and renames it over this one, and the kept link holds the old bytes.
+    // writes a new file and renames it over this one, and the kept link holds the old bytes. A
+    // sidecar the tool makes is recorded as absent, so that an undo takes it away.
     std::optional<SaveJournal::Kept> kept;
-    if (m_journal && QFileInfo::exists(path)) {
+    if (m_journal) {
         kept = m_journal->keepOriginal(path, XtController::temporaryFileOf(path));
         if (!kept) {
             const QString problem = m_journal->problem();

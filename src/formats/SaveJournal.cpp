@@ -274,6 +274,7 @@ struct Entry
     FileTime before;
     std::optional<FileTime> after;
     QString link;     // a kept file's name in the kept folder
+    bool absent = false; // the tool was to make the file: before the run there was none
     QString temporary; // where the tool writes before its rename
     QByteArray toolResult; // what exiftool left, when it changed the file
     // A rename: the file's folder, its names, the group that moves with it, its identity.
@@ -330,6 +331,7 @@ void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const Q
         entry.number = qint64(record.value(entry.kind == Entry::Kind::Kept ? keptKey : fileKey).toDouble());
         entry.path = record.value(pathKey).toString();
         entry.link = record.value(QStringLiteral("link")).toString();
+        entry.absent = record.value(QStringLiteral("absent")).toBool();
         entry.temporary = record.value(QStringLiteral("temporary")).toString();
         entry.proof.length = qint64(record.value(QStringLiteral("length")).toDouble(-1));
         entry.before = timeFrom(record.value(QStringLiteral("before")));
@@ -465,6 +467,15 @@ bool restoreKept(const QString &kept, const QString &path)
     return restored;
 }
 
+// Takes away a file that a run made where there was none.
+bool removeMade(const QString &path)
+{
+    if (!InPlaceWriter::mayWrite() || (::unlink(encoded(path).constData()) != 0 && errno != ENOENT))
+        return false;
+    syncFolder(QFileInfo(path).absolutePath());
+    return true;
+}
+
 void appendRecords(const QString &journalPath, const QByteArray &lines)
 {
     const int fd = ::open(encoded(journalPath).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
@@ -506,6 +517,15 @@ QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFol
         // A tool stopped while it wrote leaves its file beside the original.
         if (!entry.temporary.isEmpty())
             QFile::remove(entry.temporary);
+        if (entry.absent) {
+            if (!QFileInfo::exists(entry.path))
+                continue;
+            if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult)
+                return QStringLiteral("it changed since exiftool wrote it");
+            if (!removeMade(entry.path))
+                return QStringLiteral("the file exiftool made cannot be removed");
+            continue;
+        }
         const QString kept = QDir(keptFolder).filePath(entry.link);
         const Identity now = identityOf(entry.path);
         const Identity original = identityOf(kept);
@@ -925,6 +945,14 @@ std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path, 
         const QMutexLocker lock(&m_mutex);
         entry = ++m_entries;
     }
+    if (!QFileInfo::exists(path)) {
+        const QJsonObject record{{keptKey, double(entry)},
+                                 {pathKey, QFileInfo(path).absoluteFilePath()},
+                                 {QStringLiteral("absent"), true}};
+        if (!append(framed(record), true))
+            return std::nullopt;
+        return Kept{entry, {}};
+    }
     const QString name = m_runId + QLatin1Char('-') + QString::number(entry);
     const QString kept = QDir(keptFolder()).filePath(name);
     QDir().mkpath(keptFolder());
@@ -1084,6 +1112,23 @@ SaveJournal::Outcome SaveJournal::revert(const QString &journalPath)
         const Entry &entry = **it;
         if (failed.contains(entry.path))
             continue;
+        if (entry.kind == Entry::Kind::Kept && entry.absent) {
+            if (!QFileInfo::exists(entry.path))
+                continue;
+            if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult) {
+                leave(entry.path, QStringLiteral("it changed since exiftool wrote it"));
+                continue;
+            }
+            // Kept by the undo run, so that undoing the undo brings the made file back.
+            const std::optional<Kept> current = undo.keepOriginal(entry.path);
+            if (!current || !removeMade(entry.path)) {
+                leave(entry.path, current ? QStringLiteral("the file exiftool made cannot be removed") : undo.problem());
+                continue;
+            }
+            undo.toolChanged(*current, entry.path);
+            reverted(entry.path);
+            continue;
+        }
         if (entry.kind == Entry::Kind::Kept) {
             const QString kept = QDir(keptFolderOf(journalPath)).filePath(entry.link);
             const Identity now = identityOf(entry.path);

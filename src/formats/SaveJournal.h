@@ -99,8 +99,9 @@ public:
     // went. False: the journal could not take them, and no file was touched.
     bool renameAll(std::vector<PlannedRename> &renames);
 
-    // Keeps the file as it is now, before exiftool writes it anew. Nothing: the file cannot be
-    // kept or the journal cannot be written, and the tool must not run.
+    // Keeps the file as it is now, before exiftool writes it anew; for a file the tool is to
+    // make, records that there was none, so that an undo takes it away. Nothing: the file cannot
+    // be kept or the journal cannot be written, and the tool must not run.
     struct Kept
     {
         qint64 entry = 0;

@@ -1,5 +1,6 @@
 #include "formats/SaveJournal.h"
 #include "support/CliRun.h"
+#include "support/Corpus.h"
 #include "support/MediaFileBuilder.h"
 #include "support/SaveFixture.h"
 
@@ -203,4 +204,34 @@ TEST_F(JournalRuns, RevertNamesEveryFileChangedSinceAndExitsOne)
             << path.toStdString() << " is named in: " << reverted.err.toStdString();
     EXPECT_EQ(fileBytes(paths[0]), original[0]);
     EXPECT_EQ(fileBytes(paths[2]), original[2]);
+}
+
+// A raw file's new place goes to a sidecar that exiftool makes: the revert takes the sidecar away
+// and leaves the raw file as it was, and the revert of the revert brings the same sidecar back.
+TEST_F(JournalRuns, ARevertTakesAwayTheSidecarExiftoolMadeAndItsRevertBringsItBack)
+{
+    const QString source = corpusFile(QStringLiteral("exiftool-t/CanonRaw.cr2"));
+    if (!QFileInfo::exists(source))
+        GTEST_SKIP() << "no corpus";
+    QTemporaryDir dir;
+    const QString raw = copyToTemporary(source, dir);
+    const QString sidecar = dir.filePath(QStringLiteral("CanonRaw.xmp"));
+    const QByteArray rawBefore = fileBytes(raw);
+
+    const CliResult placed = runCli({"locate", "--at", "35.6586,139.7454", "--pref",
+                                     "addRawLocationsOnlyInSidecars=true", raw},
+                                    home.path());
+    ASSERT_EQ(placed.exitCode, 0) << placed.err.toStdString();
+    ASSERT_TRUE(QFileInfo::exists(sidecar));
+    const QByteArray made = fileBytes(sidecar);
+    EXPECT_EQ(fileBytes(raw), rawBefore);
+
+    const CliResult back = runCli({"revert"}, home.path());
+    EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(sidecar));
+    EXPECT_EQ(fileBytes(raw), rawBefore);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"CanonRaw.cr2"});
+
+    EXPECT_EQ(runCli({"revert"}, home.path()).exitCode, 0);
+    EXPECT_EQ(fileBytes(sidecar), made);
 }
