@@ -1,5 +1,6 @@
 #include "app/TrackLinks.h"
 
+#include "app/FileTagRequests.h"
 #include "app/TrackLinkCommand.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
@@ -7,6 +8,8 @@
 
 #include <QCoreApplication>
 #include <QUndoStack>
+
+#include <cmath>
 
 namespace orv {
 
@@ -122,6 +125,24 @@ DateChangeResult TrackLinks::unlinkPics(const QList<MySinglePic *> &pics)
     return record({}, pics, QCoreApplication::translate("TrackLinks", "Unlink from Tracks"), [&] {
         for (MySinglePic *pic : pics)
             m_tracks.unlinkPic(*pic);
+    });
+}
+
+DateChangeResult TrackLinks::placePics(const QList<MySinglePic *> &pics, GeoCoordinate place, const QString &text)
+{
+    if (!std::isfinite(place.latitude) || !std::isfinite(place.longitude) || std::abs(place.latitude) > 90.0
+        || std::abs(place.longitude) > 180.0)
+        return DateChangeResult::Refused;
+    QList<MySinglePic *> moving = pics;
+    moving.removeIf([&](const MySinglePic *pic) {
+        return !pic->takesEdits() || (pic->gpsLat == place.latitude && pic->gpsLong == place.longitude);
+    });
+    return record({}, moving, text, [&] {
+        // A place the user gives is the item's own: the folder's tracks no longer move it.
+        for (MySinglePic *pic : moving)
+            m_tracks.unlinkPic(*pic);
+        FileTagRequests::setUserLocation(moving, place.latitude, place.longitude, MySinglePic::notSetAccuracy,
+                                         MySinglePic::notSetAccuracy);
     });
 }
 

@@ -1,0 +1,372 @@
+#include "ui/MapView.h"
+
+#include "places/MapBaseLayer.h"
+#include "places/MapProjection.h"
+#include "ui/MapTileCache.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orv {
+
+namespace {
+
+constexpr double pinRadius = 9.0;
+constexpr double pinHitRadius = 14.0;
+constexpr int dragThreshold = 4;
+
+// Built on first use and shared by every map of the process: a few megabytes.
+const QPixmap &baseLayer()
+{
+    static const QPixmap world = QPixmap::fromImage(MapBaseLayer::mercatorWorld());
+    return world;
+}
+
+double clusterRadius(int count)
+{
+    return count == 1 ? pinRadius : std::min(22.0, 11.0 + 2.5 * std::log2(double(count)));
+}
+
+} // namespace
+
+MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tiles(tiles)
+{
+    setMouseTracking(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumSize(200, 150);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    if (m_tiles) {
+        connect(m_tiles, &MapTileCache::tileArrived, this, qOverload<>(&QWidget::update));
+        connect(m_tiles, &MapTileCache::unavailable, this, qOverload<>(&QWidget::update));
+    }
+    setView({30.0, 0.0}, 2);
+}
+
+void MapView::setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected)
+{
+    m_clusters.setPins(pins, selected);
+    update();
+}
+
+void MapView::setTracks(const QList<QList<QList<GeoCoordinate>>> &tracks)
+{
+    m_tracks.clear();
+    for (const QList<QList<GeoCoordinate>> &segments : tracks)
+        m_tracks.append(MapTrackLine(segments));
+    update();
+}
+
+void MapView::setAttribution(const QString &text)
+{
+    m_attribution = text;
+    update();
+}
+
+double MapView::worldSize() const
+{
+    return MapProjection::worldSize(m_zoom);
+}
+
+void MapView::setView(GeoCoordinate centre, int zoom)
+{
+    m_zoom = std::clamp(zoom, MapProjection::minZoom, MapProjection::maxZoom);
+    m_centre = MapProjection::worldPixel(centre, m_zoom);
+    clampCentre();
+    update();
+}
+
+void MapView::showAll(const QList<GeoCoordinate> &coordinates)
+{
+    if (coordinates.isEmpty()) {
+        setView({30.0, 0.0}, 1);
+        return;
+    }
+    // The smallest rectangle at zoom 0, then the largest zoom at which it fits with a margin.
+    QRectF bounds(MapProjection::worldPixel(coordinates.first(), 0), QSizeF());
+    for (const GeoCoordinate &c : coordinates) {
+        const QPointF p = MapProjection::worldPixel(c, 0);
+        bounds = bounds.united(QRectF(p, QSizeF(1e-9, 1e-9)));
+    }
+    const double margin = 80.0;
+    int zoom = MapProjection::minZoom;
+    while (zoom < 16 && bounds.width() * std::exp2(zoom + 1) < width() - margin
+           && bounds.height() * std::exp2(zoom + 1) < height() - margin)
+        ++zoom;
+    m_zoom = zoom;
+    m_centre = bounds.center() * std::exp2(zoom);
+    clampCentre();
+    update();
+}
+
+GeoCoordinate MapView::centre() const
+{
+    return MapProjection::coordinate(m_centre, m_zoom);
+}
+
+QPointF MapView::origin() const
+{
+    return m_centre - QPointF(width() / 2.0, height() / 2.0);
+}
+
+QPointF MapView::pointOf(GeoCoordinate coordinate) const
+{
+    const double size = worldSize();
+    QPointF point = MapProjection::worldPixel(coordinate, m_zoom) - origin();
+    // The copy of the world nearest the view's middle.
+    point.rx() -= std::round((point.x() - width() / 2.0) / size) * size;
+    return point;
+}
+
+GeoCoordinate MapView::coordinateAt(QPointF point) const
+{
+    return MapProjection::coordinate(origin() + point, m_zoom);
+}
+
+void MapView::clampCentre()
+{
+    const double size = worldSize();
+    m_centre.rx() = std::fmod(std::fmod(m_centre.x(), size) + size, size);
+    // The poles' edge never leaves the view's middle when the world is taller than the view.
+    const double half = height() / 2.0;
+    m_centre.ry() = size > height() ? std::clamp(m_centre.y(), half, size - half) : size / 2.0;
+}
+
+void MapView::zoomAround(int zoom, QPointF point)
+{
+    zoom = std::clamp(zoom, MapProjection::minZoom, MapProjection::maxZoom);
+    if (zoom == m_zoom)
+        return;
+    const QPointF world = origin() + point;
+    const double scale = std::exp2(zoom - m_zoom);
+    m_centre = world * scale - (point - QPointF(width() / 2.0, height() / 2.0));
+    m_zoom = zoom;
+    clampCentre();
+    update();
+}
+
+void MapView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor::fromRgb(MapBaseLayer::seaColour));
+    paintBaseLayer(painter);
+    paintTiles(painter);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintTracks(painter);
+    paintPins(painter);
+    paintNotes(painter);
+}
+
+void MapView::paintBaseLayer(QPainter &painter) const
+{
+    const QPixmap &world = baseLayer();
+    if (world.isNull())
+        return;
+    const double size = worldSize();
+    const double scale = world.width() / size;
+    const QRectF view(origin(), QSizeF(width(), height()));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, m_zoom <= 3);
+    // Each copy of the world the view touches, east and west.
+    for (double copy = std::floor(view.left() / size) * size; copy < view.right(); copy += size) {
+        const QRectF part = view.intersected(QRectF(copy, 0, size, size));
+        if (part.isEmpty())
+            continue;
+        const QRectF source((part.left() - copy) * scale, part.top() * scale, part.width() * scale, part.height() * scale);
+        painter.drawPixmap(part.translated(-view.topLeft()), world, source);
+    }
+}
+
+void MapView::paintTiles(QPainter &painter) const
+{
+    if (!m_tiles || m_tiles->urlTemplate().isEmpty())
+        return;
+    const QPointF corner = origin();
+    const int size = MapProjection::tileSize;
+    const int last = (1 << m_zoom) - 1;
+    const int firstColumn = int(std::floor(corner.x() / size));
+    const int lastColumn = int(std::floor((corner.x() + width()) / size));
+    const int firstRow = std::max(0, int(std::floor(corner.y() / size)));
+    const int lastRow = std::min(last, int(std::floor((corner.y() + height()) / size)));
+    for (int row = firstRow; row <= lastRow; ++row) {
+        for (int column = firstColumn; column <= lastColumn; ++column) {
+            const QPixmap tile = m_tiles->tile(m_zoom, MapProjection::wrappedColumn(column, m_zoom), row);
+            if (!tile.isNull())
+                painter.drawPixmap(QRectF(column * size - corner.x(), row * size - corner.y(), size, size), tile,
+                                   tile.rect());
+        }
+    }
+}
+
+void MapView::paintTracks(QPainter &painter) const
+{
+    painter.setPen(QPen(QColor(200, 40, 120, 220), 3.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    const QPointF corner = origin();
+    const double size = worldSize();
+    const QRectF view = QRectF(rect()).adjusted(-4, -4, 4, 4);
+    for (const MapTrackLine &track : m_tracks) {
+        for (const QList<QPointF> &segment : track.segmentsAt(m_zoom)) {
+            if (segment.isEmpty())
+                continue;
+            const double shift = std::round((segment.first().x() - corner.x() - width() / 2.0) / size) * size;
+            // Only the runs of the line that cross the view are handed to the painter.
+            QPolygonF run;
+            for (qsizetype i = 0; i < segment.size(); ++i) {
+                const QPointF point = segment[i] - corner - QPointF(shift, 0);
+                const bool nearView = view.contains(point)
+                    || (i > 0 && view.intersects(QRectF(segment[i - 1] - corner - QPointF(shift, 0), point).normalized()));
+                if (nearView) {
+                    if (run.isEmpty() && i > 0)
+                        run.append(segment[i - 1] - corner - QPointF(shift, 0));
+                    run.append(point);
+                } else if (!run.isEmpty()) {
+                    run.append(point);
+                    painter.drawPolyline(run);
+                    run.clear();
+                }
+            }
+            if (run.size() > 1)
+                painter.drawPolyline(run);
+        }
+    }
+}
+
+void MapView::paintPins(QPainter &painter) const
+{
+    const double size = worldSize();
+    const QPointF corner = origin();
+    const QRectF view = QRectF(rect()).adjusted(-24, -24, 24, 24);
+    QFont font = painter.font();
+    font.setBold(true);
+    font.setPixelSize(11);
+    painter.setFont(font);
+    const std::vector<MapCluster> &clusters = m_clusters.clustersAt(m_zoom);
+    for (std::size_t i = 0; i < clusters.size(); ++i) {
+        const MapCluster &cluster = clusters[i];
+        QPointF point = cluster.worldPixel - corner;
+        point.rx() -= std::round((point.x() - width() / 2.0) / size) * size;
+        const bool dragged = m_gesture == Gesture::DragPins && m_moved
+            && m_draggedPins == m_clusters.membersOf(m_zoom, cluster);
+        if (dragged)
+            point = m_lastPoint;
+        if (!view.contains(point))
+            continue;
+        const double radius = clusterRadius(cluster.count);
+        const QColor fill = cluster.selectedCount > 0 ? QColor(230, 90, 20) : QColor(30, 110, 210);
+        painter.setPen(QPen(Qt::white, 2.0));
+        painter.setBrush(dragged ? fill.lighter(130) : fill);
+        painter.drawEllipse(point, radius, radius);
+        if (cluster.count > 1) {
+            painter.setPen(Qt::white);
+            painter.drawText(QRectF(point.x() - radius, point.y() - radius, 2 * radius, 2 * radius), Qt::AlignCenter,
+                             QString::number(cluster.count));
+        }
+    }
+}
+
+void MapView::paintNotes(QPainter &painter) const
+{
+    QStringList notes;
+    if (m_tiles && m_tiles->isUnavailable())
+        notes << tr("Map tiles are unavailable (%1); showing the offline map.").arg(m_tiles->problem());
+    const auto note = [&](const QString &text, Qt::Alignment corner) {
+        QFont font = painter.font();
+        font.setBold(false);
+        font.setPixelSize(11);
+        painter.setFont(font);
+        const QRectF box = painter.boundingRect(rect().adjusted(6, 6, -6, -6), int(corner), text).adjusted(-4, -2, 4, 2);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(255, 255, 255, 200));
+        painter.drawRect(box);
+        painter.setPen(Qt::black);
+        painter.drawText(box, Qt::AlignCenter, text);
+    };
+    const QString attribution = m_tiles && !m_tiles->urlTemplate().isEmpty() && !m_attribution.isEmpty()
+        ? m_attribution
+        : tr("Offline map: GeoNames zone map (libtimezonemap-data)");
+    note(attribution, Qt::AlignRight | Qt::AlignBottom);
+    if (!notes.isEmpty())
+        note(notes.join(u'\n'), Qt::AlignLeft | Qt::AlignTop);
+}
+
+void MapView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
+    m_pressPoint = event->position().toPoint();
+    m_lastPoint = event->position();
+    m_moved = false;
+    const int hit = m_clusters.clusterAt(m_zoom, origin() + event->position(), pinHitRadius);
+    if (hit >= 0) {
+        m_gesture = Gesture::DragPins;
+        m_draggedPins = m_clusters.membersOf(m_zoom, m_clusters.clustersAt(m_zoom)[std::size_t(hit)]);
+    } else {
+        m_gesture = Gesture::Pan;
+        setCursor(Qt::ClosedHandCursor);
+    }
+}
+
+void MapView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_gesture == Gesture::None)
+        return;
+    m_moved = m_moved || (event->position().toPoint() - m_pressPoint).manhattanLength() >= dragThreshold;
+    if (m_gesture == Gesture::Pan) {
+        m_centre -= event->position() - m_lastPoint;
+        clampCentre();
+    }
+    m_lastPoint = event->position();
+    update();
+}
+
+void MapView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || m_gesture == Gesture::None)
+        return QWidget::mouseReleaseEvent(event);
+    const Gesture gesture = std::exchange(m_gesture, Gesture::None);
+    const QList<int> pins = std::exchange(m_draggedPins, {});
+    unsetCursor();
+    update();
+    if (gesture != Gesture::DragPins)
+        return;
+    m_moved = m_moved || (event->position().toPoint() - m_pressPoint).manhattanLength() >= dragThreshold;
+    if (m_moved)
+        Q_EMIT pinsDragged(pins, coordinateAt(event->position()));
+    else
+        Q_EMIT pinsClicked(pins);
+}
+
+void MapView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT placeRequested(coordinateAt(event->position()));
+}
+
+void MapView::wheelEvent(QWheelEvent *event)
+{
+    const int steps = event->angleDelta().y() / 120;
+    if (steps != 0)
+        zoomAround(m_zoom + steps, event->position());
+    event->accept();
+}
+
+void MapView::keyPressEvent(QKeyEvent *event)
+{
+    const QPointF middle(width() / 2.0, height() / 2.0);
+    switch (event->key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        zoomAround(m_zoom + 1, middle);
+        break;
+    case Qt::Key_Minus:
+        zoomAround(m_zoom - 1, middle);
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+} // namespace orv
