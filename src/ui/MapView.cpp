@@ -4,6 +4,8 @@
 #include "places/MapProjection.h"
 #include "ui/MapTileCache.h"
 
+#include <QCache>
+#include <QHash>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -26,9 +28,67 @@ const QPixmap &baseLayer()
     return world;
 }
 
+// The offline layer cut like a server's tiles, each scaled once: a frame then only copies
+// pixels. About a hundred tiles, several screens' worth, are kept.
+QPixmap baseTile(int zoom, int column, int row)
+{
+    static QCache<quint64, QPixmap> tiles(128);
+    const quint64 key = (quint64(zoom) << 48) | (quint64(column) << 24) | quint64(row);
+    if (const QPixmap *kept = tiles.object(key))
+        return *kept;
+    const int size = MapProjection::tileSize;
+    QPixmap tile(size, size);
+    tile.fill(QColor::fromRgb(MapBaseLayer::seaColour));
+    if (const QPixmap &world = baseLayer(); !world.isNull()) {
+        const double scale = world.width() / MapProjection::worldSize(zoom);
+        QPainter painter(&tile);
+        // Smoothing where the layer is shrunk; its pixels grow as they are where it is enlarged.
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, scale > 1.0);
+        painter.drawPixmap(QRectF(0, 0, size, size), world,
+                           QRectF(column * size * scale, row * size * scale, size * scale, size * scale));
+    }
+    tiles.insert(key, new QPixmap(tile));
+    return tile;
+}
+
 double clusterRadius(int count)
 {
     return count == 1 ? pinRadius : std::min(22.0, 11.0 + 2.5 * std::log2(double(count)));
+}
+
+// A pin or a cluster's disc with its count, drawn once per look and copied after: thousands of
+// discs a frame cost no more than thousands of small copies.
+const QPixmap &pinSprite(int count, bool selected, bool dragged, qreal pixelRatio)
+{
+    static QHash<quint64, QPixmap> sprites;
+    const quint64 key = (quint64(count) << 24) | (quint64(selected) << 23) | (quint64(dragged) << 22)
+        | quint64(pixelRatio * 100.0);
+    if (const auto kept = sprites.constFind(key); kept != sprites.cend())
+        return *kept;
+    if (sprites.size() > 4096)
+        sprites.clear();
+    const double radius = clusterRadius(count);
+    const int side = int(std::ceil(2 * radius + 4));
+    QPixmap sprite(QSize(side, side) * pixelRatio);
+    sprite.setDevicePixelRatio(pixelRatio);
+    sprite.fill(Qt::transparent);
+    QPainter painter(&sprite);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor fill = selected ? QColor(230, 90, 20) : QColor(30, 110, 210);
+    painter.setPen(QPen(Qt::white, 2.0));
+    painter.setBrush(dragged ? fill.lighter(130) : fill);
+    const QPointF middle(side / 2.0, side / 2.0);
+    painter.drawEllipse(middle, radius, radius);
+    if (count > 1) {
+        QFont font = painter.font();
+        font.setBold(true);
+        font.setPixelSize(11);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(QRectF(0, 0, side, side), Qt::AlignCenter, QString::number(count));
+    }
+    painter.end();
+    return *sprites.insert(key, sprite);
 }
 
 } // namespace
@@ -152,7 +212,6 @@ void MapView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QColor::fromRgb(MapBaseLayer::seaColour));
-    paintBaseLayer(painter);
     paintTiles(painter);
     painter.setRenderHint(QPainter::Antialiasing);
     paintTracks(painter);
@@ -160,29 +219,9 @@ void MapView::paintEvent(QPaintEvent *)
     paintNotes(painter);
 }
 
-void MapView::paintBaseLayer(QPainter &painter) const
-{
-    const QPixmap &world = baseLayer();
-    if (world.isNull())
-        return;
-    const double size = worldSize();
-    const double scale = world.width() / size;
-    const QRectF view(origin(), QSizeF(width(), height()));
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, m_zoom <= 3);
-    // Each copy of the world the view touches, east and west.
-    for (double copy = std::floor(view.left() / size) * size; copy < view.right(); copy += size) {
-        const QRectF part = view.intersected(QRectF(copy, 0, size, size));
-        if (part.isEmpty())
-            continue;
-        const QRectF source((part.left() - copy) * scale, part.top() * scale, part.width() * scale, part.height() * scale);
-        painter.drawPixmap(part.translated(-view.topLeft()), world, source);
-    }
-}
-
 void MapView::paintTiles(QPainter &painter) const
 {
-    if (!m_tiles || m_tiles->urlTemplate().isEmpty())
-        return;
+    const bool serverTiles = m_tiles && !m_tiles->urlTemplate().isEmpty();
     const QPointF corner = origin();
     const int size = MapProjection::tileSize;
     const int last = (1 << m_zoom) - 1;
@@ -192,10 +231,11 @@ void MapView::paintTiles(QPainter &painter) const
     const int lastRow = std::min(last, int(std::floor((corner.y() + height()) / size)));
     for (int row = firstRow; row <= lastRow; ++row) {
         for (int column = firstColumn; column <= lastColumn; ++column) {
-            const QPixmap tile = m_tiles->tile(m_zoom, MapProjection::wrappedColumn(column, m_zoom), row);
-            if (!tile.isNull())
-                painter.drawPixmap(QRectF(column * size - corner.x(), row * size - corner.y(), size, size), tile,
-                                   tile.rect());
+            const int wrapped = MapProjection::wrappedColumn(column, m_zoom);
+            const QPointF at(column * size - corner.x(), row * size - corner.y());
+            // The server's tile where it has come, the offline layer's until then.
+            const QPixmap tile = serverTiles ? m_tiles->tile(m_zoom, wrapped, row) : QPixmap();
+            painter.drawPixmap(at, tile.isNull() ? baseTile(m_zoom, wrapped, row) : tile);
         }
     }
 }
@@ -239,31 +279,20 @@ void MapView::paintPins(QPainter &painter) const
     const double size = worldSize();
     const QPointF corner = origin();
     const QRectF view = QRectF(rect()).adjusted(-24, -24, 24, 24);
-    QFont font = painter.font();
-    font.setBold(true);
-    font.setPixelSize(11);
-    painter.setFont(font);
+    const qreal pixelRatio = devicePixelRatioF();
     const std::vector<MapCluster> &clusters = m_clusters.clustersAt(m_zoom);
-    for (std::size_t i = 0; i < clusters.size(); ++i) {
-        const MapCluster &cluster = clusters[i];
+    for (const MapCluster &cluster : clusters) {
         QPointF point = cluster.worldPixel - corner;
         point.rx() -= std::round((point.x() - width() / 2.0) / size) * size;
-        const bool dragged = m_gesture == Gesture::DragPins && m_moved
+        const bool dragged = m_gesture == Gesture::DragPins && m_moved && cluster.count == m_draggedPins.size()
             && m_draggedPins == m_clusters.membersOf(m_zoom, cluster);
         if (dragged)
             point = m_lastPoint;
         if (!view.contains(point))
             continue;
-        const double radius = clusterRadius(cluster.count);
-        const QColor fill = cluster.selectedCount > 0 ? QColor(230, 90, 20) : QColor(30, 110, 210);
-        painter.setPen(QPen(Qt::white, 2.0));
-        painter.setBrush(dragged ? fill.lighter(130) : fill);
-        painter.drawEllipse(point, radius, radius);
-        if (cluster.count > 1) {
-            painter.setPen(Qt::white);
-            painter.drawText(QRectF(point.x() - radius, point.y() - radius, 2 * radius, 2 * radius), Qt::AlignCenter,
-                             QString::number(cluster.count));
-        }
+        const QPixmap &sprite = pinSprite(cluster.count, cluster.selectedCount > 0, dragged, pixelRatio);
+        const QSizeF side = sprite.deviceIndependentSize();
+        painter.drawPixmap(point - QPointF(side.width() / 2.0, side.height() / 2.0), sprite);
     }
 }
 

@@ -56,7 +56,6 @@ private:
     double worldSize() const;
     void zoomAround(int zoom, QPointF point);
     void clampCentre();
-    void paintBaseLayer(QPainter &painter) const;
     void paintTiles(QPainter &painter) const;
     void paintTracks(QPainter &painter) const;
     void paintPins(QPainter &painter) const;
