@@ -42,8 +42,7 @@ QPixmap baseTile(int zoom, int column, int row)
     if (const QPixmap &world = baseLayer(); !world.isNull()) {
         const double scale = world.width() / MapProjection::worldSize(zoom);
         QPainter painter(&tile);
-        // Smoothing where the layer is shrunk; its pixels grow as they are where it is enlarged.
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, scale > 1.0);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(QRectF(0, 0, size, size), world,
                            QRectF(column * size * scale, row * size * scale, size * scale, size * scale));
     }
@@ -153,7 +152,9 @@ void MapView::showAll(const QList<GeoCoordinate> &coordinates)
     }
     const double margin = 80.0;
     int zoom = MapProjection::minZoom;
-    while (zoom < 16 && bounds.width() * std::exp2(zoom + 1) < width() - margin
+    // A single place is shown at a town's scale, not a street's.
+    constexpr int closest = 12;
+    while (zoom < closest && bounds.width() * std::exp2(zoom + 1) < width() - margin
            && bounds.height() * std::exp2(zoom + 1) < height() - margin)
         ++zoom;
     m_zoom = zoom;
@@ -313,7 +314,8 @@ void MapView::paintNotes(QPainter &painter) const
         painter.setPen(Qt::black);
         painter.drawText(box, Qt::AlignCenter, text);
     };
-    const QString attribution = m_tiles && !m_tiles->urlTemplate().isEmpty() && !m_attribution.isEmpty()
+    const QString attribution = m_tiles && !m_tiles->urlTemplate().isEmpty() && !m_tiles->isUnavailable()
+            && !m_attribution.isEmpty()
         ? m_attribution
         : tr("Offline map: GeoNames zone map (libtimezonemap-data)");
     note(attribution, Qt::AlignRight | Qt::AlignBottom);
