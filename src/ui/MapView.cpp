@@ -8,7 +8,6 @@
 #include <QHash>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -94,7 +93,6 @@ const QPixmap &pinSprite(int count, bool selected, bool dragged, qreal pixelRati
 
 MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tiles(tiles)
 {
-    setMouseTracking(false);
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(200, 150);
     setAttribute(Qt::WA_OpaquePaintEvent);
