@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <cmath>
@@ -64,6 +65,7 @@ int main(int argc, char **argv)
     const int frames = argc > 1 ? std::max(5, std::atoi(argv[1])) : 60;
     MapView view;
     view.resize(1400, 900);
+    QThreadPool::globalInstance()->waitForDone(); // the offline layer is made on a worker
     view.setTracks(longTrack());
     struct Place
     {

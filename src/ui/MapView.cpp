@@ -7,6 +7,7 @@
 #include <QCache>
 #include <QHash>
 #include <QMouseEvent>
+#include <QtConcurrent>
 #include <QPainter>
 
 #include <algorithm>
@@ -20,10 +21,22 @@ constexpr double pinRadius = 9.0;
 constexpr double pinHitRadius = 14.0;
 constexpr int dragThreshold = 4;
 
-// Built on first use and shared by every map of the process: a few megabytes.
+// Made once per process on a worker thread (a few hundred milliseconds), shared by every map.
+QFuture<QImage> worldImage()
+{
+    static const QFuture<QImage> world = QtConcurrent::run([] { return MapBaseLayer::mercatorWorld(); });
+    return world;
+}
+
+// The offline layer once it is made; a null pixmap until then, or when it cannot be read.
 const QPixmap &baseLayer()
 {
-    static const QPixmap world = QPixmap::fromImage(MapBaseLayer::mercatorWorld());
+    static QPixmap world;
+    static bool taken = false;
+    if (!taken && worldImage().isFinished()) {
+        world = QPixmap::fromImage(worldImage().result());
+        taken = true;
+    }
     return world;
 }
 
@@ -38,13 +51,15 @@ QPixmap baseTile(int zoom, int column, int row)
     const int size = MapProjection::tileSize;
     QPixmap tile(size, size);
     tile.fill(QColor::fromRgb(MapBaseLayer::seaColour));
-    if (const QPixmap &world = baseLayer(); !world.isNull()) {
-        const double scale = world.width() / MapProjection::worldSize(zoom);
-        QPainter painter(&tile);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(QRectF(0, 0, size, size), world,
-                           QRectF(column * size * scale, row * size * scale, size * scale, size * scale));
-    }
+    const QPixmap &world = baseLayer();
+    if (world.isNull())
+        return tile; // the sea alone, and kept only once the layer is there
+    const double scale = world.width() / MapProjection::worldSize(zoom);
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(QRectF(0, 0, size, size), world,
+                       QRectF(column * size * scale, row * size * scale, size * scale, size * scale));
+    painter.end();
     tiles.insert(key, new QPixmap(tile));
     return tile;
 }
@@ -96,6 +111,8 @@ MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tile
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(200, 150);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(&m_worldMade, &QFutureWatcher<QImage>::finished, this, qOverload<>(&QWidget::update));
+    m_worldMade.setFuture(worldImage());
     if (m_tiles) {
         connect(m_tiles, &MapTileCache::tileArrived, this, qOverload<>(&QWidget::update));
         connect(m_tiles, &MapTileCache::unavailable, this, qOverload<>(&QWidget::update));

@@ -2,6 +2,8 @@
 
 #include "places/MapPins.h"
 
+#include <QFutureWatcher>
+#include <QImage>
 #include <QPointer>
 #include <QWidget>
 
@@ -62,6 +64,7 @@ private:
     void paintNotes(QPainter &painter) const;
 
     QPointer<MapTileCache> m_tiles;
+    QFutureWatcher<QImage> m_worldMade; // the offline layer, made off the main thread
     MapPinClusters m_clusters;
     QList<MapTrackLine> m_tracks;
     QString m_attribution;
