@@ -69,8 +69,12 @@ QString zoneCityName(const QString &zone)
 
 QString ZonePlaceHit::label() const
 {
-    const QString shown = place->names.contains(matchedName) ? matchedName : place->names.value(0);
-    const QString where = place->countryName.isEmpty() ? shown : shown + QStringLiteral(", ") + place->countryName;
+    QString where = place->names.contains(matchedName) ? matchedName : place->names.value(0);
+    // A place found by its region says so: "Sapporo, Hokkaidō, Japan".
+    if (matchedName == place->region && !place->names.contains(matchedName))
+        where += QStringLiteral(", ") + place->region;
+    if (!place->countryName.isEmpty())
+        where += QStringLiteral(", ") + place->countryName;
     return QStringLiteral("%1 (%2)").arg(where, place->timezone);
 }
 

@@ -37,7 +37,8 @@ struct ZonePlaceHit
     QString matchedName;
 
     // The place as a line of a list: "Lisbon, Portugal (Europe/Lisbon)"; a city found by another
-    // of its names is shown by that name ("Kyiv, Ukraine (Europe/Kyiv)").
+    // of its names is shown by that name ("Kyiv, Ukraine (Europe/Kyiv)"), one found by its
+    // region with it ("Sapporo, Hokkaidō, Japan (Asia/Tokyo)").
     QString label() const;
 };
 
