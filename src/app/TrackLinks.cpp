@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QUndoStack>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orv {
@@ -130,19 +131,34 @@ DateChangeResult TrackLinks::unlinkPics(const QList<MySinglePic *> &pics)
 
 DateChangeResult TrackLinks::placePics(const QList<MySinglePic *> &pics, GeoCoordinate place, const QString &text)
 {
-    if (!std::isfinite(place.latitude) || !std::isfinite(place.longitude) || std::abs(place.latitude) > 90.0
-        || std::abs(place.longitude) > 180.0)
-        return DateChangeResult::Refused;
-    QList<MySinglePic *> moving = pics;
-    moving.removeIf([&](const MySinglePic *pic) {
-        return !pic->takesEdits() || (pic->gpsLat == place.latitude && pic->gpsLong == place.longitude);
+    QList<PicPlace> places;
+    for (MySinglePic *pic : pics)
+        places.append({pic, place});
+    return placeEach(places, text);
+}
+
+DateChangeResult TrackLinks::placeEach(const QList<PicPlace> &places, const QString &text)
+{
+    const bool offTheGlobe = std::any_of(places.cbegin(), places.cend(), [](const PicPlace &p) {
+        return !std::isfinite(p.place.latitude) || !std::isfinite(p.place.longitude) || std::abs(p.place.latitude) > 90.0
+            || std::abs(p.place.longitude) > 180.0;
     });
-    return record({}, moving, text, [&] {
-        // A place the user gives is the item's own: the folder's tracks no longer move it.
-        for (MySinglePic *pic : moving)
-            m_tracks.unlinkPic(*pic);
-        FileTagRequests::setUserLocation(moving, place.latitude, place.longitude, MySinglePic::notSetAccuracy,
-                                         MySinglePic::notSetAccuracy);
+    if (offTheGlobe)
+        return DateChangeResult::Refused;
+    QList<PicPlace> moving = places;
+    moving.removeIf([](const PicPlace &p) {
+        return !p.pic->takesEdits() || (p.pic->gpsLat == p.place.latitude && p.pic->gpsLong == p.place.longitude);
+    });
+    QList<MySinglePic *> pics;
+    for (const PicPlace &p : moving)
+        pics.append(p.pic);
+    return record({}, pics, text, [&] {
+        for (const PicPlace &p : moving) {
+            // A place the user gives is the item's own: the folder's tracks no longer move it.
+            m_tracks.unlinkPic(*p.pic);
+            FileTagRequests::setUserLocation({p.pic}, p.place.latitude, p.place.longitude,
+                                             MySinglePic::notSetAccuracy, MySinglePic::notSetAccuracy);
+        }
     });
 }
 

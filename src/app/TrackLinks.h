@@ -48,6 +48,13 @@ public:
     // put where the map was double-clicked), the save writing it: one step named by text. A
     // place off the globe is refused and changes nothing; items already there are left out.
     DateChangeResult placePics(const QList<MySinglePic *> &pics, GeoCoordinate place, const QString &text);
+    // Each item its own place (locations aligned along a line), the same way, as one step.
+    struct PicPlace
+    {
+        MySinglePic *pic = nullptr;
+        GeoCoordinate place;
+    };
+    DateChangeResult placeEach(const QList<PicPlace> &places, const QString &text);
 
 private:
     // Runs the change on the model, then records what it did as one undo step.

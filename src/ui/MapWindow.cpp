@@ -1,11 +1,13 @@
 #include "ui/MapWindow.h"
 
 #include "app/AppController.h"
+#include "app/TrackLinks.h"
 #include "core/MySinglePic.h"
 #include "core/Preferences.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "places/LOTController.h"
+#include "places/LocationAlignment.h"
 #include "places/LocationText.h"
 #include "places/ZonePlaces.h"
 #include "ui/MapTileCache.h"
@@ -91,9 +93,29 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
         else
             m_status->setText(tr("The clipboard holds no place."));
     });
+    // The selected items between the first and the last, which keep their places, put in a line.
+    const auto aligner = [this](const QString &text, const char *name, bool byTime) {
+        auto *align = new QAction(text, this);
+        align->setObjectName(QLatin1String(name));
+        connect(align, &QAction::triggered, this, [this, text, byTime] {
+            const QList<MySinglePic *> sorted = m_selection();
+            const QList<GeoCoordinate> inner = LocationAlignment::innerPlaces(sorted, byTime);
+            if (inner.isEmpty()) {
+                m_status->setText(tr("Select at least three items, the first and the last with a place."));
+                return;
+            }
+            QList<TrackLinks::PicPlace> places;
+            for (qsizetype i = 0; i < inner.size(); ++i)
+                places.append({sorted[i + 1], inner[i]});
+            m_controller.trackLinks().placeEach(places, QString(text).remove(QLatin1Char('&')));
+        });
+        return align;
+    };
+    QAction *alignEvenly = aligner(tr("Align Locations Evenly"), "alignLocationsEvenlyAction", false);
+    QAction *alignByTime = aligner(tr("Align Locations by Time"), "alignLocationsByTimeAction", true);
     addActions({copy, paste});
     m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_view->addActions({copy, paste});
+    m_view->addActions({copy, paste, alignEvenly, alignByTime});
 
     // Every change of the working set, undo and redo included, comes by here.
     connect(&controller, &AppController::reloadThumbs, this, &MapWindow::refresh);

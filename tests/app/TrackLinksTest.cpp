@@ -197,3 +197,20 @@ TEST_F(TrackLinksTest, APlaceTheUserGivesIsTheItemsOwnAndOneStep)
     EXPECT_EQ(stack.count(), 2);
     EXPECT_EQ(onTrack.gpsLat, 40.0);
 }
+
+TEST_F(TrackLinksTest, ItemsAlignedTakeEachTheirOwnPlaceInOneStep)
+{
+    MySinglePic &first = addPic("a.jpg", 10);
+    MySinglePic &second = addPic("b.jpg", 20);
+    const QList<Fields> before = fieldsOfAll();
+    ASSERT_EQ(links.placeEach({{&first, {10.0, 20.0}}, {&second, {11.0, 21.0}}}, QStringLiteral("Align Locations Evenly")),
+              DateChangeResult::Changed);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(first.gpsLat, 10.0);
+    EXPECT_EQ(second.gpsLong, 21.0);
+    stack.undo();
+    EXPECT_EQ(fieldsOfAll(), before);
+    EXPECT_EQ(links.placeEach({{&first, {10.0, 20.0}}, {&second, {11.0, 200.0}}}, QString()), DateChangeResult::Refused)
+        << "one place off the globe refuses the whole step";
+    EXPECT_EQ(fieldsOfAll(), before);
+}
