@@ -8,7 +8,8 @@ class MySinglePic;
 
 // What the next save is asked to add to files beyond moving their dates: the date tags a still
 // lacks, and a location the user gave. The command line's route into the model for these, as
-// DateChanges is for dates; neither is an undo step yet, as no window control makes them.
+// DateChanges is for dates. Neither is an undo step here: the window's map gives a location
+// through TrackLinks::placePics, which records it as one.
 // Main thread only.
 namespace FileTagRequests {
 

@@ -1,5 +1,6 @@
 #include "app/TrackLinks.h"
 
+#include "app/FileTagRequests.h"
 #include "app/TrackLinkCommand.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
@@ -7,6 +8,9 @@
 
 #include <QCoreApplication>
 #include <QUndoStack>
+
+#include <algorithm>
+#include <cmath>
 
 namespace orv {
 
@@ -122,6 +126,39 @@ DateChangeResult TrackLinks::unlinkPics(const QList<MySinglePic *> &pics)
     return record({}, pics, QCoreApplication::translate("TrackLinks", "Unlink from Tracks"), [&] {
         for (MySinglePic *pic : pics)
             m_tracks.unlinkPic(*pic);
+    });
+}
+
+DateChangeResult TrackLinks::placePics(const QList<MySinglePic *> &pics, GeoCoordinate place, const QString &text)
+{
+    QList<PicPlace> places;
+    for (MySinglePic *pic : pics)
+        places.append({pic, place});
+    return placeEach(places, text);
+}
+
+DateChangeResult TrackLinks::placeEach(const QList<PicPlace> &places, const QString &text)
+{
+    const bool offTheGlobe = std::any_of(places.cbegin(), places.cend(), [](const PicPlace &p) {
+        return !std::isfinite(p.place.latitude) || !std::isfinite(p.place.longitude) || std::abs(p.place.latitude) > 90.0
+            || std::abs(p.place.longitude) > 180.0;
+    });
+    if (offTheGlobe)
+        return DateChangeResult::Refused;
+    QList<PicPlace> moving = places;
+    moving.removeIf([](const PicPlace &p) {
+        return !p.pic->takesEdits() || (p.pic->gpsLat == p.place.latitude && p.pic->gpsLong == p.place.longitude);
+    });
+    QList<MySinglePic *> pics;
+    for (const PicPlace &p : moving)
+        pics.append(p.pic);
+    return record({}, pics, text, [&] {
+        for (const PicPlace &p : moving) {
+            // A place the user gives is the item's own: the folder's tracks no longer move it.
+            m_tracks.unlinkPic(*p.pic);
+            FileTagRequests::setUserLocation({p.pic}, p.place.latitude, p.place.longitude,
+                                             MySinglePic::notSetAccuracy, MySinglePic::notSetAccuracy);
+        }
     });
 }
 

@@ -12,7 +12,8 @@ namespace orv {
 class LOTController;
 
 // Every change of places that tracks make, each user event one undo step on the main undo
-// stack: folders linking and unlinking tracks, items opened to or closed from them. The rules
+// stack: folders linking and unlinking tracks, items opened to or closed from them; and the
+// places the user gives on the map, kept in the same step type. The rules
 // live in places/LOTController; this records what they changed, so that undo and redo put back
 // every location field exactly. Refused while a save owns the folders. Main thread only.
 class TrackLinks
@@ -43,6 +44,17 @@ public:
     // closes them, each getting back what it had.
     DateChangeResult linkPics(const QList<MySinglePic *> &pics);
     DateChangeResult unlinkPics(const QList<MySinglePic *> &pics);
+    // The user puts the items at a place of their own (a pin dragged on the map, the selection
+    // put where the map was double-clicked), the save writing it: one step named by text. A
+    // place off the globe is refused and changes nothing; items already there are left out.
+    DateChangeResult placePics(const QList<MySinglePic *> &pics, GeoCoordinate place, const QString &text);
+    // Each item its own place (locations aligned along a line), the same way, as one step.
+    struct PicPlace
+    {
+        MySinglePic *pic = nullptr;
+        GeoCoordinate place;
+    };
+    DateChangeResult placeEach(const QList<PicPlace> &places, const QString &text);
 
 private:
     // Runs the change on the model, then records what it did as one undo step.

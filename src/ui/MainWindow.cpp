@@ -15,6 +15,7 @@
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
+#include "ui/MapWindow.h"
 #include "ui/MyTimeZonePickerController.h"
 #include "ui/MyTimelineView.h"
 #include "ui/OffsetBar.h"
@@ -177,7 +178,14 @@ void MainWindow::buildMenus()
     menuBar()->addMenu(m_timeline->filterMenu());
     menuBar()->addMenu(m_timeline->stripsMenu());
 
-    buildSideViews(*menuBar()->addMenu(tr("&View")));
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    buildSideViews(*view);
+    QAction *map = view->addAction(tr("Map"), this, [this] {
+        MapWindow &shown = MapWindow::showFor(*m_controller, [this] { return selection(); }, this);
+        connect(&shown, &MapWindow::picsChosen, this, &MainWindow::handBackSelection, Qt::UniqueConnection);
+    });
+    map->setObjectName(QStringLiteral("mapAction"));
+    map->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M));
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     QAction *keys = help->addAction(tr("Keyboard Shortcuts"), this, &MainWindow::showKeyboardHelp);

@@ -98,6 +98,8 @@ private:
     void showSelectionInSideViews();
     // Back from the pre-save summary: the items the user chose there are selected.
     void handBackSelection(const QList<MySinglePic *> &pics);
+    // The selected items in the source's order: the list's, or the strip's when it holds more.
+    QList<MySinglePic *> selection() const;
 
     void folderAdded(const MySingleFolder *folder);
     void folderImported(const MySingleFolder *folder);

@@ -9,6 +9,7 @@
 #include "ui/EditActions.h"
 #include "ui/InfoView.h"
 #include "ui/KeyboardHelp.h"
+#include "ui/MapWindow.h"
 #include "ui/PicTableModel.h"
 #include "ui/PreviewsBar.h"
 #include "ui/TimelinePane.h"
@@ -115,14 +116,21 @@ void MainWindow::showSelectionInSideViews()
 {
     if (isSaving())
         return;
+    m_infoView->showPic(m_editActions->selectedPic());
+    m_previewsBar->showPics(selection());
+    if (auto *map = findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly))
+        map->refresh();
+}
+
+QList<MySinglePic *> MainWindow::selection() const
+{
     const QList<MySinglePic *> listed = m_editActions->selectedPics();
     // Several items chosen on the strip are the selection too, in the strip's order.
     const QSet<MySinglePic *> &onStrip = m_timeline->controller().theTimelineView_1().multiSelection();
-    QList<MySinglePic *> selection = onStrip.size() > listed.size() ? onStrip.values() : listed;
-    std::sort(selection.begin(), selection.end(),
+    QList<MySinglePic *> chosen = onStrip.size() > listed.size() ? onStrip.values() : listed;
+    std::sort(chosen.begin(), chosen.end(),
               [](const MySinglePic *a, const MySinglePic *b) { return a->indexInSource_full < b->indexInSource_full; });
-    m_infoView->showPic(m_editActions->selectedPic());
-    m_previewsBar->showPics(selection);
+    return chosen;
 }
 
 void MainWindow::handBackSelection(const QList<MySinglePic *> &pics)

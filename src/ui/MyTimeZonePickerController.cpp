@@ -5,6 +5,7 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"
+#include "ui/ZonePlaceSearchField.h"
 
 #include <QComboBox>
 #include <QCompleter>
@@ -42,8 +43,13 @@ QComboBox *zoneSelector(const QList<std::pair<QString, QString>> &specials, QWid
 
 void showName(QComboBox &box, const std::optional<QString> &name, const QString &none)
 {
-    const int index = box.findData(name.value_or(none));
-    box.setCurrentIndex(index < 0 ? 0 : index);
+    int index = box.findData(name.value_or(none));
+    // A zone chosen by a place, or kept by a folder, that the list lacks joins it.
+    if (index < 0 && name) {
+        box.addItem(*name, *name);
+        index = box.count() - 1;
+    }
+    box.setCurrentIndex(index);
 }
 
 QString findingsText(const ZonePreview &p)
@@ -100,9 +106,19 @@ MyTimeZonePickerController::MyTimeZonePickerController(DateChanges &changes, MyS
                                this);
     m_sourceBox->setObjectName(QStringLiteral("sourceZone"));
     m_targetBox->setObjectName(QStringLiteral("targetZone"));
+    // Each selector can also be set by a place: "Lisb" offers Lisbon with Europe/Lisbon.
+    const auto placeSearch = [this](const QString &name, bool forTarget) {
+        auto *field = new ZonePlaceSearchField(this);
+        field->setObjectName(name);
+        connect(field, &ZonePlaceSearchField::zoneChosen, this,
+                [this, forTarget](const QString &zone) { selectZoneName(zone, forTarget); });
+        return field;
+    };
     auto *form = new QFormLayout;
     form->addRow(tr("Stamps were written in:"), m_sourceBox);
+    form->addRow(QString(), placeSearch(QStringLiteral("sourcePlaceSearch"), false));
     form->addRow(tr("Save them in:"), m_targetBox);
+    form->addRow(QString(), placeSearch(QStringLiteral("targetPlaceSearch"), true));
 
     m_table = new QTableWidget(0, ColumnCount, this);
     m_table->setHorizontalHeaderLabels({tr("File"), tr("Before (source zone)"), tr("After (target zone)"),

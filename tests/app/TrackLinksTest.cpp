@@ -7,6 +7,7 @@
 #include "places/LOTController.h"
 
 #include <QUndoStack>
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -157,4 +158,59 @@ TEST_F(TrackLinksTest, NothingChangesWhileASaveOwnsTheFolders)
     EXPECT_EQ(links.linkTracks({&folder}, {key}), DateChangeResult::Refused);
     EXPECT_EQ(stack.count(), 0);
     EXPECT_TRUE(folder.linkedTracksKeys.isEmpty());
+}
+
+TEST_F(TrackLinksTest, APlaceTheUserGivesIsTheItemsOwnAndOneStep)
+{
+    MySinglePic &onTrack = addPic("on.jpg", 25);
+    MySinglePic &ownPlace = addPic("own.jpg", 50);
+    ownPlace.gpsLat = 1.0;
+    ownPlace.gpsLong = 2.0;
+    ASSERT_EQ(links.linkTracks({&folder}, {key}), DateChangeResult::Changed);
+    const QList<Fields> linked = fieldsOfAll();
+
+    ASSERT_EQ(links.placePics({&onTrack, &ownPlace}, {40.0, 10.0}, QStringLiteral("Move Location")),
+              DateChangeResult::Changed);
+    EXPECT_EQ(stack.count(), 2);
+    EXPECT_EQ(stack.undoText(), QStringLiteral("Move Location"));
+    for (const MySinglePic *pic : {&onTrack, &ownPlace}) {
+        EXPECT_EQ(pic->gpsLat, 40.0);
+        EXPECT_EQ(pic->gpsLong, 10.0);
+        EXPECT_EQ(pic->hasAddedLocation, 1);
+        EXPECT_TRUE(pic->isTrackLinkingPrevented) << "the folder's track no longer moves it";
+        EXPECT_TRUE(pic->locAddedByTrackKey.isEmpty());
+    }
+    EXPECT_EQ(ownPlace.gpsLatOld, 1.0) << "what the file holds waits for the save";
+    tracks.refreshTrackLocationsForFolder(folder);
+    EXPECT_EQ(onTrack.gpsLat, 40.0) << "dates moving later do not take it back to the track";
+    const QList<Fields> placed = fieldsOfAll();
+
+    stack.undo();
+    EXPECT_EQ(fieldsOfAll(), linked);
+    stack.redo();
+    EXPECT_EQ(fieldsOfAll(), placed);
+
+    EXPECT_EQ(links.placePics({&onTrack, &ownPlace}, {40.0, 10.0}, QString()), DateChangeResult::Unchanged)
+        << "already there";
+    EXPECT_EQ(links.placePics({&onTrack}, {90.5, 10.0}, QString()), DateChangeResult::Refused);
+    EXPECT_EQ(links.placePics({&onTrack}, {10.0, std::nan("")}, QString()), DateChangeResult::Refused);
+    EXPECT_EQ(stack.count(), 2);
+    EXPECT_EQ(onTrack.gpsLat, 40.0);
+}
+
+TEST_F(TrackLinksTest, ItemsAlignedTakeEachTheirOwnPlaceInOneStep)
+{
+    MySinglePic &first = addPic("a.jpg", 10);
+    MySinglePic &second = addPic("b.jpg", 20);
+    const QList<Fields> before = fieldsOfAll();
+    ASSERT_EQ(links.placeEach({{&first, {10.0, 20.0}}, {&second, {11.0, 21.0}}}, QStringLiteral("Align Locations Evenly")),
+              DateChangeResult::Changed);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(first.gpsLat, 10.0);
+    EXPECT_EQ(second.gpsLong, 21.0);
+    stack.undo();
+    EXPECT_EQ(fieldsOfAll(), before);
+    EXPECT_EQ(links.placeEach({{&first, {10.0, 20.0}}, {&second, {11.0, 200.0}}}, QString()), DateChangeResult::Refused)
+        << "one place off the globe refuses the whole step";
+    EXPECT_EQ(fieldsOfAll(), before);
 }

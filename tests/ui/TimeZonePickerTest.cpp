@@ -8,6 +8,14 @@
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"
 #include "ui/MyTimeZonePickerController.h"
+#include "ui/ZonePlaceSearchField.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QCompleter>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTest>
 
 #include <QTableWidget>
 #include <QUndoStack>
@@ -53,4 +61,38 @@ TEST(TimeZonePicker, PreviewsWorkingZonesAndConfirmsThemAsOneMainUndoStep)
     mainStack.undo();
     EXPECT_EQ(pic->spDateTimeOriginal, read);
     EXPECT_TRUE(folder.sourceTimeZones.isEmpty() && folder.targetTimeZones.isEmpty());
+}
+
+TEST(TimeZonePicker, TypingAPlaceOffersItsZoneAndChoosingItSetsTheSelector)
+{
+    MySingleFolder folder(QStringLiteral("/trip"), false);
+    QUndoStack mainStack;
+    DateChanges changes(mainStack, DateChangeListener{});
+    MyTimeZonePickerController sheet(changes, folder);
+    sheet.show();
+    auto *source = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("sourcePlaceSearch"));
+    auto *target = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("targetPlaceSearch"));
+    ASSERT_TRUE(source && target);
+    if (!source->isReady()) {
+        ASSERT_TRUE(QSignalSpy(source, &ZonePlaceSearchField::ready).wait(20000));
+    }
+
+    QTest::keyClicks(source, QStringLiteral("Lisb"));
+    ASSERT_GE(source->hits().rowCount(), 1);
+    EXPECT_EQ(source->hits().item(0)->text(), QStringLiteral("Lisbon, Portugal (Europe/Lisbon)"));
+    ASSERT_TRUE(source->completer().popup()->isVisible());
+    QTest::keyClick(source->completer().popup(), Qt::Key_Return);
+    EXPECT_EQ(sheet.sourceTimeZones().defaultZone, std::optional<QString>(QStringLiteral("Europe/Lisbon")));
+    EXPECT_EQ(sheet.findChild<QComboBox *>(QStringLiteral("sourceZone"))->currentData().toString(),
+              QStringLiteral("Europe/Lisbon"));
+
+    // Kyiv is listed under the zone's present id, though the city data still names the old one.
+    QTest::keyClicks(target, QStringLiteral("kyiv"));
+    ASSERT_GE(target->hits().rowCount(), 1);
+    EXPECT_EQ(target->hits().item(0)->data(Qt::UserRole).toString(), QStringLiteral("Europe/Kyiv"));
+    QTest::keyClick(target->completer().popup(), Qt::Key_Return);
+    EXPECT_EQ(sheet.targetTimeZones().defaultZone, std::optional<QString>(QStringLiteral("Europe/Kyiv")));
+    EXPECT_EQ(sheet.undoStack().count(), 2);
+    QTest::keyClicks(target, QStringLiteral("Qqzz"));
+    EXPECT_EQ(target->hits().rowCount(), 0);
 }

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "places/MapPins.h"
+
+#include <QFutureWatcher>
+#include <QImage>
+#include <QPointer>
+#include <QWidget>
+
+namespace orv {
+
+class MapTileCache;
+
+// Our own Web Mercator map: the offline land and sea layer, the tile server's tiles over it when
+// they come, tracks as lines thinned per zoom, and pins clustered per zoom, the selected ones
+// marked. Dragging the map pans it, the wheel zooms around the pointer, dragging a pin asks for
+// its items to move (pinsDragged), a double click asks to put the selection there. The view
+// changes nothing itself: its owner turns each request into a change and gives it new pins.
+class MapView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MapView(MapTileCache *tiles = nullptr, QWidget *parent = nullptr);
+
+    // Pin i stands for whatever its owner keeps at index i.
+    void setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected = {});
+    void setTracks(const QList<QList<QList<GeoCoordinate>>> &tracks);
+    void setAttribution(const QString &text);
+
+    void setView(GeoCoordinate centre, int zoom);
+    // The smallest view that shows every coordinate (the whole world without any).
+    void showAll(const QList<GeoCoordinate> &coordinates);
+    int zoom() const { return m_zoom; }
+    GeoCoordinate centre() const;
+    // Between widget points and places; the world repeats east and west.
+    QPointF pointOf(GeoCoordinate coordinate) const;
+    GeoCoordinate coordinateAt(QPointF point) const;
+    const MapPinClusters &clusters() const { return m_clusters; }
+
+Q_SIGNALS:
+    void pinsDragged(const QList<int> &pins, orv::GeoCoordinate to);
+    void pinsClicked(const QList<int> &pins);
+    void placeRequested(orv::GeoCoordinate at);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    // The view's top left corner as a world pixel at the present zoom.
+    QPointF origin() const;
+    double worldSize() const;
+    void zoomAround(int zoom, QPointF point);
+    void clampCentre();
+    void paintTiles(QPainter &painter) const;
+    void paintTracks(QPainter &painter) const;
+    void paintPins(QPainter &painter) const;
+    void paintNotes(QPainter &painter) const;
+
+    QPointer<MapTileCache> m_tiles;
+    QFutureWatcher<QImage> m_worldMade; // the offline layer, made off the main thread
+    MapPinClusters m_clusters;
+    QList<MapTrackLine> m_tracks;
+    QString m_attribution;
+    int m_zoom = 2;
+    QPointF m_centre; // world pixel at m_zoom
+
+    enum class Gesture { None, Pan, DragPins };
+    Gesture m_gesture = Gesture::None;
+    QPoint m_pressPoint;
+    QPointF m_lastPoint;
+    QList<int> m_draggedPins;
+    bool m_moved = false;
+};
+
+} // namespace orv

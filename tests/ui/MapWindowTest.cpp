@@ -1,0 +1,181 @@
+// The map in the real window, offscreen: photos with and without a place, their pins, a pin
+// dragged with real mouse events (one undo step, undone and redone), the selection put where
+// the map is double-clicked, the save writing the new place as exiftool reads it, and a place
+// found by name.
+
+#include "WindowFixture.h"
+
+#include "app/AppController.h"
+#include "core/MySinglePic.h"
+#include "support/Exiftool.h"
+#include "ui/MapView.h"
+#include "ui/MapWindow.h"
+#include "ui/ZonePlaceSearchField.h"
+
+#include <QAbstractItemView>
+#include <QCompleter>
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTableView>
+#include <QTest>
+#include <QUndoStack>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+class MapWindowTest : public WindowFixture
+{
+protected:
+    void SetUp() override
+    {
+        // No tile server: the test sees the offline map alone and asks no network.
+        prefs.setValue(MapWindow::tileTemplateKey(), QString());
+        TiffShape tags;
+        tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+        tags.gps = GpsShape::at(38.7167, -9.1333);
+        placed = buildJpeg({.exif = tags}).write(dir.path(), QStringLiteral("IMG_1"));
+        unplaced = writeJpeg(QStringLiteral("IMG_2"), "2024:05:01 11:00:00");
+        ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    }
+
+    MapWindow &openMap()
+    {
+        window->findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
+        auto *map = window->findChild<MapWindow *>(QStringLiteral("mapWindow"));
+        EXPECT_NE(map, nullptr);
+        return *map;
+    }
+
+    MySinglePic *picNamed(MapWindow &map, const QString &path)
+    {
+        for (MySinglePic *pic : map.pinnedPics())
+            if (path.endsWith(pic->spName))
+                return pic;
+        return nullptr;
+    }
+
+    bool saveAndWait()
+    {
+        QSignalSpy finished(window.get(), &MainWindow::saveFinished);
+        window->findChild<QAction *>(QStringLiteral("saveAction"))->trigger();
+        return finished.wait(30000);
+    }
+
+    QString placed, unplaced;
+};
+
+TEST_F(MapWindowTest, DraggingAPinMovesItsItemAsOneUndoStepAndTheSaveWritesIt)
+{
+    window->findChild<QTableView *>()->selectAll();
+    MapWindow &map = openMap();
+    ASSERT_EQ(map.pinnedPics().size(), 1) << "one photo has a place";
+    MySinglePic *pic = picNamed(map, placed);
+    ASSERT_NE(pic, nullptr);
+    MapView &view = map.view();
+    view.setView({38.7167, -9.1333}, 12);
+
+    QUndoStack &undo = window->controller().uManager();
+    const int stepsBefore = undo.count();
+    const QPoint pin = view.pointOf({38.7167, -9.1333}).toPoint();
+    const QPoint drop = pin + QPoint(120, -60);
+    const GeoCoordinate target = view.coordinateAt(drop);
+    QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, pin);
+    QTest::mouseMove(&view, pin + QPoint(40, -20));
+    QTest::mouseMove(&view, drop);
+    QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, drop);
+
+    ASSERT_EQ(undo.count(), stepsBefore + 1);
+    EXPECT_EQ(undo.undoText(), QStringLiteral("Move Location"));
+    EXPECT_NEAR(*pic->gpsLat, target.latitude, 1e-9);
+    EXPECT_NEAR(*pic->gpsLong, target.longitude, 1e-9);
+    EXPECT_GT(*pic->gpsLong, -9.1333) << "moved east";
+    EXPECT_EQ(pic->hasAddedLocation, 1);
+    EXPECT_NEAR((view.pointOf({*pic->gpsLat, *pic->gpsLong}) - QPointF(drop)).manhattanLength(), 0.0, 1.0)
+        << "the pin stands where it was dropped";
+
+    undo.undo();
+    EXPECT_NEAR(*pic->gpsLat, 38.7167, 1e-9);
+    EXPECT_NEAR(*pic->gpsLong, -9.1333, 1e-9);
+    undo.redo();
+    EXPECT_NEAR(*pic->gpsLong, target.longitude, 1e-9);
+
+    // A click without a move only selects; a press on the sea pans and changes nothing.
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, drop);
+    EXPECT_EQ(undo.count(), stepsBefore + 1);
+
+    ASSERT_TRUE(saveAndWait());
+    const ExiftoolTags read = exiftoolTags(placed);
+    EXPECT_NEAR(read.number(QStringLiteral("Composite:GPSLatitude")), target.latitude, 1e-6);
+    EXPECT_NEAR(read.number(QStringLiteral("Composite:GPSLongitude")), target.longitude, 1e-6);
+}
+
+TEST_F(MapWindowTest, ADoubleClickPutsTheSelectionThereInOneStep)
+{
+    window->findChild<QTableView *>()->selectAll();
+    MapWindow &map = openMap();
+    MapView &view = map.view();
+    view.setView({48.8583, 2.2945}, 10);
+    QUndoStack &undo = window->controller().uManager();
+    const int stepsBefore = undo.count();
+    const QPoint where(view.width() / 2, view.height() / 2);
+    const GeoCoordinate at = view.coordinateAt(where);
+    QTest::mouseDClick(&view, Qt::LeftButton, Qt::NoModifier, where);
+
+    ASSERT_EQ(undo.count(), stepsBefore + 1);
+    EXPECT_EQ(undo.undoText(), QStringLiteral("Add Location"));
+    ASSERT_EQ(map.pinnedPics().size(), 2) << "both photos now have a place";
+    for (MySinglePic *pic : map.pinnedPics()) {
+        EXPECT_NEAR(*pic->gpsLat, at.latitude, 1e-9);
+        EXPECT_NEAR(*pic->gpsLong, at.longitude, 1e-9);
+    }
+    // The same place again changes nothing and adds no step.
+    QTest::mouseDClick(&view, Qt::LeftButton, Qt::NoModifier, where);
+    EXPECT_EQ(undo.count(), stepsBefore + 1);
+    undo.undo();
+    EXPECT_EQ(map.pinnedPics().size(), 1);
+}
+
+TEST_F(MapWindowTest, ACopiedPlaceIsPastedOntoTheSelectionAsOneStep)
+{
+    window->findChild<QTableView *>()->selectAll();
+    MapWindow &map = openMap();
+    map.findChild<QAction *>(QStringLiteral("copyLocationAction"))->trigger();
+    const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+    ASSERT_NE(copied, nullptr);
+    EXPECT_TRUE(copied->hasFormat(QStringLiteral("orvelle.desktopPasteboardLocationData")));
+    EXPECT_EQ(copied->text(), QStringLiteral("38.716700, -9.133300"));
+
+    QUndoStack &undo = window->controller().uManager();
+    const int stepsBefore = undo.count();
+    map.findChild<QAction *>(QStringLiteral("pasteLocationAction"))->trigger();
+    ASSERT_EQ(undo.count(), stepsBefore + 1) << "the photo without a place takes it; the other is there already";
+    ASSERT_EQ(map.pinnedPics().size(), 2);
+    for (const MySinglePic *pic : map.pinnedPics())
+        EXPECT_EQ((GeoCoordinate{*pic->gpsLat, *pic->gpsLong}), (GeoCoordinate{38.7167, -9.1333}));
+
+    QGuiApplication::clipboard()->setText(QStringLiteral("no place"));
+    map.findChild<QAction *>(QStringLiteral("pasteLocationAction"))->trigger();
+    EXPECT_EQ(undo.count(), stepsBefore + 1);
+}
+
+TEST_F(MapWindowTest, APlaceFoundByNameIsShown)
+{
+    MapWindow &map = openMap();
+    ZonePlaceSearchField &search = map.placeSearch();
+    if (!search.isReady()) {
+        ASSERT_TRUE(QSignalSpy(&search, &ZonePlaceSearchField::ready).wait(20000));
+    }
+    QTest::keyClicks(&search, QStringLiteral("Sapp"));
+    ASSERT_TRUE(search.completer().popup()->isVisible());
+    QTest::keyClick(search.completer().popup(), Qt::Key_Return);
+    EXPECT_NEAR(map.view().centre().latitude, 43.064, 0.01);
+    EXPECT_NEAR(map.view().centre().longitude, 141.347, 0.01);
+    EXPECT_EQ(map.view().zoom(), 11);
+}
+
+} // namespace
