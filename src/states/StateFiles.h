@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
+
+#include <utility>
 
 namespace orv {
 
@@ -34,6 +37,12 @@ struct NewPackage
     QString problem;
 };
 NewPackage writePackage(const QString &parentFolder, const QByteArray &folders);
+// The same with more files beside the folders, each under its name in the package. A package
+// that cannot be written whole is removed.
+NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QString, QByteArray>> &files);
+
+inline const QString trayPreviewDataName = QStringLiteral("savedTrayPreviewData");
+inline const QString previewImageName = QStringLiteral("savedPreviewImage");
 
 } // namespace StateFiles
 

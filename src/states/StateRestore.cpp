@@ -6,7 +6,9 @@
 #include "folders/MySingleFolder.h"
 #include "states/StateFiles.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QtConcurrent/QtConcurrentMap>
 
 namespace orv {
@@ -64,6 +66,33 @@ void checkItems(const MySingleFolder &folder, RestoreReport &report)
 }
 
 } // namespace
+
+QString reconnect(MySingleFolder &folder, const QString &directory, RestoreReport &report)
+{
+    const std::optional<FolderToken> token = FolderToken::forPath(directory);
+    if (!token || !FolderToken::isAccessible(directory))
+        return u"%1 is no folder that can be read"_s.arg(directory);
+    const bool sameDirectory = token->identity() == folder.sfSecBookmark.identity();
+    if (!sameDirectory) {
+        const QDir dir(directory);
+        for (const MySinglePic *pic : folder.sfPicDetails_fullArray) {
+            for (const MySinglePic *each : {pic, static_cast<const MySinglePic *>(pic->bundleDependentImage)}) {
+                if (each && !QFileInfo(dir.filePath(each->spName)).isFile())
+                    return u"%1 does not hold the files of %2 (%3 is missing)"_s.arg(directory, folder.sfFolder, each->spName);
+            }
+        }
+    }
+    const QString before = folder.sfFolderPath;
+    folder.sfSecBookmark = *token;
+    folder.errorType = FolderAccessError::None;
+    if (folder.unlockedSecUrl().isEmpty())
+        return u"%1 is no folder that can be read"_s.arg(directory);
+    folder.isDisconnected = false;
+    report.missingFolders.removeOne(before);
+    report.movedFolders.append(u"%1 -> %2"_s.arg(before, folder.sfFolderPath));
+    checkItems(folder, report);
+    return {};
+}
 
 RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &folders)
 {

@@ -100,6 +100,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     setAcceptDrops(true);
 
     m_states = new StateSession(*m_controller, *this);
+    m_states->setThumbnailSource([this](const MySinglePic &pic) { return thumbnailOf(pic); });
     // The actions first: the bar above the list shows Save.
     buildMenus();
     buildToolBar();
@@ -169,6 +170,7 @@ void MainWindow::buildMenus()
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(QKeySequence::Quit);
+    m_states->addQuitActions(*file);
 
     m_editActions->addTo(*menuBar());
     QAction *zones = menuBar()->addMenu(tr("&Time"))->addAction(tr("Time Zone Correction…"), this,
@@ -710,11 +712,29 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (isSaving() || !askToSaveBeforeClosing()) {
+    if (isSaving()) {
         event->ignore();
         return;
     }
-    m_states->keepAtQuit();
+    switch (m_states->quitAnswer(isWindowModified())) {
+    case QuitAnswer::Refuse:
+        QApplication::beep();
+        event->ignore();
+        return;
+    case QuitAnswer::KeepStateAndQuit:
+        m_states->keepAtQuit();
+        break;
+    case QuitAnswer::QuitWithoutState:
+        m_states->leaveNothingAtQuit();
+        break;
+    case QuitAnswer::Ask:
+        if (!askToSaveBeforeClosing()) {
+            event->ignore();
+            return;
+        }
+        break;
+    }
+    m_states->lastActsAtQuit();
     event->accept();
 }
 
@@ -728,9 +748,16 @@ bool MainWindow::askToSaveBeforeClosing()
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
     question.setInformativeText(tr("If you don't save, your changes are kept for the next start. No file has been changed yet."));
     question.button(QMessageBox::Discard)->setText(tr("Don't Save"));
+    QPushButton *leaving = question.addButton(tr("Quit Without Keeping"), QMessageBox::DestructiveRole);
     question.setDefaultButton(QMessageBox::Save);
-    switch (question.exec()) {
+    const int answer = question.exec();
+    if (question.clickedButton() == leaving) {
+        m_states->leaveNothingAtQuit();
+        return true;
+    }
+    switch (answer) {
     case QMessageBox::Discard:
+        m_states->keepAtQuit();
         return true;
     case QMessageBox::Save:
         save();
