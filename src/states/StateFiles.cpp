@@ -1,5 +1,7 @@
 #include "states/StateFiles.h"
 
+#include "states/SavedThumbs.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -42,6 +44,13 @@ QString quitFoldersPath()
 QString foldersFileOf(const QString &statePath)
 {
     return QFileInfo(statePath).isDir() ? QDir(statePath).filePath(foldersPackageName) : statePath;
+}
+
+QString thumbsFileOf(const QString &statePath)
+{
+    const QFileInfo folders(foldersFileOf(statePath));
+    const bool isQuitFile = folders.fileName() == foldersQuitName;
+    return folders.dir().filePath(isQuitFile ? SavedThumbs::quitName : SavedThumbs::packageName);
 }
 
 QString writeDurably(const QString &path, const QByteArray &data)

@@ -23,6 +23,9 @@ QString supportFolder();
 QString quitFoldersPath();
 // The folders file of a package, or the path itself when it names a file.
 QString foldersFileOf(const QString &statePath);
+// The thumbnails file beside a folders file: savedThumbs in a package, savedThumbs_v6 beside
+// the quit file.
+QString thumbsFileOf(const QString &statePath);
 
 // Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
 // the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.

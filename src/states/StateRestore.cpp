@@ -4,11 +4,13 @@
 #include "core/MySinglePic.h"
 #include "core/PicSaver.h"
 #include "folders/MySingleFolder.h"
+#include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QtConcurrent/QtConcurrentMap>
 
 namespace orv {
@@ -63,6 +65,30 @@ void checkItems(const MySingleFolder &folder, RestoreReport &report)
         else if (pic->fileUnchangedState == 3)
             report.changedFiles.append(pic->spPath());
     }
+}
+
+// The records name items by their place in the source the state was written from, which the
+// items keep; the thumbnails of movie positions are rebuilt when shown.
+void readThumbnails(const QString &path, Restored &restored)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QHash<qint64, const MySinglePic *> byIndex;
+    qint64 itemCount = 0;
+    for (const std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
+        for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (pic->indexInSource_full >= 0) {
+                byIndex.insert(pic->indexInSource_full, pic);
+                itemCount = std::max(itemCount, qint64(pic->indexInSource_full) + 1);
+            }
+        }
+    }
+    const SavedThumbs::ReadResult read = SavedThumbs::read(file.readAll(), itemCount, path);
+    restored.thumbnailsProblem = read.problem;
+    for (const ThumbRecord &record : read.records)
+        if (const MySinglePic *pic = byIndex.value(record.indexInSource); pic && record.seconds == 0.0)
+            restored.thumbnails.append({pic->sessionUniqueId, record.data});
 }
 
 } // namespace
@@ -133,6 +159,7 @@ Restored fromFile(const QString &statePath)
         return restored;
     }
     restored.report = checkFolders(restored.read.folders);
+    readThumbnails(StateFiles::thumbsFileOf(statePath), restored);
     return restored;
 }
 

@@ -36,6 +36,10 @@ struct Restored
     SavedFolders::ReadResult read;
     RestoreReport report;
     QString keptAsidePath;
+    // The items' main thumbnails kept with the state, by the items' sessionUniqueId; none when
+    // the state has no thumbnails file or it cannot be read.
+    QList<std::pair<quint32, QByteArray>> thumbnails;
+    QString thumbnailsProblem;
 };
 Restored fromFile(const QString &statePath);
 

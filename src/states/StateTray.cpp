@@ -215,11 +215,15 @@ void StateTray::sortStateArray(QList<TrayRow> &rows, int sortType, bool ascendin
 }
 
 StateFiles::NewPackage StateTray::storeState(const QString &folder, const QByteArray &savedFolders,
-                                             const TrayPreview &preview, const QImage &previewImage) const
+                                             const TrayPreview &preview, const QImage &previewImage,
+                                             const QByteArray &thumbs) const
 {
-    return StateFiles::writePackage(folder, {{StateFiles::foldersPackageName, savedFolders},
-                                             {StateFiles::trayPreviewDataName, preview.toCbor()},
-                                             {StateFiles::previewImageName, encodedPreviewImage(previewImage)}});
+    QList<std::pair<QString, QByteArray>> files{{StateFiles::foldersPackageName, savedFolders},
+                                                {StateFiles::trayPreviewDataName, preview.toCbor()},
+                                                {StateFiles::previewImageName, encodedPreviewImage(previewImage)}};
+    if (!thumbs.isEmpty())
+        files.append({SavedThumbs::packageName, thumbs});
+    return StateFiles::writePackage(folder, files);
 }
 
 QString StateTray::setUserData(const QString &statePath, const QString &title, const QString &note) const

@@ -100,7 +100,6 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     setAcceptDrops(true);
 
     m_states = new StateSession(*m_controller, *this);
-    m_states->setThumbnailSource([this](const MySinglePic &pic) { return thumbnailOf(pic); });
     // The actions first: the bar above the list shows Save.
     buildMenus();
     buildToolBar();
@@ -129,6 +128,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
             &MainWindow::showSelectionInSideViews);
     connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showSelectionInSideViews);
     connect(&m_timeline->thumbs(), &MyThumbsQueue::thumbReady, m_previewsBar, &PreviewsBar::thumbReady);
+    m_states->setThumbnails(m_timeline->thumbs());
     // Undo and redo reach the window's stack from every field that holds no typing of its own.
     new FieldUndoRouter(*this);
     refreshListState();

@@ -2,17 +2,21 @@
 
 #include "app/AppController.h"
 #include "app/StateKeeper.h"
+#include "core/LogController.h"
 #include "core/MySinglePic.h"
 #include "core/Preferences.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "states/SavedFolders.h"
+#include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
+#include "thumbs/MyThumbsQueue.h"
 #include "ui/ReconnectionSheet.h"
 #include "ui/StateTrayWindow.h"
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QFile>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
@@ -89,6 +93,8 @@ void StateSession::offerKeptState()
                                  tr("The kept work could not be moved aside: %1").arg(StateFiles::quitFoldersPath()));
         }
     }
+    // The thumbnails belong to the state as it was at quit, which is rewritten from now on.
+    QFile::remove(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()));
     m_keeper->start();
 }
 
@@ -108,6 +114,7 @@ bool StateSession::openState(const QString &path, std::function<void(bool)> foll
         QMessageBox::warning(&m_window, tr("State Not Opened"), text);
         return false;
     }
+    adoptThumbnails(restored.thumbnails);
     if (!restored.report.isClean()) {
         QMessageBox message(QMessageBox::Information, tr("State Restored"),
                             tr("Some folders or files are not as the state kept them. Files that changed or "
@@ -142,9 +149,34 @@ void StateSession::keepAsPackage()
         QMessageBox::warning(&m_window, tr("Working Set Not Kept"), package.problem);
 }
 
-void StateSession::setThumbnailSource(std::function<QImage(const MySinglePic &)> thumbnailOf)
+void StateSession::setThumbnails(MyThumbsQueue &thumbs)
 {
-    m_thumbnailOf = std::move(thumbnailOf);
+    m_thumbs = &thumbs;
+}
+
+QByteArray StateSession::thumbsFile() const
+{
+    QList<ThumbRecord> records;
+    for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders())
+        for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
+            if (const ThumbEntry *entry = m_thumbs ? m_thumbs->cache().entry(pic->sessionUniqueId) : nullptr;
+                entry && pic->indexInSource_full >= 0)
+                records.append({pic->indexInSource_full, entry->compressedData, 0.0});
+    // Records in the order of the source, as a reader expects them.
+    std::ranges::sort(records, {}, &ThumbRecord::indexInSource);
+    return SavedThumbs::write(records);
+}
+
+void StateSession::adoptThumbnails(const QList<std::pair<quint32, QByteArray>> &thumbnails)
+{
+    if (!m_thumbs)
+        return;
+    for (const auto &[id, data] : thumbnails) {
+        ThumbEntry entry;
+        entry.compressedData = data;
+        m_thumbs->cache().insert(id, std::move(entry));
+        Q_EMIT m_thumbs->thumbReady(id);
+    }
 }
 
 void StateSession::addQuitActions(QMenu &file)
@@ -177,6 +209,12 @@ QuitAnswer StateSession::quitAnswer(bool hasUnsavedChanges)
 void StateSession::keepAtQuit()
 {
     m_keeper->writeNow();
+    if (!m_keeper->hasKeptState() || !m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFiles")))
+        return;
+    // Thumbnails are only a head start: a state restores without them.
+    if (const QString problem = StateFiles::writeDurably(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()), thumbsFile());
+        !problem.isEmpty())
+        m_controller.log().updateLogOnDiskWithErrorLog(tr("The thumbnails were not kept: %1\n").arg(problem));
 }
 
 void StateSession::leaveNothingAtQuit()
@@ -217,23 +255,28 @@ StateTrayWindow &StateSession::showTray()
 
 QImage StateSession::previewImage() const
 {
-    if (!m_thumbnailOf)
+    if (!m_thumbs)
         return {};
     for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders())
         for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
-            if (QImage image = m_thumbnailOf(*pic); !image.isNull())
-                return image;
+            if (const ThumbEntry *entry = m_thumbs->cache().entry(pic->sessionUniqueId))
+                return entry->currentSizeImage();
     return {};
 }
 
 void StateSession::storeInTray(const QString &folder)
 {
     const QList<MySingleFolder *> folders = m_controller.theDataSource().droppedFolders();
-    if (folders.isEmpty() || !mayChangeWorkingSet())
+    if (folders.isEmpty() || !mayChangeWorkingSet()) {
+        QMessageBox::information(m_trayWindow, tr("State Tray"),
+                                 folders.isEmpty() ? tr("There are no folders to keep.")
+                                                   : tr("The working set can be kept once the import or save has ended."));
         return;
+    }
+    const bool withThumbs = m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFilesTray"));
     const StateFiles::NewPackage package =
         m_tray.storeState(folder, SavedFolders::write(folders), TrayPreview::previewDataForCurrentState(folders),
-                          previewImage());
+                          previewImage(), withThumbs ? thumbsFile() : QByteArray());
     if (!package.problem.isEmpty()) {
         QMessageBox::warning(m_trayWindow, tr("Working Set Not Kept"), package.problem);
         return;

@@ -4,6 +4,7 @@
 #include "states/StateTray.h"
 
 #include <QImage>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -16,7 +17,7 @@ class QWidget;
 namespace orv {
 
 class AppController;
-class MySinglePic;
+class MyThumbsQueue;
 class StateKeeper;
 class StateTrayWindow;
 
@@ -33,8 +34,9 @@ public:
     void addActions(QMenu &file);
     // The two quits that say whether the working set is kept, beside the plain one.
     void addQuitActions(QMenu &file);
-    // The preview image of a state kept in the tray is an item's thumbnail, as the window has it.
-    void setThumbnailSource(std::function<QImage(const MySinglePic &)> thumbnailOf);
+    // The window's thumbnails: kept with a state, so that a restore shows them at once, and the
+    // first one is the preview of a state in the tray.
+    void setThumbnails(MyThumbsQueue &thumbs);
     // At start: states that a session which died had taken from the tray go back there; then the
     // kept state of the last session is offered back, and every change is kept from then on.
     void offerKeptState();
@@ -59,6 +61,9 @@ private:
     void openFromTray(const QString &statePath);
     void storeInTray(const QString &folder);
     QImage previewImage() const;
+    // The main thumbnails the window has of the working set's items, by their place in the source.
+    QByteArray thumbsFile() const;
+    void adoptThumbnails(const QList<std::pair<quint32, QByteArray>> &thumbnails);
     void chooseAndOpen();
     void keepAsPackage();
     void quitWith(CustomQuitState state);
@@ -69,7 +74,7 @@ private:
     StateKeeper *m_keeper;
     StateTray m_tray;
     QPointer<StateTrayWindow> m_trayWindow;
-    std::function<QImage(const MySinglePic &)> m_thumbnailOf;
+    MyThumbsQueue *m_thumbs = nullptr;
     CustomQuitState m_customQuitState = CustomQuitState::Plain;
 };
 

@@ -7,6 +7,7 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "states/SavedFolders.h"
+#include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
 #include "states/StateRestore.h"
 #include "support/MediaFileBuilder.h"
@@ -252,6 +253,39 @@ TEST_F(StateRestoreTest, AFolderMountedElsewhereIsReconnectedByTheUserAndOnlyByI
     EXPECT_EQ(named(two, u"e.jpg"_s)->fileUnchangedState, 3);
     EXPECT_EQ(saveFolders({&two}, Instant::fromUtc(2025, 1, 1)), QStringList{u"e.jpg"_s});
     EXPECT_TRUE(fileBytes(QDir(copy).filePath(u"e.jpg"_s)).contains("2024:05:01 10:00:00")) << "nothing written";
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(StateRestoreTest, ThumbnailsKeptBesideTheStateGoToTheItemsTheyWereMadeOf)
+{
+    qint32 index = 0;
+    for (MySingleFolder *folder : set.folders())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            pic->indexInSource_full = index++;
+    const QString path = writeState();
+    const QByteArray forB = "thumbnail of b", forE = "thumbnail of e";
+    const QList<ThumbRecord> records{{1, forB, 0.0}, {4, forE, 0.0}, {4, "a movie position", 3.0}};
+    ASSERT_EQ(StateFiles::writeDurably(StateFiles::thumbsFileOf(path), SavedThumbs::write(records)), QString());
+    EXPECT_EQ(StateFiles::thumbsFileOf(path), state.filePath(u"savedThumbs_v6"_s));
+
+    const StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_TRUE(restored.read.problem.isEmpty());
+    EXPECT_EQ(restored.thumbnailsProblem, QString());
+    const MySinglePic *b = named(*restored.read.folders.at(0), u"b.jpg"_s);
+    const MySinglePic *e = named(*restored.read.folders.at(1), u"e.jpg"_s);
+    using Thumbs = QList<std::pair<quint32, QByteArray>>;
+    EXPECT_EQ(restored.thumbnails, (Thumbs{{b->sessionUniqueId, forB}, {e->sessionUniqueId, forE}}));
+
+    // A damaged thumbnails file costs the thumbnails after the damage, never the state.
+    QFile thumbs(StateFiles::thumbsFileOf(path));
+    ASSERT_TRUE(thumbs.resize(thumbs.size() - 70)); // into the second record
+    const StateRestore::Restored cut = StateRestore::fromFile(path);
+    EXPECT_TRUE(cut.read.problem.isEmpty());
+    EXPECT_EQ(cut.thumbnails.size(), 1);
+    EXPECT_TRUE(cut.thumbnailsProblem.startsWith(StateFiles::thumbsFileOf(path)));
 }
 
 } // namespace
