@@ -248,6 +248,10 @@ StateTray::Moved StateTray::takeOver(const QString &statePath) const
     const QString target = freePath(folder, takenOverName, packageSuffix());
     if (!QDir().rename(statePath, target))
         return {{}, u"cannot move %1 to %2"_s.arg(statePath, target)};
+    // The folder of states to verify goes once its last state has been taken up again.
+    const QFileInfo parent(QFileInfo(statePath).absolutePath());
+    if (parent.fileName() == toVerifyName && QDir(parent.absoluteFilePath()).isEmpty())
+        QDir().rmdir(parent.absoluteFilePath());
     return {target, {}};
 }
 
@@ -306,8 +310,8 @@ StateTray::Moved StateTray::checkForUncleanedTempFiles() const
 QString StateTray::deleteTempDeletedStatePath() const
 {
     const QString folder = deletedStatesPath();
-    if (!QFileInfo::exists(folder))
-        return {};
+    if (!QFileInfo::exists(folder) || QDir().rmdir(folder))
+        return {}; // nothing, or nothing left since the openings were undone
     QString error;
     return FreedesktopTrash::moveToTrash(folder, &error) ? QString() : error;
 }

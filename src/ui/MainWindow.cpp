@@ -437,6 +437,7 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
         m_pages->setCurrentIndex(EmptyPage);
     // The folder may have been the one selected.
     showSelectedFolders();
+    refreshUnsavedState();
 }
 
 void MainWindow::showProgress(const ImportProgress &progress)

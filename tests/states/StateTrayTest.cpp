@@ -181,9 +181,14 @@ TEST_F(StateTrayTest, AnOpenedStateLeavesTheTrayAndComesBackToBeVerifiedAfterACr
     EXPECT_EQ(undeleted, 1) << "the loose file got a preview of its own";
     EXPECT_EQ(tray.checkForUncleanedTempFiles().path, QString()) << "nothing more to bring back";
 
-    // A clean quit sends what it took over to the trash.
+    // A clean quit sends what it took over to the trash; the folder to verify goes with its last state.
     ASSERT_EQ(tray.takeOver(rows[1].path).problem, QString());
+    EXPECT_TRUE(QFileInfo::exists(recovered.path));
+    ASSERT_EQ(tray.takeOver(rows[2].path).problem, QString());
+    EXPECT_FALSE(QFileInfo::exists(recovered.path));
     EXPECT_EQ(tray.deleteTempDeletedStatePath(), QString());
+    EXPECT_EQ(QDir(QDir(FreedesktopTrash::homeTrash()).filePath(u"files"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+              QStringList{StateTray::deletedStatesName});
     EXPECT_FALSE(QFileInfo::exists(tray.deletedStatesPath()));
     EXPECT_EQ(tray.checkForUncleanedTempFiles().path, QString());
 }
