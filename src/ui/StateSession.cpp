@@ -18,6 +18,7 @@
 #include <QAction>
 #include <QFile>
 #include <QFileDialog>
+#include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QStandardPaths>
@@ -26,6 +27,9 @@
 namespace orv {
 
 namespace {
+
+const QString windowFrameKey = QStringLiteral("mainWindowFrame");
+const QString windowBarsKey = QStringLiteral("mainWindowBarsAndViews");
 
 // A long list of findings is cut to what a message can show.
 QString findingsText(const QStringList &lines)
@@ -224,8 +228,22 @@ void StateSession::leaveNothingAtQuit()
                              tr("The working set kept for the next start could not be removed: %1").arg(problem));
 }
 
+void StateSession::restoreWindowLayout()
+{
+    auto *window = qobject_cast<QMainWindow *>(&m_window);
+    const Preferences &prefs = m_controller.prefs();
+    if (const QByteArray frame = prefs.dataForKey(windowFrameKey); window && !frame.isEmpty())
+        window->restoreGeometry(frame);
+    if (const QByteArray bars = prefs.dataForKey(windowBarsKey); window && !bars.isEmpty())
+        window->restoreState(bars);
+}
+
 void StateSession::lastActsAtQuit()
 {
+    if (auto *window = qobject_cast<QMainWindow *>(&m_window)) {
+        m_controller.prefs().setValue(windowFrameKey, window->saveGeometry());
+        m_controller.prefs().setValue(windowBarsKey, window->saveState());
+    }
     m_controller.prefs().setBool(QStringLiteral("wasStateTrayOpen"), m_trayWindow && m_trayWindow->isVisible());
     if (const QString problem = m_tray.deleteTempDeletedStatePath(); !problem.isEmpty())
         QMessageBox::warning(&m_window, tr("State Tray"),

@@ -49,8 +49,11 @@ public:
     // The window closes keeping nothing for the next start.
     void leaveNothingAtQuit();
     // After either: states taken from the tray are gone for good (to the desktop's trash), and
-    // whether the tray was open is remembered.
+    // the window's layout and whether the tray was open are remembered.
     void lastActsAtQuit();
+    // At start, once the window has its bars and side views: its frame and their places as the
+    // last quit left them.
+    void restoreWindowLayout();
 
     StateTrayWindow &showTray();
     StateTray &tray() { return m_tray; }
