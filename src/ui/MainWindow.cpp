@@ -714,11 +714,9 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (isSaving()) {
-        event->ignore();
-        return;
-    }
-    switch (m_states->quitAnswer(isWindowModified())) {
+    // Read first: the quit command used counts for this quit only, also when it is refused.
+    const QuitAnswer answer = m_states->quitAnswer(isWindowModified());
+    switch (isSaving() ? QuitAnswer::Refuse : answer) {
     case QuitAnswer::Refuse:
         QApplication::beep();
         event->ignore();
