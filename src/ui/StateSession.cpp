@@ -108,7 +108,7 @@ void StateSession::openStates(const QStringList &paths)
         openState(path);
 }
 
-bool StateSession::openState(const QString &path, std::function<void(bool)> followed)
+void StateSession::openState(const QString &path, std::function<void(bool)> followed)
 {
     const StateRestore::Restored restored = m_keeper->restore(path, std::move(followed));
     if (!restored.read.problem.isEmpty()) {
@@ -116,7 +116,7 @@ bool StateSession::openState(const QString &path, std::function<void(bool)> foll
         if (!restored.keptAsidePath.isEmpty())
             text += QLatin1Char('\n') + tr("It was kept as %1.").arg(restored.keptAsidePath);
         QMessageBox::warning(&m_window, tr("State Not Opened"), text);
-        return false;
+        return;
     }
     adoptThumbnails(restored.thumbnails);
     if (!restored.report.isClean()) {
@@ -129,7 +129,6 @@ bool StateSession::openState(const QString &path, std::function<void(bool)> foll
     }
     if (!restored.report.missingFolders.isEmpty() && !ReconnectionSheet::disconnectedFolders(m_controller).isEmpty())
         ReconnectionSheet(m_controller, &m_window).exec();
-    return true;
 }
 
 void StateSession::chooseAndOpen()

@@ -59,8 +59,8 @@ public:
     StateTray &tray() { return m_tray; }
 
 private:
-    // False when nothing was restored.
-    bool openState(const QString &path, std::function<void(bool)> followed = {});
+    // followed is told when the restored folders come in and leave (undo, redo).
+    void openState(const QString &path, std::function<void(bool)> followed = {});
     void openFromTray(const QString &statePath);
     void storeInTray(const QString &folder);
     QImage previewImage() const;
