@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 
+#include "app/RestoreStateCommand.h"
 #include "core/LogController.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
@@ -23,7 +24,8 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
     // A folder that leaves the list takes its history with it.
     connect(m_dataSource.get(), &MyDroppedFolders::folderRemoved, this, [this](MySingleFolder *folder) {
         m_changeVerifier.unwatchFolder(*folder);
-        m_dateChanges.clearUndoRedoFromFolder(folder);
+        if (!m_isMovingRestoredFolders)
+            m_dateChanges.clearUndoRedoFromFolder(folder);
     });
     watchForOutsideChanges();
 }
@@ -108,6 +110,15 @@ void AppController::saveWasCancelled(const QList<MySingleFolder *> &folders)
 {
     saveEnded();
     Q_EMIT reloadThumbs(folders);
+}
+
+void AppController::adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders,
+                                         std::function<void(bool)> followed)
+{
+    if (folders.empty())
+        return;
+    m_undoStack.push(new RestoreStateCommand(*m_dataSource, std::move(folders), m_isMovingRestoredFolders,
+                                             tr("Restore State"), changeListener(), std::move(followed)));
 }
 
 } // namespace orv

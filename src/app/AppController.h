@@ -11,7 +11,9 @@
 #include <QObject>
 #include <QUndoStack>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace orv {
 
@@ -59,6 +61,11 @@ public:
     void didSaveFolders(const QList<MySingleFolder *> &folders);
     // The save was cancelled before it wrote anything: the changes and their history stay.
     void saveWasCancelled(const QList<MySingleFolder *> &folders);
+    // The folders of a restored state join the list as one undo step: undoing it takes them,
+    // with their unsaved changes, out again.
+    // followed is told when they come in (true) and leave (false).
+    void adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders,
+                              std::function<void(bool)> followed = {});
 
 Q_SIGNALS:
     // The dates in force of these folders' items changed (the source is to be rebuilt).
@@ -84,6 +91,8 @@ private:
     PicTrashing m_trashing;
     FolderChangeVerifier m_changeVerifier;
     QList<MySingleFolder *> m_foldersBeingSaved;
+    // A restore is being undone or redone: its folders leave and come back with their history.
+    bool m_isMovingRestoredFolders = false;
     // Last: its scan thread may still call back into the rest while it stops.
     std::unique_ptr<MyDroppedFolders> m_dataSource;
 };

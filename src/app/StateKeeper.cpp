@@ -5,6 +5,7 @@
 #include "folders/MySingleFolder.h"
 #include "states/SavedFolders.h"
 #include "states/StateFiles.h"
+#include "trash/FreedesktopTrash.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -36,7 +37,7 @@ bool StateKeeper::hasKeptState() const
     return QFileInfo::exists(m_foldersPath);
 }
 
-StateRestore::Restored StateKeeper::restore(const QString &statePath)
+StateRestore::Restored StateKeeper::restore(const QString &statePath, std::function<void(bool)> followed)
 {
     StateRestore::Restored restored = StateRestore::fromFile(statePath);
     MyDroppedFolders &dataSource = m_controller.theDataSource();
@@ -48,13 +49,26 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath)
             fresh.push_back(std::move(folder));
     }
     restored.read.folders.clear();
-    dataSource.adoptRestoredFolders(std::move(fresh));
+    m_controller.adoptRestoredFolders(std::move(fresh), std::move(followed));
     return restored;
 }
 
 QString StateKeeper::setKeptStateAside()
 {
     return StateFiles::keepAside(m_foldersPath);
+}
+
+QString StateKeeper::discardKeptState()
+{
+    m_started = false;
+    m_debounce.stop();
+    m_writer.waitForDone();
+    if (!hasKeptState())
+        return {};
+    QString problem;
+    if (FreedesktopTrash::moveToTrash(m_foldersPath, &problem) || QFile::remove(m_foldersPath))
+        return {};
+    return problem;
 }
 
 void StateKeeper::start()

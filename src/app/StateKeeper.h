@@ -6,6 +6,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <functional>
+
 namespace orv {
 
 class AppController;
@@ -28,9 +30,13 @@ public:
     bool hasKeptState() const;
     // Restores the kept state (or a package) into the working set; the kept state takes the
     // place of nothing: its folders join those there.
-    StateRestore::Restored restore(const QString &statePath);
+    // The folders come in as one undo step; followed is told when they come in and leave.
+    StateRestore::Restored restore(const QString &statePath, std::function<void(bool)> followed = {});
     // The user declined the kept state: it is moved aside, never deleted.
     QString setKeptStateAside();
+    // The user quits without keeping the working set: nothing more is written, and the kept
+    // state goes to the desktop's trash (deleted where there is no trash). Empty on success.
+    QString discardKeptState();
 
     // From now on every change is kept. Until then the kept state is left for the question.
     void start();

@@ -565,11 +565,23 @@ void MyDroppedFolders::adoptRestoredFolders(std::vector<std::unique_ptr<MySingle
 
 void MyDroppedFolders::removeFolder(MySingleFolder *folder)
 {
+    releaseFolder(folder);
+}
+
+std::unique_ptr<MySingleFolder> MyDroppedFolders::releaseFolder(MySingleFolder *folder)
+{
+    const auto owns = [folder](const auto &each) { return each.get() == folder; };
+    if (std::ranges::none_of(m_ownedFolders, owns))
+        return nullptr;
     leaveDateSequence(*folder, true);
     m_droppedFolders.removeOne(folder);
     m_colors.recycleColorIndexFromFolder(*folder, m_droppedFolders);
     Q_EMIT folderRemoved(folder);
-    std::erase_if(m_ownedFolders, [folder](const auto &owned) { return owned.get() == folder; });
+    // Looked up again: the signal's receivers may have changed the list.
+    const auto owned = std::ranges::find_if(m_ownedFolders, owns);
+    std::unique_ptr<MySingleFolder> released = std::move(*owned);
+    m_ownedFolders.erase(owned);
+    return released;
 }
 
 void MyDroppedFolders::cancelImports()

@@ -61,6 +61,9 @@ public:
     // The folders of a restored state join the list after those there, each announced as added
     // and imported; they take the next colours.
     void adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders);
+    // The folder leaves the list (folderRemoved) into the caller's hands, as undoing a restore
+    // takes its folders back; nothing when the list does not own it.
+    std::unique_ptr<MySingleFolder> releaseFolder(MySingleFolder *folder);
 
     const QList<MySingleFolder *> &droppedFolders() const { return m_droppedFolders; }
     // The imported folder of a directory, by its path or by its identity.

@@ -1,5 +1,7 @@
 #include "states/StateFiles.h"
 
+#include "states/SavedThumbs.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -44,6 +46,13 @@ QString foldersFileOf(const QString &statePath)
     return QFileInfo(statePath).isDir() ? QDir(statePath).filePath(foldersPackageName) : statePath;
 }
 
+QString thumbsFileOf(const QString &statePath)
+{
+    const QFileInfo folders(foldersFileOf(statePath));
+    const bool isQuitFile = folders.fileName() == foldersQuitName;
+    return folders.dir().filePath(isQuitFile ? SavedThumbs::quitName : SavedThumbs::packageName);
+}
+
 QString writeDurably(const QString &path, const QByteArray &data)
 {
     const QString folder = QFileInfo(path).absolutePath();
@@ -69,15 +78,22 @@ QString keepAside(const QString &path)
 
 NewPackage writePackage(const QString &parentFolder, const QByteArray &folders)
 {
+    return writePackage(parentFolder, {{foldersPackageName, folders}});
+}
+
+NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QString, QByteArray>> &files)
+{
     const QString name = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s);
     QString path = QDir(parentFolder).filePath(name + u'.' + packageExtension);
     for (int n = 2; QFileInfo::exists(path); ++n)
         path = QDir(parentFolder).filePath(u"%1 (%2).%3"_s.arg(name).arg(n).arg(packageExtension));
     if (!QDir().mkpath(path))
         return {{}, u"cannot make the package %1"_s.arg(path)};
-    if (const QString problem = writeDurably(QDir(path).filePath(foldersPackageName), folders); !problem.isEmpty()) {
-        QDir(path).removeRecursively();
-        return {{}, problem};
+    for (const auto &[fileName, data] : files) {
+        if (const QString problem = writeDurably(QDir(path).filePath(fileName), data); !problem.isEmpty()) {
+            QDir(path).removeRecursively();
+            return {{}, problem};
+        }
     }
     return {path, {}};
 }

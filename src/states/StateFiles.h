@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
+
+#include <utility>
 
 namespace orv {
 
@@ -20,6 +23,9 @@ QString supportFolder();
 QString quitFoldersPath();
 // The folders file of a package, or the path itself when it names a file.
 QString foldersFileOf(const QString &statePath);
+// The thumbnails file beside a folders file: savedThumbs in a package, savedThumbs_v6 beside
+// the quit file.
+QString thumbsFileOf(const QString &statePath);
 
 // Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
 // the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.
@@ -34,6 +40,12 @@ struct NewPackage
     QString problem;
 };
 NewPackage writePackage(const QString &parentFolder, const QByteArray &folders);
+// The same with more files beside the folders, each under its name in the package. A package
+// that cannot be written whole is removed.
+NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QString, QByteArray>> &files);
+
+inline const QString trayPreviewDataName = QStringLiteral("savedTrayPreviewData");
+inline const QString previewImageName = QStringLiteral("savedPreviewImage");
 
 } // namespace StateFiles
 

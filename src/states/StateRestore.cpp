@@ -4,9 +4,13 @@
 #include "core/MySinglePic.h"
 #include "core/PicSaver.h"
 #include "folders/MySingleFolder.h"
+#include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QtConcurrent/QtConcurrentMap>
 
 namespace orv {
@@ -63,7 +67,58 @@ void checkItems(const MySingleFolder &folder, RestoreReport &report)
     }
 }
 
+// The records name items by their place in the source the state was written from, which the
+// items keep; the thumbnails of movie positions are rebuilt when shown.
+void readThumbnails(const QString &path, Restored &restored)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QHash<qint64, const MySinglePic *> byIndex;
+    qint64 itemCount = 0;
+    for (const std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
+        for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            if (pic->indexInSource_full >= 0) {
+                byIndex.insert(pic->indexInSource_full, pic);
+                itemCount = std::max(itemCount, qint64(pic->indexInSource_full) + 1);
+            }
+        }
+    }
+    const SavedThumbs::ReadResult read = SavedThumbs::read(file.readAll(), itemCount, path);
+    restored.thumbnailsProblem = read.problem;
+    for (const ThumbRecord &record : read.records)
+        if (const MySinglePic *pic = byIndex.value(record.indexInSource); pic && record.seconds == 0.0)
+            restored.thumbnails.append({pic->sessionUniqueId, record.data});
+}
+
 } // namespace
+
+QString reconnect(MySingleFolder &folder, const QString &directory, RestoreReport &report)
+{
+    const std::optional<FolderToken> token = FolderToken::forPath(directory);
+    if (!token || !FolderToken::isAccessible(directory))
+        return u"%1 is no folder that can be read"_s.arg(directory);
+    const bool sameDirectory = token->identity() == folder.sfSecBookmark.identity();
+    if (!sameDirectory) {
+        const QDir dir(directory);
+        for (const MySinglePic *pic : folder.sfPicDetails_fullArray) {
+            for (const MySinglePic *each : {pic, static_cast<const MySinglePic *>(pic->bundleDependentImage)}) {
+                if (each && !QFileInfo(dir.filePath(each->spName)).isFile())
+                    return u"%1 does not hold the files of %2 (%3 is missing)"_s.arg(directory, folder.sfFolder, each->spName);
+            }
+        }
+    }
+    const QString before = folder.sfFolderPath;
+    folder.sfSecBookmark = *token;
+    folder.errorType = FolderAccessError::None;
+    if (folder.unlockedSecUrl().isEmpty())
+        return u"%1 is no folder that can be read"_s.arg(directory);
+    folder.isDisconnected = false;
+    report.missingFolders.removeOne(before);
+    report.movedFolders.append(u"%1 -> %2"_s.arg(before, folder.sfFolderPath));
+    checkItems(folder, report);
+    return {};
+}
 
 RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &folders)
 {
@@ -104,6 +159,7 @@ Restored fromFile(const QString &statePath)
         return restored;
     }
     restored.report = checkFolders(restored.read.folders);
+    readThumbnails(StateFiles::thumbsFileOf(statePath), restored);
     return restored;
 }
 

@@ -36,12 +36,22 @@ struct Restored
     SavedFolders::ReadResult read;
     RestoreReport report;
     QString keptAsidePath;
+    // The items' main thumbnails kept with the state, by the items' sessionUniqueId; none when
+    // the state has no thumbnails file or it cannot be read.
+    QList<std::pair<quint32, QByteArray>> thumbnails;
+    QString thumbnailsProblem;
 };
 Restored fromFile(const QString &statePath);
 
 // Resolves each folder by its token (path, device and inode) and checks each file's size and
 // dates against what the state holds.
 RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &folders);
+
+// Points a folder that was not found at the directory the user chose (an external disk mounted
+// elsewhere, a folder moved away): taken when it is the same directory by its identity, or when
+// it holds every file of the folder by name; its files are then checked as at a restore and
+// the findings added to report. Empty on success; otherwise why, and the folder stays as it was.
+QString reconnect(MySingleFolder &folder, const QString &directory, RestoreReport &report);
 
 } // namespace StateRestore
 

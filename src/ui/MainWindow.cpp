@@ -129,6 +129,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
             &MainWindow::showSelectionInSideViews);
     connect(m_timeline, &TimelinePane::picSelected, this, &MainWindow::showSelectionInSideViews);
     connect(&m_timeline->thumbs(), &MyThumbsQueue::thumbReady, m_previewsBar, &PreviewsBar::thumbReady);
+    m_states->setThumbnails(m_timeline->thumbs());
+    m_states->restoreWindowLayout();
     // Undo and redo reach the window's stack from every field that holds no typing of its own.
     new FieldUndoRouter(*this);
     refreshListState();
@@ -170,6 +172,7 @@ void MainWindow::buildMenus()
     QAction *quit = file->addAction(tr("Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(QKeySequence::Quit);
+    m_states->addQuitActions(*file);
 
     m_editActions->addTo(*menuBar());
     QAction *zones = menuBar()->addMenu(tr("&Time"))->addAction(tr("Time Zone Correction…"), this,
@@ -443,6 +446,7 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
         m_pages->setCurrentIndex(EmptyPage);
     // The folder may have been the one selected.
     showSelectedFolders();
+    refreshUnsavedState();
 }
 
 void MainWindow::showProgress(const ImportProgress &progress)
@@ -718,11 +722,27 @@ void MainWindow::saveEnded(const QList<MySingleFolder *> &saved, bool completed)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (isSaving() || !askToSaveBeforeClosing()) {
+    // Read first: the quit command used counts for this quit only, also when it is refused.
+    const QuitAnswer answer = m_states->quitAnswer(isWindowModified());
+    switch (isSaving() ? QuitAnswer::Refuse : answer) {
+    case QuitAnswer::Refuse:
+        QApplication::beep();
         event->ignore();
         return;
+    case QuitAnswer::KeepStateAndQuit:
+        m_states->keepAtQuit();
+        break;
+    case QuitAnswer::QuitWithoutState:
+        m_states->leaveNothingAtQuit();
+        break;
+    case QuitAnswer::Ask:
+        if (!askToSaveBeforeClosing()) {
+            event->ignore();
+            return;
+        }
+        break;
     }
-    m_states->keepAtQuit();
+    m_states->lastActsAtQuit();
     event->accept();
 }
 
@@ -736,9 +756,16 @@ bool MainWindow::askToSaveBeforeClosing()
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
     question.setInformativeText(tr("If you don't save, your changes are kept for the next start. No file has been changed yet."));
     question.button(QMessageBox::Discard)->setText(tr("Don't Save"));
+    QPushButton *leaving = question.addButton(tr("Quit Without Keeping"), QMessageBox::DestructiveRole);
     question.setDefaultButton(QMessageBox::Save);
-    switch (question.exec()) {
+    const int answer = question.exec();
+    if (question.clickedButton() == leaving) {
+        m_states->leaveNothingAtQuit();
+        return true;
+    }
+    switch (answer) {
     case QMessageBox::Discard:
+        m_states->keepAtQuit();
         return true;
     case QMessageBox::Save:
         save();

@@ -1,7 +1,15 @@
 #pragma once
 
+#include "app/QuitDecision.h"
+#include "states/StateTray.h"
+
+#include <QImage>
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
+
+#include <functional>
 
 class QMenu;
 class QWidget;
@@ -9,11 +17,14 @@ class QWidget;
 namespace orv {
 
 class AppController;
+class MyThumbsQueue;
 class StateKeeper;
+class StateTrayWindow;
 
 // The window's side of kept working sets: the question at start whether to restore the work of
-// the last session, opening .orvstate packages (from the menu or dropped), keeping the working
-// set as a package, and the state written at quit. The keeping itself is StateKeeper's.
+// the last session, opening .orvstate packages (from the menu or dropped), the state tray, the
+// quit decision and what a quit leaves for the next start. The keeping itself is StateKeeper's,
+// the tray's files StateTray's.
 class StateSession : public QObject
 {
     Q_OBJECT
@@ -21,20 +32,53 @@ public:
     StateSession(AppController &controller, QWidget &window);
 
     void addActions(QMenu &file);
-    // At start: offers the kept state of the last session back, then keeps every change.
+    // The two quits that say whether the working set is kept, beside the plain one.
+    void addQuitActions(QMenu &file);
+    // The window's thumbnails: kept with a state, so that a restore shows them at once, and the
+    // first one is the preview of a state in the tray.
+    void setThumbnails(MyThumbsQueue &thumbs);
+    // At start: states that a session which died had taken from the tray go back there; then the
+    // kept state of the last session is offered back, and every change is kept from then on.
     void offerKeptState();
     void openStates(const QStringList &paths);
-    // The window closes: the working set is written now, for the next start.
+
+    // The quit asked for: the quit command used, read once, and the working set's state.
+    QuitAnswer quitAnswer(bool hasUnsavedChanges);
+    // The window closes keeping the working set: it is written now, for the next start.
     void keepAtQuit();
+    // The window closes keeping nothing for the next start.
+    void leaveNothingAtQuit();
+    // After either: states taken from the tray are gone for good (to the desktop's trash), and
+    // the window's layout and whether the tray was open are remembered.
+    void lastActsAtQuit();
+    // At start, once the window has its bars and side views: its frame and their places as the
+    // last quit left them.
+    void restoreWindowLayout();
+
+    StateTrayWindow &showTray();
+    StateTray &tray() { return m_tray; }
 
 private:
-    void openState(const QString &path);
+    // followed is told when the restored folders come in and leave (undo, redo).
+    void openState(const QString &path, std::function<void(bool)> followed = {});
+    void openFromTray(const QString &statePath);
+    void storeInTray(const QString &folder);
+    QImage previewImage() const;
+    // The main thumbnails the window has of the working set's items, by their place in the source.
+    QByteArray thumbsFile() const;
+    void adoptThumbnails(const QList<std::pair<quint32, QByteArray>> &thumbnails);
     void chooseAndOpen();
     void keepAsPackage();
+    void quitWith(CustomQuitState state);
+    bool mayChangeWorkingSet() const;
 
     AppController &m_controller;
     QWidget &m_window;
     StateKeeper *m_keeper;
+    StateTray m_tray;
+    QPointer<StateTrayWindow> m_trayWindow;
+    MyThumbsQueue *m_thumbs = nullptr;
+    CustomQuitState m_customQuitState = CustomQuitState::Plain;
 };
 
 } // namespace orv

@@ -7,6 +7,7 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "states/SavedFolders.h"
+#include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
 #include "states/StateRestore.h"
 #include "support/MediaFileBuilder.h"
@@ -169,6 +170,122 @@ TEST_F(StateRestoreTest, HostileStatesAreRefusedByNameAndKeptAside)
         EXPECT_EQ(fileBytes(restored.keptAsidePath), bytes) << what << ": kept as it was";
         QFile::remove(restored.keptAsidePath);
     }
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(StateRestoreTest, TheRestoreIsOneUndoStepAndItsRedoBringsTheSameWorkBack)
+{
+    const QString path = writeState();
+    WorkingSet later;
+    StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_TRUE(restored.read.problem.isEmpty());
+    QList<bool> followed;
+    later.controller.adoptRestoredFolders(std::move(restored.read.folders),
+                                          [&followed](bool opened) { followed.append(opened); });
+    ASSERT_EQ(later.folders().size(), 2);
+    MySingleFolder *one = later.folders().first();
+    ASSERT_EQ(later.controller.dateChanges().dragChangedDates({one}, 10800, false), DateChangeResult::Changed);
+    QUndoStack &stack = later.controller.uManager();
+    ASSERT_EQ(stack.count(), 2);
+
+    stack.undo();
+    EXPECT_EQ(one->sfDateModificationsTimeInterval, 7200);
+    stack.undo();
+    EXPECT_TRUE(later.folders().isEmpty()) << "the restored folders left the working set";
+    EXPECT_EQ(followed, (QList<bool>{true, false}));
+    EXPECT_EQ(stack.count(), 2) << "their history waits for the redo";
+
+    stack.redo();
+    ASSERT_EQ(later.folders().size(), 2);
+    EXPECT_EQ(later.folders().first(), one) << "the same folder, with its work";
+    EXPECT_EQ(one->sfDateModificationsTimeInterval, 7200);
+    stack.redo();
+    EXPECT_EQ(one->sfDateModificationsTimeInterval, 10800);
+    EXPECT_EQ(followed, (QList<bool>{true, false, true}));
+
+    // Saved, the folder's history goes; the restore of the other folder can still be undone.
+    saveFolders({one}, Instant::fromUtc(2025, 1, 1));
+    later.controller.didSaveFolders({one});
+    ASSERT_EQ(stack.count(), 1);
+    stack.undo();
+    EXPECT_EQ(later.folders(), QList<MySingleFolder *>{one});
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(StateRestoreTest, AFolderMountedElsewhereIsReconnectedByTheUserAndOnlyByItsOwnFiles)
+{
+    const QString path = writeState();
+    QTemporaryDir elsewhere;
+    const QString moved = QDir(elsewhere.path()).filePath(u"disk/two"_s);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(moved).absolutePath()));
+    ASSERT_TRUE(QDir().rename(root.filePath(u"two"_s), moved)) << "the same directory, found at another place";
+    QTemporaryDir stranger;
+    QDir().mkpath(stranger.filePath(u"two"_s));
+
+    StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_EQ(restored.report.missingFolders, QStringList{root.filePath(u"two"_s)});
+    MySingleFolder &two = *restored.read.folders.at(1);
+
+    const QString refused = StateRestore::reconnect(two, stranger.filePath(u"two"_s), restored.report);
+    EXPECT_TRUE(refused.contains(u"e.jpg"_s)) << refused.toStdString();
+    EXPECT_TRUE(two.isDisconnected) << "a folder without its files changes nothing";
+    EXPECT_EQ(StateRestore::reconnect(two, stranger.filePath(u"nothing here"_s), restored.report).isEmpty(), false);
+
+    EXPECT_EQ(StateRestore::reconnect(two, moved, restored.report), QString());
+    EXPECT_FALSE(two.isDisconnected);
+    EXPECT_TRUE(restored.report.missingFolders.isEmpty());
+    EXPECT_EQ(named(two, u"e.jpg"_s)->spPath(), QDir(moved).filePath(u"e.jpg"_s));
+    EXPECT_EQ(named(two, u"e.jpg"_s)->fileUnchangedState, 0) << "its file is as the state kept it";
+
+    // A copy holding the files by name is taken too, but a copy's files are new: the save refuses them.
+    QTemporaryDir copyParent;
+    const QString copy = copyParent.filePath(u"two"_s);
+    ASSERT_TRUE(QDir().mkpath(copy));
+    ASSERT_TRUE(QFile::copy(QDir(moved).filePath(u"e.jpg"_s), QDir(copy).filePath(u"e.jpg"_s)));
+    setModificationTime(QDir(copy).filePath(u"e.jpg"_s), Instant::fromUtc(2025, 2, 2));
+    EXPECT_EQ(StateRestore::reconnect(two, copy, restored.report), QString());
+    EXPECT_EQ(named(two, u"e.jpg"_s)->fileUnchangedState, 3);
+    EXPECT_EQ(saveFolders({&two}, Instant::fromUtc(2025, 1, 1)), QStringList{u"e.jpg"_s});
+    EXPECT_TRUE(fileBytes(QDir(copy).filePath(u"e.jpg"_s)).contains("2024:05:01 10:00:00")) << "nothing written";
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(StateRestoreTest, ThumbnailsKeptBesideTheStateGoToTheItemsTheyWereMadeOf)
+{
+    qint32 index = 0;
+    for (MySingleFolder *folder : set.folders())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            pic->indexInSource_full = index++;
+    const QString path = writeState();
+    const QByteArray forB = "thumbnail of b", forE = "thumbnail of e";
+    const QList<ThumbRecord> records{{1, forB, 0.0}, {4, forE, 0.0}, {4, "a movie position", 3.0}};
+    ASSERT_EQ(StateFiles::writeDurably(StateFiles::thumbsFileOf(path), SavedThumbs::write(records)), QString());
+    EXPECT_EQ(StateFiles::thumbsFileOf(path), state.filePath(u"savedThumbs_v6"_s));
+
+    const StateRestore::Restored restored = StateRestore::fromFile(path);
+    ASSERT_TRUE(restored.read.problem.isEmpty());
+    EXPECT_EQ(restored.thumbnailsProblem, QString());
+    const MySinglePic *b = named(*restored.read.folders.at(0), u"b.jpg"_s);
+    const MySinglePic *e = named(*restored.read.folders.at(1), u"e.jpg"_s);
+    using Thumbs = QList<std::pair<quint32, QByteArray>>;
+    EXPECT_EQ(restored.thumbnails, (Thumbs{{b->sessionUniqueId, forB}, {e->sessionUniqueId, forE}}));
+
+    // A damaged thumbnails file costs the thumbnails after the damage, never the state.
+    QFile thumbs(StateFiles::thumbsFileOf(path));
+    ASSERT_TRUE(thumbs.resize(thumbs.size() - 70)); // into the second record
+    const StateRestore::Restored cut = StateRestore::fromFile(path);
+    EXPECT_TRUE(cut.read.problem.isEmpty());
+    EXPECT_EQ(cut.thumbnails.size(), 1);
+    EXPECT_TRUE(cut.thumbnailsProblem.startsWith(StateFiles::thumbsFileOf(path)));
 }
 
 } // namespace

@@ -1,0 +1,79 @@
+// The tray in the window: the working set kept there leaves the window and is listed with what
+// it holds; opened again it comes back with its changes and leaves the tray, and undoing the
+// opening puts it back.
+
+#include "WindowFixture.h"
+
+#include "app/AppController.h"
+#include "folders/MyDroppedFolders.h"
+#include "folders/MySingleFolder.h"
+#include "ui/PicTableModel.h"
+#include "ui/StateSession.h"
+#include "ui/StateTrayWindow.h"
+
+#include <QDir>
+#include <QListWidget>
+
+using namespace orv;
+using namespace orv::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class StateTrayWindowTest : public WindowFixture
+{
+protected:
+    // The tray of the test's data folder starts and ends empty.
+    void SetUp() override { clearTray(); }
+    void TearDown() override { clearTray(); }
+    void clearTray()
+    {
+        StateTray &tray = window->states().tray();
+        QDir(tray.appStateTrayRootPath()).removeRecursively();
+        QDir(tray.deletedStatesPath()).removeRecursively();
+    }
+    QList<MySingleFolder *> folders() const { return window->controller().theDataSource().droppedFolders(); }
+    static QStringList rows(const StateTrayWindow &tray)
+    {
+        const auto *list = tray.findChild<QListWidget *>(u"stateTrayList"_s);
+        QStringList texts;
+        for (int row = 0; row < list->count(); ++row)
+            texts.append(list->item(row)->text());
+        return texts;
+    }
+};
+
+TEST_F(StateTrayWindowTest, AWorkingSetKeptInTheTrayOpensAgainAndItsOpeningIsUndone)
+{
+    writeJpeg(u"a"_s, "2024:05:01 10:00:00");
+    writeJpeg(u"b"_s, "2024:05:01 11:00:00");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    ASSERT_EQ(window->controller().dateChanges().dragChangedDates(folders(), 3600, false), DateChangeResult::Changed);
+
+    StateTrayWindow &tray = window->states().showTray();
+    clickButton(tray, u"Keep Working Set"_s);
+    EXPECT_TRUE(folders().isEmpty()) << "the work was handed to the tray";
+    EXPECT_FALSE(window->isWindowModified());
+    const QStringList kept = rows(tray);
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_TRUE(kept[0].startsWith(QDir(dir.path()).dirName() + u'\n')) << kept[0].toStdString();
+    EXPECT_TRUE(kept[0].contains(u"2 photo(s) · 2 unsaved"_s)) << kept[0].toStdString();
+
+    tray.findChild<QListWidget *>(u"stateTrayList"_s)->setCurrentRow(0);
+    clickButton(tray, u"Open"_s);
+    ASSERT_EQ(folders().size(), 1);
+    EXPECT_EQ(folders().first()->sfDateModificationsTimeInterval, 3600);
+    EXPECT_EQ(shownColumn(PicTableModel::NameColumn).size(), 2);
+    EXPECT_TRUE(rows(tray).isEmpty()) << "an opened state leaves the tray";
+
+    QUndoStack &undo = window->controller().uManager();
+    undo.undo();
+    EXPECT_TRUE(folders().isEmpty());
+    EXPECT_EQ(rows(tray), kept) << "back in the tray";
+    undo.redo();
+    ASSERT_EQ(folders().size(), 1);
+    EXPECT_EQ(folders().first()->sfDateModificationsTimeInterval, 3600);
+    EXPECT_TRUE(rows(tray).isEmpty());
+}
+
+} // namespace
