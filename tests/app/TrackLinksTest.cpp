@@ -91,7 +91,7 @@ TEST_F(TrackLinksTest, LinkingATrackPlacesTheItemsWithoutAPlaceAndUndoRedoRestor
     EXPECT_EQ(onTrack.gpsLatOld, std::nullopt) << "it had no place before";
     EXPECT_EQ(onTrack.hasAddedLocation, 2);
     EXPECT_EQ(onTrack.locAddedByTrackKey, key);
-    EXPECT_EQ(onTrack.newLocationAltitude, 500.0);
+    EXPECT_DOUBLE_EQ(onTrack.newLocationAltitude, 525.0) << "a quarter of the way from 500 m to 600 m";
     EXPECT_DOUBLE_EQ(onTrack.newLocationHAccuracy, 3.5);
     EXPECT_TRUE(onTrack.hasLocationChange());
     EXPECT_TRUE(folder.isUnsavedFolder()) << "a track's place waits for the save";
