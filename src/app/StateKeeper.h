@@ -31,6 +31,8 @@ public:
     StateRestore::Restored restore(const QString &statePath);
     // The user declined the kept state: it is moved aside, never deleted.
     QString setKeptStateAside();
+    // The working set's additional data (its tracks) as a state keeps it.
+    QByteArray additionalData() const;
 
     // From now on every change is kept. Until then the kept state is left for the question.
     void start();
@@ -51,6 +53,8 @@ private:
     // One writer, so that writes land in the order they were made.
     QThreadPool m_writer;
     bool m_started = false;
+    // The additional data as last written; the writer's thread alone touches it.
+    QByteArray m_additionalWritten;
 };
 
 } // namespace orv

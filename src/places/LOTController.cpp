@@ -4,8 +4,10 @@
 #include "folders/MySingleFolder.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace orv {
 
@@ -31,6 +33,36 @@ QStringList LOTController::importTracks(GpxFile &file)
         m_importedGpxTracks.emplace(key, std::make_unique<MyGpxTrack>(std::move(track)));
     }
     return taken;
+}
+
+void LOTController::restoreTracks(QList<MyGpxTrack> tracks)
+{
+    for (MyGpxTrack &restored : tracks) {
+        const QString key = restored.key;
+        m_importedGpxTracks.try_emplace(key, std::make_unique<MyGpxTrack>(std::move(restored)));
+    }
+}
+
+QList<const MyGpxTrack *> LOTController::importedTracks() const
+{
+    QList<const MyGpxTrack *> tracks;
+    for (const auto &entry : m_importedGpxTracks)
+        tracks << entry.second.get();
+    return tracks;
+}
+
+QList<const MyGpxTrack *> LOTController::activeGpxTracks() const
+{
+    QList<const MyGpxTrack *> rows = importedTracks();
+    const auto sortKey = [](const MyGpxTrack *track) {
+        const bool usable = track->trackState == TrackState::Usable;
+        const OptionalDate start = track->startTime();
+        return std::tuple(!usable, usable ? QString() : QFileInfo(track->filePath).fileName(),
+                          start ? start->secondsSinceEpoch() : 0.0, track->key);
+    };
+    std::stable_sort(rows.begin(), rows.end(),
+                     [&sortKey](const MyGpxTrack *a, const MyGpxTrack *b) { return sortKey(a) < sortKey(b); });
+    return rows;
 }
 
 const MyGpxTrack *LOTController::track(const QString &key) const

@@ -23,6 +23,14 @@ public:
     // left out. Unusable tracks are kept too (they are listed with their reason). Answers the
     // keys taken, in file order.
     QStringList importTracks(GpxFile &file);
+    // The tracks of a kept state take their places under their own keys, so that the links that
+    // name them hold again; a key here already is that same import, and stays as it is.
+    void restoreTracks(QList<MyGpxTrack> tracks);
+    // Every imported track, in the order of their keys.
+    QList<const MyGpxTrack *> importedTracks() const;
+    // The track list's rows: the usable tracks by their start (then key), the others after them
+    // by their file's name.
+    QList<const MyGpxTrack *> activeGpxTracks() const;
     const MyGpxTrack *track(const QString &key) const;
     MyGpxTrack *track(const QString &key);
     QStringList keys() const;

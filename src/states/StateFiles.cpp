@@ -44,6 +44,16 @@ QString foldersFileOf(const QString &statePath)
     return QFileInfo(statePath).isDir() ? QDir(statePath).filePath(foldersPackageName) : statePath;
 }
 
+QString additionalDataFileOf(const QString &foldersFile)
+{
+    const QFileInfo info(foldersFile);
+    if (info.fileName() == foldersQuitName)
+        return info.dir().filePath(additionalDataQuitName);
+    if (info.fileName() == foldersPackageName)
+        return info.dir().filePath(additionalDataPackageName);
+    return {};
+}
+
 QString writeDurably(const QString &path, const QByteArray &data)
 {
     const QString folder = QFileInfo(path).absolutePath();
@@ -67,7 +77,7 @@ QString keepAside(const QString &path)
     return QFile::rename(path, aside) ? aside : QString();
 }
 
-NewPackage writePackage(const QString &parentFolder, const QByteArray &folders)
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders, const QByteArray &additionalData)
 {
     const QString name = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s);
     QString path = QDir(parentFolder).filePath(name + u'.' + packageExtension);
@@ -75,7 +85,10 @@ NewPackage writePackage(const QString &parentFolder, const QByteArray &folders)
         path = QDir(parentFolder).filePath(u"%1 (%2).%3"_s.arg(name).arg(n).arg(packageExtension));
     if (!QDir().mkpath(path))
         return {{}, u"cannot make the package %1"_s.arg(path)};
-    if (const QString problem = writeDurably(QDir(path).filePath(foldersPackageName), folders); !problem.isEmpty()) {
+    QString problem = writeDurably(QDir(path).filePath(foldersPackageName), folders);
+    if (problem.isEmpty() && !additionalData.isEmpty())
+        problem = writeDurably(QDir(path).filePath(additionalDataPackageName), additionalData);
+    if (!problem.isEmpty()) {
         QDir(path).removeRecursively();
         return {{}, problem};
     }

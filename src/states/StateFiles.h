@@ -20,6 +20,9 @@ QString supportFolder();
 QString quitFoldersPath();
 // The folders file of a package, or the path itself when it names a file.
 QString foldersFileOf(const QString &statePath);
+// The additional data file beside a folders file: the quit file's in the support folder, the
+// package's in its package; empty beside a folders file of any other name.
+QString additionalDataFileOf(const QString &foldersFile);
 
 // Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
 // the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.
@@ -33,7 +36,8 @@ struct NewPackage
     QString path;
     QString problem;
 };
-NewPackage writePackage(const QString &parentFolder, const QByteArray &folders);
+// The additional data, when given, is written beside the folders.
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders, const QByteArray &additionalData = {});
 
 } // namespace StateFiles
 

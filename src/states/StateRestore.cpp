@@ -7,6 +7,7 @@
 #include "states/StateFiles.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QtConcurrent/QtConcurrentMap>
 
 namespace orv {
@@ -26,6 +27,8 @@ QStringList RestoreReport::lines() const
         all.append(u"file changed since the state was kept: %1"_s.arg(file));
     for (const QString &folder : foldersAlreadyOpen)
         all.append(u"folder already open, left out: %1"_s.arg(folder));
+    if (!additionalDataProblem.isEmpty())
+        all.append(u"tracks not restored: %1"_s.arg(additionalDataProblem));
     return all;
 }
 
@@ -61,6 +64,27 @@ void checkItems(const MySingleFolder &folder, RestoreReport &report)
         else if (pic->fileUnchangedState == 3)
             report.changedFiles.append(pic->spPath());
     }
+}
+
+// The additional data of a state whose folders were read; a state without one has none.
+void readAdditionalData(const QString &foldersPath, Restored &restored)
+{
+    const QString path = StateFiles::additionalDataFileOf(foldersPath);
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        restored.report.additionalDataProblem = u"%1: %2"_s.arg(path, file.errorString());
+        return;
+    }
+    restored.additional = AdditionalData::read(file.readAll(), path);
+    if (restored.additional.problem.isEmpty())
+        return;
+    file.close();
+    const QString aside = StateFiles::keepAside(path);
+    restored.report.additionalDataProblem =
+        aside.isEmpty() ? restored.additional.problem
+                        : u"%1 (kept as %2)"_s.arg(restored.additional.problem, aside);
 }
 
 } // namespace
@@ -104,6 +128,7 @@ Restored fromFile(const QString &statePath)
         return restored;
     }
     restored.report = checkFolders(restored.read.folders);
+    readAdditionalData(path, restored);
     return restored;
 }
 

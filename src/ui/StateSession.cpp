@@ -112,7 +112,8 @@ void StateSession::keepAsPackage()
         &m_window, tr("Keep Working Set In"), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     if (parent.isEmpty())
         return;
-    const StateFiles::NewPackage package = StateFiles::writePackage(parent, SavedFolders::write(folders));
+    const StateFiles::NewPackage package =
+        StateFiles::writePackage(parent, SavedFolders::write(folders), m_keeper->additionalData());
     if (!package.problem.isEmpty())
         QMessageBox::warning(&m_window, tr("Working Set Not Kept"), package.problem);
 }
