@@ -13,6 +13,7 @@ packages=(
   clang libclang-rt-14-dev
   xvfb xauth
   python3 tzdata
+  libtimezonemap-data
   help2man librsvg2-bin desktop-file-utils appstream dpkg-dev
 )
 

@@ -6,6 +6,7 @@
 #include "cli/PathImport.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "places/ZonePlaces.h"
 
 #include <QTextStream>
 
@@ -58,22 +59,44 @@ QString takeValue(Options &options, const QString &option, const QString &value)
                : QLatin1String("'") + value + QLatin1String("' is no accuracy in metres");
 }
 
+// "--place NAME" becomes "--at LAT,LON" of the search's first place, which is said on stderr.
+QString resolvePlaces(QStringList &arguments, QTextStream &err)
+{
+    for (qsizetype i = 0; i + 1 < arguments.size(); ++i) {
+        if (arguments[i] != QLatin1String("--place"))
+            continue;
+        const ZonePlaces &places = ZonePlaces::shared();
+        if (places.isEmpty())
+            return places.problem();
+        const QList<ZonePlaceHit> hits = places.search(arguments[i + 1], 1);
+        if (hits.isEmpty())
+            return QLatin1String("no place is called '") + arguments[i + 1] +
+                   QLatin1String("'; 'orvelle-cli places TEXT' lists the names it knows");
+        const GeoCoordinate at = hits[0].place->coordinate;
+        const QString coordinates = QString::number(at.latitude, 'f', 5) + QLatin1Char(',') + QString::number(at.longitude, 'f', 5);
+        err << "orvelle-cli locate: --place " << arguments[i + 1] << ": " << hits[0].label() << " at " << coordinates << "\n";
+        arguments[i] = QStringLiteral("--at");
+        arguments[i + 1] = coordinates;
+    }
+    return {};
+}
+
 } // namespace
 
-int LocateCommand::run(const QStringList &arguments)
+int LocateCommand::run(const QStringList &givenArguments)
 {
     QTextStream err(stderr);
     Options options;
-    const QString problem = DateSaveRun::parseArguments(
-        arguments, {QStringLiteral("--at"), QStringLiteral("--accuracy")},
-        QStringLiteral("LAT,LON[,ALT]"),
-        [&options](const QString &option, const QString &value) {
-            return takeValue(options, option, value);
-        },
-        options);
+    QStringList arguments = givenArguments;
+    QString problem = resolvePlaces(arguments, err);
+    if (problem.isEmpty())
+        problem = DateSaveRun::parseArguments(
+            arguments, {QStringLiteral("--at"), QStringLiteral("--accuracy")}, QStringLiteral("LAT,LON[,ALT]"),
+            [&options](const QString &option, const QString &value) { return takeValue(options, option, value); },
+            options);
     if (!problem.isEmpty()) {
         err << "orvelle-cli locate: " << problem << "\n"
-            << "Usage: orvelle-cli locate --at LAT,LON[,ALT] [--accuracy M] [--dry-run] [--json] "
+            << "Usage: orvelle-cli locate --at LAT,LON[,ALT] | --place NAME [--accuracy M] [--dry-run] [--json] "
                "[--pref KEY=VALUE]... PATH...\n";
         return 2;
     }

@@ -2,6 +2,7 @@
 #include "cli/GeotagCommand.h"
 #include "cli/JournalCommands.h"
 #include "cli/LocateCommand.h"
+#include "cli/PlacesCommand.h"
 #include "cli/RenameCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
@@ -49,6 +50,8 @@ const char *const usage =
     "         PATH...          Give every file this place (degrees, metres) and save it:\n"
     "                          in place where the file has GPS tags, otherwise through\n"
     "                          exiftool, or into an XMP sidecar for files that have one.\n"
+    "                          --place NAME instead of --at takes the first place that\n"
+    "                          'places NAME' lists (named on stderr).\n"
     "  geotag --gpx FILE [--gpx FILE]... [--offset OFFSET] [--dry-run] [--json]\n"
     "         [--pref KEY=VALUE]... PATH...\n"
     "                          Place the files by GPX tracks (GPX 1.0 and 1.1) and save the\n"
@@ -145,6 +148,12 @@ const char *const usage =
     "                          dates to the nanosecond; or, when the last run was a\n"
     "                          rename, the names it changed. A file changed since that\n"
     "                          run is left as it is and named, and the exit code is 1.\n"
+    "  places [--limit N] [--json] TEXT...\n"
+    "                          List the places (cities of the system's GeoNames list, and\n"
+    "                          time zones) whose name, country, region or zone name begins\n"
+    "                          with TEXT, ignoring case and accents, largest first (at most\n"
+    "                          N, default 20), each with its time zone and coordinates.\n"
+    "                          Changes nothing.\n"
     "\n"
     "  --no-wait               With any command: when another save or revert is running,\n"
     "                          refuse at once (exit code 3) instead of waiting for it.\n"
@@ -231,6 +240,8 @@ int main(int argc, char *argv[])
         return orv::ZoneCommand::run(args.mid(1));
     if (args.first() == QLatin1String("state"))
         return orv::StateCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("places"))
+        return orv::PlacesCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;
     return 2;
 }
