@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QUndoStack>
 
+#include <algorithm>
+
 namespace orv {
 
 QList<GpxFile> TrackLinks::readFiles(const QStringList &paths)
@@ -40,6 +42,26 @@ qsizetype TrackLinks::placedBy(const QList<MySingleFolder *> &folders, const QSt
         for (const MySinglePic *pic : folder->sfPicDetails_fullArray)
             placed += keys.contains(pic->locAddedByTrackKey) ? 1 : 0;
     return placed;
+}
+
+QList<ZoneChangeCommand::FolderChange> TrackLinks::trackZoneChanges(const QList<MySingleFolder *> &folders,
+                                                                    const QString &zone)
+{
+    const auto withoutOffsetTags = [](const MySinglePic *pic) {
+        const PicAttributes &a = pic->singlePicAttributes;
+        return !a.ExifOffsetTimeOriginal && !a.ExifOffsetTimeDigitized && !a.TIFFOffsetTime;
+    };
+    QList<ZoneChangeCommand::FolderChange> changes;
+    for (MySingleFolder *folder : folders) {
+        if (zone.isEmpty() || folder->sourceTimeZones.defaultZone == zone
+            || std::none_of(folder->sfPicDetails_fullArray.cbegin(), folder->sfPicDetails_fullArray.cend(),
+                            withoutOffsetTags))
+            continue;
+        ZoneChangeCommand::Zones after{folder->sourceTimeZones, folder->targetTimeZones};
+        after.source.defaultZone = zone;
+        changes.append({folder, {folder->sourceTimeZones, folder->targetTimeZones}, after});
+    }
+    return changes;
 }
 
 DateChangeResult TrackLinks::record(const QList<MySingleFolder *> &folders, const QList<MySinglePic *> &pics,

@@ -2,6 +2,7 @@
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "places/ZonePlaces.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -63,6 +64,23 @@ QList<const MyGpxTrack *> LOTController::activeGpxTracks() const
     std::stable_sort(rows.begin(), rows.end(),
                      [&sortKey](const MyGpxTrack *a, const MyGpxTrack *b) { return sortKey(a) < sortKey(b); });
     return rows;
+}
+
+QString LOTController::trackTimeZone(const QString &key) const
+{
+    const auto known = m_trackZones.constFind(key);
+    if (known != m_trackZones.cend())
+        return *known;
+    QString zone;
+    if (const MyGpxTrack *found = track(key)) {
+        const auto first = std::find_if(found->trackSegments.cbegin(), found->trackSegments.cend(),
+                                        [](const MyGpxTrackSegment &s) { return !s.trackPoints.isEmpty(); });
+        if (first != found->trackSegments.cend())
+            if (const MyTimeZoneCityObject *place = ZonePlaces::shared().nearest(first->trackPoints.first().coordinate()))
+                zone = place->timezone;
+    }
+    m_trackZones.insert(key, zone);
+    return zone;
 }
 
 const MyGpxTrack *LOTController::track(const QString &key) const

@@ -35,13 +35,14 @@ TrackListView::TrackListView(AppController &controller, FoldersOnShow foldersOnS
                              QWidget *parent)
     : QWidget(parent), m_controller(controller), m_foldersOnShow(std::move(foldersOnShow)),
       m_chosenPics(std::move(chosenPics)), m_list(new QTreeWidget(this)),
-      m_link(new QPushButton(tr("Link"), this)), m_unlink(new QPushButton(tr("Unlink"), this))
+      m_link(new QPushButton(tr("Link"), this)), m_unlink(new QPushButton(tr("Unlink"), this)),
+      m_useZone(new QPushButton(tr("Use Track's Zone"), this))
 {
     m_list->setObjectName(QStringLiteral("trackList"));
     m_list->setRootIsDecorated(false);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setHeaderLabels({tr("Track"), tr("Start"), tr("End"), tr("Points"), tr("Placed"), tr("Folders"),
-                             tr("State")});
+                             tr("Zone"), tr("State")});
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_link->setObjectName(QStringLiteral("linkTracksButton"));
     m_link->setToolTip(tr("Link the chosen tracks to the folders on show"));
@@ -55,8 +56,12 @@ TrackListView::TrackListView(AppController &controller, FoldersOnShow foldersOnS
     close->setObjectName(QStringLiteral("closeItemsToTracksButton"));
     close->setToolTip(tr("The chosen items no longer take places from tracks and get back what they had"));
 
+    m_useZone->setObjectName(QStringLiteral("useTrackZoneButton"));
+    m_useZone->setToolTip(tr("The folders on show whose camera wrote no time zone read their dates in the zone "
+                             "where the chosen track was recorded"));
+
     auto *buttons = new QHBoxLayout;
-    for (QPushButton *button : {m_link, m_unlink, open, close})
+    for (QPushButton *button : {m_link, m_unlink, open, close, m_useZone})
         buttons->addWidget(button);
     buttons->addStretch();
     auto *layout = new QVBoxLayout(this);
@@ -74,6 +79,12 @@ TrackListView::TrackListView(AppController &controller, FoldersOnShow foldersOnS
     connect(open, &QPushButton::clicked, this, [this, &links] { act([&] { return links.linkPics(m_chosenPics()); }); });
     connect(close, &QPushButton::clicked, this,
             [this, &links] { act([&] { return links.unlinkPics(m_chosenPics()); }); });
+    connect(m_useZone, &QPushButton::clicked, this, [this, &controller] {
+        act([&] {
+            return controller.dateChanges().changeTimeZones(TrackLinks::trackZoneChanges(m_foldersOnShow(), chosenZone()),
+                                                            {});
+        });
+    });
     connect(m_list, &QTreeWidget::itemSelectionChanged, this, &TrackListView::updateButtons);
     // Links and places change by undo steps, and with the folders there are.
     connect(&controller.uManager(), &QUndoStack::indexChanged, this, &TrackListView::refresh);
@@ -97,7 +108,7 @@ void TrackListView::refresh()
             m_list, {track->name.isEmpty() ? QFileInfo(track->filePath).fileName() : track->name,
                      shownTime(track->startTime()), shownTime(track->endTime()), QLocale().toString(track->pointCount()),
                      QLocale().toString(TrackLinks::placedBy(folders, {track->key})), QLocale().toString(linked),
-                     reason.isEmpty() ? tr("usable") : reason});
+                     m_controller.tracks().trackTimeZone(track->key), reason.isEmpty() ? tr("usable") : reason});
         row->setData(NameColumn, Qt::UserRole, track->key);
         row->setToolTip(NameColumn, track->filePath);
         for (const Column column : {PointsColumn, PlacedColumn, FoldersColumn})
@@ -115,11 +126,19 @@ QStringList TrackListView::chosenKeys() const
     return keys;
 }
 
+QString TrackListView::chosenZone() const
+{
+    const QStringList keys = chosenKeys();
+    return keys.size() == 1 ? m_controller.tracks().trackTimeZone(keys.first()) : QString();
+}
+
 void TrackListView::updateButtons()
 {
     const bool any = !m_list->selectedItems().isEmpty();
     m_link->setEnabled(any);
     m_unlink->setEnabled(any);
+    const QString zone = chosenZone();
+    m_useZone->setEnabled(!zone.isEmpty() && !TrackLinks::trackZoneChanges(m_foldersOnShow(), zone).isEmpty());
 }
 
 void TrackListView::act(const std::function<DateChangeResult()> &change)

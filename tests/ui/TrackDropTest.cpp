@@ -95,6 +95,7 @@ TEST_F(TrackDropTest, TheTrackListShowsEachTrackWithWhatItPlacedAndItsButtonsAre
     EXPECT_EQ(cell(0, TrackListView::PointsColumn), "2");
     EXPECT_EQ(cell(0, TrackListView::PlacedColumn), "2");
     EXPECT_EQ(cell(0, TrackListView::FoldersColumn), "1");
+    EXPECT_FALSE(cell(0, TrackListView::ZoneColumn).empty()) << "where the track began";
     EXPECT_EQ(cell(1, TrackListView::NameColumn), "Lost");
     EXPECT_EQ(cell(1, TrackListView::StateColumn), "its points have no times");
     EXPECT_EQ(cell(1, TrackListView::PlacedColumn), "0");
@@ -106,6 +107,8 @@ TEST_F(TrackDropTest, TheTrackListShowsEachTrackWithWhatItPlacedAndItsButtonsAre
     EXPECT_FALSE(unlink->isEnabled()) << "no track chosen";
     list->topLevelItem(0)->setSelected(true);
     ASSERT_TRUE(unlink->isEnabled());
+    EXPECT_FALSE(window->findChild<QPushButton *>(QStringLiteral("useTrackZoneButton"))->isEnabled())
+        << "the camera wrote its offset: its clock needs no zone";
     unlink->click();
     EXPECT_EQ(undo.count(), linked + 1);
     EXPECT_EQ(cell(0, TrackListView::PlacedColumn), "0");
