@@ -59,6 +59,10 @@ QList<ZoneChangeCommand::FolderChange> TrackLinks::trackZoneChanges(const QList<
             continue;
         ZoneChangeCommand::Zones after{folder->sourceTimeZones, folder->targetTimeZones};
         after.source.defaultZone = zone;
+        // Without a zone to write in, the stamps stay the camera's wall clock: only what they
+        // mean changes, not what the files say.
+        if (!after.target.defaultZone)
+            after.target.defaultZone = zone;
         changes.append({folder, {folder->sourceTimeZones, folder->targetTimeZones}, after});
     }
     return changes;

@@ -37,7 +37,8 @@ public:
     // How many of the folders' items have their place from one of the tracks.
     static qsizetype placedBy(const QList<MySingleFolder *> &folders, const QStringList &keys);
     // A track's zone offered as the source zone of the folders whose camera wrote no offset
-    // tags: the changes for those of the folders that have such an item and another source
+    // tags (and as their target zone where they have none, so the stamps keep their wall
+    // clock): the changes for those of the folders that have such an item and another source
     // zone, for DateChanges::changeTimeZones.
     static QList<ZoneChangeCommand::FolderChange> trackZoneChanges(const QList<MySingleFolder *> &folders,
                                                                     const QString &zone);

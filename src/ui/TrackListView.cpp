@@ -47,7 +47,7 @@ TrackListView::TrackListView(AppController &controller, FoldersOnShow foldersOnS
     m_link->setObjectName(QStringLiteral("linkTracksButton"));
     m_link->setToolTip(tr("Link the chosen tracks to the folders on show"));
     m_unlink->setObjectName(QStringLiteral("unlinkTracksButton"));
-    m_unlink->setToolTip(tr("Let the folders on show go of the chosen tracks"));
+    m_unlink->setToolTip(tr("The folders on show let go of the chosen tracks"));
     auto *open = new QPushButton(tr("Open Items"), this);
     open->setObjectName(QStringLiteral("openItemsToTracksButton"));
     open->setToolTip(tr("The chosen items take their places from their folders' tracks, a place of their own "

@@ -185,7 +185,12 @@ TEST_F(TrackLinksTest, ATracksZoneIsWhereItBeganAndIsOfferedOnlyToFoldersWhoseCa
     EXPECT_EQ(changes[0].folder, &folder);
     EXPECT_EQ(changes[0].before.source, folder.sourceTimeZones);
     EXPECT_EQ(changes[0].after.source.defaultZone, zone);
-    EXPECT_EQ(changes[0].after.target, folder.targetTimeZones);
+    EXPECT_EQ(changes[0].after.target.defaultZone, zone) << "the stamps keep their wall clock";
+    FolderTimeZones tokyo;
+    tokyo.defaultZone = QStringLiteral("Asia/Tokyo");
+    folder.targetTimeZones = tokyo;
+    EXPECT_EQ(TrackLinks::trackZoneChanges({&folder}, zone).value(0).after.target, tokyo) << "a zone to write stays";
+    folder.targetTimeZones = {};
     ASSERT_EQ(dateChanges.changeTimeZones(changes, {}), DateChangeResult::Changed);
     EXPECT_EQ(folder.sourceTimeZones.defaultZone, zone);
     EXPECT_TRUE(TrackLinks::trackZoneChanges({&folder}, zone).isEmpty()) << "it has that zone already";
