@@ -3,16 +3,20 @@
 #  1. 5,000 photos against a 100,000-point track: orvelle-cli geotag --dry-run beside exiftool
 #     -geotag on identical copies (exiftool has no dry run: it writes), with their ratio.
 #  2. Reading a GPX file of about 100 MB: time and peak memory of orvelle-cli beside the file
-#     size, and beside the same run with a tiny track (the tool's own footprint).
-#   bench/geotag_bench.sh [BUILD_DIR]     (default: build)
+#     size, and beside the same run with a tiny track (the tool's own footprint); the reader alone
+#     beside Qt's XML tokenizer alone on the same file (the floor QXmlStreamReader sets), and
+#     beside exiftool reading the file's first 10 MB (all of it would take it minutes).
+#   bench/geotag_bench.sh [BUILD_DIR]     (default: build; needs orvelle-cli and orvelle-gpx-bench)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cli="${1:-$root/build}/src/orvelle-cli"
+gpx_bench="${1:-$root/build}/bench/orvelle-gpx-bench"
 source "$root/bench/common.sh"
 photos=5000
 points=100000
 
 [ -x "$cli" ] || { echo "no orvelle-cli at $cli; build first" >&2; exit 2; }
+[ -x "$gpx_bench" ] || { echo "no orvelle-gpx-bench at $gpx_bench; build first" >&2; exit 2; }
 command -v exiftool > /dev/null || { echo "exiftool is missing (Debian: libimage-exiftool-perl)" >&2; exit 2; }
 [ -x /usr/bin/time ] || { echo "GNU time is missing (Debian: time)" >&2; exit 2; }
 source_jpeg=$(find "$corpus" -type f -iname '*.jpg' -size +2k -size -200k | sort | head -n 1)
@@ -89,3 +93,19 @@ printf 'parse:     %.1f MB of GPX in %.2f s wall, %.2f s processor (%.1f MB/s), 
 printf 'memory:    peak %.0f MB (tiny track: %.0f MB), %.2f bytes of memory per byte of file\n' \
   "$(awk -v k="$big_kb" 'BEGIN { print k / 1024 }')" "$(awk -v k="$tiny_kb" 'BEGIN { print k / 1024 }')" \
   "$(awk -v k="$big_kb" -v t="$tiny_kb" -v s="$size" 'BEGIN { print (k - t) * 1024 / s }')"
+
+# The reader alone and the tokenizer alone, in processor seconds; exiftool on a slice of 10 MB cut
+# at a point's end, in MB per processor second.
+cpu() { /usr/bin/time -f '%U %S %M' "$@" 2>&1 > /dev/null | tail -n 1 | awk '{ print $1 + $2, $3 }'; }
+read -r reader_cpu reader_kb < <(cpu "$gpx_bench" reader "$work/big.gpx")
+read -r tokens_cpu tokens_kb < <(cpu "$gpx_bench" tokens "$work/big.gpx")
+{ head -c 10000000 "$work/big.gpx" | sed '$d'; echo '</trkseg></trk></gpx>'; } > "$work/slice.gpx"
+slice=$(stat -c %s "$work/slice.gpx")
+read -r exiftool_cpu exiftool_kb < <(cpu exiftool -q -q -m -geotag "$work/slice.gpx" '-geotime=2024:05:01 09:00:00Z' \
+  -o "$work/slice.jpg" "$work/base/000.jpg")
+awk -v s="$size" -v r="$reader_cpu" -v t="$tokens_cpu" -v rk="$reader_kb" -v sl="$slice" -v e="$exiftool_cpu" 'BEGIN {
+  printf "reader:    %.2f s processor (%.1f MB/s, peak %.0f MB); Qt tokenizer alone %.2f s (%.1f MB/s): the reader costs %.2fx the tokenizer\n",
+    r, s / 1e6 / r, rk / 1024, t, s / 1e6 / t, r / t
+  printf "exiftool:  %.1f MB/s reading GPX (%.1f MB in %.2f s processor); ratio %.1fx\n",
+    sl / 1e6 / e, sl / 1e6, e, (s / r) / (sl / e)
+}'

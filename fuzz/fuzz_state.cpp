@@ -1,7 +1,9 @@
 // A state's folders file: the root map, each folder's map, its items with their byte records,
-// and the references between them (group partners, zones, the quick selection).
+// and the references between them (group partners, zones, the quick selection). The same bytes
+// go to the additional data reader: its tracks' point columns.
 
 #include "folders/MySingleFolder.h"
+#include "states/AdditionalData.h"
 #include "states/FolderCoder.h"
 #include "states/SavedFolders.h"
 
@@ -17,5 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // What was taken must write again: every reference it followed points into the folder.
     for (const auto &folder : state.folders)
         FolderCoder::write(*folder);
+    const AdditionalData::ReadResult additional = AdditionalData::read(bytes, QStringLiteral("fuzz"));
+    QList<const MyGpxTrack *> tracks;
+    for (const MyGpxTrack &track : additional.importedTracks)
+        tracks.append(&track);
+    AdditionalData::write(tracks);
     return 0;
 }

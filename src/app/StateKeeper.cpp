@@ -3,6 +3,7 @@
 #include "app/AppController.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "states/AdditionalData.h"
 #include "states/SavedFolders.h"
 #include "states/StateFiles.h"
 #include "trash/FreedesktopTrash.h"
@@ -49,12 +50,18 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath, std::funct
             fresh.push_back(std::move(folder));
     }
     restored.read.folders.clear();
+    // The tracks first, so that the folders' links find them.
+    m_controller.tracks().restoreTracks(std::exchange(restored.additional.importedTracks, {}));
     m_controller.adoptRestoredFolders(std::move(fresh), std::move(followed));
     return restored;
 }
 
 QString StateKeeper::setKeptStateAside()
 {
+    // The additional data belongs to the folders beside it: it goes with them.
+    const QString additional = StateFiles::additionalDataFileOf(m_foldersPath);
+    if (QFileInfo::exists(additional))
+        StateFiles::keepAside(additional);
     return StateFiles::keepAside(m_foldersPath);
 }
 
@@ -69,6 +76,11 @@ QString StateKeeper::discardKeptState()
     if (FreedesktopTrash::moveToTrash(m_foldersPath, &problem) || QFile::remove(m_foldersPath))
         return {};
     return problem;
+}
+
+QByteArray StateKeeper::additionalData() const
+{
+    return AdditionalData::write(m_controller.tracks().importedTracks());
 }
 
 void StateKeeper::start()
@@ -93,13 +105,24 @@ void StateKeeper::writeInBackground()
     const QList<MySingleFolder *> folders = m_controller.theDataSource().droppedFolders();
     // A working set of no folders keeps no state.
     const QByteArray data = folders.isEmpty() ? QByteArray() : SavedFolders::write(folders);
-    m_writer.start([this, data, path = m_foldersPath] {
+    const QByteArray additional = folders.isEmpty() ? QByteArray() : additionalData();
+    m_writer.start([this, data, additional, path = m_foldersPath] {
+        const QString additionalPath = StateFiles::additionalDataFileOf(path);
         QString problem;
         if (data.isEmpty()) {
-            if (QFileInfo::exists(path) && !QFile::remove(path))
-                problem = tr("cannot remove %1").arg(path);
+            for (const QString &kept : {additionalPath, path})
+                if (QFileInfo::exists(kept) && !QFile::remove(kept))
+                    problem = tr("cannot remove %1").arg(kept);
         } else {
-            problem = StateFiles::writeDurably(path, data);
+            // The tracks before the folders that link them: a kill between the two leaves
+            // links to tracks that are there, or tracks no folder links yet. Tracks change
+            // seldom and may be large: the same bytes are not written again.
+            if (!additionalPath.isEmpty() && (additional != m_additionalWritten || !QFileInfo::exists(additionalPath))) {
+                problem = StateFiles::writeDurably(additionalPath, additional);
+                m_additionalWritten = problem.isEmpty() ? additional : QByteArray();
+            }
+            if (problem.isEmpty())
+                problem = StateFiles::writeDurably(path, data);
         }
         if (!problem.isEmpty())
             QMetaObject::invokeMethod(this, [this, problem] { Q_EMIT writeFailed(problem); }, Qt::QueuedConnection);

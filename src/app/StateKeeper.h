@@ -37,6 +37,8 @@ public:
     // The user quits without keeping the working set: nothing more is written, and the kept
     // state goes to the desktop's trash (deleted where there is no trash). Empty on success.
     QString discardKeptState();
+    // The working set's additional data (its tracks) as a state keeps it.
+    QByteArray additionalData() const;
 
     // From now on every change is kept. Until then the kept state is left for the question.
     void start();
@@ -57,6 +59,8 @@ private:
     // One writer, so that writes land in the order they were made.
     QThreadPool m_writer;
     bool m_started = false;
+    // The additional data as last written; the writer's thread alone touches it.
+    QByteArray m_additionalWritten;
 };
 
 } // namespace orv

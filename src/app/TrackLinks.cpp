@@ -46,6 +46,30 @@ qsizetype TrackLinks::placedBy(const QList<MySingleFolder *> &folders, const QSt
     return placed;
 }
 
+QList<ZoneChangeCommand::FolderChange> TrackLinks::trackZoneChanges(const QList<MySingleFolder *> &folders,
+                                                                    const QString &zone)
+{
+    const auto withoutOffsetTags = [](const MySinglePic *pic) {
+        const PicAttributes &a = pic->singlePicAttributes;
+        return !a.ExifOffsetTimeOriginal && !a.ExifOffsetTimeDigitized && !a.TIFFOffsetTime;
+    };
+    QList<ZoneChangeCommand::FolderChange> changes;
+    for (MySingleFolder *folder : folders) {
+        if (zone.isEmpty() || folder->sourceTimeZones.defaultZone == zone
+            || std::none_of(folder->sfPicDetails_fullArray.cbegin(), folder->sfPicDetails_fullArray.cend(),
+                            withoutOffsetTags))
+            continue;
+        ZoneChangeCommand::Zones after{folder->sourceTimeZones, folder->targetTimeZones};
+        after.source.defaultZone = zone;
+        // Without a zone to write in, the stamps stay the camera's wall clock: only what they
+        // mean changes, not what the files say.
+        if (!after.target.defaultZone)
+            after.target.defaultZone = zone;
+        changes.append({folder, {folder->sourceTimeZones, folder->targetTimeZones}, after});
+    }
+    return changes;
+}
+
 DateChangeResult TrackLinks::record(const QList<MySingleFolder *> &folders, const QList<MySinglePic *> &pics,
                                     const QString &text, const std::function<void()> &change)
 {

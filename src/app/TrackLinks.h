@@ -37,6 +37,12 @@ public:
     ImportedTracks importFiles(QList<GpxFile> files);
     // How many of the folders' items have their place from one of the tracks.
     static qsizetype placedBy(const QList<MySingleFolder *> &folders, const QStringList &keys);
+    // A track's zone offered as the source zone of the folders whose camera wrote no offset
+    // tags (and as their target zone where they have none, so the stamps keep their wall
+    // clock): the changes for those of the folders that have such an item and another source
+    // zone, for DateChanges::changeTimeZones.
+    static QList<ZoneChangeCommand::FolderChange> trackZoneChanges(const QList<MySingleFolder *> &folders,
+                                                                    const QString &zone);
 
     DateChangeResult linkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys);
     DateChangeResult unlinkTracks(const QList<MySingleFolder *> &folders, const QStringList &keys);

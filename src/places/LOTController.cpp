@@ -2,10 +2,13 @@
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "places/ZonePlaces.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace orv {
 
@@ -31,6 +34,53 @@ QStringList LOTController::importTracks(GpxFile &file)
         m_importedGpxTracks.emplace(key, std::make_unique<MyGpxTrack>(std::move(track)));
     }
     return taken;
+}
+
+void LOTController::restoreTracks(QList<MyGpxTrack> tracks)
+{
+    for (MyGpxTrack &restored : tracks) {
+        const QString key = restored.key;
+        m_importedGpxTracks.try_emplace(key, std::make_unique<MyGpxTrack>(std::move(restored)));
+    }
+}
+
+QList<const MyGpxTrack *> LOTController::importedTracks() const
+{
+    QList<const MyGpxTrack *> tracks;
+    for (const auto &entry : m_importedGpxTracks)
+        tracks << entry.second.get();
+    return tracks;
+}
+
+QList<const MyGpxTrack *> LOTController::activeGpxTracks() const
+{
+    QList<const MyGpxTrack *> rows = importedTracks();
+    const auto sortKey = [](const MyGpxTrack *track) {
+        const bool usable = track->trackState == TrackState::Usable;
+        const OptionalDate start = track->startTime();
+        return std::tuple(!usable, usable ? QString() : QFileInfo(track->filePath).fileName(),
+                          start ? start->secondsSinceEpoch() : 0.0, track->key);
+    };
+    std::stable_sort(rows.begin(), rows.end(),
+                     [&sortKey](const MyGpxTrack *a, const MyGpxTrack *b) { return sortKey(a) < sortKey(b); });
+    return rows;
+}
+
+QString LOTController::trackTimeZone(const QString &key) const
+{
+    const auto known = m_trackZones.constFind(key);
+    if (known != m_trackZones.cend())
+        return *known;
+    QString zone;
+    if (const MyGpxTrack *found = track(key)) {
+        const auto first = std::find_if(found->trackSegments.cbegin(), found->trackSegments.cend(),
+                                        [](const MyGpxTrackSegment &s) { return !s.trackPoints.isEmpty(); });
+        if (first != found->trackSegments.cend())
+            if (const MyTimeZoneCityObject *place = ZonePlaces::shared().nearest(first->trackPoints.first().coordinate()))
+                zone = place->timezone;
+    }
+    m_trackZones.insert(key, zone);
+    return zone;
 }
 
 const MyGpxTrack *LOTController::track(const QString &key) const

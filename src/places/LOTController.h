@@ -3,6 +3,7 @@
 #include "places/MyGpxTrackParser.h"
 #include "places/TrackMatch.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <map>
@@ -23,6 +24,17 @@ public:
     // left out. Unusable tracks are kept too (they are listed with their reason). Answers the
     // keys taken, in file order.
     QStringList importTracks(GpxFile &file);
+    // The tracks of a kept state take their places under their own keys, so that the links that
+    // name them hold again; a key here already is that same import, and stays as it is.
+    void restoreTracks(QList<MyGpxTrack> tracks);
+    // Every imported track, in the order of their keys.
+    QList<const MyGpxTrack *> importedTracks() const;
+    // The track list's rows: the usable tracks by their start (then key), the others after them
+    // by their file's name.
+    QList<const MyGpxTrack *> activeGpxTracks() const;
+    // The zone the track was recorded in: that of the place nearest its first point. Empty
+    // without points or without the zone search data. The first answer loads that data.
+    QString trackTimeZone(const QString &key) const;
     const MyGpxTrack *track(const QString &key) const;
     MyGpxTrack *track(const QString &key);
     QStringList keys() const;
@@ -62,6 +74,7 @@ public:
 private:
     static QString simpleTimeKey();
     std::map<QString, std::unique_ptr<MyGpxTrack>> m_importedGpxTracks;
+    mutable QHash<QString, QString> m_trackZones; // by key: the search is a walk of every place
 };
 
 } // namespace orv

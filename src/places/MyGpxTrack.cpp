@@ -175,9 +175,10 @@ TrackInfos MyGpxTrack::infosBetweenTrackPoint(const MyGpxTrackPoint &a, const My
     const double span = time(b).secondsSince(time(a));
     const double fraction = span > 0.0 ? date.secondsSince(time(a)) / span : 0.0;
     TrackInfos infos;
-    // A height is taken from the nearer point as it is: a mean of two readings is no reading.
+    // The height moves with the place, evenly between the two fixes, as the way between them is
+    // taken to be walked; a point without a height leaves the stretch to it without one.
     if (a.elevation != MyGpxTrackPoint::notSet && b.elevation != MyGpxTrackPoint::notSet)
-        infos.elevation = fraction <= 0.5 ? a.elevation : b.elevation;
+        infos.elevation = a.elevation + (b.elevation - a.elevation) * fraction;
     if (a.hAcc != MyGpxTrackPoint::notSet && b.hAcc != MyGpxTrackPoint::notSet)
         infos.hAcc = a.hAcc + (b.hAcc - a.hAcc) * fraction;
     else

@@ -4,11 +4,14 @@
 #include <QFileInfo>
 #include <QXmlStreamReader>
 
+#include <charconv>
 #include <cmath>
 
 namespace orv {
 
 namespace {
+
+using namespace Qt::StringLiterals;
 
 // Digits of text from position at, as a number; -1 when any is not a digit.
 int digits(QStringView text, qsizetype at, qsizetype count)
@@ -47,6 +50,31 @@ std::optional<int> zoneSeconds(QStringView zone)
     return sign == u'-' ? -seconds : seconds;
 }
 
+// A decimal number as GPX writes it ("312.5", "-0.25", "+1e3"), read exactly by std::from_chars
+// from a copy on the stack: a QString's own conversion allocates for every value, and a big
+// track has millions of them. Nothing for any other text.
+std::optional<double> number(QStringView text)
+{
+    text = text.trimmed();
+    if (text.startsWith(u'+'))
+        text = text.mid(1);
+    char ascii[64];
+    if (text.isEmpty() || text.size() > qsizetype(sizeof ascii))
+        return std::nullopt;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c >= 0x80)
+            return std::nullopt;
+        ascii[i] = char(c);
+    }
+    double value = 0.0;
+    const char *end = ascii + text.size();
+    const auto [stop, error] = std::from_chars(ascii, end, value);
+    if (error != std::errc() || stop != end || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
 class Reader
 {
 public:
@@ -54,17 +82,17 @@ public:
 
     void read()
     {
-        if (!m_xml.readNextStartElement() || m_xml.name() != u"gpx") {
+        if (!m_xml.readNextStartElement() || m_xml.name() != "gpx"_L1) {
             m_file.problem = m_xml.hasError() ? QStringLiteral("not XML: ") + m_xml.errorString()
                                               : QStringLiteral("not a GPX file (its root element is not gpx)");
             return;
         }
         while (m_xml.readNextStartElement()) {
-            if (m_xml.name() == u"trk")
+            if (m_xml.name() == "trk"_L1)
                 readTrack();
-            else if (m_xml.name() == u"rte")
+            else if (m_xml.name() == "rte"_L1)
                 readRoute();
-            else if (m_xml.name() == u"wpt")
+            else if (m_xml.name() == "wpt"_L1)
                 readWaypoint();
             else
                 m_xml.skipCurrentElement();
@@ -79,7 +107,7 @@ private:
     {
         MyGpxTrack track;
         while (m_xml.readNextStartElement()) {
-            if (m_xml.name() == u"trkseg")
+            if (m_xml.name() == "trkseg"_L1)
                 track.trackSegments.append(readSegment());
             else if (!readNameOrType(track.name, track.type))
                 m_xml.skipCurrentElement();
@@ -95,7 +123,7 @@ private:
     {
         MyGpxTrackSegment segment;
         while (m_xml.readNextStartElement()) {
-            if (m_xml.name() == u"trkpt")
+            if (m_xml.name() == "trkpt"_L1)
                 appendPoint(segment.trackPoints, nullptr);
             else
                 m_xml.skipCurrentElement();
@@ -108,7 +136,7 @@ private:
         MyGpxRoute route;
         QString type;
         while (m_xml.readNextStartElement()) {
-            if (m_xml.name() == u"rtept")
+            if (m_xml.name() == "rtept"_L1)
                 appendPoint(route.routePoints, nullptr);
             else if (!readNameOrType(route.name, type))
                 m_xml.skipCurrentElement();
@@ -130,38 +158,66 @@ private:
 
     bool readNameOrType(QString &name, QString &type)
     {
-        if (m_xml.name() == u"name")
-            name = m_xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
-        else if (m_xml.name() == u"type")
-            type = m_xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+        if (m_xml.name() == "name"_L1)
+            name = elementText().trimmed().toString();
+        else if (m_xml.name() == "type"_L1)
+            type = elementText().trimmed().toString();
         else
             return false;
         return true;
+    }
+
+    // The text of the element just begun, its children's included, up to its end. It goes into
+    // one buffer that every element reuses, so a value costs no allocation of its own.
+    QStringView elementText()
+    {
+        m_text.resize(0);
+        for (int depth = 1; depth > 0;) {
+            switch (m_xml.readNext()) {
+            case QXmlStreamReader::Characters:
+            case QXmlStreamReader::EntityReference:
+                m_text.append(m_xml.text());
+                break;
+            case QXmlStreamReader::StartElement:
+                ++depth;
+                break;
+            case QXmlStreamReader::EndElement:
+                --depth;
+                break;
+            case QXmlStreamReader::Invalid:
+                return {};
+            default:
+                break;
+            }
+        }
+        return m_text;
     }
 
     // A trkpt, rtept or wpt with its children; left out when lat and lon name no place.
     void appendPoint(QList<MyGpxTrackPoint> &points, QString *name)
     {
         MyGpxTrackPoint point;
-        bool hasLat = false, hasLon = false;
-        point.latitude = m_xml.attributes().value(QLatin1String("lat")).toDouble(&hasLat);
-        point.longitude = m_xml.attributes().value(QLatin1String("lon")).toDouble(&hasLon);
+        const QXmlStreamAttributes &attributes = m_xml.attributes();
+        const std::optional<double> latitude = number(attributes.value("lat"_L1));
+        const std::optional<double> longitude = number(attributes.value("lon"_L1));
         while (m_xml.readNextStartElement()) {
             const QStringView element = m_xml.name();
-            if (element == u"ele")
-                point.elevation = number(m_xml.readElementText(QXmlStreamReader::IncludeChildElements));
-            else if (element == u"time")
-                point.originalTime = MyGpxTrackParser::parseTime(
-                    m_xml.readElementText(QXmlStreamReader::IncludeChildElements));
-            else if (element == u"extensions")
+            if (element == "ele"_L1)
+                point.elevation = number(elementText()).value_or(MyGpxTrackPoint::notSet);
+            else if (element == "time"_L1)
+                point.originalTime = MyGpxTrackParser::parseTime(elementText());
+            else if (element == "extensions"_L1)
                 readExtensions(point);
-            else if (element == u"name" && name)
-                *name = m_xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+            else if (element == "name"_L1 && name)
+                *name = elementText().trimmed().toString();
             else
                 m_xml.skipCurrentElement();
         }
-        if (hasLat && hasLon && std::abs(point.latitude) <= 90.0 && std::abs(point.longitude) <= 180.0)
+        if (latitude && longitude && std::abs(*latitude) <= 90.0 && std::abs(*longitude) <= 180.0) {
+            point.latitude = *latitude;
+            point.longitude = *longitude;
             points.append(point);
+        }
         else
             ++m_file.pointsWithoutPlace;
     }
@@ -173,8 +229,8 @@ private:
         while (depth > 0 && !m_xml.atEnd()) {
             const QXmlStreamReader::TokenType token = m_xml.readNext();
             if (token == QXmlStreamReader::StartElement) {
-                if (m_xml.name() == u"hAcc")
-                    point.hAcc = number(m_xml.readElementText(QXmlStreamReader::IncludeChildElements));
+                if (m_xml.name() == "hAcc"_L1)
+                    point.hAcc = number(elementText()).value_or(MyGpxTrackPoint::notSet);
                 else
                     ++depth;
             } else if (token == QXmlStreamReader::EndElement) {
@@ -183,15 +239,9 @@ private:
         }
     }
 
-    static double number(const QString &text)
-    {
-        bool ok = false;
-        const double value = text.trimmed().toDouble(&ok);
-        return ok && std::isfinite(value) ? value : MyGpxTrackPoint::notSet;
-    }
-
     QXmlStreamReader m_xml;
     GpxFile &m_file;
+    QString m_text;
 };
 
 } // namespace

@@ -53,6 +53,16 @@ QString thumbsFileOf(const QString &statePath)
     return folders.dir().filePath(isQuitFile ? SavedThumbs::quitName : SavedThumbs::packageName);
 }
 
+QString additionalDataFileOf(const QString &foldersFile)
+{
+    const QFileInfo info(foldersFile);
+    if (info.fileName() == foldersQuitName)
+        return info.dir().filePath(additionalDataQuitName);
+    if (info.fileName() == foldersPackageName)
+        return info.dir().filePath(additionalDataPackageName);
+    return {};
+}
+
 QString writeDurably(const QString &path, const QByteArray &data)
 {
     const QString folder = QFileInfo(path).absolutePath();
@@ -76,9 +86,12 @@ QString keepAside(const QString &path)
     return QFile::rename(path, aside) ? aside : QString();
 }
 
-NewPackage writePackage(const QString &parentFolder, const QByteArray &folders)
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders, const QByteArray &additionalData)
 {
-    return writePackage(parentFolder, {{foldersPackageName, folders}});
+    QList<std::pair<QString, QByteArray>> files{{foldersPackageName, folders}};
+    if (!additionalData.isEmpty())
+        files.append({additionalDataPackageName, additionalData});
+    return writePackage(parentFolder, files);
 }
 
 NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QString, QByteArray>> &files)

@@ -26,6 +26,9 @@ QString foldersFileOf(const QString &statePath);
 // The thumbnails file beside a folders file: savedThumbs in a package, savedThumbs_v6 beside
 // the quit file.
 QString thumbsFileOf(const QString &statePath);
+// The additional data file beside a folders file: the quit file's in the support folder, the
+// package's in its package; empty beside a folders file of any other name.
+QString additionalDataFileOf(const QString &foldersFile);
 
 // Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
 // the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.
@@ -39,7 +42,8 @@ struct NewPackage
     QString path;
     QString problem;
 };
-NewPackage writePackage(const QString &parentFolder, const QByteArray &folders);
+// The additional data, when given, is written beside the folders.
+NewPackage writePackage(const QString &parentFolder, const QByteArray &folders, const QByteArray &additionalData = {});
 // The same with more files beside the folders, each under its name in the package. A package
 // that cannot be written whole is removed.
 NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QString, QByteArray>> &files);

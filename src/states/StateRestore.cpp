@@ -30,6 +30,8 @@ QStringList RestoreReport::lines() const
         all.append(u"file changed since the state was kept: %1"_s.arg(file));
     for (const QString &folder : foldersAlreadyOpen)
         all.append(u"folder already open, left out: %1"_s.arg(folder));
+    if (!additionalDataProblem.isEmpty())
+        all.append(u"tracks not restored: %1"_s.arg(additionalDataProblem));
     return all;
 }
 
@@ -89,6 +91,27 @@ void readThumbnails(const QString &path, Restored &restored)
     for (const ThumbRecord &record : read.records)
         if (const MySinglePic *pic = byIndex.value(record.indexInSource); pic && record.seconds == 0.0)
             restored.thumbnails.append({pic->sessionUniqueId, record.data});
+}
+
+// The additional data of a state whose folders were read; a state without one has none.
+void readAdditionalData(const QString &foldersPath, Restored &restored)
+{
+    const QString path = StateFiles::additionalDataFileOf(foldersPath);
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        restored.report.additionalDataProblem = u"%1: %2"_s.arg(path, file.errorString());
+        return;
+    }
+    restored.additional = AdditionalData::read(file.readAll(), path);
+    if (restored.additional.problem.isEmpty())
+        return;
+    file.close();
+    const QString aside = StateFiles::keepAside(path);
+    restored.report.additionalDataProblem =
+        aside.isEmpty() ? restored.additional.problem
+                        : u"%1 (kept as %2)"_s.arg(restored.additional.problem, aside);
 }
 
 } // namespace
@@ -159,6 +182,7 @@ Restored fromFile(const QString &statePath)
         return restored;
     }
     restored.report = checkFolders(restored.read.folders);
+    readAdditionalData(path, restored);
     readThumbnails(StateFiles::thumbsFileOf(statePath), restored);
     return restored;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "states/AdditionalData.h"
 #include "states/SavedFolders.h"
 
 #include <QStringList>
@@ -17,11 +18,13 @@ struct RestoreReport
     QStringList missingFiles;
     QStringList changedFiles;
     QStringList foldersAlreadyOpen; // left out: the working set holds them already
+    // The additional data (the tracks) could not be read: the folders restore alone.
+    QString additionalDataProblem;
 
     bool isClean() const
     {
         return movedFolders.isEmpty() && missingFolders.isEmpty() && missingFiles.isEmpty() && changedFiles.isEmpty()
-               && foldersAlreadyOpen.isEmpty();
+               && foldersAlreadyOpen.isEmpty() && additionalDataProblem.isEmpty();
     }
     // One line per finding, for a log or a message.
     QStringList lines() const;
@@ -34,6 +37,8 @@ namespace StateRestore {
 struct Restored
 {
     SavedFolders::ReadResult read;
+    // Beside the folders, when the state has it; a damaged file is kept aside.
+    AdditionalData::ReadResult additional;
     RestoreReport report;
     QString keptAsidePath;
     // The items' main thumbnails kept with the state, by the items' sessionUniqueId; none when

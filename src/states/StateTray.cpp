@@ -216,13 +216,15 @@ void StateTray::sortStateArray(QList<TrayRow> &rows, int sortType, bool ascendin
 
 StateFiles::NewPackage StateTray::storeState(const QString &folder, const QByteArray &savedFolders,
                                              const TrayPreview &preview, const QImage &previewImage,
-                                             const QByteArray &thumbs) const
+                                             const QByteArray &thumbs, const QByteArray &additionalData) const
 {
     QList<std::pair<QString, QByteArray>> files{{StateFiles::foldersPackageName, savedFolders},
                                                 {StateFiles::trayPreviewDataName, preview.toCbor()},
                                                 {StateFiles::previewImageName, encodedPreviewImage(previewImage)}};
     if (!thumbs.isEmpty())
         files.append({SavedThumbs::packageName, thumbs});
+    if (!additionalData.isEmpty())
+        files.append({StateFiles::additionalDataPackageName, additionalData});
     return StateFiles::writePackage(folder, files);
 }
 

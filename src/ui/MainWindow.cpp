@@ -7,6 +7,7 @@
 #include "folders/FolderPalette.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "places/ZonePlaces.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
 #include "ui/EditActions.h"
@@ -335,13 +336,23 @@ void MainWindow::linkDroppedTracks(const QStringList &paths)
                               ? tr("No new track in the GPX files.")
                               : tr("Linked %n track(s): %1 item(s) placed.", nullptr, int(imported.keys.size()))
                                     .arg(TrackLinks::placedBy(folders, imported.keys));
+        const QString zone = imported.keys.isEmpty() ? QString() : m_controller->tracks().trackTimeZone(imported.keys.first());
+        if (!TrackLinks::trackZoneChanges(folders, zone).isEmpty())
+            message += QLatin1Char(' ') + tr("The track began in %1 and the camera wrote no time zone: \"Use "
+                                             "Track's Zone\" in the Tracks list reads the dates there.")
+                                              .arg(zone);
         if (!imported.problems.isEmpty())
             message += QLatin1Char(' ') + imported.problems.join(QStringLiteral("; "));
         statusBar()->showMessage(message, 15000);
         if (!imported.problems.isEmpty())
             m_controller->log().updateLogOnDiskWithErrorLog(imported.problems.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     });
-    reading->setFuture(QtConcurrent::run(&TrackLinks::readFiles, paths));
+    reading->setFuture(QtConcurrent::run([paths] {
+        // The tracks' zones are looked up once they are read: the search data is built here,
+        // off the window's thread, the first time.
+        ZonePlaces::shared();
+        return TrackLinks::readFiles(paths);
+    }));
 }
 
 void MainWindow::importPaths(const QStringList &paths, Qt::KeyboardModifiers keys, bool addingToShelf)

@@ -13,6 +13,7 @@
 #include "ui/PicTableModel.h"
 #include "ui/PreviewsBar.h"
 #include "ui/TimelinePane.h"
+#include "ui/TrackListView.h"
 
 #include <QDockWidget>
 #include <QMenu>
@@ -83,12 +84,20 @@ void MainWindow::buildSideViews(QMenu &viewMenu)
     previews->setWidget(m_previewsBar);
     addDockWidget(Qt::BottomDockWidgetArea, previews);
     resizeDocks({info}, {420}, Qt::Horizontal);
+    auto *tracks = new QDockWidget(tr("Tracks"), this);
+    tracks->setObjectName(QStringLiteral("tracksDock"));
+    tracks->setWidget(new TrackListView(
+        *m_controller, [this] { return foldersOnShow(); }, [this] { return m_editActions->selectedPics(); }, tracks));
+    addDockWidget(Qt::BottomDockWidgetArea, tracks);
+    tabifyDockWidget(previews, tracks);
+    previews->raise();
 
     const QList<QToolBar *> bars = findChildren<QToolBar *>();
     for (QToolBar *bar : bars)
         viewMenu.addAction(bar->toggleViewAction());
     viewMenu.addAction(info->toggleViewAction());
     viewMenu.addAction(previews->toggleViewAction());
+    viewMenu.addAction(tracks->toggleViewAction());
     info->toggleViewAction()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_I));
 }
 

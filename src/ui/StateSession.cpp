@@ -147,7 +147,8 @@ void StateSession::keepAsPackage()
         &m_window, tr("Keep Working Set In"), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     if (parent.isEmpty())
         return;
-    const StateFiles::NewPackage package = StateFiles::writePackage(parent, SavedFolders::write(folders));
+    const StateFiles::NewPackage package =
+        StateFiles::writePackage(parent, SavedFolders::write(folders), m_keeper->additionalData());
     if (!package.problem.isEmpty())
         QMessageBox::warning(&m_window, tr("Working Set Not Kept"), package.problem);
 }
@@ -293,7 +294,7 @@ void StateSession::storeInTray(const QString &folder)
     const bool withThumbs = m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFilesTray"));
     const StateFiles::NewPackage package =
         m_tray.storeState(folder, SavedFolders::write(folders), TrayPreview::previewDataForCurrentState(folders),
-                          previewImage(), withThumbs ? thumbsFile() : QByteArray());
+                          previewImage(), withThumbs ? thumbsFile() : QByteArray(), m_keeper->additionalData());
     if (!package.problem.isEmpty()) {
         QMessageBox::warning(m_trayWindow, tr("Working Set Not Kept"), package.problem);
         return;

@@ -92,7 +92,7 @@ TEST_F(TrackLinksTest, LinkingATrackPlacesTheItemsWithoutAPlaceAndUndoRedoRestor
     EXPECT_EQ(onTrack.gpsLatOld, std::nullopt) << "it had no place before";
     EXPECT_EQ(onTrack.hasAddedLocation, 2);
     EXPECT_EQ(onTrack.locAddedByTrackKey, key);
-    EXPECT_EQ(onTrack.newLocationAltitude, 500.0);
+    EXPECT_DOUBLE_EQ(onTrack.newLocationAltitude, 525.0) << "a quarter of the way from 500 m to 600 m";
     EXPECT_DOUBLE_EQ(onTrack.newLocationHAccuracy, 3.5);
     EXPECT_TRUE(onTrack.hasLocationChange());
     EXPECT_TRUE(folder.isUnsavedFolder()) << "a track's place waits for the save";
@@ -213,4 +213,49 @@ TEST_F(TrackLinksTest, ItemsAlignedTakeEachTheirOwnPlaceInOneStep)
     EXPECT_EQ(links.placeEach({{&first, {10.0, 20.0}}, {&second, {11.0, 200.0}}}, QString()), DateChangeResult::Refused)
         << "one place off the globe refuses the whole step";
     EXPECT_EQ(fieldsOfAll(), before);
+}
+
+// A track recorded in Ljubljana and another in Samoa: each answers the zone of the place nearest
+// its first point, and offers it to the folders whose camera wrote no offset tags, as one zone
+// change.
+TEST_F(TrackLinksTest, ATracksZoneIsWhereItBeganAndIsOfferedOnlyToFoldersWhoseCameraWroteNoOffset)
+{
+    const auto importAt = [this](GeoCoordinate start) {
+        GpxFile file;
+        MyGpxTrack track;
+        track.trackSegments.append(
+            {{{start.latitude, start.longitude, 300.0, 3.0, ten}, {46.2, 14.6, 300.0, 3.0, ten.addingSeconds(60)}}, {}});
+        track.validateTrack();
+        file.tracks = {track};
+        return tracks.importTracks(file).first();
+    };
+    const QString ljubljana = importAt({46.0511, 14.5051});
+    EXPECT_EQ(tracks.trackTimeZone(ljubljana), QStringLiteral("Europe/Ljubljana"));
+    EXPECT_EQ(tracks.trackTimeZone(importAt({-13.8333, -171.7667})), QStringLiteral("Pacific/Apia"));
+    EXPECT_EQ(tracks.trackTimeZone(QStringLiteral("no such key")), QString());
+
+    const QString zone = tracks.trackTimeZone(ljubljana);
+    addPic("no_offset.jpg", 10);
+    const QList<ZoneChangeCommand::FolderChange> changes = TrackLinks::trackZoneChanges({&folder}, zone);
+    ASSERT_EQ(changes.size(), 1);
+    EXPECT_EQ(changes[0].folder, &folder);
+    EXPECT_EQ(changes[0].before.source, folder.sourceTimeZones);
+    EXPECT_EQ(changes[0].after.source.defaultZone, zone);
+    EXPECT_EQ(changes[0].after.target.defaultZone, zone) << "the stamps keep their wall clock";
+    FolderTimeZones tokyo;
+    tokyo.defaultZone = QStringLiteral("Asia/Tokyo");
+    folder.targetTimeZones = tokyo;
+    EXPECT_EQ(TrackLinks::trackZoneChanges({&folder}, zone).value(0).after.target, tokyo) << "a zone to write stays";
+    folder.targetTimeZones = {};
+    ASSERT_EQ(dateChanges.changeTimeZones(changes, {}), DateChangeResult::Changed);
+    EXPECT_EQ(folder.sourceTimeZones.defaultZone, zone);
+    EXPECT_TRUE(TrackLinks::trackZoneChanges({&folder}, zone).isEmpty()) << "it has that zone already";
+    stack.undo();
+    EXPECT_EQ(folder.sourceTimeZones.defaultZone, std::nullopt);
+
+    EXPECT_TRUE(TrackLinks::trackZoneChanges({&folder}, QString()).isEmpty()) << "no zone, no offer";
+
+    // A camera that wrote its offset keeps its own clock.
+    folder.sfPicDetails_fullArray.first()->singlePicAttributes.ExifOffsetTimeOriginal = OffsetTagRecord{{}, 100};
+    EXPECT_TRUE(TrackLinks::trackZoneChanges({&folder}, zone).isEmpty());
 }

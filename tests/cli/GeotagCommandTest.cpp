@@ -152,8 +152,9 @@ TEST_F(GeotagCommand, ABrokenGpxFileIsNamedWithItsReasonAndTheOtherFilesTracksSt
 }
 
 // exiftool interpolates linearly between the two fixes around a photo; on fixes seconds apart
-// that is the great circle to well under a metre. Both places are read back by exiftool.
-TEST_F(GeotagCommand, PlacesAgreeWithExiftoolsGeotagWithinAMetreInsideASegment)
+// that is the great circle to well under a metre. Heights go evenly between the fixes with both
+// tools. Both places are read back by exiftool.
+TEST_F(GeotagCommand, PlacesAndHeightsAgreeWithExiftoolsGeotagInsideASegment)
 {
     ORV_SKIP_WITHOUT_CORPUS();
     // The second track of this file runs from 14:23:59 to 15:05:08 UTC; each moment lies half
@@ -191,5 +192,7 @@ TEST_F(GeotagCommand, PlacesAgreeWithExiftoolsGeotagWithinAMetreInsideASegment)
         EXPECT_LT(MyGpxTrack::haversineKilometres(mine, reference) * 1000.0, 1.0)
             << stamps[i] << ": " << mine.latitude << "," << mine.longitude << " vs " << reference.latitude << ","
             << reference.longitude;
+        ASSERT_FALSE(std::isnan(b.number("Composite:GPSAltitude"))) << stamps[i];
+        EXPECT_NEAR(a.number("Composite:GPSAltitude"), b.number("Composite:GPSAltitude"), 0.01) << stamps[i];
     }
 }

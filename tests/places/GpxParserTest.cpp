@@ -109,6 +109,28 @@ TEST(GpxParser, ReadsGpx10AndAnyNamespacePrefix)
     EXPECT_EQ(file.tracks[0].trackSegments[0].trackPoints[0].elevation, 5.0);
 }
 
+TEST(GpxParser, NumbersInEveryFormXmlCanWriteThemAndNothingElse)
+{
+    const auto elevations = [](const QByteArray &lat, const QList<QByteArray> &values) {
+        QByteArray points;
+        for (const QByteArray &value : values)
+            points += "<trkpt lat=\"" + lat + "\" lon=\"14\"><ele>" + value + "</ele></trkpt>";
+        QList<double> read;
+        for (const MyGpxTrackPoint &p : parseBytes(gpx11("<trk><trkseg>" + points + "</trkseg></trk>"))
+                                            .tracks.value(0)
+                                            .trackSegments.value(0)
+                                            .trackPoints)
+            read << p.elevation;
+        return read;
+    };
+    const double none = MyGpxTrackPoint::notSet;
+    EXPECT_EQ(elevations(" 46.5 ", {"312.5", " -0.25\n", "+1e3", "3&#49;2.5", "31<!-- a comment -->2.5",
+                                     "<![CDATA[7.25]]>", "12,5", "inf", "nan", "0x10", "1.5m", ""}),
+              (QList<double>{312.5, -0.25, 1000.0, 312.5, 312.5, 7.25, none, none, none, none, none, none}));
+    EXPECT_TRUE(elevations("nan", {"1"}).isEmpty()) << "a latitude that is no number is no place";
+    EXPECT_TRUE(elevations("90.000001", {"1"}).isEmpty());
+}
+
 TEST(GpxParser, TimesInEveryFormGpxWritesAndNothingElse)
 {
     const double ten = at(10, 0, 0);

@@ -65,16 +65,30 @@ TEST(TrackMatch, APointWithinFiveSecondsIsTakenAsItIsFromFiveOnTheNeighboursAreI
     EXPECT_NEAR(beforeFive.infos.coordinate.latitude, 46.0 + 0.01 * 55.0 / 60.0, 1e-9);
 }
 
-TEST(TrackMatch, BetweenTwoPointsThePlaceIsOnTheGreatCircleTheHeightTheNearerPointsTheAccuracyInterpolated)
+TEST(TrackMatch, BetweenTwoPointsThePlaceIsOnTheGreatCircleTheHeightAndTheAccuracyInterpolated)
 {
     const TrackMatch quarter = matchAt(hike(), 15.0);
     EXPECT_EQ(quarter.kind, TrackMatchKind::Interpolated);
     EXPECT_NEAR(quarter.infos.coordinate.latitude, 46.0025, 1e-9) << "along a meridian the circle is linear";
     EXPECT_NEAR(quarter.infos.coordinate.longitude, 14.0, 1e-9);
-    EXPECT_EQ(quarter.infos.elevation, 500.0) << "the nearer point's height, not a mean";
+    EXPECT_DOUBLE_EQ(quarter.infos.elevation, 502.5);
     EXPECT_DOUBLE_EQ(quarter.infos.hAcc, 5.0);
-    EXPECT_EQ(matchAt(hike(), 45.0).infos.elevation, 510.0);
+    EXPECT_DOUBLE_EQ(matchAt(hike(), 45.0).infos.elevation, 507.5);
+    EXPECT_DOUBLE_EQ(matchAt(hike(), 90.0).infos.elevation, 515.0) << "the second stretch";
     EXPECT_EQ(matchAt(hike(), 90.0).infos.hAcc, 8.0) << "only one point has an accuracy: that one";
+
+    // A fix without a height: no height on either side of it, nor at it, while the place and
+    // the accuracy go on.
+    const double none = MyGpxTrackPoint::notSet;
+    const MyGpxTrack patchy = trackOf({{pointAt(0, 46.0, 14.0, 500, 4.0), pointAt(60, 46.01, 14.0, none, 6.0),
+                                       pointAt(120, 46.02, 14.0, 520, none)}});
+    for (const double seconds : {30.0, 60.0, 90.0}) {
+        const TrackMatch match = matchAt(patchy, seconds);
+        EXPECT_TRUE(match.hasPlace()) << seconds;
+        EXPECT_EQ(match.infos.elevation, none) << seconds;
+    }
+    EXPECT_DOUBLE_EQ(matchAt(patchy, 30.0).infos.hAcc, 5.0);
+    EXPECT_DOUBLE_EQ(matchAt(patchy, 90.0).infos.hAcc, 6.0);
 
     const GeoCoordinate same = MyGpxTrack::coordinateBetweenCoordinate({1.5, 2.5}, {1.5, 2.5}, 0.7);
     EXPECT_EQ(same, (GeoCoordinate{1.5, 2.5}));
