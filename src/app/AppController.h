@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/PicMoving.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -49,6 +50,8 @@ public:
     PicTrashing &trashing() { return m_trashing; }
     // Files changed behind our back while imported: watched, proven, marked.
     FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
+    // Items with their files into another imported folder, with undo.
+    PicMoving &moving() { return m_moving; }
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
@@ -83,6 +86,7 @@ private:
     TrackLinks m_trackLinks;
     PicTrashing m_trashing;
     FolderChangeVerifier m_changeVerifier;
+    PicMoving m_moving{m_undoStack, m_dateChanges, m_changeVerifier, changeListener()};
     QList<MySingleFolder *> m_foldersBeingSaved;
     // Last: its scan thread may still call back into the rest while it stops.
     std::unique_ptr<MyDroppedFolders> m_dataSource;

@@ -28,6 +28,7 @@
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
+#include "ui/MoveActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -161,6 +162,7 @@ void MainWindow::buildMenus()
     rename->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     file->addSeparator();
     (new TrashActions(*m_controller, *m_editActions, this))->addTo(*file);
+    (new MoveActions(*m_controller, *m_editActions, this))->addTo(*file);
     file->addSeparator();
     QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
     preferences->setObjectName(QStringLiteral("preferencesAction"));
