@@ -53,6 +53,12 @@ public:
     // Items with their files into another imported folder, with undo.
     PicMoving &moving() { return m_moving; }
 
+    // Items out of the working set, their files untouched: one undo step. Refused while a save runs.
+    void removePicsFromWorkingSet(const QList<MySinglePic *> &pics);
+    // Folders out of the working set, with their unsaved changes and their history: no undo.
+    // False, and nothing removed, while an import or a save runs.
+    bool removeFoldersFromWorkingSet(const QList<MySingleFolder *> &folders);
+
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
     bool isStandardBlocked() const { return m_dateChanges.isBlocked(); }

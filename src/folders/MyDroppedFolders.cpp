@@ -572,6 +572,17 @@ void MyDroppedFolders::removeFolder(MySingleFolder *folder)
     std::erase_if(m_ownedFolders, [folder](const auto &owned) { return owned.get() == folder; });
 }
 
+bool MyDroppedFolders::removeFolders(const QList<MySingleFolder *> &folders)
+{
+    if (m_isImportInProgress)
+        return false;
+    for (MySingleFolder *folder : folders) {
+        if (m_droppedFolders.contains(folder))
+            removeFolder(folder);
+    }
+    return true;
+}
+
 void MyDroppedFolders::cancelImports()
 {
     QList<MySingleFolder *> taken;

@@ -62,6 +62,10 @@ public:
     // and imported; they take the next colours.
     void adoptRestoredFolders(std::vector<std::unique_ptr<MySingleFolder>> folders);
 
+    // Takes imported folders out of the list (folderRemoved each); their files stay as they are.
+    // Refused while an import runs, as the scan may hold them.
+    bool removeFolders(const QList<MySingleFolder *> &folders);
+
     const QList<MySingleFolder *> &droppedFolders() const { return m_droppedFolders; }
     // The imported folder of a directory, by its path or by its identity.
     MySingleFolder *folderForDirectory(const QString &path) const;

@@ -29,6 +29,7 @@
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
 #include "ui/MoveActions.h"
+#include "ui/WorkingSetActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -163,6 +164,8 @@ void MainWindow::buildMenus()
     file->addSeparator();
     (new TrashActions(*m_controller, *m_editActions, this))->addTo(*file);
     (new MoveActions(*m_controller, *m_editActions, this))->addTo(*file);
+    (new WorkingSetActions(*m_controller, *m_editActions, [this] { return selectedFolders(); }, this))
+        ->addTo(*file);
     file->addSeparator();
     QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
     preferences->setObjectName(QStringLiteral("preferencesAction"));
