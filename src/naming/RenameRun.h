@@ -32,12 +32,12 @@ struct RenameItem
     MySinglePic *pic = nullptr;
     QString folder;
     QStringList from, to;
-    // The folder the files go to; empty: they stay in theirs.
-    QString toFolder;
     int numberAdded = 0;  // 0: the name was free
     QList<int> errorIds;  // RenameErrorId
     QString problem;      // why the item stays as it is; empty while it moves
     bool renamed = false; // set by the run
+    // The folder the files go to; empty: they stay in theirs.
+    QString toFolder;
 
     bool moves() const { return problem.isEmpty() && (from != to || !toFolder.isEmpty()); }
 };
