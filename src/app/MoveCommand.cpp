@@ -46,7 +46,9 @@ void MoveCommand::apply(bool forward)
         m_verifier.willModifyFolder(*folder);
     QString journalProblem;
     const bool ran = RenameRun::execute(items, m_journalPath, journalProblem);
-    for (std::size_t i = 0; ran && i < items.size(); ++i) {
+    // Back in the reverse order of going out, so that every index taken stays true.
+    for (std::size_t n = 0; ran && n < items.size(); ++n) {
+        const std::size_t i = forward ? n : items.size() - 1 - n;
         Entry &entry = m_entries[i];
         const RenameItem &item = items[i];
         MySinglePic &pic = *entry.files.pic;
