@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Debian package of Orvelle into build/ and proves that it holds what an install
 # needs: both programs, the menu entry, the icons, the AppStream data, the MIME type, the man
-# page and the bash completion, with Debian's package names as dependencies.
+# page, the bash completion and the German translation, with Debian's package names as dependencies.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build}
@@ -27,8 +27,14 @@ for path in ./usr/bin/orvelle ./usr/bin/orvelle-cli \
   grep -q " $path\$" <<< "$contents" || { echo "missing from the package: $path" >&2; status=1; }
 done
 depends=$(dpkg-deb --field "$deb" Depends)
-for package in libqt6core6 libqt6widgets6 libimage-exiftool-perl; do
+for package in libqt6core6 libqt6widgets6 libimage-exiftool-perl qt6-translations-l10n; do
   grep -q "$package" <<< "$depends" || { echo "missing dependency: $package" >&2; status=1; }
 done
+# The German translation travels inside the window's program: its --help speaks German there.
+unpacked=$(mktemp -d)
+trap 'rm -rf "$unpacked"' EXIT
+dpkg-deb --extract "$deb" "$unpacked"
+LANG=de_DE.UTF-8 LANGUAGE= LC_ALL= QT_QPA_PLATFORM=offscreen "$unpacked/usr/bin/orvelle" --help 2>/dev/null |
+  grep -q "Bringt Daten" || { echo "the package's orvelle has no German translation" >&2; status=1; }
 [ $status -eq 0 ] && echo "$deb"
 exit $status

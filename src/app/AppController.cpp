@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 
+#include "app/RemoveCommand.h"
 #include "app/RestoreStateCommand.h"
 #include "core/LogController.h"
 #include "folders/MyDroppedFolders.h"
@@ -69,6 +70,23 @@ AppController::~AppController()
     // The commands point at folders and items: they go before the folders do.
     m_undoStack.clear();
     m_dataSource.reset();
+}
+
+void AppController::removePicsFromWorkingSet(const QList<MySinglePic *> &pics)
+{
+    if (m_dateChanges.isBlocked()) {
+        Q_EMIT dateChangeRefused();
+        return;
+    }
+    if (std::unique_ptr<RemoveCommand> command = RemoveCommand::forPics(pics, changeListener()))
+        m_undoStack.push(command.release());
+}
+
+bool AppController::removeFoldersFromWorkingSet(const QList<MySingleFolder *> &folders)
+{
+    if (m_dateChanges.isBlocked())
+        return false;
+    return m_dataSource->removeFolders(folders);
 }
 
 QList<MySingleFolder *> AppController::unsavedFolders() const

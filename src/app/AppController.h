@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/PicMoving.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -51,6 +52,14 @@ public:
     PicTrashing &trashing() { return m_trashing; }
     // Files changed behind our back while imported: watched, proven, marked.
     FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
+    // Items with their files into another imported folder, with undo.
+    PicMoving &moving() { return m_moving; }
+
+    // Items out of the working set, their files untouched: one undo step. Refused while a save runs.
+    void removePicsFromWorkingSet(const QList<MySinglePic *> &pics);
+    // Folders out of the working set, with their unsaved changes and their history: no undo.
+    // False, and nothing removed, while an import or a save runs.
+    bool removeFoldersFromWorkingSet(const QList<MySingleFolder *> &folders);
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
@@ -90,6 +99,7 @@ private:
     TrackLinks m_trackLinks;
     PicTrashing m_trashing;
     FolderChangeVerifier m_changeVerifier;
+    PicMoving m_moving{m_undoStack, m_dateChanges, m_changeVerifier, changeListener()};
     QList<MySingleFolder *> m_foldersBeingSaved;
     // A restore is being undone or redone: its folders leave and come back with their history.
     bool m_isMovingRestoredFolders = false;

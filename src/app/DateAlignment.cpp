@@ -221,30 +221,42 @@ QList<AlignTag> validateForAlignByCopyingOtherFileDate(const QList<MySinglePic *
 QString whyNotAlign(AlignTag tag, const QList<MySinglePic *> &selection, const MySinglePic *main,
                     bool changesBlocked)
 {
-    const auto text = [](const char *reason) { return QCoreApplication::translate("DateAlignment", reason); };
+    const auto text = [](const char *reason) {
+        return QCoreApplication::translate("DateAlignment", reason);
+    };
     if (changesBlocked)
-        return text("Dates cannot change while a save runs.");
+        return text(QT_TRANSLATE_NOOP("DateAlignment", "Dates cannot change while a save runs."));
     if (selection.isEmpty())
-        return text("Select the items to align, on the timeline or in the list.");
+        return text(QT_TRANSLATE_NOOP(
+            "DateAlignment", "Select the items to align, on the timeline or in the list."));
     const auto folderOf = [](const MySinglePic *pic) { return pic->spSingleFolder; };
-    if (std::any_of(selection.cbegin(), selection.cend(),
-                    [&](const MySinglePic *pic) { return !folderOf(pic) || folderOf(pic)->isEXIFIgnored(); }))
-        return text("Items of a slideshow-only folder have no dates of their own to align.");
+    if (std::any_of(selection.cbegin(), selection.cend(), [&](const MySinglePic *pic) {
+            return !folderOf(pic) || folderOf(pic)->isEXIFIgnored();
+        }))
+        return text(QT_TRANSLATE_NOOP(
+            "DateAlignment",
+            "Items of a slideshow-only folder have no dates of their own to align."));
     if (std::any_of(selection.cbegin(), selection.cend(), [&](const MySinglePic *pic) {
             return folderOf(pic)->sfEditMode != FolderFacts::EditSeparately;
         }))
-        return text("Aligning gives each item a date of its own: turn on Edit > Change Items One by One "
-                    "for these folders first.");
+        return text(QT_TRANSLATE_NOOP(
+            "DateAlignment",
+            "Aligning gives each item a date of its own: turn on Edit > Change Items One by One "
+            "for these folders first."));
     if (tag == AlignTag::MatchingGaps && selection.size() < 3)
-        return text("Matching gaps needs three or more selected items.");
+        return text(QT_TRANSLATE_NOOP("DateAlignment",
+                                      "Matching gaps needs three or more selected items."));
     if (int(tag) < int(AlignTag::ReversingIntervals) && selection.size() < 2)
-        return text("This rule needs two or more selected items.");
+        return text(
+            QT_TRANSLATE_NOOP("DateAlignment", "This rule needs two or more selected items."));
     if (int(tag) >= int(AlignTag::ReversingIntervals) && !(main && main->takesEdits()))
-        return text("The date of the selected item cannot be changed.");
+        return text(
+            QT_TRANSLATE_NOOP("DateAlignment", "The date of the selected item cannot be changed."));
     return {};
 }
 
-QString whyAlignIsOff(const QList<MySinglePic *> &selection, const MySinglePic *main, bool changesBlocked)
+QString whyAlignIsOff(const QList<MySinglePic *> &selection, const MySinglePic *main,
+                      bool changesBlocked)
 {
     // The copying rules share the last plain rule's condition.
     QString reason;

@@ -67,11 +67,14 @@ TrashOutcome PicTrashing::movePicsToTrash(const QList<MySinglePic *> &pics, Tras
             continue;
         const QStringList paths = filesOf(*master);
         if (paths.isEmpty()) {
-            outcome.problems.append(master->spPath() + QStringLiteral(": it does not exist"));
+            outcome.problems.append(
+                master->spPath() + QLatin1String(": ") +
+                QCoreApplication::translate("PicTrashing", "it does not exist"));
             continue;
         }
         if (const QString unwritable = firstUnwritable(paths); !unwritable.isEmpty()) {
-            outcome.problems.append(unwritable + QStringLiteral(": no write access"));
+            outcome.problems.append(unwritable + QLatin1String(": ") +
+                                    QCoreApplication::translate("PicTrashing", "no write access"));
             continue;
         }
         if (hasTrashForAll(paths)) {
@@ -87,7 +90,9 @@ TrashOutcome PicTrashing::movePicsToTrash(const QList<MySinglePic *> &pics, Tras
         for (const TrashCommand::Entry &entry : std::as_const(withoutTrash)) {
             for (const QString &path : entry.paths)
                 if (!QFile::remove(path))
-                    outcome.problems.append(path + QStringLiteral(": it could not be deleted"));
+                    outcome.problems.append(
+                        path + QLatin1String(": ") +
+                        QCoreApplication::translate("PicTrashing", "it could not be deleted"));
             if (QFileInfo::exists(entry.paths.first()))
                 continue;
             MySingleFolder *folder = MySingleFolder::of(*entry.pic);
@@ -102,7 +107,9 @@ TrashOutcome PicTrashing::movePicsToTrash(const QList<MySinglePic *> &pics, Tras
             m_listener.datesChanged(changed);
     } else {
         for (const TrashCommand::Entry &entry : std::as_const(withoutTrash))
-            outcome.problems.append(entry.paths.first() + QStringLiteral(": no trash on its file system; kept"));
+            outcome.problems.append(
+                entry.paths.first() + QLatin1String(": ") +
+                QCoreApplication::translate("PicTrashing", "no trash on its file system; kept"));
     }
 
     if (entries.isEmpty())

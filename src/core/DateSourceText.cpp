@@ -8,56 +8,72 @@ namespace orv {
 
 QString DateSourceText::forPic(const MySinglePic &pic)
 {
-    auto tr = [](const char *text) { return QCoreApplication::translate("imageType", text); };
+    auto translated = [](const char *text) {
+        return QCoreApplication::translate("imageType", text);
+    };
     switch (pic.spType) {
     case SpTypeExifOriginal:
-        return pic.isCreaXmp ? tr("XMP creation date") : tr("EXIF original date");
+        return pic.isCreaXmp ? translated(QT_TRANSLATE_NOOP("imageType", "XMP creation date"))
+                             : translated(QT_TRANSLATE_NOOP("imageType", "EXIF original date"));
     case SpTypeExifDigitized:
-        return pic.isDigiXmp ? tr("XMP digitized date") : tr("EXIF digitized date");
+        return pic.isDigiXmp ? translated(QT_TRANSLATE_NOOP("imageType", "XMP digitized date"))
+                             : translated(QT_TRANSLATE_NOOP("imageType", "EXIF digitized date"));
     case SpTypeTiffDateTime:
-        return pic.isModiXmp ? tr("XMP modify date") : tr("TIFF date");
+        return pic.isModiXmp ? translated(QT_TRANSLATE_NOOP("imageType", "XMP modify date"))
+                             : translated(QT_TRANSLATE_NOOP("imageType", "TIFF date"));
     case SpTypeFileDatePreferredOverTiff:
-        return tr("file creation date (TIFF date is later)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (TIFF date is later)"));
     case SpTypeEmptyOriginalFileDate:
-        return tr("file creation date (EXIF original date is empty)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (EXIF original date is empty)"));
     case SpTypeEmptyDigitizedFileDate:
-        return tr("file creation date (EXIF digitized date is empty)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (EXIF digitized date is empty)"));
     case SpTypeEmptyTiffFileDate:
-        return tr("file creation date (TIFF date is empty)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (TIFF date is empty)"));
     case SpTypeEmptyOriginalFixedDate:
-        return tr("fixed date (EXIF original date is empty)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "fixed date (EXIF original date is empty)"));
     case SpTypeEmptyDigitizedFixedDate:
-        return tr("fixed date (EXIF digitized date is empty)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "fixed date (EXIF digitized date is empty)"));
     case SpTypeEmptyTiffFixedDate:
-        return tr("fixed date (TIFF date is empty)");
+        return translated(QT_TRANSLATE_NOOP("imageType", "fixed date (TIFF date is empty)"));
     case SpTypeNoTagsFileDate:
-        return tr("file creation date (no date tags)");
+        return translated(QT_TRANSLATE_NOOP("imageType", "file creation date (no date tags)"));
     case SpTypeNoTagsImportOptionDate:
-        return tr("import option date (no date tags)");
+        return translated(QT_TRANSLATE_NOOP("imageType", "import option date (no date tags)"));
     case SpTypeUnsupportedPhoto:
-        return tr("no date (unsupported or not read)");
+        return translated(QT_TRANSLATE_NOOP("imageType", "no date (unsupported or not read)"));
     case SpTypeMovieFileDate:
-        return tr("file creation date (movie without date)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (movie without date)"));
     case SpTypeRiff:
-        return tr("AVI date");
+        return translated(QT_TRANSLATE_NOOP("imageType", "AVI date"));
     case SpTypeMvhdCreation:
-        return tr("movie header creation date");
+        return translated(QT_TRANSLATE_NOOP("imageType", "movie header creation date"));
     case SpTypeMvhdModification:
-        return tr("movie header modification date");
+        return translated(QT_TRANSLATE_NOOP("imageType", "movie header modification date"));
     case SpTypeFileDatePreferredOverMvhd:
-        return tr("file creation date (movie modification date is later)");
+        return translated(QT_TRANSLATE_NOOP(
+            "imageType", "file creation date (movie modification date is later)"));
     case SpTypeMvhdZeroFileDate:
-        return tr("file creation date (movie header dates are zero)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "file creation date (movie header dates are zero)"));
     case SpTypeMvhdZeroFixedDate:
-        return tr("fixed date (movie header dates are zero)");
+        return translated(
+            QT_TRANSLATE_NOOP("imageType", "fixed date (movie header dates are zero)"));
     case SpTypeMdta:
-        return tr("QuickTime creation date");
+        return translated(QT_TRANSLATE_NOOP("imageType", "QuickTime creation date"));
     case SpTypeMovieExifIgnored:
-        return tr("no date (movie not read)");
+        return translated(QT_TRANSLATE_NOOP("imageType", "no date (movie not read)"));
     case SpTypeIptcDateCreated:
-        return pic.isCreaXmp ? tr("XMP IPTC creation date") : tr("IPTC creation date");
+        return pic.isCreaXmp ? translated(QT_TRANSLATE_NOOP("imageType", "XMP IPTC creation date"))
+                             : translated(QT_TRANSLATE_NOOP("imageType", "IPTC creation date"));
     default:
-        return tr("unknown");
+        return translated(QT_TRANSLATE_NOOP("imageType", "unknown"));
     }
 }
 

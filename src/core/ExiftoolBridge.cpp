@@ -20,7 +20,7 @@ namespace orv {
 
 namespace {
 
-QString tr(const char *text)
+QString translated(const char *text)
 {
     return QCoreApplication::translate("ExiftoolBridge", text);
 }
@@ -177,7 +177,10 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
                                              MySinglePic &pic, const QString &path, QString &why)
 {
     if (!XtController::isPassablePath(path)) {
-        m_errors.addToolError(step, pic, tr("a path with a line break cannot be given to exiftool"));
+        m_errors.addToolError(
+            step, pic,
+            translated(QT_TRANSLATE_NOOP("ExiftoolBridge",
+                                         "a path with a line break cannot be given to exiftool")));
         return Acted::Refused;
     }
     // The tool would rewrite a read-only file all the same, for root even one without any write
@@ -198,9 +201,13 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
         kept = m_journal->keepOriginal(path, XtController::temporaryFileOf(path));
         if (!kept) {
             const QString problem = m_journal->problem();
-            m_errors.addToolError(step, pic,
-                                  problem.isEmpty() ? tr("the file cannot be kept for an undo before exiftool writes it")
-                                                    : problem);
+            m_errors.addToolError(
+                step, pic,
+                problem.isEmpty()
+                    ? translated(QT_TRANSLATE_NOOP(
+                          "ExiftoolBridge",
+                          "the file cannot be kept for an undo before exiftool writes it"))
+                    : problem);
             return Acted::Refused;
         }
     }
@@ -211,7 +218,10 @@ ExiftoolBridge::Acted ExiftoolBridge::tryAct(ToolStep step, const QStringList &a
     action.fast = path == file && pic.fileFormatType == PngFormat;
     const XtController::Outcome outcome = m_xt.run(action);
     if (!outcome.didChangeOnLastAction) {
-        why = outcome.timedOut ? tr("exiftool did not answer in time") : outcome.error;
+        why =
+            outcome.timedOut
+                ? translated(QT_TRANSLATE_NOOP("ExiftoolBridge", "exiftool did not answer in time"))
+                : outcome.error;
         return Acted::Unchanged;
     }
     // The tool wrote a new file: its modification date goes back to the one it had.
@@ -231,7 +241,10 @@ bool ExiftoolBridge::act(ToolStep step, const QStringList &arguments, MySinglePi
     QString why;
     const Acted acted = tryAct(step, arguments, pic, path, why);
     if (acted == Acted::Unchanged)
-        m_errors.addToolError(step, pic, why.isEmpty() ? tr("exiftool changed nothing") : why);
+        m_errors.addToolError(step, pic,
+                              why.isEmpty() ? translated(QT_TRANSLATE_NOOP(
+                                                  "ExiftoolBridge", "exiftool changed nothing"))
+                                            : why);
     return acted == Acted::Changed;
 }
 
@@ -246,7 +259,9 @@ bool ExiftoolBridge::refreshInternalData(MySinglePic &pic, ToolStep step)
     pic.gpsLong = lon;
     if (refreshed)
         return true;
-    m_errors.addToolError(step, pic, tr("the file exiftool wrote cannot be read again"));
+    m_errors.addToolError(step, pic,
+                          translated(QT_TRANSLATE_NOOP(
+                              "ExiftoolBridge", "the file exiftool wrote cannot be read again")));
     return false;
 }
 
@@ -270,7 +285,8 @@ bool ExiftoolBridge::completeFullExifDateTags(MySinglePic &pic)
     if ((bits & TagAddTiffDateTime) || pic.isModiXmp)
         add("-IFD0:ModifyDate", "-ExifIFD:OffsetTime", pic.tiffDateTimeNEW);
     if (lines.isEmpty()) {
-        m_errors.addToolError(ToolStep::AddExifDateTags, pic, tr("no date to add"));
+        m_errors.addToolError(ToolStep::AddExifDateTags, pic,
+                              translated(QT_TRANSLATE_NOOP("ExiftoolBridge", "no date to add")));
         return false;
     }
     if (!act(ToolStep::AddExifDateTags, lines, pic, pic.spPath()))
@@ -302,7 +318,9 @@ bool ExiftoolBridge::extendShortXmpDateTags(MySinglePic &pic,
             lines << tag + QLatin1Char('=') + text;
     }
     if (lines.isEmpty()) {
-        m_errors.addToolError(ToolStep::ExtendShortXmpStamps, pic, tr("no stamp to extend"));
+        m_errors.addToolError(
+            ToolStep::ExtendShortXmpStamps, pic,
+            translated(QT_TRANSLATE_NOOP("ExiftoolBridge", "no stamp to extend")));
         return false;
     }
     return act(ToolStep::ExtendShortXmpStamps, lines, pic, pic.spPath()) &&
@@ -329,7 +347,8 @@ bool ExiftoolBridge::addDateTagsForFileDate(MySinglePic &pic)
     const TimeZone zone = StampEdits(pic, m_settings).zoneForNewStamps();
     const auto [stamp, offset] = exifStampAndOffset(date, zone);
     if (stamp.isEmpty()) {
-        m_errors.addToolError(ToolStep::AddExifDateTags, pic, tr("no date to add"));
+        m_errors.addToolError(ToolStep::AddExifDateTags, pic,
+                              translated(QT_TRANSLATE_NOOP("ExiftoolBridge", "no date to add")));
         return false;
     }
     const QString value = stamp + offset;
@@ -437,7 +456,10 @@ bool ExiftoolBridge::completeInPlaceLocation(MySinglePic &pic)
 bool ExiftoolBridge::updateFileLocation(MySinglePic &pic)
 {
     const auto fail = [&](ToolStep step, const QString &why) {
-        m_errors.addToolError(step, pic, why.isEmpty() ? tr("exiftool changed nothing") : why);
+        m_errors.addToolError(step, pic,
+                              why.isEmpty() ? translated(QT_TRANSLATE_NOOP(
+                                                  "ExiftoolBridge", "exiftool changed nothing"))
+                                            : why);
         return false;
     };
     QString why;
@@ -480,7 +502,9 @@ bool ExiftoolBridge::updateFileLocation(MySinglePic &pic)
 bool ExiftoolBridge::saveLocationChange(MySinglePic &pic, bool exifInPlace)
 {
     if (!pic.gpsLat || !pic.gpsLong) {
-        m_errors.addToolError(ToolStep::UpdateLocation, pic, tr("no location to write"));
+        m_errors.addToolError(
+            ToolStep::UpdateLocation, pic,
+            translated(QT_TRANSLATE_NOOP("ExiftoolBridge", "no location to write")));
         return false;
     }
     if (exifInPlace && pic.singlePicAttributes.GPSLocation)

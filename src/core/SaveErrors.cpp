@@ -117,40 +117,51 @@ QString SaveErrors::descriptionForId(int id)
 
 QString SaveErrors::reasonForId(int id)
 {
-    const auto tr = [](const char *text) { return QCoreApplication::translate("SaveErrors", text); };
+    const auto translated = [](const char *text) {
+        return QCoreApplication::translate("SaveErrors", text);
+    };
     switch (id) {
     case SaveErrorId::FileDatesNotSet:
-        return tr("the file dates could not be set");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "the file dates could not be set"));
     case SaveErrorId::SaveCannotOpen:
-        return tr("cannot be opened for writing (permission denied, or read-only)");
+        return translated(QT_TRANSLATE_NOOP(
+            "SaveErrors", "cannot be opened for writing (permission denied, or read-only)"));
     case SaveErrorId::SaveChanged:
     case SaveErrorId::SaveChangedOutdatedGroup:
-        return tr("changed by another program since the import; not saved");
+        return translated(QT_TRANSLATE_NOOP(
+            "SaveErrors", "changed by another program since the import; not saved"));
     case SaveErrorId::SaveMissing:
-        return tr("not found; not saved");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "not found; not saved"));
     case SaveErrorId::XmpInFileUnreadable:
-        return tr("its XMP data could not be read");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "its XMP data could not be read"));
     case SaveErrorId::XmpSidecarUnusable:
-        return tr("its XMP sidecar could not be read or written");
+        return translated(
+            QT_TRANSLATE_NOOP("SaveErrors", "its XMP sidecar could not be read or written"));
     case SaveErrorId::CheckCannotOpen:
-        return tr("cannot be opened");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "cannot be opened"));
     case SaveErrorId::CheckChanged:
     case SaveErrorId::CheckChangedOutdatedGroup:
-        return tr("changed by another program since the import");
+        return translated(
+            QT_TRANSLATE_NOOP("SaveErrors", "changed by another program since the import"));
     case SaveErrorId::CheckMissing:
-        return tr("not found");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "not found"));
     case SaveErrorId::XmpSidecarMissing:
-        return tr("its XMP sidecar is missing");
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "its XMP sidecar is missing"));
     case SaveErrorId::DamagedTagLeft:
-        return tr("a date or its offset tag does not read exactly; that date and its tag were "
-                  "left as they were, the other dates saved");
+        return translated(QT_TRANSLATE_NOOP(
+            "SaveErrors",
+            "a date or its offset tag does not read exactly; that date and its tag were "
+            "left as they were, the other dates saved"));
     case SaveErrorId::DateOutOfRange:
-        return tr("the new date lies outside 0001-01-02 00:00:00 to 4999-12-31 23:59:59 UTC; "
-                  "not saved");
+        return translated(QT_TRANSLATE_NOOP(
+            "SaveErrors",
+            "the new date lies outside 0001-01-02 00:00:00 to 4999-12-31 23:59:59 UTC; "
+            "not saved"));
     case SaveErrorId::NotARegularFile:
-        return tr("not a regular file (a pipe, a socket or a device); never opened");
+        return translated(QT_TRANSLATE_NOOP(
+            "SaveErrors", "not a regular file (a pipe, a socket or a device); never opened"));
     default:
-        return tr("error %1").arg(id);
+        return translated(QT_TRANSLATE_NOOP("SaveErrors", "error %1")).arg(id);
     }
 }
 

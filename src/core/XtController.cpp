@@ -63,7 +63,7 @@ bool reportsChange(const QByteArray &output)
     return output.contains("1 image files updated") || output.contains("1 image files created");
 }
 
-QString tr(const char *text)
+QString translated(const char *text)
 {
     return QCoreApplication::translate("XtController", text);
 }
@@ -97,7 +97,8 @@ bool XtChild::startTool(QString &error)
 {
     m_argsPath = writableArgsPath();
     if (m_argsPath.isEmpty()) {
-        error = tr("no argument file for exiftool could be written");
+        error = translated(
+            QT_TRANSLATE_NOOP("XtController", "no argument file for exiftool could be written"));
         return false;
     }
     m_process = new QProcess;
@@ -115,9 +116,11 @@ bool XtChild::startTool(QString &error)
     if (m_process->waitForStarted(m_timeoutMs))
         return true;
     error = m_process->error() == QProcess::FailedToStart
-                ? tr("exiftool was not found on the PATH; install it (Debian: "
-                     "libimage-exiftool-perl)")
-                : tr("exiftool could not be started: %1").arg(m_process->errorString());
+                ? translated(QT_TRANSLATE_NOOP(
+                      "XtController", "exiftool was not found on the PATH; install it (Debian: "
+                                      "libimage-exiftool-perl)"))
+                : translated(QT_TRANSLATE_NOOP("XtController", "exiftool could not be started: %1"))
+                      .arg(m_process->errorString());
     delete m_process;
     m_process = nullptr;
     return false;
@@ -163,7 +166,9 @@ XtController::Outcome XtChild::perform(const XtController::Action &action)
 {
     XtController::Outcome outcome;
     if (!XtController::isPassablePath(action.path)) {
-        outcome.error = tr("a path with a line break cannot be passed to exiftool: %1")
+        outcome.error = translated(QT_TRANSLATE_NOOP(
+                                       "XtController",
+                                       "a path with a line break cannot be passed to exiftool: %1"))
                             .arg(action.path.simplified());
         return outcome;
     }
@@ -181,7 +186,8 @@ XtController::Outcome XtChild::perform(const XtController::Action &action)
         text += "-fast\n";
     text += action.path.toUtf8() + "\n-execute\n";
     if (!addArgs(text)) {
-        outcome.error = tr("the argument file for exiftool could not be written");
+        outcome.error = translated(QT_TRANSLATE_NOOP(
+            "XtController", "the argument file for exiftool could not be written"));
         endTool();
         return outcome;
     }
@@ -202,7 +208,10 @@ XtController::Outcome XtChild::perform(const XtController::Action &action)
             endTool();
             const QString error = firstErrorLine(output);
             outcome.error =
-                error.isEmpty() ? tr("exiftool stopped before it finished the file") : error;
+                error.isEmpty()
+                    ? translated(QT_TRANSLATE_NOOP("XtController",
+                                                   "exiftool stopped before it finished the file"))
+                    : error;
             return outcome;
         }
     }

@@ -584,6 +584,17 @@ std::unique_ptr<MySingleFolder> MyDroppedFolders::releaseFolder(MySingleFolder *
     return released;
 }
 
+bool MyDroppedFolders::removeFolders(const QList<MySingleFolder *> &folders)
+{
+    if (m_isImportInProgress)
+        return false;
+    for (MySingleFolder *folder : folders) {
+        if (m_droppedFolders.contains(folder))
+            removeFolder(folder);
+    }
+    return true;
+}
+
 void MyDroppedFolders::cancelImports()
 {
     QList<MySingleFolder *> taken;

@@ -65,6 +65,10 @@ public:
     // takes its folders back; nothing when the list does not own it.
     std::unique_ptr<MySingleFolder> releaseFolder(MySingleFolder *folder);
 
+    // Takes imported folders out of the list (folderRemoved each); their files stay as they are.
+    // Refused while an import runs, as the scan may hold them.
+    bool removeFolders(const QList<MySingleFolder *> &folders);
+
     const QList<MySingleFolder *> &droppedFolders() const { return m_droppedFolders; }
     // The imported folder of a directory, by its path or by its identity.
     MySingleFolder *folderForDirectory(const QString &path) const;

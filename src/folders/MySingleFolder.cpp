@@ -188,6 +188,34 @@ MySinglePic *MySingleFolder::adoptPic(std::unique_ptr<MySinglePic> pic, bool vis
     return raw;
 }
 
+void MySingleFolder::handOverPic(MySinglePic &master, MySingleFolder &target, qsizetype index)
+{
+    const auto take = [this](MySinglePic *pic) {
+        const auto owned = std::find_if(m_ownedPics.begin(), m_ownedPics.end(),
+                                        [pic](const std::unique_ptr<MySinglePic> &p) { return p.get() == pic; });
+        std::unique_ptr<MySinglePic> taken = std::move(*owned);
+        m_ownedPics.erase(owned);
+        quickSelection.remove(pic);
+        sourceTimeZones.remove(*pic);
+        targetTimeZones.remove(*pic);
+        return taken;
+    };
+    sfPicDetails_fullArray.removeOne(&master);
+    target.adoptPic(take(&master), false);
+    target.sfPicDetails_fullArray.insert(std::clamp(index, qsizetype(0), target.sfPicDetails_fullArray.size()),
+                                         &master);
+    if (MySinglePic *dependent = master.bundleDependentImage) {
+        for (QList<MySinglePic *> *list : {&bundleDependentsRawAndJPG, &bundleDependentsLivePhotos}) {
+            if (list->removeOne(dependent)) {
+                target.adoptPic(take(dependent), false);
+                (list == &bundleDependentsRawAndJPG ? target.bundleDependentsRawAndJPG
+                                                    : target.bundleDependentsLivePhotos)
+                    .append(dependent);
+            }
+        }
+    }
+}
+
 QSet<QString> MySingleFolder::itemNames() const
 {
     QSet<QString> names;

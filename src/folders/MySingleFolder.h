@@ -138,6 +138,10 @@ public:
 
     // Takes ownership; a master or single item also joins the visible list.
     MySinglePic *adoptPic(std::unique_ptr<MySinglePic> pic, bool visible = true);
+    // Gives an item, with its group's dependent, to another folder: it leaves this folder's lists,
+    // zones and quick selection, and joins the other's at `index` of its visible list (the end
+    // when beyond it). The caller recounts both folders.
+    void handOverPic(MySinglePic &master, MySingleFolder &target, qsizetype index);
     // The file names of all items the folder owns, dependents and sidecars included.
     QSet<QString> itemNames() const;
 

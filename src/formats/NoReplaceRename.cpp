@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -50,22 +51,32 @@ bool isRefusedLink(int error)
 
 int renameWithoutReplacing(const QString &folder, const QString &from, const QString &to)
 {
+    return moveWithoutReplacing(folder, from, folder, to);
+}
+
+int moveWithoutReplacing(const QString &fromFolder, const QString &from, const QString &toFolder, const QString &to)
+{
     if (!InPlaceWriter::mayWrite())
         return EIO;
-    const FolderHandle dir(folder);
-    if (dir.fd() < 0)
+    const FolderHandle sourceDir(fromFolder);
+    if (sourceDir.fd() < 0)
         return errno;
+    const FolderHandle targetDir(toFolder);
+    if (targetDir.fd() < 0)
+        return errno;
+    const int in = sourceDir.fd();
+    const int out = targetDir.fd();
     const QByteArray source = QFile::encodeName(from);
     const QByteArray target = QFile::encodeName(to);
-    if (::renameat2(dir.fd(), source.constData(), dir.fd(), target.constData(), RENAME_NOREPLACE) == 0)
+    if (::renameat2(in, source.constData(), out, target.constData(), RENAME_NOREPLACE) == 0)
         return 0;
     if (!isRefusedFlag(errno))
         return errno;
-    if (::linkat(dir.fd(), source.constData(), dir.fd(), target.constData(), 0) == 0) {
-        if (::unlinkat(dir.fd(), source.constData(), 0) == 0)
+    if (::linkat(in, source.constData(), out, target.constData(), 0) == 0) {
+        if (::unlinkat(in, source.constData(), 0) == 0)
             return 0;
         const int error = errno;
-        ::unlinkat(dir.fd(), target.constData(), 0);
+        ::unlinkat(out, target.constData(), 0);
         return error;
     }
     if (!isRefusedLink(errno))
@@ -73,9 +84,43 @@ int renameWithoutReplacing(const QString &folder, const QString &from, const QSt
     // No links either (FAT, some network shares): only the check before stands between the
     // rename and a file of that name, and this run holds the journal's lock.
     struct stat status{};
-    if (::fstatat(dir.fd(), target.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+    if (::fstatat(out, target.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
-    return ::renameat(dir.fd(), source.constData(), dir.fd(), target.constData()) == 0 ? 0 : errno;
+    return ::renameat(in, source.constData(), out, target.constData()) == 0 ? 0 : errno;
+}
+
+bool copyWithItsTimes(const QString &from, const QString &to)
+{
+    const int in = ::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC);
+    if (in < 0)
+        return false;
+    struct stat status{};
+    const int out = ::fstat(in, &status) == 0
+                        ? ::open(QFile::encodeName(to).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                 status.st_mode & 07777)
+                        : -1;
+    bool copied = out >= 0;
+    for (off_t left = status.st_size; copied && left > 0;) {
+        const ssize_t n = ::sendfile(out, in, nullptr, size_t(left));
+        copied = n > 0;
+        left -= n;
+    }
+    const timespec times[2] = {{0, UTIME_OMIT}, status.st_mtim};
+    copied = copied && ::fchmod(out, status.st_mode & 07777) == 0 && ::futimens(out, times) == 0 &&
+             ::fsync(out) == 0;
+    ::close(in);
+    if (out >= 0)
+        ::close(out);
+    if (!copied && out >= 0)
+        ::unlink(QFile::encodeName(to).constData());
+    return copied;
+}
+
+bool isOnOneFileSystem(const QString &path, const QString &folder)
+{
+    struct stat first{}, second{};
+    return ::stat(QFile::encodeName(path).constData(), &first) == 0 &&
+           ::stat(QFile::encodeName(folder).constData(), &second) == 0 && first.st_dev == second.st_dev;
 }
 
 QString renameFailureText(int error, const QString &to)

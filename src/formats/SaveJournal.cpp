@@ -161,40 +161,6 @@ QByteArray contentHash(const QString &path)
     return hash.result();
 }
 
-bool setTime(int fd, const FileTime &time)
-{
-    const timespec times[2] = {{0, UTIME_OMIT}, {time_t(time.seconds), long(time.nanoseconds)}};
-    return ::futimens(fd, times) == 0;
-}
-
-// A copy of `from` at `to`, bytes, mode and modification time, on the disk. For another file
-// system, where no link can be made.
-bool copyFile(const QString &from, const QString &to)
-{
-    const int in = ::open(encoded(from).constData(), O_RDONLY | O_CLOEXEC);
-    if (in < 0)
-        return false;
-    struct stat status{};
-    const int out = ::fstat(in, &status) == 0
-                        ? ::open(encoded(to).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                 status.st_mode & 07777)
-                        : -1;
-    bool copied = out >= 0;
-    for (off_t left = status.st_size; copied && left > 0;) {
-        const ssize_t n = ::sendfile(out, in, nullptr, size_t(left));
-        copied = n > 0;
-        left -= n;
-    }
-    copied = copied && ::fchmod(out, status.st_mode & 07777) == 0 &&
-             setTime(out, {status.st_mtim.tv_sec, status.st_mtim.tv_nsec}) && ::fsync(out) == 0;
-    ::close(in);
-    if (out >= 0)
-        ::close(out);
-    if (!copied && out >= 0)
-        ::unlink(encoded(to).constData());
-    return copied;
-}
-
 bool overlaps(qint64 offset, qint64 length, const std::vector<ByteEdit> &edits)
 {
     return std::any_of(edits.begin(), edits.end(), [&](const ByteEdit &edit) {
@@ -277,8 +243,10 @@ struct Entry
     bool absent = false; // the tool was to make the file: before the run there was none
     QString temporary; // where the tool writes before its rename
     QByteArray toolResult; // what exiftool left, when it changed the file
-    // A rename: the file's folder, its names, the group that moves with it, its identity.
-    QString folder, from, to;
+    // A rename: the file's folder, its names, the group that moves with it, its identity; for a
+    // move, the folder it goes to, and for a copy across file systems what its bytes hash to.
+    QString folder, from, to, toFolder;
+    QByteArray sha256;
     int group = 0;
     quint64 device = 0, inode = 0;
     bool done = false;
@@ -319,6 +287,8 @@ void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const Q
         entry.from = record.value(QStringLiteral("from")).toString();
         entry.temporary = record.value(QStringLiteral("temporary")).toString();
         entry.to = record.value(QStringLiteral("to")).toString();
+        entry.toFolder = record.value(QStringLiteral("toFolder")).toString(entry.folder);
+        entry.sha256 = fromHex(record.value(QStringLiteral("sha256")));
         entry.group = record.value(QStringLiteral("group")).toInt();
         entry.device = record.value(QStringLiteral("device")).toString().toULongLong();
         entry.inode = record.value(QStringLiteral("inode")).toString().toULongLong();
@@ -459,7 +429,7 @@ bool restoreKept(const QString &kept, const QString &path)
         const QString temporary =
             QDir(folder).filePath(QLatin1Char('.') + QFileInfo(path).fileName() + QLatin1String(".orvelle-restore"));
         ::unlink(encoded(temporary).constData());
-        restored = copyFile(kept, temporary) &&
+        restored = copyWithItsTimes(kept, temporary) &&
                    ::rename(encoded(temporary).constData(), encoded(path).constData()) == 0;
     }
     if (restored)
@@ -541,40 +511,83 @@ QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFol
     return {};
 }
 
-// The file the rename recorded stands under this name in its folder.
-bool isAt(const Entry &entry, const QString &name)
+// The file the rename recorded stands under this name in this folder: the same inode, or for a
+// copy across file systems the same bytes.
+bool isAt(const Entry &entry, const QString &folder, const QString &name)
 {
-    const Identity found = identityOf(QDir(entry.folder).filePath(name));
-    return found.exists && found.device == entry.device && found.inode == entry.inode;
+    const QString path = QDir(folder).filePath(name);
+    const Identity found = identityOf(path);
+    if (found.exists && found.device == entry.device && found.inode == entry.inode)
+        return true;
+    return found.exists && !entry.sha256.isEmpty() && folder == entry.toFolder && contentHash(path) == entry.sha256;
+}
+
+// A copy of the file under a free name in the folder it goes to, on the disk and proven equal.
+// Answers 0, or the errno of the failure.
+int copyAcross(const QString &source, const QString &folder, const QString &name, const QByteArray &sha256)
+{
+    if (!InPlaceWriter::mayWrite())
+        return EIO;
+    const QString copy = QDir(folder).filePath(name);
+    if (QFileInfo::exists(copy))
+        return EEXIST;
+    if (!copyWithItsTimes(source, copy))
+        return errno ? errno : EIO;
+    if (contentHash(copy) == sha256)
+        return 0;
+    ::unlink(encoded(copy).constData());
+    return EIO;
+}
+
+// Removes the source of a copy that stands whole under its new name.
+void removeCopiedSource(const Entry &entry)
+{
+    if (!entry.sha256.isEmpty() && isAt(entry, entry.folder, entry.from) && InPlaceWriter::mayWrite())
+        ::unlink(encoded(entry.path).constData());
 }
 
 // Finishes the renames of a run that did not end, from wherever each file stands: every file
 // still under its old name goes to its temporary one first, then each to its new name, as the
-// run meant to. No rename replaces a file, so a name taken since is named, never lost.
+// run meant to. A copy across file systems left unfinished is made again from its source, which
+// goes only once the copy stands whole. No rename replaces a file, so a name taken since is
+// named, never lost.
 void finishRenames(const std::vector<const Entry *> &renames, SaveJournal::Outcome &outcome)
 {
     QSet<QString> folders;
     for (const Entry *entry : renames) {
-        if (entry->from != entry->to && isAt(*entry, entry->from))
-            renameWithoutReplacing(entry->folder, entry->from, entry->temporary);
+        if (!entry->sha256.isEmpty()) {
+            if (!isAt(*entry, entry->toFolder, entry->to)) {
+                QFile::remove(QDir(entry->toFolder).filePath(entry->temporary));
+                if (isAt(*entry, entry->folder, entry->from))
+                    copyAcross(entry->path, entry->toFolder, entry->temporary, entry->sha256);
+            }
+        } else if ((entry->from != entry->to || entry->folder != entry->toFolder) &&
+                   isAt(*entry, entry->folder, entry->from)) {
+            moveWithoutReplacing(entry->folder, entry->from, entry->toFolder, entry->temporary);
+        }
     }
     for (const Entry *entry : renames) {
         folders.insert(entry->folder);
-        const QString target = QDir(entry->folder).filePath(entry->to);
-        if (isAt(*entry, entry->to)) {
+        folders.insert(entry->toFolder);
+        const QString target = QDir(entry->toFolder).filePath(entry->to);
+        if (isAt(*entry, entry->toFolder, entry->to)) {
+            removeCopiedSource(*entry);
             outcome.completed.append(target);
             continue;
         }
-        if (!isAt(*entry, entry->temporary)) {
+        if (!isAt(*entry, entry->toFolder, entry->temporary)) {
             outcome.left.emplace_back(entry->path, QStringLiteral("is missing: neither its old, its temporary nor its "
                                                                   "new name holds it"));
             continue;
         }
-        const int error = renameWithoutReplacing(entry->folder, entry->temporary, entry->to);
-        if (error == 0)
+        const int error = renameWithoutReplacing(entry->toFolder, entry->temporary, entry->to);
+        if (error == 0) {
+            removeCopiedSource(*entry);
             outcome.completed.append(target);
-        else
-            outcome.left.emplace_back(QDir(entry->folder).filePath(entry->temporary), renameFailureText(error, entry->to));
+        } else {
+            outcome.left.emplace_back(QDir(entry->toFolder).filePath(entry->temporary),
+                                      renameFailureText(error, entry->to));
+        }
     }
     for (const QString &folder : folders)
         syncFolder(folder);
@@ -590,16 +603,18 @@ void revertRenames(const ReadJournal &journal, const QString &journalPath, SaveJ
         const Entry &entry = *it;
         if (entry.kind != Entry::Kind::Rename || entry.undone || entry.skipped)
             continue;
-        if (entry.from == entry.to || isAt(entry, entry.from)) {
+        const bool moved = entry.from != entry.to || entry.folder != entry.toFolder;
+        if (!moved || (entry.sha256.isEmpty() && isAt(entry, entry.folder, entry.from))) {
             outcome.reverted.append(entry.path);
             continue;
         }
-        const QString renamed = QDir(entry.folder).filePath(entry.to);
-        if (!isAt(entry, entry.to)) {
+        const QString renamed = QDir(entry.toFolder).filePath(entry.to);
+        if (!isAt(entry, entry.toFolder, entry.to)) {
             outcome.left.emplace_back(renamed, QStringLiteral("is no longer the file the rename gave this name"));
             continue;
         }
-        back.push_back({entry.folder, entry.to, entry.from, entry.group, {}});
+        back.push_back({entry.toFolder, entry.to, entry.from, entry.group, {},
+                        entry.toFolder == entry.folder ? QString() : entry.folder});
     }
     if (back.empty())
         return;
@@ -611,7 +626,7 @@ void revertRenames(const ReadJournal &journal, const QString &journalPath, SaveJ
     }
     for (const PlannedRename &rename : back) {
         if (rename.problem.isEmpty())
-            outcome.reverted.append(QDir(rename.folder).filePath(rename.to));
+            outcome.reverted.append(QDir(rename.toFolder.isEmpty() ? rename.folder : rename.toFolder).filePath(rename.to));
         else
             outcome.left.emplace_back(QDir(rename.folder).filePath(rename.from), rename.problem);
     }
@@ -625,6 +640,8 @@ QString runKindName(SaveJournal::RunKind kind)
         return QStringLiteral("save");
     case SaveJournal::RunKind::Revert:
         return QStringLiteral("revert");
+    case SaveJournal::RunKind::Move:
+        return QStringLiteral("move");
     case SaveJournal::RunKind::Rename:
         break;
     }
@@ -843,16 +860,23 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
         QString temporary;
         qint64 number = 0;
         Identity identity;
+        QString target;    // the folder it goes to
+        QByteArray sha256; // set for a copy across file systems
+
+        QString source() const { return QDir(rename->folder).filePath(rename->from); }
     };
     std::map<int, std::vector<Move>> groups;
     std::map<int, QString> failed; // a group that stays, and why
     for (PlannedRename &rename : renames) {
         rename.problem.clear();
         rename.folder = QFileInfo(rename.folder).absoluteFilePath();
-        const Identity identity = identityOf(QDir(rename.folder).filePath(rename.from));
-        if (!identity.exists)
+        Move move{&rename, {}, 0, identityOf(QDir(rename.folder).filePath(rename.from)),
+                  rename.toFolder.isEmpty() ? rename.folder : QFileInfo(rename.toFolder).absoluteFilePath(), {}};
+        if (!move.identity.exists)
             failed.emplace(rename.group, rename.problem = QStringLiteral("is missing"));
-        groups[rename.group].push_back({&rename, {}, 0, identity});
+        else if (move.target != rename.folder && !isOnOneFileSystem(move.source(), move.target))
+            move.sha256 = contentHash(move.source());
+        groups[rename.group].push_back(std::move(move));
     }
     QByteArray lines;
     for (auto &[group, moves] : groups) {
@@ -864,14 +888,19 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
                 move.number = ++m_entries;
             }
             move.temporary = QStringLiteral(".orvelle-rename-%1-%2").arg(m_runId).arg(move.number);
-            lines += framed({{renameKey, double(move.number)},
-                             {QStringLiteral("folder"), move.rename->folder},
-                             {QStringLiteral("from"), move.rename->from},
-                             {QStringLiteral("temporary"), move.temporary},
-                             {QStringLiteral("to"), move.rename->to},
-                             {QStringLiteral("group"), group},
-                             {QStringLiteral("device"), QString::number(move.identity.device)},
-                             {QStringLiteral("inode"), QString::number(move.identity.inode)}});
+            QJsonObject record{{renameKey, double(move.number)},
+                               {QStringLiteral("folder"), move.rename->folder},
+                               {QStringLiteral("from"), move.rename->from},
+                               {QStringLiteral("temporary"), move.temporary},
+                               {QStringLiteral("to"), move.rename->to},
+                               {QStringLiteral("group"), group},
+                               {QStringLiteral("device"), QString::number(move.identity.device)},
+                               {QStringLiteral("inode"), QString::number(move.identity.inode)}};
+            if (move.target != move.rename->folder)
+                record.insert(QStringLiteral("toFolder"), move.target);
+            if (!move.sha256.isEmpty())
+                record.insert(QStringLiteral("sha256"), hex(move.sha256));
+            lines += framed(record);
         }
     }
     if (!lines.isEmpty() && !append(lines, true)) {
@@ -879,12 +908,14 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
             rename.problem = problem();
         return false;
     }
-    // A file that cannot go on goes back to its old name; should that fail too, the message says
-    // where it is.
+    // A file that cannot go on goes back to its old name (a copy is dropped, its source never
+    // left); should that fail too, the message says where it is.
     const auto backToOldName = [](const Move &move, const QString &from) {
-        if (renameWithoutReplacing(move.rename->folder, from, move.rename->from) != 0 &&
-            move.rename->problem.isEmpty())
-            move.rename->problem = QStringLiteral("left as %1").arg(from);
+        const bool back = move.sha256.isEmpty()
+                              ? moveWithoutReplacing(move.target, from, move.rename->folder, move.rename->from) == 0
+                              : QFile::remove(QDir(move.target).filePath(from));
+        if (!back && move.rename->problem.isEmpty())
+            move.rename->problem = QStringLiteral("left as %1").arg(QDir(move.target).filePath(from));
     };
     const auto fail = [&](int group, std::vector<Move> &moves, std::size_t at, int error, const QString &to) {
         moves[at].rename->problem = renameFailureText(error, to);
@@ -894,8 +925,11 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
     // run when the second pass gives it.
     for (auto &[group, moves] : groups) {
         for (std::size_t i = 0; i < moves.size() && !failed.count(group); ++i) {
-            if (const int error = renameWithoutReplacing(moves[i].rename->folder, moves[i].rename->from,
-                                                         moves[i].temporary)) {
+            const Move &move = moves[i];
+            if (const int error = move.sha256.isEmpty()
+                                      ? moveWithoutReplacing(move.rename->folder, move.rename->from, move.target,
+                                                             move.temporary)
+                                      : copyAcross(move.source(), move.target, move.temporary, move.sha256)) {
                 fail(group, moves, i, error, moves[i].temporary);
                 for (std::size_t j = 0; j < i; ++j)
                     backToOldName(moves[j], moves[j].temporary);
@@ -904,12 +938,10 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
     }
     for (auto &[group, moves] : groups) {
         for (std::size_t i = 0; i < moves.size() && !failed.count(group); ++i) {
-            if (const int error = renameWithoutReplacing(moves[i].rename->folder, moves[i].temporary,
-                                                         moves[i].rename->to)) {
+            if (const int error = renameWithoutReplacing(moves[i].target, moves[i].temporary, moves[i].rename->to)) {
                 fail(group, moves, i, error, moves[i].rename->to);
                 for (std::size_t j = 0; j < moves.size(); ++j) {
-                    if (j < i && renameWithoutReplacing(moves[j].rename->folder, moves[j].rename->to,
-                                                        moves[j].temporary) != 0)
+                    if (j < i && renameWithoutReplacing(moves[j].target, moves[j].rename->to, moves[j].temporary) != 0)
                         continue;
                     backToOldName(moves[j], moves[j].temporary);
                 }
@@ -922,6 +954,7 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
         const auto failure = failed.find(group);
         for (Move &move : moves) {
             folders.insert(move.rename->folder);
+            folders.insert(move.target);
             if (failure != failed.end() && move.rename->problem.isEmpty())
                 move.rename->problem = QStringLiteral("stays with its group, of which a file %1").arg(failure->second);
             if (move.number)
@@ -931,6 +964,17 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
     if (lines.isEmpty())
         return true;
     for (const QString &folder : folders)
+        syncFolder(folder);
+    // A copy's source goes only once the copy stands whole, synced, under its new name.
+    std::set<QString> copiedFrom;
+    for (const auto &[group, moves] : groups) {
+        for (const Move &move : moves) {
+            if (!failed.count(group) && !move.sha256.isEmpty() && InPlaceWriter::mayWrite() &&
+                ::unlink(encoded(move.source()).constData()) == 0)
+                copiedFrom.insert(move.rename->folder);
+        }
+    }
+    for (const QString &folder : copiedFrom)
         syncFolder(folder);
     append(framed({{doneKey, numbersJson(done)}, {skippedKey, numbersJson(skipped)}}), true);
     return true;
@@ -960,7 +1004,7 @@ std::optional<SaveJournal::Kept> SaveJournal::keepOriginal(const QString &path, 
     const bool linked = ::link(encoded(path).constData(), encoded(kept).constData()) == 0;
     const int error = errno;
     if (!linked && !((error == EXDEV || error == EPERM || error == EMLINK || error == ENOTSUP) &&
-                     copyFile(path, kept)))
+                     copyWithItsTimes(path, kept)))
         return std::nullopt;
     syncFolder(keptFolder());
     const Identity original = identityOf(kept);

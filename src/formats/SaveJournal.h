@@ -27,7 +27,8 @@ struct PlannedWrite
     std::function<void(bool written, bool dateSet)> finished;
 };
 
-// One file's move to a new name in its folder, planned with the rest of its run.
+// One file's move to a new name in its folder, or into another folder, planned with the rest of
+// its run.
 struct PlannedRename
 {
     QString folder;
@@ -38,6 +39,9 @@ struct PlannedRename
     int group = 0;
     // Set by the run: empty once the file has its new name, else why it has not.
     QString problem;
+    // Where the file goes; empty: it stays in its folder. On another file system the file is
+    // copied, synced and proven equal before its old name goes.
+    QString toFolder;
 };
 
 // The record of one run of writes, kept on disk so that neither a kill nor a crash leaves a file
@@ -60,7 +64,8 @@ struct PlannedRename
 // run recorded in its place. The next run's end retires the last run's kept files.
 //
 // A rename run is journaled the same way: every move (folder, old, temporary and new name, device
-// and inode) is recorded and synced before the first rename; all files then go to temporary
+// and inode; for a move into another folder that folder, and for one across file systems the
+// content's hash) is recorded and synced before the first rename; all files then go to temporary
 // names, and only then to their new ones, so swaps, chains and cycles of names work and no
 // rename replaces a file. An unfinished rename run is finished from wherever each file stands,
 // found by its inode; `revert` moves the names back.
@@ -70,7 +75,7 @@ struct PlannedRename
 class SaveJournal
 {
 public:
-    enum class RunKind { Save, Revert, Rename };
+    enum class RunKind { Save, Revert, Rename, Move };
 
     // The journal of runs in the application's data folder.
     static QString defaultPath();

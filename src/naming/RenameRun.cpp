@@ -20,17 +20,6 @@ QString folded(const QString &name)
     return name.toCaseFolded();
 }
 
-// The item's files: its own, then those of its group and its sidecars, by its base name.
-QStringList filesOf(const MySinglePic &pic)
-{
-    QStringList names{pic.spName};
-    for (const QString &extension : pic.spSidecarExtensions) {
-        if (extension != MySinglePic::isXmpMaster)
-            names.append(pic.spBaseName().toString() + QLatin1Char('.') + extension);
-    }
-    return names;
-}
-
 QString nameProblem(const QString &name)
 {
     if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String(".."))
@@ -131,6 +120,16 @@ void nameFolder(std::vector<RenameItem> &items, const QList<std::size_t> &ofFold
 
 } // namespace
 
+QStringList RenameRun::filesOf(const MySinglePic &pic)
+{
+    QStringList names{pic.spName};
+    for (const QString &extension : pic.spSidecarExtensions) {
+        if (extension != MySinglePic::isXmpMaster)
+            names.append(pic.spBaseName().toString() + QLatin1Char('.') + extension);
+    }
+    return names;
+}
+
 RenameRun::Counter RenameRun::Counter::fromPreferences(const Preferences &prefs)
 {
     const qint64 startOption = prefs.integerForKey(QStringLiteral("renameCounterStartOption"));
@@ -227,13 +226,15 @@ bool RenameRun::execute(std::vector<RenameItem> &items, const QString &journalPa
         if (!items[i].moves())
             continue;
         for (qsizetype j = 0; j < items[i].from.size(); ++j)
-            renames.push_back({items[i].folder, items[i].from[j], items[i].to[j], int(i), {}});
+            renames.push_back({items[i].folder, items[i].from[j], items[i].to[j], int(i), {}, items[i].toFolder});
     }
     if (renames.empty())
         return true;
     // One run at a time across processes; the command-line tool holds it already.
     const std::shared_ptr<JournalLock> lock = JournalLock::take(journalPath, true);
-    SaveJournal journal(journalPath, SaveJournal::RunKind::Rename);
+    const bool intoOtherFolders = std::any_of(items.begin(), items.end(),
+                                              [](const RenameItem &item) { return !item.toFolder.isEmpty(); });
+    SaveJournal journal(journalPath, intoOtherFolders ? SaveJournal::RunKind::Move : SaveJournal::RunKind::Rename);
     problem = journal.open();
     if (!problem.isEmpty() || !journal.renameAll(renames)) {
         problem = journal.problem();

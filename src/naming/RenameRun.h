@@ -36,8 +36,10 @@ struct RenameItem
     QList<int> errorIds;  // RenameErrorId
     QString problem;      // why the item stays as it is; empty while it moves
     bool renamed = false; // set by the run
+    // The folder the files go to; empty: they stay in theirs.
+    QString toFolder;
 
-    bool moves() const { return problem.isEmpty() && from != to; }
+    bool moves() const { return problem.isEmpty() && (from != to || !toFolder.isEmpty()); }
 };
 
 // Renames files by a template, safely: the whole plan is computed and checked before the first
@@ -59,6 +61,9 @@ public:
         static Counter fromPreferences(const Preferences &prefs);
     };
     RenameRun(NameSettings settings, Counter counter);
+
+    // The item's files, by name: its own, then those of its group and its sidecars.
+    static QStringList filesOf(const MySinglePic &pic);
 
     // The items in the order their counter counts: by the new date, then by path.
     static QList<MySinglePic *> inDateOrder(QList<MySinglePic *> pics);

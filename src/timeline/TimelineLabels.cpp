@@ -263,7 +263,9 @@ int TimelineLabels::gapPercent(const MySinglePic &left, const MySinglePic &right
 
 QString TimelineLabels::tooltipText(const MySinglePic &pic) const
 {
-    const auto tr = [](const char *text) { return QCoreApplication::translate("TimelineLabels", text); };
+    const auto translated = [](const char *text) {
+        return QCoreApplication::translate("TimelineLabels", text);
+    };
     QStringList lines{pic.bundleDependentImage
                           ? QStringLiteral("%1 + %2").arg(pic.spName, QFileInfo(pic.bundleDependentImage->spName).suffix())
                           : pic.spName};
@@ -271,14 +273,18 @@ QString TimelineLabels::tooltipText(const MySinglePic &pic) const
     if (camera != QLatin1String("-"))
         lines.append(camera);
     if (const MySingleFolder *folder = pic.spSingleFolder ? MySingleFolder::of(pic) : nullptr)
-        lines.append(tr("Folder: %1").arg(folder->sfFolder));
+        lines.append(
+            translated(QT_TRANSLATE_NOOP("TimelineLabels", "Folder: %1")).arg(folder->sfFolder));
     const OptionalDate now = pic.spDateTimeModified();
     lines.append(DateDisplay::localDateTime(now, m_zone));
     const OptionalDate read = pic.spDateTimeOriginal;
     if (now && read && !now->isSentinel() && !read->isSentinel()
         && now->secondsSinceEpoch() != read->secondsSinceEpoch()) {
-        lines.append(tr("Offset: %1").arg(DateDisplay::offset(now->secondsSinceEpoch() - read->secondsSinceEpoch())));
-        lines.append(tr("In the file: %1").arg(DateDisplay::localDateTime(read, m_zone)));
+        lines.append(
+            translated(QT_TRANSLATE_NOOP("TimelineLabels", "Offset: %1"))
+                .arg(DateDisplay::offset(now->secondsSinceEpoch() - read->secondsSinceEpoch())));
+        lines.append(translated(QT_TRANSLATE_NOOP("TimelineLabels", "In the file: %1"))
+                         .arg(DateDisplay::localDateTime(read, m_zone)));
     }
     return lines.join(QLatin1Char('\n'));
 }

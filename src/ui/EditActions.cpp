@@ -117,7 +117,7 @@ void EditActions::addTo(QMenuBar &menuBar)
             copyMenu->setToolTipsVisible(true);
         }
         QMenu &menu = copyMenu ? *copyMenu : *m_alignMenu;
-        QAction *action = menu.addAction(tr(entry.text));
+        QAction *action = menu.addAction(QCoreApplication::translate("EditActions", entry.text));
         action->setObjectName(QLatin1String(entry.name));
         connect(action, &QAction::triggered, this, [this, tag = int(entry.tag)] { realign(tag); });
         m_alignActions.append(action);

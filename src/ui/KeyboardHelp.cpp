@@ -1,5 +1,6 @@
 #include "ui/KeyboardHelp.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QMenu>
@@ -70,7 +71,8 @@ KeyboardHelp::KeyboardHelp(const QMenuBar &menus, QWidget *parent) : QDialog(par
             addMenuKeys(*commands, *top->menu(), QString(top->text()).remove(QLatin1Char('&')) + QStringLiteral(" › "));
     auto *strip = new QTreeWidgetItem(list, {tr("Timeline")});
     for (const StripKey &key : stripKeys)
-        new QTreeWidgetItem(strip, {tr(key.keys), tr(key.what)});
+        new QTreeWidgetItem(strip, {QCoreApplication::translate("KeyboardHelp", key.keys),
+                                    QCoreApplication::translate("KeyboardHelp", key.what)});
     for (QTreeWidgetItem *section : {commands, strip}) {
         QFont bold = section->font(0);
         bold.setBold(true);

@@ -30,6 +30,8 @@
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
+#include "ui/MoveActions.h"
+#include "ui/WorkingSetActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -165,6 +167,9 @@ void MainWindow::buildMenus()
     rename->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     file->addSeparator();
     (new TrashActions(*m_controller, *m_editActions, this))->addTo(*file);
+    (new MoveActions(*m_controller, *m_editActions, this))->addTo(*file);
+    (new WorkingSetActions(*m_controller, *m_editActions, [this] { return selectedFolders(); }, this))
+        ->addTo(*file);
     file->addSeparator();
     QAction *preferences = file->addAction(tr("Preferences…"), this, [this] { PreferencesWindow::showFor(m_prefs, this); });
     preferences->setObjectName(QStringLiteral("preferencesAction"));

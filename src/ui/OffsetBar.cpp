@@ -19,7 +19,7 @@ namespace {
 // A field below its range shows this: the folders differ and the field was left untouched.
 constexpr int untouched = -1;
 
-enum Direction : int { Later, Earlier };
+enum Direction { Later, Earlier };
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "ui/MainWindow.h"
 #include "ui/PicTableModel.h"
 #include "ui/StateSession.h"
+#include "ui/Translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
     // The installed menu entry and icon carry this name; Wayland matches the window to them by it.
     QGuiApplication::setDesktopFileName(QStringLiteral("org.orvelle.Orvelle"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.orvelle.Orvelle")));
+    const orv::Translations translations;
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QApplication::translate("main", "Puts the dates, time zones, places and "

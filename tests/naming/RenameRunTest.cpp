@@ -168,7 +168,7 @@ TEST_F(RenameRunTest, CheckPlanNamesBothFilesOfEveryClash)
     writeFile(QStringLiteral("stays.jpg"));
     const auto planned = [&](const char *from, const QString &to) {
         writeFile(QString::fromLatin1(from));
-        return RenameItem{nullptr, m_folder.sfFolderPath, {QString::fromLatin1(from)}, {to}, 0, {}, {}, false};
+        return RenameItem{nullptr, m_folder.sfFolderPath, {QString::fromLatin1(from)}, {to}, 0, {}, {}, false, {}};
     };
     const std::vector<RenameItem> items = {
         planned("a.jpg", QStringLiteral("same.jpg")),  planned("b.jpg", QStringLiteral("SAME.jpg")),
