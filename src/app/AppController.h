@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/PicRatings.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -47,6 +48,8 @@ public:
     TrackLinks &trackLinks() { return m_trackLinks; }
     // Items to the desktop's trash, with undo.
     PicTrashing &trashing() { return m_trashing; }
+    // Keepers, neutrals and rejects, with undo.
+    PicRatings &ratings() { return m_ratings; }
     // Files changed behind our back while imported: watched, proven, marked.
     FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
 
@@ -69,6 +72,9 @@ Q_SIGNALS:
     void dateChangeRefused();
     // The folders' watches ran out: changes made outside in this one are found by the save.
     void watchLimitReached(const QString &path);
+    // These items' ratings changed (a rating, its undo or redo); filters that read ratings
+    // refilter.
+    void ratingsChanged(const QList<orv::MySinglePic *> &pics);
 
 private:
     DateChangeListener changeListener();
@@ -82,6 +88,7 @@ private:
     LOTController m_tracks;
     TrackLinks m_trackLinks;
     PicTrashing m_trashing;
+    PicRatings m_ratings;
     FolderChangeVerifier m_changeVerifier;
     QList<MySingleFolder *> m_foldersBeingSaved;
     // Last: its scan thread may still call back into the rest while it stops.
