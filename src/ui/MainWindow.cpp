@@ -28,6 +28,7 @@
 #include "ui/TimelineDragHandler.h"
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
+#include "ui/ViewingActions.h"
 
 #include <QApplication>
 #include <QFutureWatcher>
@@ -121,6 +122,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connectImport();
     connectController();
     connectTimeline();
+    m_viewing = new ViewingActions(*m_controller, *m_timeline, *m_picView, *this);
+    m_viewing->addTo(*menuBar());
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);
