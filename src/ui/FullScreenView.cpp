@@ -40,8 +40,11 @@ void FullScreenView::open(MySinglePic *pic)
     MySinglePic *start = pic ? pic : m_timeline.strip().picSelection();
     if (!start || !m_sequence.sources().admits(*start))
         start = m_sequence.walk().value(0);
-    const QSize screenSize = screen() ? screen()->size() * screen()->devicePixelRatio() : QSize(1920, 1080);
-    m_previews.setTargetSize(screenSize);
+    // The window's screen; the geometry first, for desktops whose window manager leaves full
+    // screen to the window.
+    QScreen *shownOn = parentWidget() ? parentWidget()->screen() : screen();
+    m_previews.setTargetSize(shownOn->size() * shownOn->devicePixelRatio());
+    setGeometry(shownOn->geometry());
     showFullScreen();
     activateWindow();
     setFocus();

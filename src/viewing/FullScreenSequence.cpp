@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 namespace orv {
 
 bool FspSources::admits(const MySinglePic &pic) const
@@ -66,7 +68,7 @@ int FullScreenSequence::durationUp(int seconds)
         return seconds;
     if (seconds < 10)
         return seconds + 1;
-    return seconds + (seconds < 60 ? 5 : 10);
+    return std::min(seconds + (seconds < 60 ? 5 : 10), maxSlideDuration);
 }
 
 int FullScreenSequence::durationDown(int seconds)

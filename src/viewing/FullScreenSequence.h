@@ -40,6 +40,7 @@ public:
 
     // The slide time one step up or down, in seconds: by 1 below 10, by 5 below 60 (70 down),
     // else by 10; never above 90 or below 1.
+    static constexpr int maxSlideDuration = 90;
     static int durationUp(int seconds);
     static int durationDown(int seconds);
 
