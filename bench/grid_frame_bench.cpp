@@ -72,8 +72,9 @@ double medianFrameMs(int count, int frames)
     times.reserve(size_t(frames));
     const int step = int(grid.grid().heightForRow() / 3);
     for (int f = 0; f < frames; ++f) {
-        // Scrolling down and up a few rows, so that rows and their pixmaps come and go.
-        bar->setValue(std::clamp(middle + (f % 40 - 20) * step, 0, bar->maximum()));
+        // Scrolling down and up three rows, which even 100 items leave room for, so that every
+        // count scrolls alike and rows and their pixmaps come and go.
+        bar->setValue(std::clamp(middle + (f % 20 - 10) * step, 0, bar->maximum()));
         QElapsedTimer clock;
         clock.start();
         QPainter painter(&frame);
