@@ -16,6 +16,11 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
       m_dateChanges(m_undoStack, changeListener()),
       m_trackLinks(m_undoStack, m_tracks, m_dateChanges, changeListener()),
       m_trashing(m_undoStack, m_dateChanges, changeListener()),
+      m_ratings(m_undoStack, m_dateChanges,
+                [this](const QList<MySinglePic *> &pics) {
+                    Q_EMIT ratingsChanged(pics);
+                    Q_EMIT expertRelevantChangeWasMade();
+                }),
       m_dataSource(std::make_unique<MyDroppedFolders>(prefs, questions))
 {
     connect(m_dataSource.get(), &MyDroppedFolders::folderEditModeChanged, this,

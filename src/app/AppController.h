@@ -2,6 +2,7 @@
 
 #include "app/DateChanges.h"
 #include "app/PicMoving.h"
+#include "app/PicRatings.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -50,6 +51,8 @@ public:
     TrackLinks &trackLinks() { return m_trackLinks; }
     // Items to the desktop's trash, with undo.
     PicTrashing &trashing() { return m_trashing; }
+    // Keepers, neutrals and rejects, with undo.
+    PicRatings &ratings() { return m_ratings; }
     // Files changed behind our back while imported: watched, proven, marked.
     FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
     // Items with their files into another imported folder, with undo.
@@ -85,6 +88,9 @@ Q_SIGNALS:
     void dateChangeRefused();
     // The folders' watches ran out: changes made outside in this one are found by the save.
     void watchLimitReached(const QString &path);
+    // These items' ratings changed (a rating, its undo or redo); filters that read ratings
+    // refilter.
+    void ratingsChanged(const QList<orv::MySinglePic *> &pics);
 
 private:
     DateChangeListener changeListener();
@@ -98,6 +104,7 @@ private:
     LOTController m_tracks;
     TrackLinks m_trackLinks;
     PicTrashing m_trashing;
+    PicRatings m_ratings;
     FolderChangeVerifier m_changeVerifier;
     PicMoving m_moving{m_undoStack, m_dateChanges, m_changeVerifier, changeListener()};
     QList<MySingleFolder *> m_foldersBeingSaved;

@@ -255,6 +255,8 @@ Object itemObject(const MySinglePic &pic)
     item.insert("isCreaXmp", pic.isCreaXmp);
     item.insert("isDigiXmp", pic.isDigiXmp);
     item.insert("isModiXmp", pic.isModiXmp);
+    // As the filters read it: the XMP rating 5 an import takes as a keeper is 1 here, -1 a reject.
+    item.insert("rating", pic.isRejected ? -1 : int(pic.isKeeper));
     item.insert("singlePicAttributes", attributes(pic.singlePicAttributes));
     // A Live Photo's still and movie name the same content identifier.
     if (!pic.UUID.isEmpty())

@@ -27,6 +27,8 @@ const char *const usage =
     "  scan [OPTIONS] PATH...  Import files and folders as the window does, and show each\n"
     "                          file's date, its source, camera and location.\n"
     "    --json                One JSON object per file, in an array.\n"
+    "                          rating: 1 keeper, 0 neutral, -1 reject (an xmp:Rating\n"
+    "                          of 5 makes a keeper, -1 a reject).\n"
     "    --subfolders DEPTH    Also import subfolders, DEPTH levels deep (default 0).\n"
     "    --filter TEXT         Import only these extensions, e.g. \".jpg,.png\".\n"
     "    --exclude TEXT        Leave these extensions out, e.g. \".mov .mp4\".\n"

@@ -717,6 +717,14 @@ bool PicScanner::takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &si
     return !pic.gpsLatOld && takeXmpPlace(pic, sidecar);
 }
 
+void PicScanner::takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp)
+{
+    if (!xmp.rating || pic.isKeeper || pic.isRejected)
+        return;
+    pic.isKeeper = *xmp.rating == 5;
+    pic.isRejected = *xmp.rating == -1;
+}
+
 std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemScanContext &context)
 {
     std::unique_ptr<MySinglePic> pic = buildPicOfRoute(facts, context);
@@ -772,6 +780,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts,
                                          context.options.dateComparisonThresold);
     if (!pic->gpsLat)
         takeXmpPlace(*pic, facts.xmpPlace);
+    takeXmpRating(*pic, facts.xmpPlace);
 
     const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);

@@ -98,6 +98,9 @@ public:
     // The place an XMP sidecar names becomes the item's: the sidecar is where places of a file
     // with one are saved, so it holds the newer word over the file's GPS tags. False when it
     // names none, and when the user moved the item's place and has not saved it yet.
+    // The rating other programs wrote as xmp:Rating: 5 makes a keeper, -1 a reject; the stars
+    // between mean nothing here, and an item already rated keeps its rating.
+    static void takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp);
     static bool takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &sidecar);
 
 private:

@@ -291,6 +291,7 @@ void FileGroups::matchXmpSidecar(const QString &path)
     if (owner) {
         owner->addSidecarExtension(sidecar.suffix());
         PicScanner::takeSidecarPlace(*owner, metadata);
+        PicScanner::takeXmpRating(*owner, metadata);
     } else
         m_folder.importErrors.add(ImportErrors::SidecarWithoutExtensionMatch, path);
 }

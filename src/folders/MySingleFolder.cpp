@@ -273,6 +273,7 @@ void MySingleFolder::updateFolderValuesOnPicMove()
             ++exifDateTimeAddedImages;
     }
     mediaTypesState = (images ? ImagesOnly : NoMedia) | (movies ? MoviesOnly : NoMedia);
+    recountKeepersAndRejects();
 }
 
 void MySingleFolder::recountKeepersAndRejects()

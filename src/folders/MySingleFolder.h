@@ -166,7 +166,8 @@ public:
     // Item count, first and last date. When the last item has left a folder in folder mode
     // outside a re-import, its offset goes back to zero.
     void sfUpdatePicsFromAndTill(bool isReimportRunning = false);
-    // Recounts media kinds, moved locations, tags to add and the zone state after items changed.
+    // Recounts media kinds, moved locations, tags to add, keepers and rejects, and the zone state
+    // after items changed.
     void updateFolderValuesOnPicMove();
     void recountKeepersAndRejects();
 

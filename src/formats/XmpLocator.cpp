@@ -198,13 +198,13 @@ XmpDateInfos XmpLocator::readDates(qint64 packetStart)
 
 XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
 {
-    enum class Field { SidecarFor, RawFileName, LatRef, LonRef, Lat, Lon, PosError, AltitudeRef, Altitude };
+    enum class Field { SidecarFor, RawFileName, LatRef, LonRef, Lat, Lon, PosError, AltitudeRef, Altitude, Rating };
     struct MetadataTag
     {
         QByteArrayView text;
         Field field;
     };
-    static constexpr std::array<MetadataTag, 9> tags{{
+    static constexpr std::array<MetadataTag, 10> tags{{
         {"photoshop:SidecarForExtension", Field::SidecarFor},
         {"crs:RawFileName", Field::RawFileName},
         {"exif:GPSLatitudeRef", Field::LatRef},
@@ -214,6 +214,7 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
         {"exif:GPSHPositioningError", Field::PosError},
         {"exif:GPSAltitudeRef", Field::AltitudeRef},
         {"exif:GPSAltitude", Field::Altitude},
+        {"xmp:Rating", Field::Rating},
     }};
     constexpr int overlap = 29;
     constexpr qint64 valueWindow = 256;
@@ -226,7 +227,7 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
             const char first = block.bytes[pos];
             if (first == '<' && hasBytesAt(block.bytes, pos, end))
                 return false;
-            if (first != 'p' && first != 'c' && first != 'e')
+            if (first != 'p' && first != 'c' && first != 'e' && first != 'x')
                 continue;
             for (std::size_t i = 0; i < tags.size(); ++i) {
                 if (taken[i] || !hasBytesAt(block.bytes, pos, tags[i].text))
@@ -276,6 +277,13 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
                     if (isVerifiedXmpPosErrorDataType(value->text))
                         metadata.gpsAltitude = value;
                     break;
+                case Field::Rating: {
+                    bool isNumber = false;
+                    const int rating = value->text.trimmed().toInt(&isNumber);
+                    if (isNumber && rating >= -1 && rating <= 5)
+                        metadata.rating = rating;
+                    break;
+                }
                 }
                 break;
             }

@@ -30,6 +30,8 @@ struct XmpSidecarMetadata
     std::optional<XmpTextValue> gpsPosError;
     // Metres as a rational "n/d"; the ref "1" puts them below sea level.
     std::optional<XmpTextValue> gpsAltitude, gpsAltitudeRef;
+    // xmp:Rating as a whole number from -1 (rejected) to 5; none when absent or anything else.
+    std::optional<int> rating;
 };
 
 bool verifiedXmpLocationRefDataType(const QByteArray &text);

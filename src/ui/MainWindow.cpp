@@ -31,6 +31,7 @@
 #include "ui/TimelinePane.h"
 #include "ui/TrashActions.h"
 #include "ui/MoveActions.h"
+#include "ui/ViewingActions.h"
 #include "ui/WorkingSetActions.h"
 
 #include <QApplication>
@@ -125,6 +126,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connectImport();
     connectController();
     connectTimeline();
+    m_viewing = new ViewingActions(*m_controller, *m_timeline, *m_picView, *this);
+    m_viewing->addTo(*menuBar());
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);

@@ -35,6 +35,7 @@ class Preferences;
 class SaveSession;
 class StateSession;
 class TimelinePane;
+class ViewingActions;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
 // a sortable list under the controls that shift their dates, the import's progress in the status
@@ -64,6 +65,8 @@ public:
     AppController &controller() const { return *m_controller; }
     InfoView &infoView() const { return *m_infoView; }
     PreviewsBar &previewsBar() const { return *m_previewsBar; }
+    // The ratings, the grid and the full-screen view.
+    ViewingActions &viewing() const { return *m_viewing; }
 
 Q_SIGNALS:
     // Every import asked for has ended and what it found is on show.
@@ -163,6 +166,7 @@ private:
     TimelinePane *m_timeline;
     InfoView *m_infoView = nullptr;
     PreviewsBar *m_previewsBar = nullptr;
+    ViewingActions *m_viewing = nullptr;
 };
 
 } // namespace orv

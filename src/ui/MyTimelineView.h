@@ -97,6 +97,11 @@ public:
     QRectF labelRectInViewport(qsizetype n) const { return m_labelRects.value(n).translated(-contentX(0), 0); }
     // How many thumbnails have a pixmap now.
     qsizetype layerCount() const { return m_layers.size(); }
+    // The strip's selection changed here or in a grid over it: the other strips follow, the
+    // item shown comes into view, and the window hears of it.
+    void selectionChanged(const MySinglePic *shown);
+    // Whether the raised items change one by one: the main item's folder, else the first raised.
+    bool stripIsSingleMode() const;
 
 public Q_SLOTS:
     void thumbReady(quint32 sessionUniqueId);
@@ -140,9 +145,6 @@ private:
         bool sweep = false;
         bool moved = false;   // beyond the 5 points that make a drag
     };
-    void selectionChanged(const MySinglePic *shown);
-    // Whether the raised items change one by one: the main item's folder, else the first raised.
-    bool stripIsSingleMode() const;
     void updateRectangle(QPointF pointer);
     void sweepTo(QPointF pointer);
     qsizetype labelAt(QPointF viewportPoint) const;

@@ -246,9 +246,17 @@ void TimelinePane::runThumbs()
 {
     m_thumbsTimer.stop();
     QList<MyThumbsQueue::StripList> strips;
+    if (m_gridRange)
+        strips.append({m_mainView->strip().geometrySource(), *m_gridRange});
     for (MyTimelineView *view : std::as_const(m_views))
         strips.append({view->strip().geometrySource(), view->visibleThumbsRange()});
     m_thumbs->runThumbs(strips);
+}
+
+void TimelinePane::setGridRange(std::optional<ThumbRange> range)
+{
+    m_gridRange = range;
+    m_thumbsTimer.start();
 }
 
 } // namespace orv

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <optional>
+
 #include "ui/MyTimelineView.h"
 
 class QActionGroup;
@@ -60,6 +62,9 @@ public:
     // Thumbnails larger (positive) or smaller by so many size modes; the timeline height is kept
     // in the preferences, and the strips take the room the size needs.
     void zoom(int steps);
+    // The part of the main strip's items a grid over it shows (none: no grid open): its
+    // thumbnails are built first.
+    void setGridRange(std::optional<ThumbRange> range);
 
 Q_SIGNALS:
     void picSelected(orv::MySinglePic *pic);
@@ -89,6 +94,7 @@ private:
     QMenu *m_stripsMenu;
     TimelineViewOptions m_options;
     QTimer m_thumbsTimer;
+    std::optional<ThumbRange> m_gridRange;
 };
 
 } // namespace orv

@@ -353,6 +353,37 @@ TEST_F(ScanCommandTest, XmpPlacesOfSidecarsAndOwnPacketsAreReadAsExiftoolReadsTh
     }
 }
 
+TEST_F(ScanCommandTest, XmpRatingsOfOtherProgramsBecomeKeepersAndRejects)
+{
+    // Ratings as other programs leave them: in the photo's own packet as an attribute or an
+    // element, and in a RAW's sidecar. Five stars make a keeper, -1 a reject, other stars nothing.
+    const auto rated = [](const char *rating, XmpForm form) {
+        return buildXmp({.properties = {{"xmp:Rating", rating}}, .form = form});
+    };
+    buildJpeg({.exif = withOriginal(), .xmp = rated("5", XmpForm::Attributes)}).write(root.path(), QStringLiteral("five"));
+    buildJpeg({.exif = withOriginal(), .xmp = rated("-1", XmpForm::Elements)}).write(root.path(), QStringLiteral("rejected"));
+    buildJpeg({.exif = withOriginal(), .xmp = rated("3", XmpForm::Attributes)}).write(root.path(), QStringLiteral("three"));
+    ASSERT_TRUE(QFile::rename(buildTiffFile({.tags = withOriginal()}).write(root.path(), QStringLiteral("raw")),
+                              path(QStringLiteral("raw.dng"))));
+    buildXmpSidecar({.properties = {{"xmp:Rating", "5"}}}).write(root.path(), QStringLiteral("raw"));
+    photo(QString(), QStringLiteral("plain"), withOriginal());
+
+    const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), root.path()});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QHash<QString, int> ratings;
+    for (const QJsonValue &item : run.items())
+        ratings[item["spName"].toString()] = item["rating"].toInt(99);
+    EXPECT_EQ(ratings, (QHash<QString, int>{{QStringLiteral("five.jpg"), 1},
+                                           {QStringLiteral("rejected.jpg"), -1},
+                                           {QStringLiteral("three.jpg"), 0},
+                                           {QStringLiteral("raw.dng"), 1},
+                                           {QStringLiteral("plain.jpg"), 0}}));
+    // exiftool reads the same stars where we found them.
+    EXPECT_EQ(exiftoolTags(path(QStringLiteral("five.jpg"))).number("XMP:Rating"), 5);
+    EXPECT_EQ(exiftoolTags(path(QStringLiteral("rejected.jpg"))).number("XMP:Rating"), -1);
+    EXPECT_EQ(exiftoolTags(path(QStringLiteral("raw.xmp"))).number("XMP:Rating"), 5);
+}
+
 TEST_F(ScanCommandTest, AStampReadInTheOffsetOfAnotherSlotNamesNoSkippedHour)
 {
     // The digitized stamp has no offset tag of its own and takes the original's, as the camera

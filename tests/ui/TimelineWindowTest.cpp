@@ -5,6 +5,7 @@
 
 #include "core/MySinglePic.h"
 #include "support/Corpus.h"
+#include "support/Exiftool.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/MyTimelineView.h"
@@ -68,7 +69,8 @@ TEST_F(TimelineWindowTest, ACorpusFolderShowsItsThumbnailsWithDateLabels)
     EXPECT_EQ(strip.strip().picSelection(),
               window->picModel().picAt(window->sortedPics().mapToSource(window->sortedPics().index(3, 0)).row()));
 
-    // Keepers: nothing is rated yet, so strip and list empty; no filter brings all back.
+    // Keepers: only what the files themselves rate 5 stars (xmp:Rating, as exiftool reads it);
+    // no filter brings all back.
     QMenu *filters = timeline.filterMenu();
     QAction *keepers = nullptr, *none = nullptr;
     for (QAction *action : filters->actions()) {
@@ -79,10 +81,13 @@ TEST_F(TimelineWindowTest, ACorpusFolderShowsItsThumbnailsWithDateLabels)
     }
     ASSERT_TRUE(keepers && none);
     const qsizetype all = shown.size();
+    qsizetype fiveStars = 0;
+    for (const MySinglePic *pic : shown)
+        fiveStars += exiftoolTags(pic->spPath()).number("XMP:Rating") == 5;
     keepers->trigger();
-    EXPECT_TRUE(strip.strip().theSource().isEmpty());
-    EXPECT_EQ(window->sortedPics().rowCount(), 0);
-    EXPECT_EQ(timeline.controller().source().filteredImagesCount(), all);
+    EXPECT_EQ(strip.strip().theSource().size(), fiveStars);
+    EXPECT_EQ(window->sortedPics().rowCount(), fiveStars);
+    EXPECT_EQ(timeline.controller().source().filteredImagesCount(), all - fiveStars);
     none->trigger();
     EXPECT_EQ(strip.strip().theSource().size(), all);
     EXPECT_EQ(window->sortedPics().rowCount(), all);
