@@ -14,6 +14,11 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
       m_dateChanges(m_undoStack, changeListener()),
       m_trackLinks(m_undoStack, m_tracks, m_dateChanges, changeListener()),
       m_trashing(m_undoStack, m_dateChanges, changeListener()),
+      m_moviePositions(m_undoStack,
+                       [this](MySinglePic *movie) {
+                           Q_EMIT moviePositionsChanged(movie);
+                           Q_EMIT expertRelevantChangeWasMade();
+                       }),
       m_dataSource(std::make_unique<MyDroppedFolders>(prefs, questions))
 {
     connect(m_dataSource.get(), &MyDroppedFolders::folderEditModeChanged, this,
@@ -81,6 +86,7 @@ QList<MySingleFolder *> AppController::unsavedFolders() const
 void AppController::saveWillStart()
 {
     m_dateChanges.setBlocked(true);
+    m_moviePositions.setBlocked(true);
     // The save's own writes are no outside change.
     m_changeVerifier.stopVerification();
     m_foldersBeingSaved = unsavedFolders();
@@ -91,6 +97,7 @@ void AppController::saveWillStart()
 void AppController::saveEnded()
 {
     m_dateChanges.setBlocked(false);
+    m_moviePositions.setBlocked(false);
     for (MySingleFolder *folder : std::exchange(m_foldersBeingSaved, {}))
         m_changeVerifier.didModifyFolder(*folder);
     m_changeVerifier.resumeVerification();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/DateChanges.h"
+#include "app/MoviePositionChanges.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -49,6 +50,8 @@ public:
     PicTrashing &trashing() { return m_trashing; }
     // Files changed behind our back while imported: watched, proven, marked.
     FolderChangeVerifier &changeVerifier() { return m_changeVerifier; }
+    // The positions remembered in movies, with undo.
+    MoviePositionChanges &moviePositions() { return m_moviePositions; }
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
@@ -69,6 +72,8 @@ Q_SIGNALS:
     void dateChangeRefused();
     // The folders' watches ran out: changes made outside in this one are found by the save.
     void watchLimitReached(const QString &path);
+    // The movie's positions or the place its player stands changed.
+    void moviePositionsChanged(orv::MySinglePic *movie);
 
 private:
     DateChangeListener changeListener();
@@ -83,6 +88,7 @@ private:
     TrackLinks m_trackLinks;
     PicTrashing m_trashing;
     FolderChangeVerifier m_changeVerifier;
+    MoviePositionChanges m_moviePositions;
     QList<MySingleFolder *> m_foldersBeingSaved;
     // Last: its scan thread may still call back into the rest while it stops.
     std::unique_ptr<MyDroppedFolders> m_dataSource;
