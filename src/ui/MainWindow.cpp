@@ -15,6 +15,7 @@
 #include "ui/FolderListModel.h"
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
+#include "ui/MovieActions.h"
 #include "ui/MyTimeZonePickerController.h"
 #include "ui/MyTimelineView.h"
 #include "ui/OffsetBar.h"
@@ -174,6 +175,7 @@ void MainWindow::buildMenus()
     QAction *zones = menuBar()->addMenu(tr("&Time"))->addAction(tr("Time Zone Correction…"), this,
                                                                   &MainWindow::openTimeZonePicker);
     zones->setObjectName(QStringLiteral("timeZonePickerAction"));
+    (new MovieActions(*m_controller, *m_editActions, this))->addTo(*menuBar()->addMenu(tr("&Movie")));
     menuBar()->addMenu(m_timeline->filterMenu());
     menuBar()->addMenu(m_timeline->stripsMenu());
 
