@@ -6,6 +6,7 @@
 #include "folders/MySingleFolder.h"
 
 #include <QAction>
+#include <QAudioDevice>
 #include <QAudioOutput>
 #include <QBuffer>
 #include <QCloseEvent>
@@ -17,6 +18,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSlider>
+#include <QTransform>
 #include <QUndoStack>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -96,6 +98,7 @@ MovieView::MovieView(AppController &controller, MySinglePic &movie, MovieFramesO
         if (!frames)
             return probe;
         probe.duration = frames->duration();
+        probe.rotation = frames->displayRotation();
         if (probe.duration <= 0.0) {
             probe.problem = tr("the movie has no length");
             return probe;
@@ -114,6 +117,11 @@ MovieView::MovieView(AppController &controller, MySinglePic &movie, MovieFramesO
 
 MovieView::~MovieView()
 {
+    // The player goes first and tells this view nothing more: the owner may already be gone.
+    if (m_player) {
+        m_player->disconnect(this);
+        delete m_player;
+    }
     m_probe.waitForFinished();
     m_decode.waitForFinished();
 }
@@ -148,6 +156,9 @@ void MovieView::buildWidgets()
     m_play->setObjectName(QStringLiteral("moviePlay"));
     m_slider = new QSlider(Qt::Horizontal, this);
     m_slider->setObjectName(QStringLiteral("movieSlider"));
+    // Milliseconds: arrows step a tenth of a second, a click beside the handle a second.
+    m_slider->setSingleStep(100);
+    m_slider->setPageStep(1000);
     m_time = new QLabel(timeText(0.0), this);
     m_positionsButton = new QPushButton(tr("Positions"), this);
     m_positionsButton->setObjectName(QStringLiteral("moviePositionsMenu"));
@@ -247,10 +258,12 @@ void MovieView::probeEnded()
     const Probe probe = m_probe.result();
     if (!probe.problem.isEmpty()) {
         setProblem(tr("This movie cannot be played: %1.").arg(probe.problem));
+        Q_EMIT movieLoaded();
         return;
     }
     m_playable = true;
     m_duration = probe.duration;
+    m_rotation = probe.rotation;
     if (m_position >= m_duration)
         m_position = 0.0;
     m_slider->setRange(0, int(std::lround(m_duration * 1000.0)));
@@ -259,6 +272,11 @@ void MovieView::probeEnded()
     showFrame(probe.frame);
     setProblem({});
 
+    // Movies play through FFmpeg, as the frame reader and the stills read them, unless the user
+    // asks for another backend: Qt reads the choice when the first player is made, and Debian's
+    // GStreamer backend crashes where its plugins are missing.
+    if (qEnvironmentVariableIsEmpty("QT_MEDIA_BACKEND"))
+        qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     m_player = new QMediaPlayer(this);
     m_sink = new QVideoSink(this);
     m_player->setVideoSink(m_sink);
@@ -311,8 +329,13 @@ double MovieView::presentSeconds() const
 void MovieView::playerFrame(const QVideoFrame &frame)
 {
     // Only a playing player's frames are the position's: a paused one's come from its last seek.
-    if (m_player && m_player->playbackState() == QMediaPlayer::PlayingState && frame.isValid())
-        showFrame(frame.toImage());
+    if (!m_player || m_player->playbackState() != QMediaPlayer::PlayingState || !frame.isValid())
+        return;
+    // The player's frames come as stored; a phone movie's are turned upright here, as the frame
+    // reader turns its own.
+    const double angle = frame.rotationAngle() != QVideoFrame::Rotation0 ? double(frame.rotationAngle()) : -m_rotation;
+    const QImage image = frame.toImage();
+    showFrame(angle == 0.0 ? image : image.transformed(QTransform().rotate(angle)));
 }
 
 void MovieView::showFrame(const QImage &frame)

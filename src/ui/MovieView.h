@@ -72,6 +72,7 @@ private:
     {
         QString problem;
         double duration = 0.0;
+        double rotation = 0.0;
         QList<double> chapters;
         QImage frame;
     };
@@ -97,6 +98,7 @@ private:
     QFutureWatcher<QImage> m_decode;
     double m_pendingDecode = -1.0;
     double m_duration = 0.0;
+    double m_rotation = 0.0; // of the movie's frames, which the player leaves as they are
     double m_position = 0.0;
     bool m_playable = false;
     bool m_playerFailed = false;

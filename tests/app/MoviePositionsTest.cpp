@@ -119,14 +119,14 @@ TEST_F(MoviePositionsTest, StillsFromThePositionsTakeThePendingShiftAndAreImport
     // 2019-07-24 08:25:40 UTC in the movie, moved by 1:02:03 and not saved.
     ASSERT_EQ(set.controller.dateChanges().dragChangedDates({set.folders().first()}, 3723, false),
               DateChangeResult::Changed);
-    set.controller.moviePositions().saveMoviePosition(*movie, 1.5, {});
+    set.controller.moviePositions().saveMoviePosition(*movie, 1.01, {});
     set.controller.moviePositions().saveMoviePosition(*movie, 3.0, {});
 
     QStringList problems;
     const QList<MovieStillJob> jobs = MovieStillRun::jobsFor({movie}, problems);
     ASSERT_EQ(jobs.size(), 1);
     EXPECT_TRUE(problems.isEmpty());
-    EXPECT_EQ(jobs[0].positions, (QList<double>{1.5, 3.0}));
+    EXPECT_EQ(jobs[0].positions, (QList<double>{1.01, 3.0}));
     MovieStillSettings settings = MovieStillRun::settingsFrom(set.prefs);
     EXPECT_EQ(settings.format, MovieStillSettings::Jpeg) << "JPEG until the user chose";
     EXPECT_EQ(settings.jpegQuality, 75.0);
@@ -153,6 +153,7 @@ TEST_F(MoviePositionsTest, StillsFromThePositionsTakeThePendingShiftAndAreImport
     for (const MovieStillResult::Still &still : results[0].successes) {
         const ExiftoolTags tags = exiftoolTags(still.path);
         EXPECT_EQ(stampInstant(tags), movieDate.addSecs(qint64(still.position))) << still.path.toStdString();
+        EXPECT_EQ(tags.string(QStringLiteral("EXIF:SubSecTimeOriginal")), QLatin1String(still.position == 3.0 ? "000" : "010"));
     }
 
     // The stills' folder joins the working set, its items at the stills' dates.
@@ -164,7 +165,7 @@ TEST_F(MoviePositionsTest, StillsFromThePositionsTakeThePendingShiftAndAreImport
     EXPECT_EQ(stills->sfLastKnownFolderPath, results[0].coverFolderPath);
     ASSERT_EQ(stills->sfPicDetails_fullArray.size(), 2);
     for (const MySinglePic *pic : stills->sfPicDetails_fullArray) {
-        const double position = pic->spName.startsWith(QStringLiteral("00_00_01.500")) ? 1.5 : 3.0;
+        const double position = pic->spName.startsWith(QStringLiteral("00_00_01.010")) ? 1.01 : 3.0;
         ASSERT_TRUE(pic->spDateTimeModified());
         EXPECT_EQ(pic->spDateTimeModified()->wholeSeconds(),
                   movieDate.addSecs(qint64(position)).toSecsSinceEpoch())

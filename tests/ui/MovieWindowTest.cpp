@@ -33,7 +33,9 @@ protected:
         // Sound alone: a movie with nothing to show.
         QProcess::execute(QStringLiteral("ffmpeg"), {QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-f"),
                                                      QStringLiteral("lavfi"), QStringLiteral("-i"),
-                                                     QStringLiteral("sine=duration=1"), dir.filePath(QStringLiteral("sound.mov"))});
+                                                     QStringLiteral("sine=duration=1"), QStringLiteral("-metadata"),
+                                                     QStringLiteral("creation_time=2020-01-01T10:00:00Z"),
+                                                     dir.filePath(QStringLiteral("sound.mov"))});
         ASSERT_TRUE(waitForImport([this] { window->importPaths({dir.path()}); }));
     }
 
