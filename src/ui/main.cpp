@@ -14,10 +14,6 @@
 
 int main(int argc, char *argv[])
 {
-    // Movies play through FFmpeg, which the frame reader and the stills use too, rather than
-    // whatever backend the system would pick.
-    if (qEnvironmentVariableIsEmpty("QT_MEDIA_BACKEND"))
-        qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvelle"));
     QApplication::setApplicationDisplayName(QStringLiteral("Orvelle"));
