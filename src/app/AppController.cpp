@@ -71,6 +71,8 @@ AppController::~AppController()
 {
     // The commands point at folders and items: they go before the folders do.
     m_undoStack.clear();
+    // A verification in flight reads an item: it ends before the folders go.
+    m_changeVerifier.stopVerification();
     m_dataSource.reset();
 }
 
