@@ -5,6 +5,7 @@ set -euo pipefail
 packages=(
   cmake ninja-build g++ ccache pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-l10n-tools qt6-tools-dev qt6-translations-l10n qt6-image-formats-plugins libgl-dev
+  qt6-multimedia-dev
   zlib1g-dev libheif-dev libraw-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev
   libimage-exiftool-perl

@@ -21,6 +21,11 @@ AppController::AppController(Preferences &prefs, ImportQuestions &questions, con
                     Q_EMIT ratingsChanged(pics);
                     Q_EMIT expertRelevantChangeWasMade();
                 }),
+      m_moviePositions(m_undoStack,
+                       [this](MySinglePic *movie) {
+                           Q_EMIT moviePositionsChanged(movie);
+                           Q_EMIT expertRelevantChangeWasMade();
+                       }),
       m_dataSource(std::make_unique<MyDroppedFolders>(prefs, questions))
 {
     connect(m_dataSource.get(), &MyDroppedFolders::folderEditModeChanged, this,
@@ -74,6 +79,8 @@ AppController::~AppController()
 {
     // The commands point at folders and items: they go before the folders do.
     m_undoStack.clear();
+    // A verification in flight reads an item: it ends before the folders go.
+    m_changeVerifier.stopVerification();
     m_dataSource.reset();
 }
 
@@ -106,6 +113,7 @@ QList<MySingleFolder *> AppController::unsavedFolders() const
 void AppController::saveWillStart()
 {
     m_dateChanges.setBlocked(true);
+    m_moviePositions.setBlocked(true);
     // The save's own writes are no outside change.
     m_changeVerifier.stopVerification();
     m_foldersBeingSaved = unsavedFolders();
@@ -116,6 +124,7 @@ void AppController::saveWillStart()
 void AppController::saveEnded()
 {
     m_dateChanges.setBlocked(false);
+    m_moviePositions.setBlocked(false);
     for (MySingleFolder *folder : std::exchange(m_foldersBeingSaved, {}))
         m_changeVerifier.didModifyFolder(*folder);
     m_changeVerifier.resumeVerification();

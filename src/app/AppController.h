@@ -3,6 +3,7 @@
 #include "app/DateChanges.h"
 #include "app/PicMoving.h"
 #include "app/PicRatings.h"
+#include "app/MoviePositionChanges.h"
 #include "app/PicTrashing.h"
 #include "app/TrackLinks.h"
 #include "folders/FolderChangeVerifier.h"
@@ -64,6 +65,9 @@ public:
     // False, and nothing removed, while an import or a save runs.
     bool removeFoldersFromWorkingSet(const QList<MySingleFolder *> &folders);
 
+    // The positions remembered in movies, with undo.
+    MoviePositionChanges &moviePositions() { return m_moviePositions; }
+
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
     bool isStandardBlocked() const { return m_dateChanges.isBlocked(); }
@@ -91,6 +95,8 @@ Q_SIGNALS:
     // These items' ratings changed (a rating, its undo or redo); filters that read ratings
     // refilter.
     void ratingsChanged(const QList<orv::MySinglePic *> &pics);
+    // The movie's positions or the place its player stands changed.
+    void moviePositionsChanged(orv::MySinglePic *movie);
 
 private:
     DateChangeListener changeListener();
@@ -107,6 +113,7 @@ private:
     PicRatings m_ratings;
     FolderChangeVerifier m_changeVerifier;
     PicMoving m_moving{m_undoStack, m_dateChanges, m_changeVerifier, changeListener()};
+    MoviePositionChanges m_moviePositions;
     QList<MySingleFolder *> m_foldersBeingSaved;
     // A restore is being undone or redone: its folders leave and come back with their history.
     bool m_isMovingRestoredFolders = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/FileFormatType.h"
+#include "core/MoviePositions.h"
 #include "core/PicLocation.h"
 #include "formats/PicAttributes.h"
 #include "time/Instant.h"
@@ -128,6 +129,8 @@ public:
 
     // --- Movie ---
     double movDuration = -1.0;
+    // Where the movie stands and the positions remembered in it; none for most items.
+    std::unique_ptr<MoviePositions> moviePositions;
 
     // --- Bytes ---
     PicAttributes singlePicAttributes;

@@ -28,6 +28,9 @@ public:
     virtual ~MovieFrames() = default;
     // Seconds from the first frame to the end; 0 when the movie does not say.
     virtual double duration() const = 0;
+    // The turn, in degrees counterclockwise, that the movie's display matrix asks of its frames
+    // (a phone held upright: 90 or -90); frameAt() has applied it already.
+    virtual double displayRotation() const { return 0.0; }
     // The start of each chapter the movie names, in seconds from its start.
     virtual QList<double> chapterStarts() const = 0;
     // The frame on screen at `seconds` from the start: the last one that begins at or before

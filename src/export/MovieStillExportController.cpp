@@ -85,6 +85,10 @@ QList<MovieStillResult> MovieStillExportController::exportChapterCoversThreadedF
                                                                                          const MovieStillSettings &settings)
 {
     m_isChapterExportAborted = false;
+    m_positionsDone = 0;
+    m_positionsTotal = 0;
+    for (const MovieStillJob &job : jobs)
+        m_positionsTotal += job.positions.size();
     QList<MovieStillResult> results;
     for (const MovieStillJob &job : jobs) {
         if (m_isChapterExportAborted)
@@ -138,6 +142,7 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
             job.atStart.atPosition(position)};
         if (QFileInfo::exists(still.path) || (settings.livePhotos && QFileInfo::exists(pairedMoviePath(still.path)))) {
             result.duplicates.append(still);
+            reportProgress();
             continue;
         }
         open();
@@ -149,11 +154,20 @@ MovieStillResult MovieStillExportController::exportMovie(const MovieStillJob &jo
             result.successes.append(still);
         else
             result.failures.append({position, why});
+        reportProgress();
     }
     // A folder this run made and left empty goes again (rmdir leaves one that holds anything).
     if (!folderExisted)
         QDir().rmdir(folder);
     return result;
+}
+
+void MovieStillExportController::reportProgress()
+{
+    ++m_positionsDone;
+    if (m_progress)
+        // Chapter starts come on top of the positions asked for once the movie is open.
+        m_progress(m_positionsDone, std::max(m_positionsDone, m_positionsTotal));
 }
 
 QString MovieStillExportController::pairedMoviePath(const QString &stillPath)

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <atomic>
+#include <functional>
 
 namespace orv {
 
@@ -81,6 +82,10 @@ public:
                                                                  const MovieStillSettings &settings);
     // Stops the run before its next still.
     void abortExportChapterCovers() { m_isChapterExportAborted = true; }
+    // Told on the run's thread after each position, made or not: how many of the jobs'
+    // positions are done, of how many.
+    using Progress = std::function<void(qsizetype done, qsizetype total)>;
+    void setProgressHandler(Progress progress) { m_progress = std::move(progress); }
 
     // "01_02_03.456" for 3723.456 seconds.
     static QString chapterCoverNameFromSeconds(double seconds);
@@ -94,6 +99,7 @@ public:
 
 private:
     MovieStillResult exportMovie(const MovieStillJob &job, const MovieStillSettings &settings);
+    void reportProgress();
     // The hidden name a file is made under before it takes its own.
     static QString hiddenPathFor(const QString &path);
     // Each gives the reason when the still or the pair could not be made, and then leaves no file.
@@ -111,6 +117,8 @@ private:
     MovieFramesOpener m_opener;
     XtController &m_xt;
     std::atomic<bool> m_isChapterExportAborted = false;
+    Progress m_progress;
+    qsizetype m_positionsDone = 0, m_positionsTotal = 0;
 };
 
 } // namespace orv

@@ -109,7 +109,9 @@ QString StillMetadata::offsetText() const
 QString StillMetadata::milliseconds() const
 {
     const double fraction = date.secondsSinceEpoch() - date.wholeSeconds();
-    return QStringLiteral("%1").arg(std::min(999, int(std::floor(fraction * 1000.0 + 1e-6))), 3, 10, QLatin1Char('0'));
+    // Rounded: a date of some 1.6e9 seconds holds its fraction only to a few tenths of a
+    // microsecond, so 0.010 may come back as 0.0099998.
+    return QStringLiteral("%1").arg(std::min(999, int(std::lround(fraction * 1000.0))), 3, 10, QLatin1Char('0'));
 }
 
 LivePhotoMovieTags StillMetadata::livePhotoMovieTags(const QString &contentIdentifier) const

@@ -26,6 +26,7 @@ public:
     static std::unique_ptr<MovieFrames> open(const QString &path, QString &why);
 
     double duration() const override { return m_duration; }
+    double displayRotation() const override { return m_rotation; }
     QList<double> chapterStarts() const override;
     QImage frameAt(double seconds, QString &why) override;
     QString writeLivePhotoMovie(const QString &target, double seconds, double length,

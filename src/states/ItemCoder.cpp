@@ -331,6 +331,97 @@ PicLocation readLocation(const CborFields &f)
     return l;
 }
 
+// --- A movie's positions ---
+
+void writeMovieTime(QCborStreamWriter &w, const MovieTime &t)
+{
+    w.startArray(4);
+    w.append(t.value);
+    w.append(qint64(t.timescale));
+    w.append(quint64(t.flags));
+    w.append(t.epoch);
+    w.endArray();
+}
+
+void writeMoviePositions(CborMapWriter &map, const MoviePositions &m)
+{
+    if (m.movCurrentTime != MovieTime())
+        writeMovieTime(map.entry("movCurrentTime"_L1), m.movCurrentTime);
+    if (m.movChapterTime != MovieTime())
+        writeMovieTime(map.entry("movChapterTime"_L1), m.movChapterTime);
+    map.put("chapterMovPosKey"_L1, m.chapterMovPosKey);
+    map.put("currentMovPosKey"_L1, m.currentMovPosKey);
+    if (!m.movPositions.isEmpty()) {
+        QCborStreamWriter &e = map.entry("movPositions"_L1);
+        e.startMap(quint64(m.movPositions.size()));
+        for (auto it = m.movPositions.cbegin(); it != m.movPositions.cend(); ++it) {
+            e.append(it.key());
+            CborMapWriter entry(e);
+            writeMovieTime(entry.entry("timeArray"_L1), it->time);
+            entry.entry("seconds"_L1).append(it->seconds);
+            entry.entry("isSaved"_L1).append(it->isSaved);
+        }
+        e.endMap();
+    }
+    if (!m.movPositionThumbs.isEmpty()) {
+        QCborStreamWriter &e = map.entry("movPositionThumbs"_L1);
+        e.startMap(quint64(m.movPositionThumbs.size()));
+        for (auto it = m.movPositionThumbs.cbegin(); it != m.movPositionThumbs.cend(); ++it) {
+            e.append(it.key());
+            e.append(*it);
+        }
+        e.endMap();
+    }
+    map.put("didTryToLoadChapters"_L1, m.didTryToLoadChapters);
+    map.put("didMoviePositionChange"_L1, m.didMoviePositionChange);
+}
+
+MovieTime readMovieTime(const CborFields &f, const QCborValue &value, const QString &key)
+{
+    const RecordFields r(value, 4, f, key);
+    if (!r.isValid())
+        return {};
+    constexpr qint64 i64 = std::numeric_limits<qint64>::max();
+    return {r.integer(0, -i64, i64), qint32(r.integer(1, 0, std::numeric_limits<qint32>::max())),
+            quint32(r.integer(2, 0, maxU32)), r.integer(3, -i64, i64)};
+}
+
+MoviePositions readMoviePositions(const CborFields &f)
+{
+    MoviePositions m;
+    if (f.has("movCurrentTime"_L1))
+        m.movCurrentTime = readMovieTime(f, f.all().value("movCurrentTime"_L1), u"movCurrentTime"_s);
+    if (f.has("movChapterTime"_L1))
+        m.movChapterTime = readMovieTime(f, f.all().value("movChapterTime"_L1), u"movChapterTime"_s);
+    m.chapterMovPosKey = f.text("chapterMovPosKey"_L1);
+    m.currentMovPosKey = f.text("currentMovPosKey"_L1);
+    const CborFields positions = f.map("movPositions"_L1);
+    for (auto it = positions.all().constBegin(); it != positions.all().constEnd() && !f.problem().has(); ++it) {
+        const QString key = it.key().toString();
+        const CborFields entry(it.value(), f.where() + u"/movPositions/"_s + key, f.problem());
+        MoviePosition position;
+        position.time = readMovieTime(entry, entry.all().value("timeArray"_L1), u"timeArray"_s);
+        position.seconds = entry.real("seconds"_L1);
+        position.isSaved = entry.flag("isSaved"_L1);
+        // A position is found again by its key: one that does not name its own seconds is damage.
+        if (key != MoviePositions::keyFor(position.seconds))
+            entry.refuse(u"the key does not name the position's seconds"_s);
+        m.movPositions.insert(key, position);
+    }
+    const CborFields thumbs = f.map("movPositionThumbs"_L1);
+    for (auto it = thumbs.all().constBegin(); it != thumbs.all().constEnd() && !f.problem().has(); ++it) {
+        if (!it.value().isByteArray() || !m.movPositions.contains(it.key().toString()))
+            thumbs.refuse(u"a thumbnail that is no image of a position"_s);
+        m.movPositionThumbs.insert(it.key().toString(), it.value().toByteArray());
+    }
+    for (const QString &key : {m.chapterMovPosKey, m.currentMovPosKey})
+        if (!key.isEmpty() && !m.movPositions.contains(key))
+            f.refuse(u"a chosen or present position that is not kept"_s);
+    m.didTryToLoadChapters = f.flag("didTryToLoadChapters"_L1);
+    m.didMoviePositionChange = f.flag("didMoviePositionChange"_L1);
+    return m;
+}
+
 } // namespace
 
 int savedValueForActualValue(int spType)
@@ -406,6 +497,7 @@ void write(QCborStreamWriter &writer, const MySinglePic &p, qint64 dependentInde
     map.put("marker"_L1, qint64(p.marker));
     map.put("UUID"_L1, p.UUID);
     map.putDouble("movDuration"_L1, p.movDuration, -1.0);
+    writeMoviePositions(map, MoviePositions::of(p));
     if (dependentIndex >= 0)
         map.put(p.bundleDependentImage->spType > 13 ? "bundleDependentsLivePhotosIndex"_L1
                                                      : "bundleDependentsRawAndJPGIndex"_L1,
@@ -479,6 +571,7 @@ ReadItem read(const CborFields &f)
     p->marker = qint8(f.integer("marker"_L1, 0, -128, 127));
     p->UUID = f.text("UUID"_L1);
     p->movDuration = f.real("movDuration"_L1, -1.0);
+    readMoviePositions(f).applyTo(*p);
     ReadItem item;
     item.dependentIsMovie = f.has("bundleDependentsLivePhotosIndex"_L1);
     item.dependentIndex = f.integer(item.dependentIsMovie ? "bundleDependentsLivePhotosIndex"_L1

@@ -17,6 +17,7 @@
 #include "ui/ImportProgressPanel.h"
 #include "ui/ImportSheets.h"
 #include "ui/MapWindow.h"
+#include "ui/MovieActions.h"
 #include "ui/MyTimeZonePickerController.h"
 #include "ui/MyTimelineView.h"
 #include "ui/OffsetBar.h"
@@ -187,6 +188,7 @@ void MainWindow::buildMenus()
     QAction *zones = menuBar()->addMenu(tr("&Time"))->addAction(tr("Time Zone Correction…"), this,
                                                                   &MainWindow::openTimeZonePicker);
     zones->setObjectName(QStringLiteral("timeZonePickerAction"));
+    (new MovieActions(*m_controller, *m_editActions, this))->addTo(*menuBar()->addMenu(tr("&Movie")));
     menuBar()->addMenu(m_timeline->filterMenu());
     menuBar()->addMenu(m_timeline->stripsMenu());
 

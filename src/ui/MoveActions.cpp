@@ -25,7 +25,7 @@ void MoveActions::addTo(QMenu &menu)
 {
     QAction *action = menu.addAction(tr("Move to Folder…"), this, &MoveActions::moveSelectionToFolder);
     action->setObjectName(QStringLiteral("moveToFolderAction"));
-    action->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_M));
+    action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
 }
 
 void MoveActions::moveSelectionToFolder()

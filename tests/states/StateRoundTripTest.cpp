@@ -95,6 +95,18 @@ void changeEverything(WorkingSet &set)
     named(one, u"Canon.jpg"_s)->takeNewLocation(48.137, 11.575, 520.0, MySinglePic::notSetAccuracy, 1);
     named(one, u"Canon.jpg"_s)->isKeeper = true;
     named(two, u"MWG.jpg"_s)->isRejected = true;
+    // Positions in both movies: marked, chosen, read from chapters, and one taken back.
+    MoviePositionChanges &positions = set.controller.moviePositions();
+    // The Live Photo's movie stands behind its still.
+    MySinglePic *train = named(one, u"train.jpg"_s)->bundleDependentImage;
+    ASSERT_TRUE(train && named(one, u"QuickTime.mov"_s));
+    positions.loadChaptersForAsset(*train, {0.0, 1.25});
+    positions.saveMoviePosition(*train, 0.5, QByteArray("\xFF\xD8 a thumbnail", 14));
+    positions.saveMoviePosition(*train, 1.0, {});
+    positions.fixateMoviePosition(*train, u"1.250"_s);
+    positions.removeMoviePosition(*train, u"1.000"_s);
+    positions.standAt(*train, 0.75);
+    positions.saveMoviePosition(*named(one, u"QuickTime.mov"_s), 0.1, {});
     one->updateFolderValuesOnPicMove();
     one->recountKeepersAndRejects();
     two->recountKeepersAndRejects();
@@ -153,6 +165,16 @@ TEST_F(StateRoundTripTest, ARestoredWorkingSetWritesTheSameStateAndSavesTheSameB
     EXPECT_EQ(named(folders.at(1), u"Nikon.jpg"_s)->singlePicModification, -5400);
     EXPECT_TRUE(named(&one, u"Canon.jpg"_s)->isKeeper);
     EXPECT_TRUE(named(&one, u"Canon.jpg"_s)->hasLocationChange());
+    for (const QString &name : {u"QuickTime.mov"_s, u"Canon.jpg"_s})
+        EXPECT_EQ(MoviePositions::of(*named(&one, name)), MoviePositions::of(*named(kept.folders().at(0), name)))
+            << name.toStdString();
+    EXPECT_FALSE(MoviePositions::of(*named(&one, u"QuickTime.mov"_s)).movPositions.isEmpty());
+    const MoviePositions train = MoviePositions::of(*restoredMaster->bundleDependentImage);
+    EXPECT_EQ(train, MoviePositions::of(*master->bundleDependentImage));
+    EXPECT_EQ(train.movPositions.keys(), (QStringList{u"0.000"_s, u"0.500"_s, u"1.250"_s}));
+    EXPECT_EQ(train.chapterMovPosKey, u"1.250"_s);
+    EXPECT_EQ(train.movCurrentTime.seconds(), 0.75);
+    EXPECT_EQ(named(&one, u"Canon.jpg"_s)->moviePositions, nullptr);
     for (MySingleFolder *folder : folders)
         for (MySinglePic *pic : folder->sfPicDetails_fullArray)
             EXPECT_EQ(pic->spDateTimeModified(), named(kept.folders().at(folders.indexOf(folder)), pic->spName)
