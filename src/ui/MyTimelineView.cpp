@@ -88,10 +88,7 @@ void MyTimelineView::relayout()
     horizontalScrollBar()->setSingleStep(int(geometry.stride()));
     m_mode = m_labels.dateDisplayModeFull(m_controller.source_full(), today());
     const int side = int(std::ceil(geometry.thumbSize() * devicePixelRatioF()));
-    if (side != m_layerSide) {
-        m_layers.clear();
-        m_layerSide = side;
-    }
+    m_layers.setSide(side);
     viewport()->update();
 }
 
@@ -202,27 +199,7 @@ void MyTimelineView::updateLayers(ThumbRange range)
     QSet<quint32> keep;
     for (qsizetype i = range.first; i < std::min(range.end(), source.size()); ++i)
         keep.insert(source.at(i)->sessionUniqueId);
-    m_layers.removeIf([&keep](const QHash<quint32, QPixmap>::iterator it) { return !keep.contains(it.key()); });
-}
-
-const QPixmap *MyTimelineView::layerFor(const MySinglePic &pic)
-{
-    // Drawing uses the entry: the cache keeps what is on screen the longest.
-    const ThumbEntry *entry = m_thumbs.cache().entry(pic.sessionUniqueId);
-    const auto found = m_layers.constFind(pic.sessionUniqueId);
-    if (found != m_layers.cend())
-        return &*found;
-    if (!entry)
-        return nullptr;
-    // Only what stands near the visible range is ever decoded; the cache holds compressed bytes.
-    QImage image = entry->decodedForSide(m_layerSide);
-    if (image.isNull())
-        return nullptr;
-    if (std::max(image.width(), image.height()) < m_layerSide) // a small image fills the cell
-        image = image.scaled(m_layerSide, m_layerSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QPixmap layer = QPixmap::fromImage(std::move(image));
-    layer.setDevicePixelRatio(devicePixelRatioF());
-    return &*m_layers.insert(pic.sessionUniqueId, std::move(layer));
+    m_layers.keepOnly(keep);
 }
 
 void MyTimelineView::drawGapMarks(QPainter &painter, ThumbRange range)
@@ -258,7 +235,7 @@ void MyTimelineView::drawThumb(QPainter &painter, qsizetype index, MySinglePic &
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(cell.adjusted(-3, -3, 3, 3), geometry.roundValue() + 2, geometry.roundValue() + 2);
     }
-    if (const QPixmap *layer = layerFor(pic)) {
+    if (const QPixmap *layer = m_layers.layerFor(pic, m_thumbs.cache(), devicePixelRatioF())) {
         const QSizeF size = layer->deviceIndependentSize();
         const QPointF origin(cell.x() + (cell.width() - size.width()) / 2, cell.y() + (cell.height() - size.height()) / 2);
         painter.drawPixmap(origin, *layer);

@@ -3,6 +3,7 @@
 #include "timeline/TimelineLabels.h"
 #include "timeline/TimelineSelection.h"
 #include "timeline/TimelineStrip.h"
+#include "ui/ThumbLayers.h"
 
 #include <QAbstractScrollArea>
 #include <QHash>
@@ -96,7 +97,7 @@ public:
     // Where the n-th of those labels stands in the viewport.
     QRectF labelRectInViewport(qsizetype n) const { return m_labelRects.value(n).translated(-contentX(0), 0); }
     // How many thumbnails have a pixmap now.
-    qsizetype layerCount() const { return m_layers.size(); }
+    qsizetype layerCount() const { return m_layers.count(); }
     // The strip's selection changed here or in a grid over it: the other strips follow, the
     // item shown comes into view, and the window hears of it.
     void selectionChanged(const MySinglePic *shown);
@@ -153,7 +154,6 @@ private:
     void relayout();
     // Pixmaps for the items near the range, none for the others.
     void updateLayers(ThumbRange range);
-    const QPixmap *layerFor(const MySinglePic &pic);
     void drawGapMarks(QPainter &painter, ThumbRange range);
     void drawThumb(QPainter &painter, qsizetype index, MySinglePic &pic);
     void drawLabels(QPainter &painter, ThumbRange range);
@@ -167,8 +167,7 @@ private:
     DateDisplayMode m_mode = DateDisplayMode::Years;
     std::optional<Instant> m_today;
     std::function<QColor(const MySinglePic &)> m_colorForPic;
-    QHash<quint32, QPixmap> m_layers;
-    int m_layerSide = 0; // the pixel side the layers were made for
+    ThumbLayers m_layers;
     int m_wheelZoom = 0; // wheel angle not yet turned into a zoom step
     QList<TimelineLabel> m_lastLabels;
     QList<QRectF> m_labelRects; // content coordinates, beside m_lastLabels

@@ -99,32 +99,14 @@ void VQSView::dropLayersOutside(ThumbRange range)
     QSet<quint32> keep;
     for (qsizetype i = first; i < end; ++i)
         keep.insert(m_grid.theSource().at(i)->sessionUniqueId);
-    m_layers.removeIf([&keep](const QHash<quint32, QPixmap>::iterator it) { return !keep.contains(it.key()); });
-}
-
-const QPixmap *VQSView::layerFor(const MySinglePic &pic)
-{
-    const ThumbEntry *entry = m_thumbs.cache().entry(pic.sessionUniqueId);
-    const auto found = m_layers.constFind(pic.sessionUniqueId);
-    if (found != m_layers.cend())
-        return &*found;
-    if (!entry)
-        return nullptr;
-    QImage image = entry->decodedForSide(m_layerSide);
-    if (image.isNull())
-        return nullptr;
-    if (std::max(image.width(), image.height()) != m_layerSide)
-        image = image.scaled(m_layerSide, m_layerSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QPixmap layer = QPixmap::fromImage(std::move(image));
-    layer.setDevicePixelRatio(devicePixelRatioF());
-    return &*m_layers.insert(pic.sessionUniqueId, std::move(layer));
+    m_layers.keepOnly(keep);
 }
 
 void VQSView::drawCell(QPainter &painter, qsizetype index, const MySinglePic &pic)
 {
     const QRectF cell = m_grid.frameForPicAtIndex(index);
     const TimelineStrip &strip = m_timeline.strip();
-    if (const QPixmap *layer = layerFor(pic)) {
+    if (const QPixmap *layer = m_layers.layerFor(pic, m_thumbs.cache(), devicePixelRatioF())) {
         const QSizeF size = layer->deviceIndependentSize();
         painter.drawPixmap(QPointF(cell.x() + (cell.width() - size.width()) / 2,
                                    cell.y() + (cell.height() - size.height()) / 2),
@@ -158,7 +140,7 @@ void VQSView::drawCell(QPainter &painter, qsizetype index, const MySinglePic &pi
 void VQSView::paintGrid(QPainter &painter)
 {
     painter.fillRect(QRect(QPoint(), viewport()->size()), gridBackground);
-    m_layerSide = int(std::lround(m_grid.vqsWidth() * devicePixelRatioF()));
+    m_layers.setSide(int(std::lround(m_grid.vqsWidth() * devicePixelRatioF())));
     const ThumbRange range = visibleRange();
     dropLayersOutside(range);
     painter.save();

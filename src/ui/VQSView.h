@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/ThumbLayers.h"
 #include "viewing/VQSController.h"
 
 #include <QAbstractScrollArea>
@@ -62,15 +63,13 @@ private:
     // An arrow from the main item; false when the key is none of them.
     bool arrowKey(const QKeyEvent &event);
     void drawCell(QPainter &painter, qsizetype index, const MySinglePic &pic);
-    const QPixmap *layerFor(const MySinglePic &pic);
     void dropLayersOutside(ThumbRange range);
     qsizetype indexAt(QPointF viewportPoint) const;
 
     MyTimelineView &m_timeline;
     MyThumbsQueue &m_thumbs;
     VQSController m_grid;
-    QHash<quint32, QPixmap> m_layers;
-    int m_layerSide = 0;
+    ThumbLayers m_layers;
 };
 
 } // namespace orv
