@@ -437,6 +437,16 @@ bool restoreKept(const QString &kept, const QString &path)
     return restored;
 }
 
+// Items that share a sidecar the tool makes write it at once: the file holds whichever of the
+// run's writes ended last.
+bool holdsARunsWrite(const QString &path, const std::vector<const Entry *> &steps)
+{
+    const QByteArray now = contentHash(path);
+    return std::any_of(steps.begin(), steps.end(), [&](const Entry *step) {
+        return step->path == path && !step->toolResult.isEmpty() && step->toolResult == now;
+    });
+}
+
 // Takes away a file that a run made where there was none.
 bool removeMade(const QString &path)
 {
@@ -490,7 +500,7 @@ QString rollBack(const std::vector<const Entry *> &steps, const QString &keptFol
         if (entry.absent) {
             if (!QFileInfo::exists(entry.path))
                 continue;
-            if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult)
+            if (!entry.toolResult.isEmpty() && !holdsARunsWrite(entry.path, steps))
                 return QStringLiteral("it changed since exiftool wrote it");
             if (!removeMade(entry.path))
                 return QStringLiteral("the file exiftool made cannot be removed");
@@ -1159,7 +1169,7 @@ SaveJournal::Outcome SaveJournal::revert(const QString &journalPath)
         if (entry.kind == Entry::Kind::Kept && entry.absent) {
             if (!QFileInfo::exists(entry.path))
                 continue;
-            if (!entry.toolResult.isEmpty() && contentHash(entry.path) != entry.toolResult) {
+            if (!entry.toolResult.isEmpty() && !holdsARunsWrite(entry.path, steps)) {
                 leave(entry.path, QStringLiteral("it changed since exiftool wrote it"));
                 continue;
             }

@@ -206,31 +206,35 @@ TEST_F(JournalRuns, RevertNamesEveryFileChangedSinceAndExitsOne)
     EXPECT_EQ(fileBytes(paths[2]), original[2]);
 }
 
-// A raw file's new place goes to a sidecar that exiftool makes: the revert takes the sidecar away
-// and leaves the raw file as it was, and the revert of the revert brings the same sidecar back.
+// Raw files' new places go to the sidecar that exiftool makes for their base name; three raw files
+// of one base name write it at once. The revert takes the sidecar away and leaves the raw files as
+// they were, and the revert of the revert brings the same sidecar back.
 TEST_F(JournalRuns, ARevertTakesAwayTheSidecarExiftoolMadeAndItsRevertBringsItBack)
 {
-    const QString source = corpusFile(QStringLiteral("exiftool-t/CanonRaw.cr2"));
-    if (!QFileInfo::exists(source))
-        GTEST_SKIP() << "no corpus";
     QTemporaryDir dir;
-    const QString raw = copyToTemporary(source, dir);
+    QStringList raws;
+    for (const QString &suffix : {QStringLiteral("cr2"), QStringLiteral("cr3"), QStringLiteral("crw")}) {
+        const QString source = corpusFile(QStringLiteral("exiftool-t/CanonRaw.") + suffix);
+        if (!QFileInfo::exists(source))
+            GTEST_SKIP() << "no corpus";
+        raws << copyToTemporary(source, dir);
+    }
     const QString sidecar = dir.filePath(QStringLiteral("CanonRaw.xmp"));
-    const QByteArray rawBefore = fileBytes(raw);
+    const std::vector<QByteArray> rawsBefore = bytesOf(raws);
 
     const CliResult placed = runCli({"locate", "--at", "35.6586,139.7454", "--pref",
-                                     "addRawLocationsOnlyInSidecars=true", raw},
+                                     "addRawLocationsOnlyInSidecars=true", dir.path()},
                                     home.path());
     ASSERT_EQ(placed.exitCode, 0) << placed.err.toStdString();
     ASSERT_TRUE(QFileInfo::exists(sidecar));
     const QByteArray made = fileBytes(sidecar);
-    EXPECT_EQ(fileBytes(raw), rawBefore);
+    EXPECT_EQ(bytesOf(raws), rawsBefore);
 
     const CliResult back = runCli({"revert"}, home.path());
     EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(sidecar));
-    EXPECT_EQ(fileBytes(raw), rawBefore);
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"CanonRaw.cr2"});
+    EXPECT_EQ(bytesOf(raws), rawsBefore);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
 
     EXPECT_EQ(runCli({"revert"}, home.path()).exitCode, 0);
     EXPECT_EQ(fileBytes(sidecar), made);
