@@ -80,7 +80,17 @@ QString StateKeeper::discardKeptState()
 
 QByteArray StateKeeper::additionalData() const
 {
-    return AdditionalData::write(m_controller.tracks().importedTracks());
+    // A track's points never change once imported, and a long track takes long to encode: the
+    // bytes are made again only when the set of tracks changed, not at every change of a date.
+    const QList<const MyGpxTrack *> tracks = m_controller.tracks().importedTracks();
+    QStringList keys;
+    for (const MyGpxTrack *track : tracks)
+        keys.append(track->key);
+    if (keys != m_encodedTrackKeys || m_encodedAdditional.isNull()) {
+        m_encodedAdditional = AdditionalData::write(tracks);
+        m_encodedTrackKeys = keys;
+    }
+    return m_encodedAdditional;
 }
 
 void StateKeeper::start()

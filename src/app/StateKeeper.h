@@ -61,6 +61,10 @@ private:
     bool m_started = false;
     // The additional data as last written; the writer's thread alone touches it.
     QByteArray m_additionalWritten;
+    // The additional data as last encoded, and the tracks it holds; the window's thread alone
+    // touches them.
+    mutable QByteArray m_encodedAdditional;
+    mutable QStringList m_encodedTrackKeys;
 };
 
 } // namespace orv
