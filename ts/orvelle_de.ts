@@ -323,6 +323,21 @@
     </message>
 </context>
 <context>
+    <name>PicRatings</name>
+    <message>
+        <source>Rate as Keeper</source>
+        <translation>Als behalten bewerten</translation>
+    </message>
+    <message>
+        <source>Rate as Reject</source>
+        <translation>Als verworfen bewerten</translation>
+    </message>
+    <message>
+        <source>Rate as Neutral</source>
+        <translation>Als neutral bewerten</translation>
+    </message>
+</context>
+<context>
     <name>PicTrashing</name>
     <message>
         <source>it does not exist</source>
@@ -1008,6 +1023,39 @@
     </message>
 </context>
 <context>
+    <name>movie_positions</name>
+    <message>
+        <source>Mark Position</source>
+        <translation>Position markieren</translation>
+    </message>
+    <message>
+        <source>Remove Position</source>
+        <translation>Position entfernen</translation>
+    </message>
+    <message>
+        <source>Choose Position</source>
+        <translation>Position wählen</translation>
+    </message>
+</context>
+<context>
+    <name>movie_stills</name>
+    <message>
+        <source>%1: no positions are kept in the movie</source>
+        <translation>%1: Im Film sind keine Positionen gespeichert</translation>
+    </message>
+    <message>
+        <source>%1: the movie has no date for its stills</source>
+        <translation>%1: Der Film hat kein Datum für seine Standbilder</translation>
+    </message>
+</context>
+<context>
+    <name>orv::AppController</name>
+    <message>
+        <source>Restore State</source>
+        <translation>Stand wiederherstellen</translation>
+    </message>
+</context>
+<context>
     <name>orv::DateSequenceFields</name>
     <message>
         <source>seconds</source>
@@ -1218,6 +1266,36 @@ Import läuft …</translation>
     <message>
         <source>Media</source>
         <translation>Medien</translation>
+    </message>
+</context>
+<context>
+    <name>orv::FullScreenView</name>
+    <message>
+        <source>Full Screen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>Slideshow playback</source>
+        <translation>Diashow-Wiedergabe</translation>
+    </message>
+    <message>
+        <source>Neutral</source>
+        <translation>Neutral</translation>
+    </message>
+    <message>
+        <source>Keeper</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Reject</source>
+        <translation>Verworfen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Slideshow, %n second(s) each</source>
+        <translation>
+            <numerusform>Diashow, je %n Sekunde</numerusform>
+            <numerusform>Diashow, je %n Sekunden</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1525,6 +1603,94 @@ Import läuft …</translation>
         <source>Previews</source>
         <translation>Vorschauen</translation>
     </message>
+    <message>
+        <source>&amp;Movie</source>
+        <translation>&amp;Film</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>The track began in %1 and the camera wrote no time zone: &quot;Use Track&apos;s Zone&quot; in the Tracks list reads the dates there.</source>
+        <translation>Der Track begann in %1, und die Kamera schrieb keine Zeitzone: „Zone des Tracks verwenden“ in der Trackliste liest die Daten dort.</translation>
+    </message>
+    <message>
+        <source>Quit Without Keeping</source>
+        <translation>Beenden ohne Aufbewahren</translation>
+    </message>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+</context>
+<context>
+    <name>orv::MapView</name>
+    <message>
+        <source>Map tiles are unavailable (%1); showing the offline map.</source>
+        <translation>Kartenkacheln sind nicht verfügbar (%1); die Offline-Karte wird gezeigt.</translation>
+    </message>
+    <message>
+        <source>Offline map: GeoNames zone map (libtimezonemap-data)</source>
+        <translation>Offline-Karte: GeoNames-Zonenkarte (libtimezonemap-data)</translation>
+    </message>
+</context>
+<context>
+    <name>orv::MapWindow</name>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>Move Location</source>
+        <translation>Ort verschieben</translation>
+    </message>
+    <message>
+        <source>Add Location</source>
+        <translation>Ort hinzufügen</translation>
+    </message>
+    <message>
+        <source>Copy Location</source>
+        <translation>Ort kopieren</translation>
+    </message>
+    <message>
+        <source>Paste Location</source>
+        <translation>Ort einsetzen</translation>
+    </message>
+    <message>
+        <source>The clipboard holds no place.</source>
+        <translation>Die Zwischenablage enthält keinen Ort.</translation>
+    </message>
+    <message>
+        <source>Select at least three items, the first and the last with a place.</source>
+        <translation>Mindestens drei Objekte auswählen, das erste und das letzte mit einem Ort.</translation>
+    </message>
+    <message>
+        <source>Align Locations Evenly</source>
+        <translation>Orte gleichmäßig ausrichten</translation>
+    </message>
+    <message>
+        <source>Align Locations by Time</source>
+        <translation>Orte nach Zeit ausrichten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) on the map. Drag a pin to move its items; double-click to put the selected items there.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte. Eine Nadel ziehen, um ihre Objekte zu verschieben; Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
+            <numerusform>%n Objekte auf der Karte. Eine Nadel ziehen, um ihre Objekte zu verschieben; Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n selected item(s) without a place.</source>
+        <translation>
+            <numerusform>%n ausgewähltes Objekt ohne Ort.</numerusform>
+            <numerusform>%n ausgewählte Objekte ohne Ort.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The zone there is likely %1 (nearest place: %2).</source>
+        <translation>Die Zone dort ist wahrscheinlich %1 (nächster Ort: %2).</translation>
+    </message>
 </context>
 <context>
     <name>orv::MoveActions</name>
@@ -1557,6 +1723,160 @@ Import läuft …</translation>
             <numerusform>%n Objekt blieb, wo es ist.</numerusform>
             <numerusform>%n Objekte blieben, wo sie sind.</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>orv::MovieActions</name>
+    <message>
+        <source>Open Movie</source>
+        <translation>Film öffnen</translation>
+    </message>
+    <message>
+        <source>Export Stills from Movies…</source>
+        <translation>Standbilder aus Filmen exportieren …</translation>
+    </message>
+</context>
+<context>
+    <name>orv::MovieStillSheet</name>
+    <message>
+        <source>Export Movie Stills</source>
+        <translation>Filmstandbilder exportieren</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n position(s) kept in %1 movie(s) become files beside each movie.</source>
+        <translation>
+            <numerusform>%n in %1 Film(en) gespeicherte Position wird zu einer Datei neben dem Film.</numerusform>
+            <numerusform>%n in %1 Film(en) gespeicherte Positionen werden zu Dateien neben jedem Film.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>TIFF</source>
+        <translation>TIFF</translation>
+    </message>
+    <message>
+        <source>JPEG</source>
+        <translation>JPEG</translation>
+    </message>
+    <message>
+        <source>HEIC (written as JPEG)</source>
+        <translation>HEIC (als JPEG geschrieben)</translation>
+    </message>
+    <message>
+        <source>Compressed (LZW)</source>
+        <translation>Komprimiert (LZW)</translation>
+    </message>
+    <message>
+        <source>Live Photo pairs (a JPEG and a short movie)</source>
+        <translation>Live-Photo-Paare (ein JPEG und ein kurzer Film)</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>Import the new folders</source>
+        <translation>Die neuen Ordner importieren</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>Format:</translation>
+    </message>
+    <message>
+        <source>Quality:</source>
+        <translation>Qualität:</translation>
+    </message>
+    <message>
+        <source>Movie length:</source>
+        <translation>Filmlänge:</translation>
+    </message>
+    <message>
+        <source>Making the stills…</source>
+        <translation>Standbilder werden erstellt …</translation>
+    </message>
+    <message>
+        <source>Stopping after the present still…</source>
+        <translation>Halt nach dem aktuellen Standbild …</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n made</source>
+        <translation>
+            <numerusform>%1: %n erstellt</numerusform>
+            <numerusform>%1: %n erstellt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %n existed already and left as they were</source>
+        <translation>
+            <numerusform>, %n gab es schon, unverändert gelassen</numerusform>
+            <numerusform>, %n gab es schon, unverändert gelassen</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>orv::MovieView</name>
+    <message>
+        <source>Opening the movie…</source>
+        <translation>Der Film wird geöffnet …</translation>
+    </message>
+    <message>
+        <source>the movie has no length</source>
+        <translation>der Film hat keine Länge</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Positions</source>
+        <translation>Positionen</translation>
+    </message>
+    <message>
+        <source>Mark Position</source>
+        <translation>Position markieren</translation>
+    </message>
+    <message>
+        <source>Remove Position</source>
+        <translation>Position entfernen</translation>
+    </message>
+    <message>
+        <source>Use as Thumbnail and Start</source>
+        <translation>Als Miniatur und Start verwenden</translation>
+    </message>
+    <message>
+        <source>Previous Position</source>
+        <translation>Vorherige Position</translation>
+    </message>
+    <message>
+        <source>Next Position</source>
+        <translation>Nächste Position</translation>
+    </message>
+    <message>
+        <source>Play or Pause</source>
+        <translation>Abspielen oder Pause</translation>
+    </message>
+    <message>
+        <source>This movie cannot be played: %1.</source>
+        <translation>Dieser Film kann nicht abgespielt werden: %1.</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>The player cannot play this movie (%1); the frames are shown still.</source>
+        <translation>Der Player kann diesen Film nicht abspielen (%1); die Bilder werden als Standbilder gezeigt.</translation>
+    </message>
+    <message>
+        <source> (chapter)</source>
+        <translation> (Kapitel)</translation>
+    </message>
+    <message>
+        <source> ★</source>
+        <translation> ★</translation>
     </message>
 </context>
 <context>
@@ -1997,6 +2317,63 @@ Import läuft …</translation>
     </message>
 </context>
 <context>
+    <name>orv::ReconnectionSheet</name>
+    <message>
+        <source>Reconnect…</source>
+        <translation>Neu verbinden …</translation>
+    </message>
+    <message>
+        <source>Discard…</source>
+        <translation>Verwerfen …</translation>
+    </message>
+    <message>
+        <source>Folders Not Found</source>
+        <translation>Ordner nicht gefunden</translation>
+    </message>
+    <message>
+        <source>These folders could not be found. Their items and unsaved changes are kept. Show where a folder is now, for example on a disk mounted at another place, or discard it.</source>
+        <translation>Diese Ordner wurden nicht gefunden. Ihre Objekte und ungesicherten Änderungen bleiben erhalten. Zeigen Sie, wo ein Ordner jetzt liegt, zum Beispiel auf einem anderswo eingehängten Datenträger, oder verwerfen Sie ihn.</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 — %n item(s)
+%2</source>
+        <translation>
+            <numerusform>%1 — %n Objekt
+%2</numerusform>
+            <numerusform>%1 — %n Objekte
+%2</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where Is “%1” Now?</source>
+        <translation>Wo liegt „%1“ jetzt?</translation>
+    </message>
+    <message>
+        <source>Not Reconnected</source>
+        <translation>Nicht neu verbunden</translation>
+    </message>
+    <message>
+        <source>Reconnected</source>
+        <translation>Neu verbunden</translation>
+    </message>
+    <message>
+        <source>Some files are not as the state kept them. They are marked and are not saved.</source>
+        <translation>Einige Dateien sind nicht mehr so, wie der Stand sie aufbewahrt hat. Sie sind markiert und werden nicht gesichert.</translation>
+    </message>
+    <message>
+        <source>Discard Folder</source>
+        <translation>Ordner verwerfen</translation>
+    </message>
+    <message>
+        <source>Discard “%1” from the working set? Its unsaved changes are lost; its files stay as they are.</source>
+        <translation>„%1“ aus der Arbeitsmenge verwerfen? Seine ungesicherten Änderungen gehen verloren; seine Dateien bleiben, wie sie sind.</translation>
+    </message>
+</context>
+<context>
     <name>orv::RenameSheet</name>
     <message numerus="yes">
         <source>Rename %n File(s)</source>
@@ -2191,6 +2568,210 @@ Import läuft …</translation>
     <message>
         <source>Keep Working Set In</source>
         <translation>Arbeitsmenge aufbewahren in</translation>
+    </message>
+    <message>
+        <source>State Tray</source>
+        <translation>Ablage</translation>
+    </message>
+    <message>
+        <source>States opened from the tray before the program ended could not all be put back into the tray:
+%1</source>
+        <translation>Stände, die vor dem Programmende aus der Ablage geöffnet waren, konnten nicht alle in die Ablage zurückgelegt werden:
+%1</translation>
+    </message>
+    <message>
+        <source>The program ended while states from the tray were open. They are back in the tray, under “States to Verify”.</source>
+        <translation>Das Programm endete, während Stände aus der Ablage geöffnet waren. Sie liegen wieder in der Ablage, unter „Zu prüfende Stände“.</translation>
+    </message>
+    <message>
+        <source>Quit and Keep Working Set</source>
+        <translation>Beenden und Arbeitsmenge aufbewahren</translation>
+    </message>
+    <message>
+        <source>Quit Without Keeping Working Set</source>
+        <translation>Beenden ohne Aufbewahren der Arbeitsmenge</translation>
+    </message>
+    <message>
+        <source>The thumbnails were not kept: %1
+</source>
+        <translation>Die Miniaturen wurden nicht aufbewahrt: %1
+</translation>
+    </message>
+    <message>
+        <source>Working Set</source>
+        <translation>Arbeitsmenge</translation>
+    </message>
+    <message>
+        <source>The working set kept for the next start could not be removed: %1</source>
+        <translation>Die für den nächsten Start aufbewahrte Arbeitsmenge konnte nicht entfernt werden: %1</translation>
+    </message>
+    <message>
+        <source>The states opened from the tray could not be moved to the trash; they come back into the tray at the next start.
+%1</source>
+        <translation>Die aus der Ablage geöffneten Stände konnten nicht in den Papierkorb gelegt werden; sie kommen beim nächsten Start zurück in die Ablage.
+%1</translation>
+    </message>
+    <message>
+        <source>There are no folders to keep.</source>
+        <translation>Es gibt keine Ordner zum Aufbewahren.</translation>
+    </message>
+    <message>
+        <source>The working set can be kept once the import or save has ended.</source>
+        <translation>Die Arbeitsmenge kann aufbewahrt werden, sobald der Import oder das Sichern beendet ist.</translation>
+    </message>
+</context>
+<context>
+    <name>orv::StateTrayWindow</name>
+    <message>
+        <source>States to Verify</source>
+        <translation>Zu prüfende Stände</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Rename…</source>
+        <translation>Umbenennen …</translation>
+    </message>
+    <message>
+        <source>Note…</source>
+        <translation>Notiz …</translation>
+    </message>
+    <message>
+        <source>Move to Trash</source>
+        <translation>In den Papierkorb legen</translation>
+    </message>
+    <message>
+        <source>State Tray</source>
+        <translation>Ablage</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>First Date</source>
+        <translation>Erstes Datum</translation>
+    </message>
+    <message>
+        <source>Last Date</source>
+        <translation>Letztes Datum</translation>
+    </message>
+    <message>
+        <source>Kept On</source>
+        <translation>Aufbewahrt am</translation>
+    </message>
+    <message>
+        <source>Ascending</source>
+        <translation>Aufsteigend</translation>
+    </message>
+    <message>
+        <source>Keep Working Set</source>
+        <translation>Arbeitsmenge aufbewahren</translation>
+    </message>
+    <message>
+        <source>Keeps the folders and every unsaved change here, and empties the window</source>
+        <translation>Bewahrt die Ordner und jede ungesicherte Änderung hier auf und leert das Fenster</translation>
+    </message>
+    <message>
+        <source>New Folder…</source>
+        <translation>Neuer Ordner …</translation>
+    </message>
+    <message>
+        <source>Sort by</source>
+        <translation>Sortieren nach</translation>
+    </message>
+    <message>
+        <source>State Tray / %1</source>
+        <translation>Ablage / %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folder(s)</source>
+        <translation>
+            <numerusform>%n Ordner</numerusform>
+            <numerusform>%n Ordner</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n photo(s)</source>
+        <translation>
+            <numerusform>%n Foto</numerusform>
+            <numerusform>%n Fotos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n movie(s)</source>
+        <translation>
+            <numerusform>%n Film</numerusform>
+            <numerusform>%n Filme</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n unsaved</source>
+        <translation>
+            <numerusform>%n ungesichert</numerusform>
+            <numerusform>%n ungesichert</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n keeper(s)</source>
+        <translation>
+            <numerusform>%n behalten</numerusform>
+            <numerusform>%n behalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Brought back after the program ended unexpectedly</source>
+        <translation>Nach einem unerwarteten Programmende zurückgeholt</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Rename State</source>
+        <translation>Stand umbenennen</translation>
+    </message>
+    <message>
+        <source>Title of the state:</source>
+        <translation>Titel des Stands:</translation>
+    </message>
+    <message>
+        <source>State Not Renamed</source>
+        <translation>Stand nicht umbenannt</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>Note on the state:</source>
+        <translation>Notiz zum Stand:</translation>
+    </message>
+    <message>
+        <source>Note Not Kept</source>
+        <translation>Notiz nicht aufbewahrt</translation>
+    </message>
+    <message>
+        <source>Not Moved to the Trash</source>
+        <translation>Nicht in den Papierkorb gelegt</translation>
+    </message>
+    <message>
+        <source>New Folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>Name of the folder:</source>
+        <translation>Name des Ordners:</translation>
+    </message>
+    <message>
+        <source>A folder named “%1” cannot be made here.</source>
+        <translation>Ein Ordner namens „%1“ kann hier nicht angelegt werden.</translation>
     </message>
 </context>
 <context>
@@ -2416,6 +2997,85 @@ Verschiebt sich um %2</translation>
     </message>
 </context>
 <context>
+    <name>orv::TrackListView</name>
+    <message>
+        <source>Link</source>
+        <translation>Verknüpfen</translation>
+    </message>
+    <message>
+        <source>Unlink</source>
+        <translation>Verknüpfung lösen</translation>
+    </message>
+    <message>
+        <source>Use Track&apos;s Zone</source>
+        <translation>Zone des Tracks verwenden</translation>
+    </message>
+    <message>
+        <source>Track</source>
+        <translation>Track</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Beginn</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Placed</source>
+        <translation>Verortet</translation>
+    </message>
+    <message>
+        <source>Folders</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Zone</source>
+        <translation>Zone</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Link the chosen tracks to the folders on show</source>
+        <translation>Die gewählten Tracks mit den gezeigten Ordnern verknüpfen</translation>
+    </message>
+    <message>
+        <source>The folders on show let go of the chosen tracks</source>
+        <translation>Die gezeigten Ordner lösen sich von den gewählten Tracks</translation>
+    </message>
+    <message>
+        <source>Open Items</source>
+        <translation>Objekte öffnen</translation>
+    </message>
+    <message>
+        <source>The chosen items take their places from their folders&apos; tracks, a place of their own giving way</source>
+        <translation>Die gewählten Objekte nehmen ihre Orte aus den Tracks ihrer Ordner; ein eigener Ort tritt zurück</translation>
+    </message>
+    <message>
+        <source>Close Items</source>
+        <translation>Objekte schließen</translation>
+    </message>
+    <message>
+        <source>The chosen items no longer take places from tracks and get back what they had</source>
+        <translation>Die gewählten Objekte nehmen keine Orte mehr aus Tracks und bekommen zurück, was sie hatten</translation>
+    </message>
+    <message>
+        <source>The folders on show whose camera wrote no time zone read their dates in the zone where the chosen track was recorded</source>
+        <translation>Die gezeigten Ordner, deren Kamera keine Zeitzone schrieb, lesen ihre Daten in der Zone, in der der gewählte Track aufgezeichnet wurde</translation>
+    </message>
+    <message>
+        <source>usable</source>
+        <translation>nutzbar</translation>
+    </message>
+</context>
+<context>
     <name>orv::TrashActions</name>
     <message>
         <source>Move to Trash</source>
@@ -2449,6 +3109,37 @@ Verschiebt sich um %2</translation>
     </message>
 </context>
 <context>
+    <name>orv::ViewingActions</name>
+    <message>
+        <source>Rating Grid</source>
+        <translation>Bewertungsraster</translation>
+    </message>
+    <message>
+        <source>Full Screen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>Diashow</translation>
+    </message>
+    <message>
+        <source>Keeper</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Neutral</source>
+        <translation>Neutral</translation>
+    </message>
+    <message>
+        <source>Reject</source>
+        <translation>Verworfen</translation>
+    </message>
+    <message>
+        <source>&amp;Rating</source>
+        <translation>&amp;Bewertung</translation>
+    </message>
+</context>
+<context>
     <name>orv::WorkingSetActions</name>
     <message>
         <source>Remove from Working Set</source>
@@ -2472,6 +3163,17 @@ Verschiebt sich um %2</translation>
     <message>
         <source>Folders can be removed once the running import or save has ended.</source>
         <translation>Ordner lassen sich entfernen, sobald der laufende Import oder das Speichern beendet ist.</translation>
+    </message>
+</context>
+<context>
+    <name>orv::ZonePlaceSearchField</name>
+    <message>
+        <source>Loading places…</source>
+        <translation>Orte werden geladen …</translation>
+    </message>
+    <message>
+        <source>Find a zone by city, country or zone name</source>
+        <translation>Zone nach Stadt, Land oder Zonenname finden</translation>
     </message>
 </context>
 <context>
