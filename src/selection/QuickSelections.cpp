@@ -215,4 +215,23 @@ QuickSelections::Possibility QuickSelections::isQuickSelectionPossible(const QLi
     return needsModeChange ? Possibility::WithModeChange : Possibility::Possible;
 }
 
+void QuickSelections::quickSelectionSaveCustomSelection(const QList<MySinglePic *> &selected,
+                                                        const QList<MySingleFolder *> &folders)
+{
+    for (MySingleFolder *folder : folders)
+        folder->quickSelection.clear();
+    for (const MySinglePic *pic : selected)
+        if (MySingleFolder *folder = folderOf(pic); folder && folders.contains(folder))
+            folder->quickSelection.insert(pic);
+}
+
+QList<MySinglePic *> QuickSelections::quickSelectionLoadCustomSelection(const QList<MySinglePic *> &source)
+{
+    QList<MySinglePic *> kept;
+    for (MySinglePic *pic : source)
+        if (const MySingleFolder *folder = folderOf(pic); folder && folder->quickSelection.contains(pic))
+            kept.append(pic);
+    return kept;
+}
+
 } // namespace orv

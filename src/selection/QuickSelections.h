@@ -8,6 +8,7 @@
 
 namespace orv {
 
+class MySingleFolder;
 class MySinglePic;
 
 // How a thumbnail stands: a value of thumbOrientationType.
@@ -49,6 +50,13 @@ public:
     // changes.
     enum class Possibility { Possible, WithModeChange, Impossible };
     static Possibility isQuickSelectionPossible(const QList<MySinglePic *> &pics, bool isBlocked);
+
+    // The custom selection, kept per folder (and with the working set): saving gives each folder
+    // the selected items it holds, none for a folder without any; loading gives the items of the
+    // source that their folders keep.
+    static void quickSelectionSaveCustomSelection(const QList<MySinglePic *> &selected,
+                                                  const QList<MySingleFolder *> &folders);
+    static QList<MySinglePic *> quickSelectionLoadCustomSelection(const QList<MySinglePic *> &source);
 };
 
 } // namespace orv

@@ -129,6 +129,16 @@ TEST_F(QuickSelectionWindowTest, TheMenuSelectsAClassAndTheCategoriesFilterThrou
     neutrals->trigger();
     EXPECT_EQ(strip().multiSelection(), itemsAt({0, 2, 3, 5, 7}));
 
+    // The selection kept as the custom selection comes back from the menu.
+    quickSelectionEntry(QStringLiteral("quickSelectionSaveCustomSelection"))->trigger();
+    EXPECT_EQ(folder->quickSelection.size(), 5);
+    window->timeline().selectPic(items.at(0));
+    QAction *custom = quickSelectionEntry(QStringLiteral("quickSelections_custom"));
+    ASSERT_TRUE(custom);
+    EXPECT_EQ(custom->text(), QStringLiteral("Custom Selection (5)"));
+    custom->trigger();
+    EXPECT_EQ(strip().multiSelection(), itemsAt({0, 2, 3, 5, 7}));
+
     // The Keepers row filters the strip; a rating and its undo move the row's count and the strip.
     SidebarCategoriesView &categories = window->quickSelections().categoriesView();
     QTreeWidgetItem *keeperRow = categories.itemForKey(QStringLiteral("rating/keepers"));
