@@ -13,6 +13,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -38,9 +39,12 @@ QuickSelectionActions::QuickSelectionActions(AppController &controller, Timeline
 
     MyTimelinesController &strips = m_timeline.controller();
     connect(&strips, &MyTimelinesController::sourceRebuilt, this, [this, &strips] {
+        // At once: items that left may be deleted soon, and the categories must not hold them.
         m_sidebar.didChangeSource(strips.source_full());
         refreshCategories();
-        applyCategoryFilter(false);
+        // The filter the categories now give is applied after the rebuild that told of them has
+        // ended, never inside it.
+        QTimer::singleShot(0, this, [this] { applyCategoryFilter(false); });
     });
     connect(&m_controller, &AppController::ratingsChanged, this, [this](const QList<MySinglePic *> &pics) {
         m_sidebar.sourceRelevantChangeWasMade(pics);

@@ -10,6 +10,7 @@
 #include "selection/QuickSelections.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
+#include "time/TimeZone.h"
 
 #include <QUndoStack>
 
@@ -269,6 +270,28 @@ TEST_F(QuickSelectionsTest, MenuEntriesSelectTheirItemsWithinTheLimitsOfTheFolde
     EXPECT_EQ(QuickSelections::isQuickSelectionPossible({canon}, false), P::Possible);
     changes.changeEditMode({trip}, MySingleFolder::EditSeparately);
     EXPECT_EQ(QuickSelections::isQuickSelectionPossible(keepers->pics, false), P::Possible);
+}
+
+TEST(SidebarYearsTest, AYearIsThatOfTheSidebarsZoneAroundNewYear)
+{
+    // One moment in the last hours of 2023 in UTC, one in the first of 2024, one mid-year.
+    MySinglePic lateInUtcYear(QStringLiteral("a.jpg"), nullptr, SpTypeExifOriginal, Instant::fromUtc(2023, 12, 31, 20, 0, 0));
+    MySinglePic earlyInUtcYear(QStringLiteral("b.jpg"), nullptr, SpTypeExifOriginal, Instant::fromUtc(2024, 1, 1, 3, 0, 0));
+    MySinglePic midYear(QStringLiteral("c.jpg"), nullptr, SpTypeExifOriginal, Instant::fromUtc(2024, 6, 1, 12, 0, 0));
+    const QList<MySinglePic *> pics{&lateInUtcYear, &earlyInUtcYear, &midYear};
+    const auto years = [&pics](const char *zone) {
+        MySidebarController sidebar(*TimeZone::fromName(QLatin1String(zone)));
+        sidebar.addFixedValuesFor(pics);
+        sidebar.fullRefresh();
+        std::map<QString, qsizetype> counts;
+        for (const MyFiltersItem &row : sidebar.rowForKey(QStringLiteral("times"))->children)
+            counts[row.title] = row.pics.size();
+        return counts;
+    };
+    using Years = std::map<QString, qsizetype>;
+    EXPECT_EQ(years("UTC"), (Years{{QStringLiteral("2023"), 1}, {QStringLiteral("2024"), 2}}));
+    EXPECT_EQ(years("Pacific/Kiritimati"), (Years{{QStringLiteral("2024"), 3}})) << "14 hours ahead";
+    EXPECT_EQ(years("America/Los_Angeles"), (Years{{QStringLiteral("2023"), 2}, {QStringLiteral("2024"), 1}}));
 }
 
 TEST(ThumbOrientationTest, SidesDecideTheOrientationWithATenthForAlmostSquare)

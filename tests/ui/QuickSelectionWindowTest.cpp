@@ -159,6 +159,18 @@ TEST_F(QuickSelectionWindowTest, TheMenuSelectsAClassAndTheCategoriesFilterThrou
     categories.itemForKey(QStringLiteral("noFilter"))->setSelected(true);
     categories.itemForKey(QStringLiteral("rating/keepers"))->setSelected(false);
     EXPECT_EQ(strip().theSource(), items);
+
+    // A folder imported while the camera's row is chosen joins the row and the strip.
+    const QString camera = QStringLiteral("camera/") + items.first()->pivMakeModel;
+    categories.clearSelection();
+    categories.itemForKey(camera)->setSelected(true);
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("more")));
+    writeJpeg(QStringLiteral("more/IMG_8"), "2024:05:01 11:00:00");
+    writeJpeg(QStringLiteral("more/IMG_9"), "2024:05:01 11:01:00");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.filePath(QStringLiteral("more"))}); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(categories.itemForKey(camera)->text(SidebarCategoriesView::CountColumn), QStringLiteral("10"));
+    EXPECT_EQ(strip().theSource().size(), 10);
 }
 
 } // namespace
