@@ -170,6 +170,8 @@ QList<QuickSelectionEntry> QuickSelections::quickSelectionsUpdateMainMenu(const 
         fileTypeMenu(source),
         orientationMenu(source, thumbSize),
         dateSourceMenu(source),
+        entryOf(source, QStringLiteral("quickSelections_gps"), translated(QT_TRANSLATE_NOOP("QuickSelections", "With Location")),
+                [](const MySinglePic &pic) { return pic.gpsLat.has_value() && pic.gpsLong.has_value(); }),
         entryOf(source, QStringLiteral("quickSelections_changes"),
                 translated(QT_TRANSLATE_NOOP("QuickSelections", "Unsaved Changes")),
                 [](const MySinglePic &pic) { return pic.isUnsaved(); }),

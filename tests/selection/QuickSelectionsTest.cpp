@@ -241,7 +241,7 @@ TEST_F(QuickSelectionsTest, MenuEntriesSelectTheirItemsWithinTheLimitsOfTheFolde
     EXPECT_EQ(keys, (QStringList{QStringLiteral("quickSelections_keepers"), QStringLiteral("quickSelections_neutrals"),
                                  QStringLiteral("quickSelections_rejects"), QStringLiteral("quickSelections_camera"),
                                  QStringLiteral("quickSelections_fileType"), QStringLiteral("quickSelections_orientation"),
-                                 QStringLiteral("quickSelections_datesource")}))
+                                 QStringLiteral("quickSelections_datesource"), QStringLiteral("quickSelections_gps")}))
         << "entries without items are left out";
 
     const QuickSelectionEntry *keepers = entryNamed(menu, QStringLiteral("quickSelections_keepers"));
@@ -257,6 +257,18 @@ TEST_F(QuickSelectionsTest, MenuEntriesSelectTheirItemsWithinTheLimitsOfTheFolde
     EXPECT_EQ(entryNamed(menu, QStringLiteral("quickSelections_orientationAlmostSquare"))->pics.size(), files.size() - 2);
     EXPECT_EQ(entryNamed(menu, QStringLiteral("quickSelections_all_type_1"))->pics.size(), 7);
     EXPECT_EQ(entryNamed(menu, QStringLiteral("quickSelections_typeMov/MOV"))->pics, QList<MySinglePic *>{movie});
+    // With a location: the files exiftool finds a place in.
+    QStringList placed;
+    for (const auto &[path, tags] : exiftoolTagsOfFiles(files))
+        if (tags.has(QStringLiteral("Composite:GPSLatitude")))
+            placed.append(QFileInfo(path).fileName());
+    QStringList withLocation;
+    for (const MySinglePic *pic : entryNamed(menu, QStringLiteral("quickSelections_gps"))->pics)
+        withLocation.append(pic->spName);
+    placed.sort();
+    withLocation.sort();
+    EXPECT_FALSE(placed.isEmpty());
+    EXPECT_EQ(withLocation, placed);
 
     // One item always; several only in separate mode, or by switching a folder without unsaved
     // date changes; never while blocked.
