@@ -50,10 +50,11 @@ public:
     void sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics);
 
     // The rows from the categories: "noFilter" (all items), "slideshowOnly", "unsaved", the
-    // "rating", "times", "cameras" and "fileType" groups; each only with items.
+    // "rating", "times", "cameras" and "fileType" groups; each only with items, except a chosen
+    // rating row, which stays while empty.
     const QList<MyFiltersItem> &fullRefresh();
     const QList<MyFiltersItem> &rows() const { return m_rows; }
-    // The row of that key in the last refresh; null when it has no items now.
+    // The row of that key in the last refresh; null when it is not shown.
     const MyFiltersItem *rowForKey(const QString &key) const;
 
     // The rows the user selected; "noFilter" and group rows stand for no filter.
