@@ -53,7 +53,8 @@ QuickSelectionActions::QuickSelectionActions(AppController &controller, Timeline
     });
     connect(m_view, &SidebarCategoriesView::selectedKeysChanged, this, [this](const QStringList &keys) {
         m_sidebar.setSelectedKeys(keys);
-        applyCategoryFilter(false);
+        // Once the view's own signal has returned: the rebuild may change its rows.
+        QTimer::singleShot(0, this, [this] { applyCategoryFilter(false); });
     });
     refreshCategories();
 }

@@ -29,8 +29,40 @@ SidebarCategoriesView::SidebarCategoriesView(QWidget *parent) : QTreeWidget(pare
     });
 }
 
+namespace {
+
+// The rows in the order the tree shows them, parents before their children.
+void flatten(const QList<MyFiltersItem> &rows, QList<const MyFiltersItem *> &flat)
+{
+    for (const MyFiltersItem &row : rows) {
+        flat.append(&row);
+        flatten(row.children, flat);
+    }
+}
+
+} // namespace
+
 void SidebarCategoriesView::showRows(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys)
 {
+    // The same rows with other counts (the usual case: a rating, a refilter) are updated in
+    // place, so the items under the user's pointer stay.
+    QList<const MyFiltersItem *> flat;
+    flatten(rows, flat);
+    QList<QTreeWidgetItem *> shown;
+    for (QTreeWidgetItemIterator it(this); *it; ++it)
+        shown.append(*it);
+    const bool sameRows = shown.size() == flat.size()
+                          && std::equal(flat.cbegin(), flat.cend(), shown.cbegin(), [](const MyFiltersItem *row, const QTreeWidgetItem *item) {
+                                 return item->data(TitleColumn, keyRole).toString() == row->key;
+                             });
+    if (sameRows) {
+        for (qsizetype i = 0; i < flat.size(); ++i) {
+            shown.at(i)->setText(TitleColumn, flat.at(i)->title);
+            if (!flat.at(i)->isGroupItem)
+                shown.at(i)->setText(CountColumn, QLocale().toString(flat.at(i)->pics.size()));
+        }
+        return;
+    }
     m_isRebuilding = true;
     const int scrolled = verticalScrollBar()->value();
     clear();
