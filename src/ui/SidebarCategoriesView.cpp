@@ -12,6 +12,8 @@ SidebarCategoriesView::SidebarCategoriesView(QWidget *parent) : QTreeWidget(pare
     setHeaderHidden(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setUniformRowHeights(true);
+    // A camera's usual name and its count fit without cutting.
+    setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Canon EOS DIGITAL REBEL 00000")) + 40);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(TitleColumn, QHeaderView::Stretch);
     header()->setSectionResizeMode(CountColumn, QHeaderView::ResizeToContents);
