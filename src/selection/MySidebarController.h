@@ -65,8 +65,6 @@ public:
     // refresh drops the other chosen rows that lost all their items.
     std::optional<QSet<MySinglePic *>> selectedPicsToFilter() const;
 
-    const QSet<MySinglePic *> &allAddedMedia() const { return m_allAddedMedia; }
-
 private:
     QStringList storeKeysFor(const MySinglePic &pic) const;
     QList<MyFiltersItem> timesRows() const;

@@ -133,11 +133,11 @@ void QuickSelectionActions::addEntries(QMenu &menu, const QList<QuickSelectionEn
     }
 }
 
-bool QuickSelectionActions::quickSelect(const QuickSelectionEntry &entry)
+void QuickSelectionActions::quickSelect(const QuickSelectionEntry &entry)
 {
     const auto possibility = QuickSelections::isQuickSelectionPossible(entry.pics, m_controller.isStandardBlocked());
     if (possibility == QuickSelections::Possibility::Impossible || entry.pics.isEmpty())
-        return false;
+        return;
     if (possibility == QuickSelections::Possibility::WithModeChange) {
         QList<MySingleFolder *> together;
         for (const MySinglePic *pic : entry.pics) {
@@ -148,7 +148,6 @@ bool QuickSelectionActions::quickSelect(const QuickSelectionEntry &entry)
         m_controller.dateChanges().changeEditMode(together, MySingleFolder::EditSeparately);
     }
     m_select(entry.pics);
-    return true;
 }
 
 void QuickSelectionActions::refreshCategories()

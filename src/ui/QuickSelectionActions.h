@@ -40,17 +40,15 @@ public:
     void addTo(QMainWindow &window);
 
     QMenu *menu() const { return m_menu; }
-    QDockWidget *categoriesDock() const { return m_dock; }
     SidebarCategoriesView &categoriesView() const { return *m_view; }
-    const MySidebarController &categories() const { return m_sidebar; }
 
+private:
     // The items the menu offers: those of the folders on show the filter lets through.
     QList<MySinglePic *> selectableSource() const;
     // Selects the entry's items, switching their folders to change items one by one first when
-    // that is the way to a selection of several. False when it is not possible now.
-    bool quickSelect(const QuickSelectionEntry &entry);
-
-private:
+    // that is the way to a selection of several; nothing when it is not possible now (the menu
+    // was opened before a save began).
+    void quickSelect(const QuickSelectionEntry &entry);
     void rebuildMenu();
     void addEntries(QMenu &menu, const QList<QuickSelectionEntry> &entries);
     void refreshCategories();
