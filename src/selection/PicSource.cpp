@@ -45,7 +45,7 @@ void PicSource::sortedByPreviewDates(QList<MySinglePic *> &pics) const
 
 bool PicSource::passes(MySinglePic *pic) const
 {
-    if (!m_selectedPicsToFilter.isEmpty() && !m_selectedPicsToFilter.contains(pic))
+    if (m_selectedPicsToFilter && !m_selectedPicsToFilter->contains(pic))
         return false;
     return !m_predicate || m_predicate->evaluate(*pic);
 }
@@ -77,7 +77,7 @@ bool PicSource::buildNewSourceUsingOptimizedRefilterOnly(bool optimized)
         m_full = std::move(full);
     }
 
-    const bool filtering = m_predicate || !m_selectedPicsToFilter.isEmpty();
+    const bool filtering = m_predicate || m_selectedPicsToFilter;
     QList<MySinglePic *> filtered;
     QSet<MySinglePic *> excluded;
     if (!filtering && m_shelfPics.isEmpty()) {

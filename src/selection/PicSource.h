@@ -28,7 +28,8 @@ public:
     // What the next build works on; none of these rebuilds by itself.
     void setFolders(const QList<MySingleFolder *> &folders) { m_folders = folders; }
     void setPredicate(std::optional<FilterPredicate> predicate) { m_predicate = std::move(predicate); }
-    void setSelectedPicsToFilter(const QSet<MySinglePic *> &pics) { m_selectedPicsToFilter = pics; }
+    // The sidebar's selection: none lets everything through, an empty set nothing.
+    void setSelectedPicsToFilter(std::optional<QSet<MySinglePic *>> pics) { m_selectedPicsToFilter = std::move(pics); }
     void setShelfPics(const QSet<MySinglePic *> &pics) { m_shelfPics = pics; }
     const std::optional<FilterPredicate> &predicate() const { return m_predicate; }
     const QList<MySingleFolder *> &folders() const { return m_folders; }
@@ -59,7 +60,7 @@ private:
 
     QList<MySingleFolder *> m_folders;
     std::optional<FilterPredicate> m_predicate;
-    QSet<MySinglePic *> m_selectedPicsToFilter;
+    std::optional<QSet<MySinglePic *>> m_selectedPicsToFilter;
     QSet<MySinglePic *> m_shelfPics;
     QList<MySinglePic *> m_full;
     QList<MySinglePic *> m_filtered;

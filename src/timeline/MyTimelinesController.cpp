@@ -280,7 +280,8 @@ void MyTimelinesController::didChangePredicate(std::optional<FilterPredicate> pr
 
 void MyTimelinesController::filterRelevantChangeWasMade(const QString &filterKey)
 {
-    if (!m_source.predicate())
+    // A sidebar's category of ratings filters as a predicate does.
+    if (!m_source.predicate() && !m_hasSidebarSelection)
         return;
     if (filterKey != u"filter_rating" && filterKey != u"filter_miscState_1")
         return;

@@ -25,6 +25,7 @@
 #include "ui/PicTableModel.h"
 #include "ui/PreferencesWindow.h"
 #include "ui/PreviewsBar.h"
+#include "ui/QuickSelectionActions.h"
 #include "ui/RenameSheet.h"
 #include "ui/SaveSession.h"
 #include "ui/StateSession.h"
@@ -129,6 +130,10 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connectTimeline();
     m_viewing = new ViewingActions(*m_controller, *m_timeline, *m_picView, *this);
     m_viewing->addTo(*menuBar());
+    m_quickSelections = new QuickSelectionActions(
+        *m_controller, *m_timeline, [this] { return foldersOnShow(); },
+        [this](const QList<MySinglePic *> &pics) { handBackSelection(pics); }, *this);
+    m_quickSelections->addTo(*this);
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);

@@ -31,6 +31,7 @@ struct ImportProgress;
 class PicSortProxy;
 class OffsetBar;
 class PicTableModel;
+class QuickSelectionActions;
 class Preferences;
 class SaveSession;
 class StateSession;
@@ -67,6 +68,8 @@ public:
     PreviewsBar &previewsBar() const { return *m_previewsBar; }
     // The ratings, the grid and the full-screen view.
     ViewingActions &viewing() const { return *m_viewing; }
+    // The Quick Selection menu and the Categories side view.
+    QuickSelectionActions &quickSelections() const { return *m_quickSelections; }
 
 Q_SIGNALS:
     // Every import asked for has ended and what it found is on show.
@@ -167,6 +170,7 @@ private:
     InfoView *m_infoView = nullptr;
     PreviewsBar *m_previewsBar = nullptr;
     ViewingActions *m_viewing = nullptr;
+    QuickSelectionActions *m_quickSelections = nullptr;
 };
 
 } // namespace orv

@@ -7,6 +7,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QRubberBand>
 #include <QScrollBar>
 
 #include <cmath>
@@ -25,7 +26,8 @@ constexpr qsizetype layerRowsAround = 2;
 } // namespace
 
 VQSView::VQSView(MyTimelineView &timeline, MyThumbsQueue &thumbs, QWidget *parent)
-    : QAbstractScrollArea(parent), m_timeline(timeline), m_thumbs(thumbs)
+    : QAbstractScrollArea(parent), m_timeline(timeline), m_thumbs(thumbs),
+      m_rubberBand(new QRubberBand(QRubberBand::Rectangle, viewport()))
 {
     setFocusPolicy(Qt::StrongFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -169,14 +171,26 @@ void VQSView::scrollContentsBy(int, int)
     Q_EMIT visibleRangeChanged(visibleRange());
 }
 
+QPointF VQSView::contentPoint(QPointF viewportPoint) const
+{
+    return viewportPoint + QPointF(0, verticalScrollBar()->value());
+}
+
 qsizetype VQSView::indexAt(QPointF viewportPoint) const
 {
-    return m_grid.picIndexAtLocalPoint(viewportPoint + QPointF(0, verticalScrollBar()->value()), false);
+    return m_grid.picIndexAtLocalPoint(contentPoint(viewportPoint), false);
 }
 
 void VQSView::mousePressEvent(QMouseEvent *event)
 {
     const qsizetype index = indexAt(event->position());
+    if (event->button() == Qt::LeftButton && index < 0 && m_timeline.stripIsSingleMode()) {
+        m_rectangle = Rectangle{contentPoint(event->position()), clickKeyFor(event->modifiers())};
+        m_timeline.selection().beginRectangle(m_rectangle->key);
+        m_timeline.viewport()->update();
+        refresh();
+        return;
+    }
     if (event->button() != Qt::LeftButton || index < 0) {
         QAbstractScrollArea::mousePressEvent(event);
         return;
@@ -184,6 +198,56 @@ void VQSView::mousePressEvent(QMouseEvent *event)
     MySinglePic *pic = m_grid.theSource().at(index);
     m_timeline.selection().press(pic, clickKeyFor(event->modifiers()), m_timeline.stripIsSingleMode());
     m_timeline.selectionChanged(pic);
+    refresh();
+}
+
+void VQSView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_rectangle || !(event->buttons() & Qt::LeftButton)) {
+        QAbstractScrollArea::mouseMoveEvent(event);
+        return;
+    }
+    // Beyond the top or bottom edge the grid scrolls by as much as the pointer is out.
+    const double y = event->position().y();
+    QScrollBar *bar = verticalScrollBar();
+    if (y < 0)
+        bar->setValue(bar->value() + int(std::floor(y)));
+    else if (y > viewport()->height())
+        bar->setValue(bar->value() + int(std::ceil(y - viewport()->height())));
+    updateRectangle(event->position());
+}
+
+void VQSView::updateRectangle(QPointF viewportPoint)
+{
+    const QPointF pointer = contentPoint(viewportPoint);
+    const QRectF rect = QRectF(m_rectangle->start, pointer).normalized();
+    const TimelineStrip &strip = m_timeline.strip();
+    QList<MySinglePic *> touched;
+    const ThumbRange rows = m_grid.visibleRange(rect.top(), rect.height());
+    for (qsizetype i = rows.first; i < rows.end(); ++i) {
+        MySinglePic *pic = m_grid.theSource().at(i);
+        if (strip.isRaised(*pic) && m_grid.frameForPicAtIndex(i).intersects(rect))
+            touched.append(pic);
+    }
+    m_timeline.selection().updateRectangle(touched, m_rectangle->key == ClickKey::Command,
+                                           m_grid.picIndexAtLocalPoint(pointer, true));
+    m_rubberBand->setGeometry(rect.translated(0, -verticalScrollBar()->value()).toAlignedRect());
+    m_rubberBand->show();
+    // The window hears of the selection once, at the release: the grid must not scroll to the
+    // main item under the user's hand.
+    m_timeline.viewport()->update();
+    refresh();
+}
+
+void VQSView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_rectangle || event->button() != Qt::LeftButton) {
+        QAbstractScrollArea::mouseReleaseEvent(event);
+        return;
+    }
+    m_rubberBand->hide();
+    m_rectangle.reset();
+    m_timeline.selectionChanged(m_timeline.strip().picSelection());
     refresh();
 }
 

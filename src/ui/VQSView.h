@@ -1,11 +1,16 @@
 #pragma once
 
+#include "timeline/TimelineSelection.h"
 #include "ui/ThumbLayers.h"
 #include "viewing/VQSController.h"
 
 #include <QAbstractScrollArea>
 #include <QHash>
 #include <QPixmap>
+
+#include <optional>
+
+class QRubberBand;
 
 namespace orv {
 
@@ -15,7 +20,8 @@ class MyTimelineView;
 
 // The grid of a strip's items, larger than on the strip, for looking and rating: it shows and
 // changes the strip's selection (a click, Shift and Ctrl as on the strip, the arrows in two
-// dimensions) and draws each item's rating, keepers marked and rejects dimmed. It paints only
+// dimensions, a rectangle dragged from beside the cells where the items change one by one:
+// Shift keeps what was selected, Ctrl toggles against it) and draws each item's rating, keepers marked and rejects dimmed. It paints only
 // the rows on screen; their thumbnails come from the strips' cache and become pixmaps only while
 // near the view. Main thread only.
 class VQSView : public QAbstractScrollArea
@@ -56,6 +62,8 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -65,11 +73,23 @@ private:
     void drawCell(QPainter &painter, qsizetype index, const MySinglePic &pic);
     void dropLayersOutside(ThumbRange range);
     qsizetype indexAt(QPointF viewportPoint) const;
+    QPointF contentPoint(QPointF viewportPoint) const;
+    // The raised items whose cells the rectangle from the press to the pointer touches join
+    // the selection (or are toggled); the band shows the rectangle.
+    void updateRectangle(QPointF viewportPoint);
 
     MyTimelineView &m_timeline;
     MyThumbsQueue &m_thumbs;
     VQSController m_grid;
     ThumbLayers m_layers;
+    QRubberBand *m_rubberBand;
+    // Where a rectangle began in the content, and the key it was begun with; none outside one.
+    struct Rectangle
+    {
+        QPointF start;
+        ClickKey key = ClickKey::Plain;
+    };
+    std::optional<Rectangle> m_rectangle;
 };
 
 } // namespace orv

@@ -1,0 +1,232 @@
+#include "selection/MySidebarController.h"
+
+#include "core/MakerModel.h"
+#include "core/MySinglePic.h"
+#include "folders/MySingleFolder.h"
+#include "selection/NaturalNameOrder.h"
+#include "selection/PicKinds.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QMap>
+
+#include <algorithm>
+
+namespace orv {
+
+namespace {
+
+QString translated(const char *text) { return QCoreApplication::translate("MySidebarController", text); }
+
+const QString noFilterKey = QStringLiteral("noFilter");
+const QString slideshowKey = QStringLiteral("slideshowOnly");
+const QString unsavedKey = QStringLiteral("unsaved");
+const QString ratingPrefix = QStringLiteral("rating/");
+const QString cameraPrefix = QStringLiteral("camera/");
+const QString typePrefix = QStringLiteral("type/");
+const QString timePrefix = QStringLiteral("time/");
+// Headings: choosing one filters nothing.
+const QStringList groupKeys = {QStringLiteral("rating"), QStringLiteral("times"), QStringLiteral("cameras"),
+                               QStringLiteral("fileType")};
+
+MyFiltersItem groupRow(const QString &key, const QString &title, QList<MyFiltersItem> children)
+{
+    return {key, title, true, {}, std::move(children)};
+}
+
+// The rows of the stores whose keys begin with prefix, one per key, ordered as names; title
+// gives a row's title from the rest of its key.
+QList<MyFiltersItem> rowsOfStores(const QHash<QString, QSet<MySinglePic *>> &stores, const QString &prefix,
+                                  const std::function<QString(const QString &)> &title)
+{
+    QStringList keys;
+    for (auto it = stores.cbegin(); it != stores.cend(); ++it)
+        if (it.key().startsWith(prefix) && !it.key().mid(prefix.size()).contains(QLatin1Char('/')) && !it->isEmpty())
+            keys.append(it.key());
+    const QCollator collator = naturalNameCollator();
+    std::sort(keys.begin(), keys.end(), collator);
+    QList<MyFiltersItem> rows;
+    for (const QString &key : std::as_const(keys))
+        rows.append({key, title(key.mid(prefix.size())), false, stores.value(key), {}});
+    return rows;
+}
+
+const MyFiltersItem *findRow(const QList<MyFiltersItem> &rows, const QString &key)
+{
+    for (const MyFiltersItem &row : rows) {
+        if (row.key == key)
+            return &row;
+        if (const MyFiltersItem *child = findRow(row.children, key))
+            return child;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+QStringList MySidebarController::storeKeysFor(const MySinglePic &pic) const
+{
+    QStringList keys;
+    const MySinglePic &rated = pic.bundleMasterImage ? *pic.bundleMasterImage : pic;
+    keys.append(ratingPrefix + QLatin1String(rated.isRejected ? "rejects" : rated.isKeeper ? "keepers" : "neutrals"));
+    const MySingleFolder *folder = pic.spSingleFolder ? MySingleFolder::of(pic) : nullptr;
+    // A folder imported as a slideshow only read no camera.
+    if (folder && folder->isEXIFIgnored())
+        keys.append(slideshowKey);
+    else
+        keys.append(cameraPrefix + (pic.pivMakeModel.isEmpty() ? QStringLiteral("-") : pic.pivMakeModel));
+    for (const PicKind kind : {PicKind::Photo, PicKind::Movie, PicKind::Group, PicKind::Sidecar}) {
+        const QStringList types = PicKinds::typesOf(pic, kind);
+        if (types.isEmpty())
+            continue;
+        const QString kindKey = typePrefix + PicKinds::key(kind);
+        keys.append(kindKey);
+        for (const QString &type : types)
+            keys.append(kindKey + QLatin1Char('/') + type);
+    }
+    return keys;
+}
+
+void MySidebarController::addFixedValuesFor(const QList<MySinglePic *> &pics)
+{
+    for (MySinglePic *pic : pics) {
+        if (m_allAddedMedia.contains(pic))
+            continue;
+        m_allAddedMedia.insert(pic);
+        const QStringList keys = storeKeysFor(*pic);
+        for (const QString &key : keys)
+            m_stores[key].insert(pic);
+        m_filedUnder.insert(pic, keys);
+    }
+}
+
+void MySidebarController::removeFixedValuesFor(const QList<MySinglePic *> &pics)
+{
+    for (MySinglePic *pic : pics) {
+        if (!m_allAddedMedia.remove(pic))
+            continue;
+        for (const QString &key : m_filedUnder.take(pic)) {
+            QSet<MySinglePic *> &store = m_stores[key];
+            store.remove(pic);
+            if (store.isEmpty())
+                m_stores.remove(key);
+        }
+    }
+}
+
+void MySidebarController::didChangeSource(const QList<MySinglePic *> &items)
+{
+    const QSet<MySinglePic *> now(items.cbegin(), items.cend());
+    QList<MySinglePic *> gone;
+    for (MySinglePic *pic : std::as_const(m_allAddedMedia))
+        if (!now.contains(pic))
+            gone.append(pic);
+    removeFixedValuesFor(gone);
+    addFixedValuesFor(items);
+}
+
+void MySidebarController::sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics)
+{
+    QList<MySinglePic *> known;
+    for (MySinglePic *pic : pics) {
+        if (m_allAddedMedia.contains(pic))
+            known.append(pic);
+        // A group's rating is its master's: the dependent follows it.
+        if (pic->bundleDependentImage && m_allAddedMedia.contains(pic->bundleDependentImage))
+            known.append(pic->bundleDependentImage);
+    }
+    removeFixedValuesFor(known);
+    addFixedValuesFor(known);
+}
+
+QList<MyFiltersItem> MySidebarController::timesRows() const
+{
+    // Zones lie at most a day from UTC: only a date in UTC's last or first day of a year asks
+    // the zone, so a refresh of 100,000 items costs arithmetic alone.
+    const auto yearOf = [this](Instant date) {
+        const Instant::Civil utc = date.toUtcCivil();
+        const bool nearNewYear = (utc.month == 12 && utc.day == 31) || (utc.month == 1 && utc.day == 1);
+        return nearNewYear ? m_zone.localCivil(date).year : utc.year;
+    };
+    QMap<int, QSet<MySinglePic *>> byYear;
+    for (MySinglePic *pic : m_allAddedMedia)
+        if (const OptionalDate date = pic->spDateTimeModified())
+            byYear[yearOf(*date)].insert(pic);
+    QList<MyFiltersItem> rows;
+    for (auto it = byYear.cbegin(); it != byYear.cend(); ++it)
+        rows.append({timePrefix + QString::number(it.key()), QString::number(it.key()), false, it.value(), {}});
+    return rows;
+}
+
+const QList<MyFiltersItem> &MySidebarController::fullRefresh()
+{
+    m_rows.clear();
+    m_rows.append({noFilterKey,
+                   m_allAddedMedia.isEmpty() ? translated(QT_TRANSLATE_NOOP("MySidebarController", "None"))
+                                             : translated(QT_TRANSLATE_NOOP("MySidebarController", "All")),
+                   false, m_allAddedMedia, {}});
+    if (const QSet<MySinglePic *> slideshow = m_stores.value(slideshowKey); !slideshow.isEmpty())
+        m_rows.append({slideshowKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Slideshow Only")), false,
+                       slideshow, {}});
+    QSet<MySinglePic *> unsaved;
+    for (MySinglePic *pic : std::as_const(m_allAddedMedia))
+        if (pic->isUnsaved())
+            unsaved.insert(pic);
+    if (!unsaved.isEmpty())
+        m_rows.append({unsavedKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Unsaved")), false, unsaved, {}});
+
+    static const std::pair<const char *, const char *> ratings[] = {
+        {"keepers", QT_TRANSLATE_NOOP("MySidebarController", "Keepers")},
+        {"neutrals", QT_TRANSLATE_NOOP("MySidebarController", "Neutrals")},
+        {"rejects", QT_TRANSLATE_NOOP("MySidebarController", "Rejects")}};
+    QList<MyFiltersItem> ratingRows;
+    for (const auto &[key, title] : ratings) {
+        // A chosen rating stays while the user rates its last item away: the filter then shows
+        // nothing rather than everything.
+        const QString rowKey = ratingPrefix + QLatin1String(key);
+        if (const QSet<MySinglePic *> pics = m_stores.value(rowKey); !pics.isEmpty() || m_selectedKeys.contains(rowKey))
+            ratingRows.append({rowKey, translated(title), false, pics, {}});
+    }
+    if (!ratingRows.isEmpty())
+        m_rows.append(groupRow(groupKeys[0], translated(QT_TRANSLATE_NOOP("MySidebarController", "Rating")), ratingRows));
+    if (QList<MyFiltersItem> times = timesRows(); !times.isEmpty())
+        m_rows.append(groupRow(groupKeys[1], translated(QT_TRANSLATE_NOOP("MySidebarController", "Dates")), times));
+    QList<MyFiltersItem> cameras = rowsOfStores(m_stores, cameraPrefix, [](const QString &camera) {
+        return camera == u"-" ? translated(QT_TRANSLATE_NOOP("MySidebarController", "No Camera"))
+                              : MakerModel::WA_displayOptimizedModelMake(camera);
+    });
+    if (!cameras.isEmpty())
+        m_rows.append(groupRow(groupKeys[2], translated(QT_TRANSLATE_NOOP("MySidebarController", "Camera")), cameras));
+    QList<MyFiltersItem> kinds;
+    for (const PicKind kind : {PicKind::Photo, PicKind::Movie, PicKind::Group, PicKind::Sidecar}) {
+        const QString kindKey = typePrefix + PicKinds::key(kind);
+        const QSet<MySinglePic *> pics = m_stores.value(kindKey);
+        if (pics.isEmpty())
+            continue;
+        kinds.append({kindKey, PicKinds::name(kind), false, pics,
+                      rowsOfStores(m_stores, kindKey + QLatin1Char('/'), [](const QString &type) { return type; })});
+    }
+    if (!kinds.isEmpty())
+        m_rows.append(groupRow(groupKeys[3], translated(QT_TRANSLATE_NOOP("MySidebarController", "File Type")), kinds));
+    // A camera or a type whose items all left the working set is no longer chosen.
+    m_selectedKeys.removeIf([this](const QString &key) { return !rowForKey(key); });
+    return m_rows;
+}
+
+const MyFiltersItem *MySidebarController::rowForKey(const QString &key) const { return findRow(m_rows, key); }
+
+std::optional<QSet<MySinglePic *>> MySidebarController::selectedPicsToFilter() const
+{
+    std::optional<QSet<MySinglePic *>> pics;
+    for (const QString &key : m_selectedKeys) {
+        if (key == noFilterKey || groupKeys.contains(key))
+            continue;
+        if (!pics)
+            pics.emplace();
+        if (const MyFiltersItem *row = rowForKey(key))
+            pics->unite(row->pics);
+    }
+    return pics;
+}
+
+} // namespace orv

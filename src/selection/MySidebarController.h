@@ -1,0 +1,81 @@
+#pragma once
+
+#include "time/TimeZone.h"
+
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace orv {
+
+class MySinglePic;
+
+// One row of the sidebar's categories: a group row (a heading with rows under it) or a category
+// of items. key names it for good ("rating/keepers", "camera/Canon EOS R6", "time/2024",
+// "type/quickSelections_typePic/JPG"), so a selection survives a refresh.
+struct MyFiltersItem
+{
+    QString key;
+    QString title;
+    bool isGroupItem = false;
+    QSet<MySinglePic *> pics;
+    QList<MyFiltersItem> children;
+};
+
+// The sidebar's categories over the working set, with their items: ratings, dates by year,
+// cameras, file types, unsaved items and the items of folders imported as slideshows only.
+// Items are filed once each as they join and forgotten as they leave, so the counts are kept in
+// step without walking the working set; the dates and the unsaved state, which every date
+// change moves, are gathered at each refresh. The selected rows' items together are the set
+// the source lets through (selectedPicsToFilter).
+//
+// Main thread only, with the items. An item may be forgotten after it was deleted: the
+// categories it was filed under are remembered, it is never read again.
+class MySidebarController
+{
+public:
+    explicit MySidebarController(TimeZone zone = TimeZone::systemZone()) : m_zone(std::move(zone)) {}
+
+    // Items join their categories, each once however often it is given.
+    void addFixedValuesFor(const QList<MySinglePic *> &pics);
+    void removeFixedValuesFor(const QList<MySinglePic *> &pics);
+    // The working set is now these items (an import, a removal, its undo): new ones join,
+    // missing ones leave.
+    void didChangeSource(const QList<MySinglePic *> &items);
+    // A rating of these items changed: they are filed again.
+    void sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics);
+
+    // The rows from the categories: "noFilter" (all items), "slideshowOnly", "unsaved", the
+    // "rating", "times", "cameras" and "fileType" groups; each only with items, except a chosen
+    // rating row, which stays while empty.
+    const QList<MyFiltersItem> &fullRefresh();
+    const QList<MyFiltersItem> &rows() const { return m_rows; }
+    // The row of that key in the last refresh; null when it is not shown.
+    const MyFiltersItem *rowForKey(const QString &key) const;
+
+    // The rows the user selected; "noFilter" and group rows stand for no filter.
+    void setSelectedKeys(const QStringList &keys) { m_selectedKeys = keys; }
+    const QStringList &selectedKeys() const { return m_selectedKeys; }
+    // The union of the selected rows' items in the last refresh; none while no category is
+    // selected. A chosen rating whose items were all rated otherwise lets nothing through; a
+    // refresh drops the other chosen rows that lost all their items.
+    std::optional<QSet<MySinglePic *>> selectedPicsToFilter() const;
+
+private:
+    QStringList storeKeysFor(const MySinglePic &pic) const;
+    QList<MyFiltersItem> timesRows() const;
+
+    TimeZone m_zone;
+    QSet<MySinglePic *> m_allAddedMedia;
+    // The categories an item was filed under, so it leaves them without being read.
+    QHash<MySinglePic *, QStringList> m_filedUnder;
+    QHash<QString, QSet<MySinglePic *>> m_stores;
+    QList<MyFiltersItem> m_rows;
+    QStringList m_selectedKeys;
+};
+
+} // namespace orv

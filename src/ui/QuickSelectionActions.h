@@ -1,0 +1,70 @@
+#pragma once
+
+#include "selection/MySidebarController.h"
+#include "selection/QuickSelections.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+class QDockWidget;
+class QMainWindow;
+class QMenu;
+
+namespace orv {
+
+class AppController;
+class MySingleFolder;
+class SidebarCategoriesView;
+class TimelinePane;
+
+// Choosing classes of items in the window: the Quick Selection menu (also a button of the main
+// toolbar), built afresh from the items of the folders on show each time it opens, and the
+// Categories side view, whose chosen rows filter the strips, the grid and the list. The
+// categories follow the working set: imports, removals, ratings, date changes, undo and redo.
+// Main thread only.
+class QuickSelectionActions : public QObject
+{
+    Q_OBJECT
+public:
+    using FoldersOnShow = std::function<QList<MySingleFolder *>()>;
+    // Selects the items on the strip and in the list, the first as the main one.
+    using Select = std::function<void(const QList<MySinglePic *> &pics)>;
+
+    QuickSelectionActions(AppController &controller, TimelinePane &timeline, FoldersOnShow foldersOnShow,
+                          Select select, QMainWindow &window);
+
+    // The menu before the last one of the bar (Help), its button at the end of the main
+    // toolbar, and the Categories dock on the left.
+    void addTo(QMainWindow &window);
+
+    QMenu *menu() const { return m_menu; }
+    SidebarCategoriesView &categoriesView() const { return *m_view; }
+
+private:
+    // The items the menu offers: those of the folders on show the filter lets through.
+    QList<MySinglePic *> selectableSource() const;
+    // Selects the entry's items, switching their folders to change items one by one first when
+    // that is the way to a selection of several; nothing when it is not possible now (the menu
+    // was opened before a save began).
+    void quickSelect(const QuickSelectionEntry &entry);
+    void rebuildMenu();
+    void addEntries(QMenu &menu, const QList<QuickSelectionEntry> &entries);
+    void refreshCategories();
+    // The chosen rows' items become the source's filter; rebuilds only when they changed.
+    void applyCategoryFilter(bool ratingsChanged);
+
+    AppController &m_controller;
+    TimelinePane &m_timeline;
+    FoldersOnShow m_foldersOnShow;
+    Select m_select;
+    QMenu *m_menu;
+    QDockWidget *m_dock;
+    SidebarCategoriesView *m_view;
+    MySidebarController m_sidebar;
+    // What the source was last given to filter by.
+    std::optional<QSet<MySinglePic *>> m_appliedFilter;
+};
+
+} // namespace orv
