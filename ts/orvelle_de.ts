@@ -2537,4 +2537,47 @@ Verschiebt sich um %2</translation>
         <translation>Datumsänderung</translation>
     </message>
 </context>
+<context>
+    <name>ZoneNames</name>
+    <message>
+        <source>Africa</source>
+        <translation>Afrika</translation>
+    </message>
+    <message>
+        <source>America</source>
+        <translation>Amerika</translation>
+    </message>
+    <message>
+        <source>Antarctica</source>
+        <translation>Antarktis</translation>
+    </message>
+    <message>
+        <source>Arctic</source>
+        <translation>Arktis</translation>
+    </message>
+    <message>
+        <source>Asia</source>
+        <translation>Asien</translation>
+    </message>
+    <message>
+        <source>Atlantic</source>
+        <translation>Atlantik</translation>
+    </message>
+    <message>
+        <source>Australia</source>
+        <translation>Australien</translation>
+    </message>
+    <message>
+        <source>Europe</source>
+        <translation>Europa</translation>
+    </message>
+    <message>
+        <source>Indian</source>
+        <translation>Indischer Ozean</translation>
+    </message>
+    <message>
+        <source>Pacific</source>
+        <translation>Pazifik</translation>
+    </message>
+</context>
 </TS>

@@ -120,6 +120,15 @@ MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tile
     setView({30.0, 0.0}, 2);
 }
 
+void MapView::setSelectionTool(SelectionTool tool)
+{
+    m_tool = tool;
+    if (tool == SelectionTool::None)
+        unsetCursor();
+    else
+        setCursor(Qt::CrossCursor);
+}
+
 void MapView::setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected)
 {
     m_clusters.setPins(pins, selected);
@@ -232,7 +241,32 @@ void MapView::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     paintTracks(painter);
     paintPins(painter);
+    paintSelectionShape(painter);
     paintNotes(painter);
+}
+
+double MapView::drawnRadiusMetres() const
+{
+    return 1000.0 * MyGpxTrack::haversineKilometres(coordinateAt(m_pressPoint), coordinateAt(m_lastPoint));
+}
+
+void MapView::paintSelectionShape(QPainter &painter) const
+{
+    if (m_gesture != Gesture::Rectangle && m_gesture != Gesture::Radius)
+        return;
+    painter.setPen(QPen(QColor(230, 90, 20), 1.5, Qt::DashLine));
+    painter.setBrush(QColor(230, 90, 20, 40));
+    if (m_gesture == Gesture::Rectangle) {
+        painter.drawRect(QRectF(m_pressPoint, m_lastPoint).normalized());
+        return;
+    }
+    const double radius = std::hypot(m_lastPoint.x() - m_pressPoint.x(), m_lastPoint.y() - m_pressPoint.y());
+    painter.drawEllipse(QPointF(m_pressPoint), radius, radius);
+    const double metres = drawnRadiusMetres();
+    const QString text = metres >= 1000 ? tr("%1 km").arg(metres / 1000.0, 0, 'f', metres < 10000 ? 2 : 1)
+                                        : tr("%1 m").arg(std::round(metres));
+    painter.setPen(Qt::black);
+    painter.drawText(m_lastPoint + QPointF(8, -8), text);
 }
 
 void MapView::paintTiles(QPainter &painter) const
@@ -346,7 +380,11 @@ void MapView::mousePressEvent(QMouseEvent *event)
     m_lastPoint = event->position();
     m_moved = false;
     const int hit = m_clusters.clusterAt(m_zoom, origin() + event->position(), pinHitRadius);
-    if (hit >= 0) {
+    if (m_tool == SelectionTool::Radius) {
+        m_gesture = Gesture::Radius;
+    } else if (m_tool == SelectionTool::Rectangle || event->modifiers().testFlag(Qt::ShiftModifier)) {
+        m_gesture = Gesture::Rectangle;
+    } else if (hit >= 0) {
         m_gesture = Gesture::DragPins;
         m_draggedPins = m_clusters.membersOf(m_zoom, m_clusters.clustersAt(m_zoom)[std::size_t(hit)]);
     } else {
@@ -372,10 +410,27 @@ void MapView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton || m_gesture == Gesture::None)
         return QWidget::mouseReleaseEvent(event);
+    m_lastPoint = event->position();
     const Gesture gesture = std::exchange(m_gesture, Gesture::None);
     const QList<int> pins = std::exchange(m_draggedPins, {});
-    unsetCursor();
+    setSelectionTool(m_tool);
     update();
+    if (gesture == Gesture::Rectangle || gesture == Gesture::Radius) {
+        QList<int> chosen;
+        const QRectF rectangle = QRectF(m_pressPoint, m_lastPoint).normalized();
+        const double metres = drawnRadiusMetres();
+        const GeoCoordinate centre = coordinateAt(m_pressPoint);
+        const QList<GeoCoordinate> &all = m_clusters.pins();
+        for (int i = 0; i < all.size(); ++i) {
+            const bool inside = gesture == Gesture::Rectangle
+                ? rectangle.contains(pointOf(all[i]))
+                : MyGpxTrack::haversineKilometres(centre, all[i]) * 1000.0 <= metres;
+            if (inside)
+                chosen.append(i);
+        }
+        Q_EMIT pinsSelected(chosen);
+        return;
+    }
     if (gesture != Gesture::DragPins)
         return;
     m_moved = m_moved || (event->position().toPoint() - m_pressPoint).manhattanLength() >= dragThreshold;
