@@ -93,13 +93,12 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
                 [this, tag] { selectAroundMainItem(tag); });
     within->setMenu(withinMenu);
     tools->addWidget(within);
-    tools->addSeparator();
-    tools->addWidget(makeFilterBar());
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 4);
     layout->addWidget(m_search);
     layout->addWidget(tools);
+    layout->addWidget(makeFilterBar());
     layout->addWidget(m_view, 1);
     layout->addWidget(m_status);
 
@@ -112,7 +111,7 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
     connect(m_view, &MapView::placeRequested, this,
             [this](GeoCoordinate at) { place(m_selection(), at, tr("Add Location")); });
     connect(m_view, &MapView::pinsClicked, this, &MapWindow::choosePins);
-    connect(m_view, &MapView::pinsSelected, this, &MapWindow::choosePins);
+    connect(m_view, &MapView::pinsSelected, this, &MapWindow::choosePinsInShape);
     // The place of the first selected item that has one, as the application's own type and as
     // text; pasted, a place from either goes to every selected item as one step.
     auto *copy = new QAction(tr("Copy Location"), this);
@@ -296,7 +295,7 @@ QWidget *MapWindow::makeFilterBar()
         storeFilter();
     });
     auto *row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(6, 0, 6, 0);
     row->addWidget(m_filterOn);
     row->addWidget(m_filterType);
     row->addWidget(m_filterValue);
@@ -361,6 +360,25 @@ void MapWindow::choosePins(const QList<int> &pins)
     m_status->setText(tr("%n item(s) selected on the map.", nullptr, int(pics.size())));
 }
 
+void MapWindow::choosePinsInShape(const QList<int> &pins)
+{
+    if (pins.isEmpty() || !m_controller.prefs().boolForKey(QStringLiteral("mapSelectMediaWithoutLocationDataToo")))
+        return choosePins(pins);
+    QList<MySinglePic *> pics;
+    for (int pin : pins)
+        pics.append(m_pinned.value(pin));
+    const auto [first, last] = std::minmax_element(pics.cbegin(), pics.cend(), [](const MySinglePic *a, const MySinglePic *b) {
+        return a->indexInSource_full < b->indexInSource_full;
+    });
+    const qint32 from = (*first)->indexInSource_full, to = (*last)->indexInSource_full;
+    for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            if ((!pic->gpsLat || !pic->gpsLong) && pic->indexInSource_full > from && pic->indexInSource_full < to)
+                pics.append(pic);
+    Q_EMIT picsChosen(pics);
+    m_status->setText(tr("%n item(s) selected on the map and between its pins.", nullptr, int(pics.size())));
+}
+
 void MapWindow::selectAroundMainItem(int distanceTag)
 {
     if (!m_main) {
@@ -374,7 +392,7 @@ void MapWindow::selectAroundMainItem(int distanceTag)
     for (int i = 0; i < m_pinned.size(); ++i)
         if (MyGpxTrack::haversineKilometres(centre, {*m_pinned[i]->gpsLat, *m_pinned[i]->gpsLong}) * 1000.0 <= metres)
             pins.append(i);
-    choosePins(pins);
+    choosePinsInShape(pins);
 }
 
 void MapWindow::place(const QList<MySinglePic *> &pics, GeoCoordinate at, const QString &actionName)

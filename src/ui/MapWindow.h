@@ -60,6 +60,9 @@ private:
     QWidget *makeFilterBar();
     void storeFilter();
     void choosePins(const QList<int> &pins);
+    // A rectangle's or a circle's pins, with the items without a place between them when the
+    // user wants those too.
+    void choosePinsInShape(const QList<int> &pins);
     QString filterText(const MapFilterSettings &settings) const;
     std::optional<MapTrackSpan> trackSpanOf(const MySinglePic *pic) const;
 

@@ -260,6 +260,9 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
     drag(centre, view.pointOf({madrid.latitude, madrid.longitude - 5.5}).toPoint());
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID"), QStringLiteral("PORTO")}));
     EXPECT_EQ(undo.count(), stepsBefore);
+    // Within 10 km of the main item, the first selected: Porto alone.
+    map->selectAroundMainItem(0);
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
 
     // Without a tool the drag pans again; Shift draws a rectangle all the same.
     map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
@@ -269,6 +272,15 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
     QTest::mouseMove(&view, east + QPoint(10, 10));
     QTest::mouseRelease(&view, Qt::LeftButton, Qt::ShiftModifier, east + QPoint(10, 10));
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+
+    // Asked to, a shape takes the items without a place between its pins too: the photo of
+    // 11:00, between Lisbon's and Porto's.
+    prefs.setBool(QStringLiteral("mapSelectMediaWithoutLocationDataToo"), true);
+    map->findChild<QAction *>(QStringLiteral("rectangleSelectionAction"))->trigger();
+    drag(QPoint(int(std::max(west.x(), north.x())) + 20, int(west.y()) + 20),
+         QPoint(int(std::min(west.x(), north.x())) - 20, int(north.y()) - 20));
+    EXPECT_EQ(selectedOnTimeline(),
+              QStringList({QStringLiteral("LISBON"), QStringLiteral("NOWHERE"), QStringLiteral("PORTO")}));
 }
 
 TEST_F(MapSelectionTest, TheFilterShowsThePinsAroundTheMainItemAndIsKept)
