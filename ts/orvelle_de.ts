@@ -2755,6 +2755,14 @@ Verschiebt sich um %2</translation>
         <translation>Zeit um das Hauptobjekt</translation>
     </message>
     <message>
+        <source>Main item&apos;s track only</source>
+        <translation>Nur der Track des Hauptobjekts</translation>
+    </message>
+    <message>
+        <source>When the main item&apos;s place came from a track, only the items of that track&apos;s time show.</source>
+        <translation>Stammt der Ort des Hauptobjekts aus einem Track, zeigen sich nur die Objekte aus der Zeit dieses Tracks.</translation>
+    </message>
+    <message>
         <source>Time chain</source>
         <translation>Zeitkette</translation>
     </message>

@@ -16,6 +16,7 @@ MapFilterSettings MapFilterSettings::fromPreferences(const Preferences &prefs)
     settings.value = int(std::clamp<qint64>(prefs.integerForKey(valueKey(settings.type)), 0, sliderMaximum(settings.type)));
     settings.pinLimit = pinLimitFor(prefs.integerForKey(QStringLiteral("locationPinLimit")));
     settings.alwaysShowAllSelected = prefs.boolForKey(QStringLiteral("mapFilter_alwaysShowAllSelected"));
+    settings.useTrackInterval = int(prefs.integerForKey(QStringLiteral("mapFilter_useTrackInterval")));
     return settings;
 }
 
@@ -110,9 +111,13 @@ bool onTrack(const MapFilterPin &pin, const MapTrackSpan &track)
 
 } // namespace
 
-MapFilterResult filterMapPins(const QList<MapFilterPin> &pins, int main, const MapFilterSettings &settings,
+MapFilterResult filterMapPins(const QList<MapFilterPin> &pins, int main, const MapFilterSettings &given,
                               const std::optional<MapTrackSpan> &track)
 {
+    MapFilterSettings settings = given;
+    if (track && settings.useTrackInterval == 2)
+        settings.type = MapFilterType::Track;
+    const bool narrowToTrack = track && settings.useTrackInterval == 1 && settings.type != MapFilterType::Track;
     MapFilterResult result;
     const int count = int(pins.size());
     const bool forced = settings.pinLimit > 0 && count >= settings.pinLimit;
@@ -150,6 +155,8 @@ MapFilterResult filterMapPins(const QList<MapFilterPin> &pins, int main, const M
             break;
         }
         }
+        if (narrowToTrack)
+            shown.removeIf([&](int i) { return !onTrack(pins[i], *track); });
         if (settings.alwaysShowAllSelected)
             for (int i = 0; i < count; ++i)
                 if (pins[i].selected)

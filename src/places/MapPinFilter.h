@@ -45,6 +45,9 @@ struct MapFilterSettings
     int value = 0;    // the slider's
     int pinLimit = 0; // 0: none
     bool alwaysShowAllSelected = true;
+    // The track rule on top of the filter, when the main item's place came from a track:
+    // 1 narrows the filter's pins to the track's, 2 shows the track's pins instead.
+    int useTrackInterval = 0;
     bool metric = true; // the accuracy slider's distances
 
     static MapFilterSettings fromPreferences(const Preferences &prefs);

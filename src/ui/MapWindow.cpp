@@ -262,6 +262,9 @@ QWidget *MapWindow::makeFilterBar()
     m_filterValue->setObjectName(QStringLiteral("mapFilterValue"));
     m_filterValue->setMinimumWidth(100);
     m_filterText = new QLabel(bar);
+    m_trackOnly = new QCheckBox(tr("Main item's track only"), bar);
+    m_trackOnly->setObjectName(QStringLiteral("mapFilterTrackOnly"));
+    m_trackOnly->setToolTip(tr("When the main item's place came from a track, only the items of that track's time show."));
     m_pinLimit = new QComboBox(bar);
     m_pinLimit->setObjectName(QStringLiteral("mapPinLimit"));
     m_pinLimit->addItem(tr("500 pins"), 1);
@@ -280,10 +283,15 @@ QWidget *MapWindow::makeFilterBar()
     m_filterValue->setValue(settings.value);
     m_filterValue->setVisible(settings.type != MapFilterType::Track);
     m_filterText->setText(filterText(settings));
+    m_trackOnly->setChecked(settings.useTrackInterval == 1);
     const int limit = m_pinLimit->findData(prefs.integerForKey(QStringLiteral("locationPinLimit")));
     m_pinLimit->setCurrentIndex(limit < 0 ? m_pinLimit->count() - 1 : limit);
 
     connect(m_filterOn, &QCheckBox::toggled, this, &MapWindow::storeFilter);
+    connect(m_trackOnly, &QCheckBox::toggled, this, [this](bool on) {
+        m_controller.prefs().setValue(QStringLiteral("mapFilter_useTrackInterval"), on ? 1 : 0);
+        storeFilter();
+    });
     connect(m_filterValue, &QSlider::valueChanged, this, &MapWindow::storeFilter);
     connect(m_pinLimit, &QComboBox::currentIndexChanged, this, &MapWindow::storeFilter);
     connect(m_filterType, &QComboBox::currentIndexChanged, this, [this](int index) {
@@ -300,6 +308,7 @@ QWidget *MapWindow::makeFilterBar()
     row->addWidget(m_filterType);
     row->addWidget(m_filterValue);
     row->addWidget(m_filterText, 1);
+    row->addWidget(m_trackOnly);
     row->addWidget(new QLabel(tr("Show at most:"), bar));
     row->addWidget(m_pinLimit);
     return bar;

@@ -73,6 +73,7 @@ private:
     ZonePlaceSearchField *m_search;
     QLabel *m_status;
     QCheckBox *m_filterOn;
+    QCheckBox *m_trackOnly;
     QComboBox *m_filterType;
     QSlider *m_filterValue;
     QLabel *m_filterText;

@@ -60,6 +60,15 @@ TEST(MapPinFilter, EachFilterKeepsItsPinsAroundTheMainOne)
     track[4].selected = true;
     EXPECT_EQ(filterMapPins(track, 0, filter(MapFilterType::Track, 0), MapTrackSpan{QStringLiteral("walk"), 50, 400}).shown,
               QList<int>({0, 1, 3, 4}));
+    // The track rule narrows another filter's pins, or takes its place.
+    const MapTrackSpan walk{QStringLiteral("walk"), 50, 400};
+    MapFilterSettings neighbours = filter(MapFilterType::Neighbours, 1);
+    EXPECT_EQ(filterMapPins(track, 1, neighbours, walk).shown, QList<int>({0, 1, 2, 4}));
+    neighbours.useTrackInterval = 1;
+    EXPECT_EQ(filterMapPins(track, 1, neighbours, walk).shown, QList<int>({0, 1, 4}));
+    neighbours.useTrackInterval = 2;
+    EXPECT_EQ(filterMapPins(track, 1, neighbours, walk).shown, QList<int>({0, 1, 3, 4}));
+    EXPECT_EQ(filterMapPins(track, 1, neighbours).shown, QList<int>({0, 1, 2, 4})) << "no track: the filter as set";
 }
 
 TEST(MapPinFilter, OverTheLimitTheNearestToTheMainItemStaySelectedOnesFirst)
