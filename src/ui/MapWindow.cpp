@@ -416,7 +416,8 @@ void MapWindow::place(const QList<MySinglePic *> &pics, GeoCoordinate at, const 
     if (const ZonePlaces *places = m_search->places(); places && !places->isEmpty()) {
         const MyTimeZoneCityObject *nearest = places->nearest(at);
         m_status->setText(m_status->text() + QLatin1Char(' ')
-                          + tr("The zone there is likely %1 (nearest place: %2).").arg(nearest->timezone, nearest->names.value(0)));
+                          + tr("The zone there is likely %1 (nearest place: %2).")
+                                .arg(places->names().zone(nearest->timezone), nearest->names.value(0)));
     }
 }
 
