@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace orv {
 
@@ -122,8 +123,16 @@ MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tile
 
 void MapView::setSelectionTool(SelectionTool tool)
 {
+    if (tool != SelectionTool::Radius)
+        m_circle.reset();
     m_tool = tool;
-    if (tool == SelectionTool::None)
+    update();
+    showToolCursor();
+}
+
+void MapView::showToolCursor()
+{
+    if (m_tool == SelectionTool::None)
         unsetCursor();
     else
         setCursor(Qt::CrossCursor);
@@ -245,28 +254,37 @@ void MapView::paintEvent(QPaintEvent *)
     paintNotes(painter);
 }
 
-double MapView::drawnRadiusMetres() const
+void MapView::showSelectionCircle(const std::optional<SelectionCircle> &circle)
 {
-    return 1000.0 * MyGpxTrack::haversineKilometres(coordinateAt(m_pressPoint), coordinateAt(m_lastPoint));
+    m_circle = circle;
+    update();
 }
 
 void MapView::paintSelectionShape(QPainter &painter) const
 {
-    if (m_gesture != Gesture::Rectangle && m_gesture != Gesture::Radius)
-        return;
     painter.setPen(QPen(QColor(230, 90, 20), 1.5, Qt::DashLine));
     painter.setBrush(QColor(230, 90, 20, 40));
-    if (m_gesture == Gesture::Rectangle) {
+    if (m_gesture == Gesture::Rectangle)
         painter.drawRect(QRectF(m_pressPoint, m_lastPoint).normalized());
-        return;
-    }
-    const double radius = std::hypot(m_lastPoint.x() - m_pressPoint.x(), m_lastPoint.y() - m_pressPoint.y());
-    painter.drawEllipse(QPointF(m_pressPoint), radius, radius);
-    const double metres = drawnRadiusMetres();
+    else if (m_circle)
+        paintSelectionCircle(painter);
+}
+
+void MapView::paintSelectionCircle(QPainter &painter) const
+{
+    // Mercator stretches a distance by 1 / cos(latitude): a circle a few hundred kilometres wide
+    // stays round enough on screen to be drawn as one.
+    constexpr double earthRadius = 6371000.0;
+    const double metresPerPixel = 2 * std::numbers::pi * earthRadius
+        * std::cos(m_circle->centre.latitude * std::numbers::pi / 180.0) / worldSize();
+    const double radius = m_circle->selectionRadius / metresPerPixel;
+    const QPointF centre = pointOf(m_circle->centre);
+    painter.drawEllipse(centre, radius, radius);
+    const double metres = m_circle->selectionRadius;
     const QString text = metres >= 1000 ? tr("%1 km").arg(metres / 1000.0, 0, 'f', metres < 10000 ? 2 : 1)
                                         : tr("%1 m").arg(std::round(metres));
     painter.setPen(Qt::black);
-    painter.drawText(m_lastPoint + QPointF(8, -8), text);
+    painter.drawText(centre + QPointF(radius + 6, -6), text);
 }
 
 void MapView::paintTiles(QPainter &painter) const
@@ -382,8 +400,10 @@ void MapView::mousePressEvent(QMouseEvent *event)
     const int hit = m_clusters.clusterAt(m_zoom, origin() + event->position(), pinHitRadius);
     if (m_tool == SelectionTool::Radius) {
         m_gesture = Gesture::Radius;
+        m_circle = SelectionCircle{coordinateAt(event->position()), 0.0};
     } else if (m_tool == SelectionTool::Rectangle || event->modifiers().testFlag(Qt::ShiftModifier)) {
         m_gesture = Gesture::Rectangle;
+        m_circle.reset();
     } else if (hit >= 0) {
         m_gesture = Gesture::DragPins;
         m_draggedPins = m_clusters.membersOf(m_zoom, m_clusters.clustersAt(m_zoom)[std::size_t(hit)]);
@@ -403,6 +423,8 @@ void MapView::mouseMoveEvent(QMouseEvent *event)
         clampCentre();
     }
     m_lastPoint = event->position();
+    if (m_gesture == Gesture::Radius)
+        m_circle->selectionRadius = 1000.0 * MyGpxTrack::haversineKilometres(m_circle->centre, coordinateAt(m_lastPoint));
     update();
 }
 
@@ -413,18 +435,18 @@ void MapView::mouseReleaseEvent(QMouseEvent *event)
     m_lastPoint = event->position();
     const Gesture gesture = std::exchange(m_gesture, Gesture::None);
     const QList<int> pins = std::exchange(m_draggedPins, {});
-    setSelectionTool(m_tool);
+    showToolCursor();
     update();
     if (gesture == Gesture::Rectangle || gesture == Gesture::Radius) {
+        if (gesture == Gesture::Radius)
+            m_circle->selectionRadius = 1000.0 * MyGpxTrack::haversineKilometres(m_circle->centre, coordinateAt(m_lastPoint));
         QList<int> chosen;
         const QRectF rectangle = QRectF(m_pressPoint, m_lastPoint).normalized();
-        const double metres = drawnRadiusMetres();
-        const GeoCoordinate centre = coordinateAt(m_pressPoint);
         const QList<GeoCoordinate> &all = m_clusters.pins();
         for (int i = 0; i < all.size(); ++i) {
             const bool inside = gesture == Gesture::Rectangle
                 ? rectangle.contains(pointOf(all[i]))
-                : MyGpxTrack::haversineKilometres(centre, all[i]) * 1000.0 <= metres;
+                : MyGpxTrack::haversineKilometres(m_circle->centre, all[i]) * 1000.0 <= m_circle->selectionRadius;
             if (inside)
                 chosen.append(i);
         }

@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <optional>
+
 namespace orv {
 
 class MapTileCache;
@@ -28,6 +30,15 @@ public:
     enum class SelectionTool { None, Rectangle, Radius };
     void setSelectionTool(SelectionTool tool);
     SelectionTool selectionTool() const { return m_tool; }
+    // The circle of a radius selection, drawn with the tool or shown by the owner; it stays on
+    // the map until a rectangle is drawn or the tool changes.
+    struct SelectionCircle
+    {
+        GeoCoordinate centre;
+        double selectionRadius = 0.0; // metres
+    };
+    void showSelectionCircle(const std::optional<SelectionCircle> &circle);
+    const std::optional<SelectionCircle> &selectionCircle() const { return m_circle; }
 
     // Pin i stands for whatever its owner keeps at index i.
     void setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected = {});
@@ -71,7 +82,8 @@ private:
     void paintPins(QPainter &painter) const;
     void paintNotes(QPainter &painter) const;
     void paintSelectionShape(QPainter &painter) const;
-    double drawnRadiusMetres() const;
+    void paintSelectionCircle(QPainter &painter) const;
+    void showToolCursor();
 
     QPointer<MapTileCache> m_tiles;
     QFutureWatcher<QImage> m_worldMade; // the offline layer, made off the main thread
@@ -82,6 +94,7 @@ private:
     QPointF m_centre; // world pixel at m_zoom
 
     SelectionTool m_tool = SelectionTool::None;
+    std::optional<SelectionCircle> m_circle;
     enum class Gesture { None, Pan, DragPins, Rectangle, Radius };
     Gesture m_gesture = Gesture::None;
     QPoint m_pressPoint;

@@ -397,6 +397,7 @@ void MapWindow::selectAroundMainItem(int distanceTag)
     const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
     const double metres = MapFilterSettings::distanceForTag(distanceTag, metric);
     const GeoCoordinate centre{*m_main->gpsLat, *m_main->gpsLong};
+    m_view->showSelectionCircle(MapView::SelectionCircle{centre, metres});
     QList<int> pins;
     for (int i = 0; i < m_pinned.size(); ++i)
         if (MyGpxTrack::haversineKilometres(centre, {*m_pinned[i]->gpsLat, *m_pinned[i]->gpsLong}) * 1000.0 <= metres)

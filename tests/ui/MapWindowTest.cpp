@@ -257,12 +257,17 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
     const QPoint centre = view.pointOf(madrid).toPoint();
     drag(centre, view.pointOf({madrid.latitude, madrid.longitude + 2.0}).toPoint());
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+    ASSERT_TRUE(view.selectionCircle().has_value());
+    EXPECT_NEAR(view.selectionCircle()->selectionRadius, 169300, 4000) << "two degrees east at 40.4 N";
     drag(centre, view.pointOf({madrid.latitude, madrid.longitude - 5.5}).toPoint());
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID"), QStringLiteral("PORTO")}));
     EXPECT_EQ(undo.count(), stepsBefore);
     // Within 10 km of the main item, the first selected: Porto alone.
     map->selectAroundMainItem(0);
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
+    EXPECT_NEAR(view.selectionCircle()->centre.latitude, porto.latitude, 1e-9);
+    EXPECT_NEAR(view.selectionCircle()->centre.longitude, porto.longitude, 1e-9);
+    EXPECT_EQ(view.selectionCircle()->selectionRadius, 10000);
 
     // Without a tool the drag pans again; Shift draws a rectangle all the same.
     map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
