@@ -34,8 +34,12 @@ constexpr const char *regionNames[] = {
 
 } // namespace
 
-ZoneNames::ZoneNames(const QLocale &locale)
-    : m_localised(locale.language() != QLocale::English && locale.language() != QLocale::C)
+bool ZoneNames::isLocalisedFor(const QLocale &locale)
+{
+    return locale.language() != QLocale::English && locale.language() != QLocale::C;
+}
+
+ZoneNames::ZoneNames(const QLocale &locale) : m_localised(isLocalisedFor(locale))
 {
     if (!m_localised)
         return;

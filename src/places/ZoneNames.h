@@ -16,6 +16,8 @@ public:
     ZoneNames() = default; // English: nothing localised
     explicit ZoneNames(const QLocale &locale);
 
+    // Whether a language has names of its own here: every one but English.
+    static bool isLocalisedFor(const QLocale &locale);
     bool isLocalised() const { return m_localised; }
     // "Deutschland" for "DE"; empty when not localised or unknown.
     QString country(const QString &isoCode) const { return m_countries.value(isoCode); }

@@ -262,7 +262,8 @@ const ZonePlaces &ZonePlaces::forLocale(const QLocale &locale)
     static std::map<QString, std::unique_ptr<const ZonePlaces>> built;
     // Held while a set is built: a second asker of the same language waits for it.
     const QMutexLocker lock(&mutex);
-    std::unique_ptr<const ZonePlaces> &places = built[locale.name()];
+    // English variants share one set: none has names of its own.
+    std::unique_ptr<const ZonePlaces> &places = built[ZoneNames::isLocalisedFor(locale) ? locale.name() : QString()];
     if (!places)
         places = std::make_unique<const ZonePlaces>(load(ZonePlaceSources::system(), ZoneNames(locale)));
     return *places;
