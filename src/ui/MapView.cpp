@@ -262,6 +262,8 @@ void MapView::showSelectionCircle(const std::optional<SelectionCircle> &circle)
 
 void MapView::paintSelectionShape(QPainter &painter) const
 {
+    if (m_gesture != Gesture::Rectangle && !m_circle)
+        return;
     painter.setPen(QPen(QColor(230, 90, 20), 1.5, Qt::DashLine));
     painter.setBrush(QColor(230, 90, 20, 40));
     if (m_gesture == Gesture::Rectangle)
