@@ -15,6 +15,7 @@ packages=(
   xvfb xauth
   python3 tzdata
   libtimezonemap-data
+  libicu-dev
   help2man librsvg2-bin desktop-file-utils appstream dpkg-dev
 )
 

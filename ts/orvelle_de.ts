@@ -3239,4 +3239,265 @@ Verschiebt sich um %2</translation>
         <translation>Datumsänderung</translation>
     </message>
 </context>
+<context>
+    <name>ZoneNames</name>
+    <message>
+        <source>Africa</source>
+        <translation>Afrika</translation>
+    </message>
+    <message>
+        <source>America</source>
+        <translation>Amerika</translation>
+    </message>
+    <message>
+        <source>Antarctica</source>
+        <translation>Antarktis</translation>
+    </message>
+    <message>
+        <source>Arctic</source>
+        <translation>Arktis</translation>
+    </message>
+    <message>
+        <source>Asia</source>
+        <translation>Asien</translation>
+    </message>
+    <message>
+        <source>Atlantic</source>
+        <translation>Atlantik</translation>
+    </message>
+    <message>
+        <source>Australia</source>
+        <translation>Australien</translation>
+    </message>
+    <message>
+        <source>Europe</source>
+        <translation>Europa</translation>
+    </message>
+    <message>
+        <source>Indian</source>
+        <translation>Indischer Ozean</translation>
+    </message>
+    <message>
+        <source>Pacific</source>
+        <translation>Pazifik</translation>
+    </message>
+</context>
+<context>
+    <name>orv::MapView</name>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>Map tiles are unavailable (%1); showing the offline map.</source>
+        <translation>Kartenkacheln sind nicht verfügbar (%1); die Offline-Karte wird gezeigt.</translation>
+    </message>
+    <message>
+        <source>Offline map: GeoNames zone map (libtimezonemap-data)</source>
+        <translation>Offline-Karte: GeoNames-Zonenkarte (libtimezonemap-data)</translation>
+    </message>
+</context>
+<context>
+    <name>orv::MapWindow</name>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) on the map. Drag a pin to move its items; double-click to put the selected items there.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte. Ziehen Sie eine Nadel, um ihre Objekte zu bewegen; ein Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
+            <numerusform>%n Objekte auf der Karte. Ziehen Sie eine Nadel, um ihre Objekte zu bewegen; ein Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) selected on the map and between its pins.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
+            <numerusform>%n Objekte auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) selected on the map.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte ausgewählt.</numerusform>
+            <numerusform>%n Objekte auf der Karte ausgewählt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n neighbour(s) each side of the main item</source>
+        <translation>
+            <numerusform>%n Nachbar zu jeder Seite des Hauptobjekts</numerusform>
+            <numerusform>%n Nachbarn zu jeder Seite des Hauptobjekts</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n selected item(s) without a place.</source>
+        <translation>
+            <numerusform>%n ausgewähltes Objekt ohne Ort.</numerusform>
+            <numerusform>%n ausgewählte Objekte ohne Ort.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1,000 pins</source>
+        <translation>1.000 Nadeln</translation>
+    </message>
+    <message>
+        <source>2,000 pins</source>
+        <translation>2.000 Nadeln</translation>
+    </message>
+    <message>
+        <source>500 pins</source>
+        <translation>500 Nadeln</translation>
+    </message>
+    <message>
+        <source>Accuracy</source>
+        <translation>Genauigkeit</translation>
+    </message>
+    <message>
+        <source>Add Location</source>
+        <translation>Ort hinzufügen</translation>
+    </message>
+    <message>
+        <source>Align Locations Evenly</source>
+        <translation>Orte gleichmäßig ausrichten</translation>
+    </message>
+    <message>
+        <source>Align Locations by Time</source>
+        <translation>Orte nach Zeit ausrichten</translation>
+    </message>
+    <message>
+        <source>All pins</source>
+        <translation>Alle Nadeln</translation>
+    </message>
+    <message>
+        <source>Copy Location</source>
+        <translation>Ort kopieren</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter: %1.</source>
+        <translation>Filter: %1.</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>Move Location</source>
+        <translation>Ort bewegen</translation>
+    </message>
+    <message>
+        <source>Neighbours</source>
+        <translation>Nachbarn</translation>
+    </message>
+    <message>
+        <source>No pins there.</source>
+        <translation>Dort sind keine Nadeln.</translation>
+    </message>
+    <message>
+        <source>Paste Location</source>
+        <translation>Ort einsetzen</translation>
+    </message>
+    <message>
+        <source>Select Within</source>
+        <translation>Auswählen im Umkreis</translation>
+    </message>
+    <message>
+        <source>Select an item with a place first.</source>
+        <translation>Wählen Sie zuerst ein Objekt mit Ort.</translation>
+    </message>
+    <message>
+        <source>Select at least three items, the first and the last with a place.</source>
+        <translation>Wählen Sie mindestens drei Objekte, das erste und das letzte mit Ort.</translation>
+    </message>
+    <message>
+        <source>Select by Radius</source>
+        <translation>Mit Radius auswählen</translation>
+    </message>
+    <message>
+        <source>Select by Rectangle</source>
+        <translation>Mit Rechteck auswählen</translation>
+    </message>
+    <message>
+        <source>Show at most:</source>
+        <translation>Höchstens zeigen:</translation>
+    </message>
+    <message>
+        <source>The clipboard holds no place.</source>
+        <translation>Die Zwischenablage enthält keinen Ort.</translation>
+    </message>
+    <message>
+        <source>The pin limit shows %1 of %2 pins, those nearest the main item.</source>
+        <translation>Die Nadelgrenze zeigt %1 von %2 Nadeln, die dem Hauptobjekt nächsten.</translation>
+    </message>
+    <message>
+        <source>The zone there is likely %1 (nearest place: %2).</source>
+        <translation>Die Zone dort ist wahrscheinlich %1 (nächster Ort: %2).</translation>
+    </message>
+    <message>
+        <source>Time around the main item</source>
+        <translation>Zeit um das Hauptobjekt</translation>
+    </message>
+    <message>
+        <source>Main item&apos;s track only</source>
+        <translation>Nur der Track des Hauptobjekts</translation>
+    </message>
+    <message>
+        <source>When the main item&apos;s place came from a track, only the items of that track&apos;s time show.</source>
+        <translation>Stammt der Ort des Hauptobjekts aus einem Track, zeigen sich nur die Objekte aus der Zeit dieses Tracks.</translation>
+    </message>
+    <message>
+        <source>Time chain</source>
+        <translation>Zeitkette</translation>
+    </message>
+    <message>
+        <source>Track</source>
+        <translation>Track</translation>
+    </message>
+    <message>
+        <source>no gap longer than %1</source>
+        <translation>keine Lücke länger als %1</translation>
+    </message>
+    <message>
+        <source>placed less accurately than %1</source>
+        <translation>ungenauer platziert als %1</translation>
+    </message>
+    <message>
+        <source>the main item's track</source>
+        <translation>der Track des Hauptobjekts</translation>
+    </message>
+    <message>
+        <source>within %1 of the main item</source>
+        <translation>innerhalb von %1 um das Hauptobjekt</translation>
+    </message>
+</context>
+<context>
+    <name>orv::ZonePlaceSearchField</name>
+    <message>
+        <source>Find a zone by city, country or zone name</source>
+        <translation>Zone nach Stadt, Land oder Zonenname finden</translation>
+    </message>
+    <message>
+        <source>Loading places…</source>
+        <translation>Orte werden geladen …</translation>
+    </message>
+</context>
 </TS>

@@ -1,12 +1,15 @@
 #include "places/ZonePlaces.h"
 
 #include <QFile>
+#include <QMutex>
 #include <QRegularExpression>
 #include <QTimeZone>
 
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <map>
+#include <memory>
 #include <numbers>
 
 namespace orv {
@@ -69,13 +72,20 @@ QString zoneCityName(const QString &zone)
 
 QString ZonePlaceHit::label() const
 {
-    QString where = place->names.contains(matchedName) ? matchedName : place->names.value(0);
+    return label(ZoneNames());
+}
+
+QString ZonePlaceHit::label(const ZoneNames &names) const
+{
+    const bool byOwnName = place->names.contains(matchedName) || matchedName == names.city(place->timezone);
+    QString where = byOwnName ? matchedName : place->names.value(0);
     // A place found by its region says so: "Sapporo, Hokkaidō, Japan".
-    if (matchedName == place->region && !place->names.contains(matchedName))
+    if (matchedName == place->region && !byOwnName)
         where += QStringLiteral(", ") + place->region;
-    if (!place->countryName.isEmpty())
-        where += QStringLiteral(", ") + place->countryName;
-    return QStringLiteral("%1 (%2)").arg(where, place->timezone);
+    const QString localCountry = names.country(place->countryCode);
+    if (const QString country = localCountry.isEmpty() ? place->countryName : localCountry; !country.isEmpty())
+        where += QStringLiteral(", ") + country;
+    return QStringLiteral("%1 (%2)").arg(where, names.zone(place->timezone));
 }
 
 ZonePlaceSources ZonePlaceSources::system()
@@ -127,9 +137,10 @@ void ZonePlaces::addKey(const QString &text, int place)
     m_texts.append(text);
 }
 
-ZonePlaces ZonePlaces::load(const ZonePlaceSources &sources)
+ZonePlaces ZonePlaces::load(const ZonePlaceSources &sources, const ZoneNames &names)
 {
     ZonePlaces set;
+    set.m_names = names;
     for (const QByteArray &id : QTimeZone::availableTimeZoneIds())
         set.m_available.insert(QString::fromUtf8(id));
 
@@ -223,11 +234,16 @@ ZonePlaces ZonePlaces::load(const ZonePlaceSources &sources)
             set.addKey(name, i);
         set.addKey(place.region, i);
         set.addKey(place.countryName, i);
-        // A zone's own name leads to its largest place.
+        set.addKey(names.country(place.countryCode), i);
+        // A zone's own name leads to its largest place, in English and in the user's language.
         if (!zonesKeyed.contains(place.timezone)) {
             zonesKeyed.insert(place.timezone);
             set.addKey(place.timezone, i);
             set.addKey(zoneCityName(place.timezone), i);
+            if (names.isLocalised()) {
+                set.addKey(names.zone(place.timezone), i);
+                set.addKey(names.city(place.timezone), i);
+            }
         }
     }
     std::stable_sort(set.m_keys.begin(), set.m_keys.end(), [](const Key &a, const Key &b) {
@@ -240,10 +256,22 @@ ZonePlaces ZonePlaces::load(const ZonePlaceSources &sources)
     return set;
 }
 
+const ZonePlaces &ZonePlaces::forLocale(const QLocale &locale)
+{
+    static QMutex mutex;
+    static std::map<QString, std::unique_ptr<const ZonePlaces>> built;
+    // Held while a set is built: a second asker of the same language waits for it.
+    const QMutexLocker lock(&mutex);
+    // English variants share one set: none has names of its own.
+    std::unique_ptr<const ZonePlaces> &places = built[ZoneNames::isLocalisedFor(locale) ? locale.name() : QString()];
+    if (!places)
+        places = std::make_unique<const ZonePlaces>(load(ZonePlaceSources::system(), ZoneNames(locale)));
+    return *places;
+}
+
 const ZonePlaces &ZonePlaces::shared()
 {
-    static const ZonePlaces places = load(ZonePlaceSources::system());
-    return places;
+    return forLocale(QLocale());
 }
 
 QList<ZonePlaceHit> ZonePlaces::search(const QString &text, int limit) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "places/MyGpxTrack.h"
+#include "places/ZoneNames.h"
 
 #include <QHash>
 #include <QList>
@@ -40,6 +41,8 @@ struct ZonePlaceHit
     // of its names is shown by that name ("Kyiv, Ukraine (Europe/Kyiv)"), one found by its
     // region with it ("Sapporo, Hokkaidō, Japan (Asia/Tokyo)").
     QString label() const;
+    // The same in the user's language: "Lissabon, Portugal (Europa / Lissabon)".
+    QString label(const ZoneNames &names) const;
 };
 
 // The files the places are built from: what Debian's libtimezonemap-data and tzdata install.
@@ -57,22 +60,26 @@ struct ZonePlaceSources
 // The places a zone can be found by: every GeoNames city with its zone mapped to the id in use
 // today (GeoNames still names some old ones, "Europe/Kiev"), and every listed zone without a
 // city. Searches go by prefix over names, countries, regions and zone names, ignoring case and
-// accents; hits that match with their accents come first, each group by rank. Immutable once
-// built, so any thread may search it.
+// accents; hits that match with their accents come first, each group by rank. Built for a
+// language, the countries and zones are found by their names in it too ("Deutschland",
+// "Europa / Lissabon"), the English ones still. Immutable once built, so any thread may search it.
 class ZonePlaces
 {
 public:
     // Builds from the given files. A missing cities or zone file leaves the set empty, with
     // problem() saying which.
-    static ZonePlaces load(const ZonePlaceSources &sources);
-    // The system's places, built once on first use (a few hundred milliseconds; the window asks
-    // for them on a worker thread).
+    static ZonePlaces load(const ZonePlaceSources &sources, const ZoneNames &names = {});
+    // The system's places for a language, built once on its first use (a few hundred
+    // milliseconds; the window asks for them on a worker thread).
+    static const ZonePlaces &forLocale(const QLocale &locale);
+    // Those of the default locale.
     static const ZonePlaces &shared();
 
     bool isEmpty() const { return m_places.empty(); }
     int size() const { return int(m_places.size()); }
     const MyTimeZoneCityObject &at(int index) const { return m_places[std::size_t(index)]; }
     const QString &problem() const { return m_problem; }
+    const ZoneNames &names() const { return m_names; }
 
     QList<ZonePlaceHit> search(const QString &text, int limit = 50) const;
     // The place nearest to a coordinate (great-circle distance), or null when the set is empty.
@@ -102,6 +109,7 @@ private:
     QSet<QString> m_listed;          // zone ids of the zone tables
     QSet<QString> m_available;       // zone ids the system knows
     QString m_problem;
+    ZoneNames m_names;
 };
 
 } // namespace orv

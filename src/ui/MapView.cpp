@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace orv {
 
@@ -118,6 +119,23 @@ MapView::MapView(MapTileCache *tiles, QWidget *parent) : QWidget(parent), m_tile
         connect(m_tiles, &MapTileCache::unavailable, this, qOverload<>(&QWidget::update));
     }
     setView({30.0, 0.0}, 2);
+}
+
+void MapView::setSelectionTool(SelectionTool tool)
+{
+    if (tool != SelectionTool::Radius)
+        m_circle.reset();
+    m_tool = tool;
+    update();
+    showToolCursor();
+}
+
+void MapView::showToolCursor()
+{
+    if (m_tool == SelectionTool::None)
+        unsetCursor();
+    else
+        setCursor(Qt::CrossCursor);
 }
 
 void MapView::setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected)
@@ -232,7 +250,43 @@ void MapView::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     paintTracks(painter);
     paintPins(painter);
+    paintSelectionShape(painter);
     paintNotes(painter);
+}
+
+void MapView::showSelectionCircle(const std::optional<SelectionCircle> &circle)
+{
+    m_circle = circle;
+    update();
+}
+
+void MapView::paintSelectionShape(QPainter &painter) const
+{
+    if (m_gesture != Gesture::Rectangle && !m_circle)
+        return;
+    painter.setPen(QPen(QColor(230, 90, 20), 1.5, Qt::DashLine));
+    painter.setBrush(QColor(230, 90, 20, 40));
+    if (m_gesture == Gesture::Rectangle)
+        painter.drawRect(QRectF(m_pressPoint, m_lastPoint).normalized());
+    else if (m_circle)
+        paintSelectionCircle(painter);
+}
+
+void MapView::paintSelectionCircle(QPainter &painter) const
+{
+    // Mercator stretches a distance by 1 / cos(latitude): a circle a few hundred kilometres wide
+    // stays round enough on screen to be drawn as one.
+    constexpr double earthRadius = 6371000.0;
+    const double metresPerPixel = 2 * std::numbers::pi * earthRadius
+        * std::cos(m_circle->centre.latitude * std::numbers::pi / 180.0) / worldSize();
+    const double radius = m_circle->selectionRadius / metresPerPixel;
+    const QPointF centre = pointOf(m_circle->centre);
+    painter.drawEllipse(centre, radius, radius);
+    const double metres = m_circle->selectionRadius;
+    const QString text = metres >= 1000 ? tr("%1 km").arg(metres / 1000.0, 0, 'f', metres < 10000 ? 2 : 1)
+                                        : tr("%1 m").arg(std::round(metres));
+    painter.setPen(Qt::black);
+    painter.drawText(centre + QPointF(radius + 6, -6), text);
 }
 
 void MapView::paintTiles(QPainter &painter) const
@@ -346,7 +400,13 @@ void MapView::mousePressEvent(QMouseEvent *event)
     m_lastPoint = event->position();
     m_moved = false;
     const int hit = m_clusters.clusterAt(m_zoom, origin() + event->position(), pinHitRadius);
-    if (hit >= 0) {
+    if (m_tool == SelectionTool::Radius) {
+        m_gesture = Gesture::Radius;
+        m_circle = SelectionCircle{coordinateAt(event->position()), 0.0};
+    } else if (m_tool == SelectionTool::Rectangle || event->modifiers().testFlag(Qt::ShiftModifier)) {
+        m_gesture = Gesture::Rectangle;
+        m_circle.reset();
+    } else if (hit >= 0) {
         m_gesture = Gesture::DragPins;
         m_draggedPins = m_clusters.membersOf(m_zoom, m_clusters.clustersAt(m_zoom)[std::size_t(hit)]);
     } else {
@@ -365,6 +425,8 @@ void MapView::mouseMoveEvent(QMouseEvent *event)
         clampCentre();
     }
     m_lastPoint = event->position();
+    if (m_gesture == Gesture::Radius)
+        m_circle->selectionRadius = 1000.0 * MyGpxTrack::haversineKilometres(m_circle->centre, coordinateAt(m_lastPoint));
     update();
 }
 
@@ -372,10 +434,27 @@ void MapView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton || m_gesture == Gesture::None)
         return QWidget::mouseReleaseEvent(event);
+    m_lastPoint = event->position();
     const Gesture gesture = std::exchange(m_gesture, Gesture::None);
     const QList<int> pins = std::exchange(m_draggedPins, {});
-    unsetCursor();
+    showToolCursor();
     update();
+    if (gesture == Gesture::Rectangle || gesture == Gesture::Radius) {
+        if (gesture == Gesture::Radius)
+            m_circle->selectionRadius = 1000.0 * MyGpxTrack::haversineKilometres(m_circle->centre, coordinateAt(m_lastPoint));
+        QList<int> chosen;
+        const QRectF rectangle = QRectF(m_pressPoint, m_lastPoint).normalized();
+        const QList<GeoCoordinate> &all = m_clusters.pins();
+        for (int i = 0; i < all.size(); ++i) {
+            const bool inside = gesture == Gesture::Rectangle
+                ? rectangle.contains(pointOf(all[i]))
+                : MyGpxTrack::haversineKilometres(m_circle->centre, all[i]) * 1000.0 <= m_circle->selectionRadius;
+            if (inside)
+                chosen.append(i);
+        }
+        Q_EMIT pinsSelected(chosen);
+        return;
+    }
     if (gesture != Gesture::DragPins)
         return;
     m_moved = m_moved || (event->position().toPoint() - m_pressPoint).manhattanLength() >= dragThreshold;

@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <optional>
+
 namespace orv {
 
 class MapTileCache;
@@ -14,14 +16,29 @@ class MapTileCache;
 // Our own Web Mercator map: the offline land and sea layer, the tile server's tiles over it when
 // they come, tracks as lines thinned per zoom, and pins clustered per zoom, the selected ones
 // marked. Dragging the map pans it, the wheel zooms around the pointer, dragging a pin asks for
-// its items to move (pinsDragged), a double click asks to put the selection there. The view
-// changes nothing itself: its owner turns each request into a change and gives it new pins.
+// its items to move (pinsDragged), a double click asks to put the selection there. With the
+// rectangle tool (or Shift held) a drag selects the pins in its rectangle; with the radius tool
+// it selects those within the circle from where it began (pinsSelected). The view changes
+// nothing itself: its owner turns each request into a change or a selection and gives it new pins.
 class MapView : public QWidget
 {
     Q_OBJECT
 
 public:
     explicit MapView(MapTileCache *tiles = nullptr, QWidget *parent = nullptr);
+
+    enum class SelectionTool { None, Rectangle, Radius };
+    void setSelectionTool(SelectionTool tool);
+    SelectionTool selectionTool() const { return m_tool; }
+    // The circle of a radius selection, drawn with the tool or shown by the owner; it stays on
+    // the map until a rectangle is drawn or the tool changes.
+    struct SelectionCircle
+    {
+        GeoCoordinate centre;
+        double selectionRadius = 0.0; // metres
+    };
+    void showSelectionCircle(const std::optional<SelectionCircle> &circle);
+    const std::optional<SelectionCircle> &selectionCircle() const { return m_circle; }
 
     // Pin i stands for whatever its owner keeps at index i.
     void setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected = {});
@@ -41,6 +58,8 @@ public:
 Q_SIGNALS:
     void pinsDragged(const QList<int> &pins, orv::GeoCoordinate to);
     void pinsClicked(const QList<int> &pins);
+    // The pins in a rectangle or a circle the user drew.
+    void pinsSelected(const QList<int> &pins);
     void placeRequested(orv::GeoCoordinate at);
 
 protected:
@@ -62,6 +81,9 @@ private:
     void paintTracks(QPainter &painter) const;
     void paintPins(QPainter &painter) const;
     void paintNotes(QPainter &painter) const;
+    void paintSelectionShape(QPainter &painter) const;
+    void paintSelectionCircle(QPainter &painter) const;
+    void showToolCursor();
 
     QPointer<MapTileCache> m_tiles;
     QFutureWatcher<QImage> m_worldMade; // the offline layer, made off the main thread
@@ -71,7 +93,9 @@ private:
     int m_zoom = 2;
     QPointF m_centre; // world pixel at m_zoom
 
-    enum class Gesture { None, Pan, DragPins };
+    SelectionTool m_tool = SelectionTool::None;
+    std::optional<SelectionCircle> m_circle;
+    enum class Gesture { None, Pan, DragPins, Rectangle, Radius };
     Gesture m_gesture = Gesture::None;
     QPoint m_pressPoint;
     QPointF m_lastPoint;

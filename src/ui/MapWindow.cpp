@@ -15,11 +15,19 @@
 #include "ui/ZonePlaceSearchField.h"
 
 #include <QAction>
+#include <QActionGroup>
+#include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QSet>
+#include <QSlider>
+#include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace orv {
@@ -29,6 +37,12 @@ namespace {
 QString preference(const Preferences &prefs, const QString &key, const QString &fallback)
 {
     return prefs.hasValueForKey(key) ? prefs.stringForKey(key) : fallback;
+}
+
+QString durationText(double seconds)
+{
+    return seconds < 3600 ? MapWindow::tr("%n minute(s)", nullptr, int(seconds / 60))
+                          : MapWindow::tr("%n hour(s)", nullptr, int(seconds / 3600));
 }
 
 } // namespace
@@ -48,9 +62,43 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
     connect(m_search, &ZonePlaceSearchField::placeChosen, this, [this](GeoCoordinate at) { m_view->setView(at, 11); });
     m_status = new QLabel(this);
     m_status->setWordWrap(true);
+    m_status->setObjectName(QStringLiteral("mapStatus"));
+
+    // The selection tools: a drag draws a rectangle or a circle instead of panning.
+    auto *tools = new QToolBar(this);
+    auto *toolGroup = new QActionGroup(this);
+    toolGroup->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    const auto tool = [&](const QString &text, const char *name, MapView::SelectionTool kind) {
+        QAction *action = tools->addAction(text);
+        action->setObjectName(QLatin1String(name));
+        action->setCheckable(true);
+        toolGroup->addAction(action);
+        connect(action, &QAction::toggled, this, [this, kind](bool on) {
+            if (on)
+                m_view->setSelectionTool(kind);
+            else if (m_view->selectionTool() == kind)
+                m_view->setSelectionTool(MapView::SelectionTool::None);
+        });
+    };
+    tool(tr("Select by Rectangle"), "rectangleSelectionAction", MapView::SelectionTool::Rectangle);
+    tool(tr("Select by Radius"), "radiusSelectionAction", MapView::SelectionTool::Radius);
+    auto *within = new QToolButton(this);
+    within->setObjectName(QStringLiteral("selectWithinButton"));
+    within->setText(tr("Select Within"));
+    within->setPopupMode(QToolButton::InstantPopup);
+    auto *withinMenu = new QMenu(within);
+    const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
+    for (int tag = 0; tag < MapFilterSettings::distanceTags; ++tag)
+        connect(withinMenu->addAction(MapFilterSettings::distanceText(tag, metric)), &QAction::triggered, this,
+                [this, tag] { selectAroundMainItem(tag); });
+    within->setMenu(withinMenu);
+    tools->addWidget(within);
+
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 4);
     layout->addWidget(m_search);
+    layout->addWidget(tools);
+    layout->addWidget(makeFilterBar());
     layout->addWidget(m_view, 1);
     layout->addWidget(m_status);
 
@@ -62,12 +110,8 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
     });
     connect(m_view, &MapView::placeRequested, this,
             [this](GeoCoordinate at) { place(m_selection(), at, tr("Add Location")); });
-    connect(m_view, &MapView::pinsClicked, this, [this](const QList<int> &pins) {
-        QList<MySinglePic *> pics;
-        for (int pin : pins)
-            pics.append(m_pinned.value(pin));
-        Q_EMIT picsChosen(pics);
-    });
+    connect(m_view, &MapView::pinsClicked, this, &MapWindow::choosePins);
+    connect(m_view, &MapView::pinsSelected, this, &MapWindow::choosePinsInShape);
     // The place of the first selected item that has one, as the application's own type and as
     // text; pasted, a place from either goes to every selected item as one step.
     auto *copy = new QAction(tr("Copy Location"), this);
@@ -139,21 +183,37 @@ void MapWindow::refresh()
 {
     const QList<MySinglePic *> chosen = m_selection();
     const QSet<MySinglePic *> selected(chosen.cbegin(), chosen.cend());
+    QList<MySinglePic *> located;
+    for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            if (pic->gpsLat && pic->gpsLong)
+                located.append(pic);
+    // The filters walk the items in the order of the list.
+    std::stable_sort(located.begin(), located.end(),
+                     [](const MySinglePic *a, const MySinglePic *b) { return a->indexInSource_full < b->indexInSource_full; });
+    const auto mainPic = std::find_if(chosen.cbegin(), chosen.cend(), [](const MySinglePic *pic) { return pic->gpsLat && pic->gpsLong; });
+    m_main = mainPic == chosen.cend() ? nullptr : *mainPic;
+    QList<MapFilterPin> filterPins;
+    filterPins.reserve(located.size());
+    for (MySinglePic *pic : std::as_const(located)) {
+        const OptionalDate time = pic->spDateTimeModified_sort();
+        filterPins.append(MapFilterPin{time ? time->secondsSinceEpoch() : 0.0, {*pic->gpsLat, *pic->gpsLong}, pic->newLocationHAccuracy,
+                           pic->locAddedByTrackKey, selected.contains(pic)});
+    }
+    MapFilterSettings settings = MapFilterSettings::fromPreferences(m_controller.prefs());
+    settings.metric = locale().measurementSystem() == QLocale::MetricSystem;
+    const MapFilterResult shown = filterMapPins(filterPins, int(located.indexOf(m_main)), settings, trackSpanOf(m_main));
+
     m_pinned.clear();
     QList<GeoCoordinate> pins;
     QList<bool> marked;
     QList<GeoCoordinate> selectedPlaces;
-    for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders()) {
-        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            if (!pic->gpsLat || !pic->gpsLong)
-                continue;
-            const GeoCoordinate at{*pic->gpsLat, *pic->gpsLong};
-            m_pinned.append(pic);
-            pins.append(at);
-            marked.append(selected.contains(pic));
-            if (marked.last())
-                selectedPlaces.append(at);
-        }
+    for (int index : shown.shown) {
+        m_pinned.append(located[index]);
+        pins.append(filterPins[index].at);
+        marked.append(filterPins[index].selected);
+        if (marked.last())
+            selectedPlaces.append(pins.last());
     }
     m_view->setPins(pins, marked);
 
@@ -175,11 +235,174 @@ void MapWindow::refresh()
         m_view->showAll(selectedPlaces.isEmpty() ? pins : selectedPlaces);
         m_framed = true;
     }
-    const qsizetype unplaced = chosen.size() - selectedPlaces.size();
-    m_status->setText(tr("%n item(s) on the map. Drag a pin to move its items; double-click to put the selected "
-                         "items there.", nullptr, int(pins.size()))
-                      + (unplaced > 0 ? QLatin1Char(' ') + tr("%n selected item(s) without a place.", nullptr, int(unplaced))
-                                      : QString()));
+    const qsizetype unplaced = std::count_if(chosen.cbegin(), chosen.cend(), [](const MySinglePic *pic) { return !pic->gpsLat || !pic->gpsLong; });
+    QStringList status{tr("%n item(s) on the map. Drag a pin to move its items; double-click to put the selected "
+                          "items there.", nullptr, int(pins.size()))};
+    if (unplaced > 0)
+        status << tr("%n selected item(s) without a place.", nullptr, int(unplaced));
+    if (shown.filtered)
+        status << tr("Filter: %1.").arg(filterText(settings));
+    if (shown.limited)
+        status << tr("The pin limit shows %1 of %2 pins, those nearest the main item.")
+                      .arg(settings.pinLimit)
+                      .arg(located.size());
+    m_status->setText(status.join(QLatin1Char(' ')));
+}
+
+QWidget *MapWindow::makeFilterBar()
+{
+    auto *bar = new QWidget(this);
+    m_filterOn = new QCheckBox(tr("Filter"), bar);
+    m_filterOn->setObjectName(QStringLiteral("mapFilterEnabled"));
+    m_filterType = new QComboBox(bar);
+    m_filterType->setObjectName(QStringLiteral("mapFilterType"));
+    m_filterType->addItems({tr("Neighbours"), tr("Time around the main item"), tr("Time chain"), tr("Track"),
+                            tr("Accuracy")});
+    m_filterValue = new QSlider(Qt::Horizontal, bar);
+    m_filterValue->setObjectName(QStringLiteral("mapFilterValue"));
+    m_filterValue->setMinimumWidth(100);
+    m_filterText = new QLabel(bar);
+    m_trackOnly = new QCheckBox(tr("Main item's track only"), bar);
+    m_trackOnly->setObjectName(QStringLiteral("mapFilterTrackOnly"));
+    m_trackOnly->setToolTip(tr("When the main item's place came from a track, only the items of that track's time show."));
+    m_pinLimit = new QComboBox(bar);
+    m_pinLimit->setObjectName(QStringLiteral("mapPinLimit"));
+    m_pinLimit->addItem(tr("500 pins"), 1);
+    m_pinLimit->addItem(tr("1,000 pins"), 2);
+    m_pinLimit->addItem(tr("2,000 pins"), 3);
+    m_pinLimit->addItem(tr("All pins"), 0);
+
+    // These two hold at every opening of the map; the rest is as the user left it.
+    Preferences &prefs = m_controller.prefs();
+    prefs.setValue(QStringLiteral("mapFilter_hideOthers"), true);
+    prefs.setValue(QStringLiteral("mapFilter_alwaysShowAllSelected"), true);
+    const MapFilterSettings settings = MapFilterSettings::fromPreferences(prefs);
+    m_filterOn->setChecked(settings.enabled);
+    m_filterType->setCurrentIndex(int(settings.type));
+    m_filterValue->setRange(0, MapFilterSettings::sliderMaximum(settings.type));
+    m_filterValue->setValue(settings.value);
+    m_filterValue->setVisible(settings.type != MapFilterType::Track);
+    m_filterText->setText(filterText(settings));
+    m_trackOnly->setChecked(settings.useTrackInterval == 1);
+    const int limit = m_pinLimit->findData(prefs.integerForKey(QStringLiteral("locationPinLimit")));
+    m_pinLimit->setCurrentIndex(limit < 0 ? m_pinLimit->count() - 1 : limit);
+
+    connect(m_filterOn, &QCheckBox::toggled, this, &MapWindow::storeFilter);
+    connect(m_trackOnly, &QCheckBox::toggled, this, [this](bool on) {
+        m_controller.prefs().setValue(QStringLiteral("mapFilter_useTrackInterval"), on ? 1 : 0);
+        storeFilter();
+    });
+    connect(m_filterValue, &QSlider::valueChanged, this, &MapWindow::storeFilter);
+    connect(m_pinLimit, &QComboBox::currentIndexChanged, this, &MapWindow::storeFilter);
+    connect(m_filterType, &QComboBox::currentIndexChanged, this, [this](int index) {
+        const auto type = MapFilterType(index);
+        const QSignalBlocker quiet(m_filterValue);
+        m_filterValue->setRange(0, MapFilterSettings::sliderMaximum(type));
+        m_filterValue->setValue(int(m_controller.prefs().integerForKey(MapFilterSettings::valueKey(type))));
+        m_filterValue->setVisible(type != MapFilterType::Track);
+        storeFilter();
+    });
+    auto *row = new QHBoxLayout(bar);
+    row->setContentsMargins(6, 0, 6, 0);
+    row->addWidget(m_filterOn);
+    row->addWidget(m_filterType);
+    row->addWidget(m_filterValue);
+    row->addWidget(m_filterText, 1);
+    row->addWidget(m_trackOnly);
+    row->addWidget(new QLabel(tr("Show at most:"), bar));
+    row->addWidget(m_pinLimit);
+    return bar;
+}
+
+void MapWindow::storeFilter()
+{
+    Preferences &prefs = m_controller.prefs();
+    const auto type = MapFilterType(m_filterType->currentIndex());
+    prefs.setValue(QStringLiteral("mapFilter_enabled"), m_filterOn->isChecked());
+    prefs.setValue(QStringLiteral("mapFilter_type"), int(type));
+    if (type != MapFilterType::Track)
+        prefs.setValue(MapFilterSettings::valueKey(type), m_filterValue->value());
+    prefs.setValue(QStringLiteral("locationPinLimit"), m_pinLimit->currentData().toInt());
+    MapFilterSettings settings = MapFilterSettings::fromPreferences(prefs);
+    settings.metric = locale().measurementSystem() == QLocale::MetricSystem;
+    m_filterText->setText(filterText(settings));
+    refresh();
+}
+
+QString MapWindow::filterText(const MapFilterSettings &settings) const
+{
+    switch (settings.type) {
+    case MapFilterType::Neighbours:
+        return tr("%n neighbour(s) each side of the main item", nullptr, settings.value);
+    case MapFilterType::TimeAround:
+        return tr("within %1 of the main item").arg(durationText(MapFilterSettings::intervalForValue(settings.value)));
+    case MapFilterType::TimeChain:
+        return tr("no gap longer than %1").arg(durationText(MapFilterSettings::intervalForValue(settings.value)));
+    case MapFilterType::Track:
+        return tr("the main item's track");
+    case MapFilterType::Accuracy:
+        return tr("placed less accurately than %1").arg(MapFilterSettings::distanceText(settings.value, settings.metric));
+    }
+    return {};
+}
+
+std::optional<MapTrackSpan> MapWindow::trackSpanOf(const MySinglePic *pic) const
+{
+    const MyGpxTrack *track = pic ? m_controller.tracks().track(pic->locAddedByTrackKey) : nullptr;
+    const OptionalDate start = track ? track->startTime() : std::nullopt;
+    const OptionalDate end = track ? track->endTime() : std::nullopt;
+    if (!start || !end)
+        return std::nullopt;
+    return MapTrackSpan{pic->locAddedByTrackKey, start->secondsSinceEpoch(), end->secondsSinceEpoch()};
+}
+
+void MapWindow::choosePins(const QList<int> &pins)
+{
+    if (pins.isEmpty()) {
+        m_status->setText(tr("No pins there."));
+        return;
+    }
+    QList<MySinglePic *> pics;
+    for (int pin : pins)
+        pics.append(m_pinned.value(pin));
+    Q_EMIT picsChosen(pics);
+    m_status->setText(tr("%n item(s) selected on the map.", nullptr, int(pics.size())));
+}
+
+void MapWindow::choosePinsInShape(const QList<int> &pins)
+{
+    if (pins.isEmpty() || !m_controller.prefs().boolForKey(QStringLiteral("mapSelectMediaWithoutLocationDataToo")))
+        return choosePins(pins);
+    QList<MySinglePic *> pics;
+    for (int pin : pins)
+        pics.append(m_pinned.value(pin));
+    const auto [first, last] = std::minmax_element(pics.cbegin(), pics.cend(), [](const MySinglePic *a, const MySinglePic *b) {
+        return a->indexInSource_full < b->indexInSource_full;
+    });
+    const qint32 from = (*first)->indexInSource_full, to = (*last)->indexInSource_full;
+    for (const MySingleFolder *folder : m_controller.theDataSource().droppedFolders())
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+            if ((!pic->gpsLat || !pic->gpsLong) && pic->indexInSource_full > from && pic->indexInSource_full < to)
+                pics.append(pic);
+    Q_EMIT picsChosen(pics);
+    m_status->setText(tr("%n item(s) selected on the map and between its pins.", nullptr, int(pics.size())));
+}
+
+void MapWindow::selectAroundMainItem(int distanceTag)
+{
+    if (!m_main) {
+        m_status->setText(tr("Select an item with a place first."));
+        return;
+    }
+    const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
+    const double metres = MapFilterSettings::distanceForTag(distanceTag, metric);
+    const GeoCoordinate centre{*m_main->gpsLat, *m_main->gpsLong};
+    m_view->showSelectionCircle(MapView::SelectionCircle{centre, metres});
+    QList<int> pins;
+    for (int i = 0; i < m_pinned.size(); ++i)
+        if (MyGpxTrack::haversineKilometres(centre, {*m_pinned[i]->gpsLat, *m_pinned[i]->gpsLong}) * 1000.0 <= metres)
+            pins.append(i);
+    choosePinsInShape(pins);
 }
 
 void MapWindow::place(const QList<MySinglePic *> &pics, GeoCoordinate at, const QString &actionName)
@@ -194,7 +417,8 @@ void MapWindow::place(const QList<MySinglePic *> &pics, GeoCoordinate at, const 
     if (const ZonePlaces *places = m_search->places(); places && !places->isEmpty()) {
         const MyTimeZoneCityObject *nearest = places->nearest(at);
         m_status->setText(m_status->text() + QLatin1Char(' ')
-                          + tr("The zone there is likely %1 (nearest place: %2).").arg(nearest->timezone, nearest->names.value(0)));
+                          + tr("The zone there is likely %1 (nearest place: %2).")
+                                .arg(places->names().zone(nearest->timezone), nearest->names.value(0)));
     }
 }
 

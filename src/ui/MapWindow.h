@@ -1,13 +1,17 @@
 #pragma once
 
 #include "core/MySinglePic.h"
+#include "places/MapPinFilter.h"
 #include "places/MyGpxTrack.h"
 
 #include <QWidget>
 
 #include <functional>
 
+class QCheckBox;
+class QComboBox;
 class QLabel;
+class QSlider;
 
 namespace orv {
 
@@ -19,9 +23,11 @@ class ZonePlaceSearchField;
 // The map of the working set: every item with a place as a pin (the selected ones marked), the
 // imported tracks as lines. Dragging a pin moves its items there, a double click puts the
 // selected items there: each one step on the main undo stack through the owner of changes,
-// written by the next save. Clicking a pin selects its items in the window. A place found by
-// name (the zone search's places) is shown; after a change the zone of the nearest place is
-// suggested.
+// written by the next save. Clicking a pin selects its items in the window, and so does a
+// rectangle or a circle drawn with the selection tools, or a radius around the main item chosen
+// from a menu. A filter narrows the pins to those around the main item, and the pin limit keeps
+// the nearest ones when there are more. A place found by name (the zone search's places) is
+// shown; after a change the zone of the nearest place is suggested.
 class MapWindow : public QWidget
 {
     Q_OBJECT
@@ -35,8 +41,10 @@ public:
 
     MapView &view() const { return *m_view; }
     ZonePlaceSearchField &placeSearch() const { return *m_search; }
-    // Pin i is the item pinnedPics()[i].
+    // Pin i is the item pinnedPics()[i]: the items the filter and the pin limit show.
     const QList<MySinglePic *> &pinnedPics() const { return m_pinned; }
+    // Selects the items within the distance of the radius menu's tag around the main item.
+    void selectAroundMainItem(int distanceTag);
     // Pins and tracks again from the working set and the selection.
     void refresh();
 
@@ -49,6 +57,14 @@ Q_SIGNALS:
 
 private:
     void place(const QList<MySinglePic *> &pics, GeoCoordinate at, const QString &actionName);
+    QWidget *makeFilterBar();
+    void storeFilter();
+    void choosePins(const QList<int> &pins);
+    // A rectangle's or a circle's pins, with the items without a place between them when the
+    // user wants those too.
+    void choosePinsInShape(const QList<int> &pins);
+    QString filterText(const MapFilterSettings &settings) const;
+    std::optional<MapTrackSpan> trackSpanOf(const MySinglePic *pic) const;
 
     AppController &m_controller;
     Selection m_selection;
@@ -56,6 +72,13 @@ private:
     MapView *m_view;
     ZonePlaceSearchField *m_search;
     QLabel *m_status;
+    QCheckBox *m_filterOn;
+    QCheckBox *m_trackOnly;
+    QComboBox *m_filterType;
+    QSlider *m_filterValue;
+    QLabel *m_filterText;
+    QComboBox *m_pinLimit;
+    MySinglePic *m_main = nullptr; // the selection's first item with a place
     QList<MySinglePic *> m_pinned;
     bool m_framed = false;
 };

@@ -5,6 +5,7 @@
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"
+#include "places/ZoneNames.h"
 #include "ui/ZonePlaceSearchField.h"
 
 #include <QComboBox>
@@ -26,16 +27,21 @@ namespace {
 
 enum Column { NameColumn, BeforeColumn, AfterColumn, FindingsColumn, OtherHourColumn, ColumnCount };
 
-// A searchable list of the tz database's zones behind the special names of the selector.
-QComboBox *zoneSelector(const QList<std::pair<QString, QString>> &specials, QWidget *parent)
+// A searchable list of the tz database's zones behind the special names of the selector, each
+// in the user's language with its id after it ("Europa / Lissabon (Europe/Lisbon)"), so either
+// finds it.
+QComboBox *zoneSelector(const QList<std::pair<QString, QString>> &specials, const ZoneNames &names, QWidget *parent)
 {
     auto *box = new QComboBox(parent);
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
     for (const auto &[text, name] : specials)
         box->addItem(text, name);
-    for (const QByteArray &id : QTimeZone::availableTimeZoneIds())
-        box->addItem(QString::fromLatin1(id), QString::fromLatin1(id));
+    for (const QByteArray &latin1 : QTimeZone::availableTimeZoneIds()) {
+        const QString id = QString::fromLatin1(latin1);
+        const QString local = names.zone(id);
+        box->addItem(local == id ? id : QStringLiteral("%1 (%2)").arg(local, id), id);
+    }
     box->completer()->setFilterMode(Qt::MatchContains);
     box->completer()->setCompletionMode(QCompleter::PopupCompletion);
     return box;
@@ -100,10 +106,11 @@ MyTimeZonePickerController::MyTimeZonePickerController(DateChanges &changes, MyS
     for (MySinglePic *pic : std::as_const(m_pics))
         m_choices.insert(pic, pic->usesAltTimeAtAmbiguityReason);
 
-    m_sourceBox = zoneSelector({{tr("System zone"), zoneName::system}}, this);
+    const ZoneNames names(locale());
+    m_sourceBox = zoneSelector({{tr("System zone"), zoneName::system}}, names, this);
     m_targetBox = zoneSelector({{tr("System zone"), zoneName::system},
                                 {tr("Same as the source"), zoneName::unchangedLeftFolder}},
-                               this);
+                               names, this);
     m_sourceBox->setObjectName(QStringLiteral("sourceZone"));
     m_targetBox->setObjectName(QStringLiteral("targetZone"));
     // Each selector can also be set by a place: "Lisb" offers Lisbon with Europe/Lisbon.

@@ -11,11 +11,10 @@ namespace orv {
 
 namespace {
 
-// Started by the first field, shared by all later ones.
-QFuture<const ZonePlaces *> sharedPlaces()
+// Built by the first field of a language, shared by all later ones.
+QFuture<const ZonePlaces *> placesFor(const QLocale &locale)
 {
-    static const QFuture<const ZonePlaces *> places = QtConcurrent::run([] { return &ZonePlaces::shared(); });
-    return places;
+    return QtConcurrent::run([locale] { return &ZonePlaces::forLocale(locale); });
 }
 
 constexpr int listedHits = 30;
@@ -39,7 +38,7 @@ ZonePlaceSearchField::ZonePlaceSearchField(QWidget *parent)
         updateHits();
         Q_EMIT ready();
     });
-    m_loading.setFuture(sharedPlaces());
+    m_loading.setFuture(placesFor(locale()));
 }
 
 void ZonePlaceSearchField::updateHits()
@@ -48,7 +47,7 @@ void ZonePlaceSearchField::updateHits()
     if (!m_places)
         return;
     for (const ZonePlaceHit &hit : m_places->search(text(), listedHits)) {
-        auto *row = new QStandardItem(hit.label());
+        auto *row = new QStandardItem(hit.label(m_places->names()));
         row->setData(hit.place->timezone, Qt::UserRole);
         row->setData(QPointF(hit.place->coordinate.latitude, hit.place->coordinate.longitude), coordinateRole);
         m_hits->appendRow(row);

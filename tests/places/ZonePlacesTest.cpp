@@ -69,6 +69,40 @@ TEST(ZonePlacesSystem, CitiesCountriesRegionsAndZonesFindTheirCurrentZone)
     EXPECT_EQ(places.nearest({-17.9, -179.99})->countryCode, QStringLiteral("FJ"));
 }
 
+TEST(ZonePlacesSystem, InGermanCountriesAndZonesAreFoundByTheirGermanNamesAndTheEnglishOnesStill)
+{
+    const ZonePlaces &places = ZonePlaces::forLocale(QLocale(QLocale::German, QLocale::Germany));
+    ASSERT_TRUE(places.names().isLocalised());
+    const QList<ZonePlaceHit> lissabon = places.search(QStringLiteral("Lissabon"), 1);
+    ASSERT_EQ(lissabon.size(), 1);
+    EXPECT_EQ(lissabon[0].place->timezone, QStringLiteral("Europe/Lisbon"));
+    EXPECT_TRUE(lissabon[0].label(places.names()).startsWith(QStringLiteral("Lissabon, Portugal (")));
+    EXPECT_TRUE(lissabon[0].label(places.names()).endsWith(QStringLiteral(" / Lissabon)")));
+    EXPECT_EQ(lissabon[0].label(), QStringLiteral("Lissabon, Portugal (Europe/Lisbon)"));
+    const QList<ZonePlaceHit> germany = places.search(QStringLiteral("deutschl"), 1);
+    ASSERT_EQ(germany.size(), 1);
+    EXPECT_EQ(germany[0].place->names[0], QStringLiteral("Berlin"));
+    EXPECT_TRUE(germany[0].label(places.names()).startsWith(QStringLiteral("Berlin, Deutschland (")));
+    EXPECT_EQ(firstZone(places, QStringLiteral("Lisbon")), QStringLiteral("Europe/Lisbon"));
+    EXPECT_EQ(firstZone(places, QStringLiteral("Germany")), QStringLiteral("Europe/Berlin"));
+    EXPECT_EQ(firstZone(places, QStringLiteral("Europe/Lis")), QStringLiteral("Europe/Lisbon"));
+    // ICU files Kyiv under its old id; the German name still leads to the present one.
+    EXPECT_EQ(places.names().city(QStringLiteral("Europe/Kyiv")), QStringLiteral("Kiew"));
+    EXPECT_EQ(firstZone(places, QStringLiteral("Kiew")), QStringLiteral("Europe/Kyiv"));
+
+    // English needs no names of its own: a zone reads as its id.
+    const ZoneNames english(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    EXPECT_FALSE(english.isLocalised());
+    EXPECT_EQ(english.zone(QStringLiteral("America/Indiana/Knox")), QStringLiteral("America/Indiana/Knox"));
+    EXPECT_TRUE(english.country(QStringLiteral("DE")).isEmpty());
+    const ZoneNames german(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(german.zone(QStringLiteral("America/Argentina/Buenos_Aires")).section(QStringLiteral(" / "), 1),
+              QStringLiteral("Argentina / Buenos Aires"));
+    EXPECT_EQ(german.zone(QStringLiteral("America/Indiana/Knox")).section(QStringLiteral(" / "), 1),
+              QStringLiteral("Knox, Indiana")) << "the city's name says its state already";
+    EXPECT_EQ(german.zone(QStringLiteral("Etc/GMT+5")), QStringLiteral("Etc/GMT+5"));
+}
+
 struct CraftedTables
 {
     QTemporaryDir dir;
@@ -128,6 +162,13 @@ TEST(ZonePlacesCrafted, OldIdsAreMappedUnknownZonesDroppedAndAccentExactHitsCome
     EXPECT_EQ(places.search(QStringLiteral("Rangoon")).size(), 1);
     EXPECT_EQ(places.search(QStringLiteral("europe/z")).value(0).place->names[0], QStringLiteral("Zürich"));
     EXPECT_EQ(places.search(QStringLiteral("Switz")).size(), 2);
+
+    // In German the names come from ICU, not from the city table, which has none: the country
+    // ("Schweiz") and the zone's city ("Rangun") find their places.
+    const ZonePlaces german = ZonePlaces::load(tables.sources, ZoneNames(QLocale(QLocale::German, QLocale::Switzerland)));
+    EXPECT_EQ(german.search(QStringLiteral("Schweiz")).size(), 2);
+    EXPECT_EQ(german.search(QStringLiteral("rangun")).value(0).place->names[0], QStringLiteral("Yangon"));
+    EXPECT_TRUE(places.search(QStringLiteral("Schweiz")).isEmpty());
 
     ZonePlaceSources missing = tables.sources;
     missing.cities = tables.dir.filePath(QStringLiteral("absent.txt"));

@@ -11,9 +11,14 @@
 #include "ui/MapView.h"
 #include "ui/MapWindow.h"
 #include "ui/ZonePlaceSearchField.h"
+#include "timeline/MyTimelinesController.h"
+#include "ui/TimelinePane.h"
 
 #include <QAbstractItemView>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QCompleter>
+#include <QSlider>
 
 #include <QAction>
 #include <QClipboard>
@@ -176,6 +181,144 @@ TEST_F(MapWindowTest, APlaceFoundByNameIsShown)
     EXPECT_NEAR(map.view().centre().latitude, 43.064, 0.01);
     EXPECT_NEAR(map.view().centre().longitude, 141.347, 0.01);
     EXPECT_EQ(map.view().zoom(), 11);
+}
+
+// Three photos with places (Lisbon, Porto, Madrid) and one without, for selecting on the map.
+class MapSelectionTest : public WindowFixture
+{
+protected:
+    void SetUp() override
+    {
+        prefs.setValue(MapWindow::tileTemplateKey(), QString());
+        const auto placedAt = [&](const char *name, const char *stamp, GeoCoordinate at) {
+            TiffShape tags;
+            tags.dateTimeOriginal = Stamp::text(stamp);
+            tags.gps = GpsShape::at(at.latitude, at.longitude);
+            buildJpeg({.exif = tags}).write(dir.path(), QLatin1String(name));
+        };
+        placedAt("LISBON", "2024:05:01 10:00:00", lisbon);
+        placedAt("PORTO", "2024:05:01 12:00:00", porto);
+        placedAt("MADRID", "2024:05:02 18:00:00", madrid);
+        writeJpeg(QStringLiteral("NOWHERE"), "2024:05:01 11:00:00");
+        ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+        window->findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
+        map = window->findChild<MapWindow *>(QStringLiteral("mapWindow"));
+        ASSERT_NE(map, nullptr);
+        map->view().setView({40.0, -6.5}, 6);
+    }
+
+    // What the timeline has selected, by name.
+    QStringList selectedOnTimeline() const
+    {
+        QStringList names;
+        for (const MySinglePic *pic : window->timeline().controller().theTimelineView_1().multiSelection())
+            names << pic->spName.section(u'.', 0, 0);
+        names.sort();
+        return names;
+    }
+
+    void drag(QPoint from, QPoint to)
+    {
+        MapView &view = map->view();
+        QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, from);
+        QTest::mouseMove(&view, (from + to) / 2);
+        QTest::mouseMove(&view, to);
+        QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, to);
+    }
+
+    QStringList pinned() const
+    {
+        QStringList names;
+        for (const MySinglePic *pic : map->pinnedPics())
+            names << pic->spName.section(u'.', 0, 0);
+        return names;
+    }
+
+    const GeoCoordinate lisbon{38.7167, -9.1333}, porto{41.1496, -8.6110}, madrid{40.4168, -3.7038};
+    MapWindow *map = nullptr;
+};
+
+TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
+{
+    MapView &view = map->view();
+    QUndoStack &undo = window->controller().uManager();
+    const int stepsBefore = undo.count();
+    // Around Lisbon and Porto, Madrid left out; drawn from the lower right, over the pins.
+    map->findChild<QAction *>(QStringLiteral("rectangleSelectionAction"))->trigger();
+    const QPointF west = view.pointOf(lisbon), north = view.pointOf(porto);
+    drag(QPoint(int(std::max(west.x(), north.x())) + 20, int(west.y()) + 20),
+         QPoint(int(std::min(west.x(), north.x())) - 20, int(north.y()) - 20));
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("LISBON"), QStringLiteral("PORTO")}));
+    EXPECT_EQ(undo.count(), stepsBefore) << "selecting moves no pin";
+
+    // A circle drawn from Madrid: 170 km holds it alone; 467 km reaches Porto (421 km away) but
+    // not Lisbon (503 km).
+    map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
+    const QPoint centre = view.pointOf(madrid).toPoint();
+    drag(centre, view.pointOf({madrid.latitude, madrid.longitude + 2.0}).toPoint());
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+    ASSERT_TRUE(view.selectionCircle().has_value());
+    EXPECT_NEAR(view.selectionCircle()->selectionRadius, 169300, 4000) << "two degrees east at 40.4 N";
+    drag(centre, view.pointOf({madrid.latitude, madrid.longitude - 5.5}).toPoint());
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID"), QStringLiteral("PORTO")}));
+    EXPECT_EQ(undo.count(), stepsBefore);
+    // Within 10 km of the main item, the first selected: Porto alone.
+    map->selectAroundMainItem(0);
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
+    EXPECT_NEAR(view.selectionCircle()->centre.latitude, porto.latitude, 1e-9);
+    EXPECT_NEAR(view.selectionCircle()->centre.longitude, porto.longitude, 1e-9);
+    EXPECT_EQ(view.selectionCircle()->selectionRadius, 10000);
+
+    // Without a tool the drag pans again; Shift draws a rectangle all the same.
+    map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
+    EXPECT_EQ(view.selectionTool(), MapView::SelectionTool::None);
+    const QPoint east = view.pointOf(madrid).toPoint();
+    QTest::mousePress(&view, Qt::LeftButton, Qt::ShiftModifier, east - QPoint(10, 10));
+    QTest::mouseMove(&view, east + QPoint(10, 10));
+    QTest::mouseRelease(&view, Qt::LeftButton, Qt::ShiftModifier, east + QPoint(10, 10));
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+
+    // Asked to, a shape takes the items without a place between its pins too: the photo of
+    // 11:00, between Lisbon's and Porto's.
+    prefs.setBool(QStringLiteral("mapSelectMediaWithoutLocationDataToo"), true);
+    map->findChild<QAction *>(QStringLiteral("rectangleSelectionAction"))->trigger();
+    drag(QPoint(int(std::max(west.x(), north.x())) + 20, int(west.y()) + 20),
+         QPoint(int(std::min(west.x(), north.x())) - 20, int(north.y()) - 20));
+    EXPECT_EQ(selectedOnTimeline(),
+              QStringList({QStringLiteral("LISBON"), QStringLiteral("NOWHERE"), QStringLiteral("PORTO")}));
+}
+
+TEST_F(MapSelectionTest, TheFilterShowsThePinsAroundTheMainItemAndIsKept)
+{
+    MapView &view = map->view();
+    ASSERT_EQ(pinned().size(), 3);
+    // Porto chosen by a click on its pin is the main item.
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, view.pointOf(porto).toPoint());
+    ASSERT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
+
+    auto *type = map->findChild<QComboBox *>(QStringLiteral("mapFilterType"));
+    auto *value = map->findChild<QSlider *>(QStringLiteral("mapFilterValue"));
+    type->setCurrentIndex(int(MapFilterType::Neighbours));
+    value->setValue(0);
+    map->findChild<QCheckBox *>(QStringLiteral("mapFilterEnabled"))->setChecked(true);
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("PORTO")}));
+    value->setValue(1);
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("LISBON"), QStringLiteral("PORTO"), QStringLiteral("MADRID")}));
+    // Within an hour of Porto's time nothing else; within two hours Lisbon too.
+    type->setCurrentIndex(int(MapFilterType::TimeAround));
+    value->setValue(5);
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("PORTO")}));
+    value->setValue(6);
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("LISBON"), QStringLiteral("PORTO")}));
+    EXPECT_TRUE(prefs.boolForKey(QStringLiteral("mapFilter_enabled")));
+    EXPECT_EQ(prefs.integerForKey(QStringLiteral("mapFilter_type")), 1);
+    EXPECT_EQ(prefs.integerForKey(QStringLiteral("mapFilter_value_type1")), 6);
+    EXPECT_EQ(prefs.integerForKey(QStringLiteral("mapFilter_value_type0")), 1);
+
+    map->findChild<QComboBox *>(QStringLiteral("mapPinLimit"))->setCurrentIndex(0);
+    EXPECT_EQ(prefs.integerForKey(QStringLiteral("locationPinLimit")), 1);
+    map->findChild<QCheckBox *>(QStringLiteral("mapFilterEnabled"))->setChecked(false);
+    EXPECT_EQ(pinned().size(), 3);
 }
 
 } // namespace

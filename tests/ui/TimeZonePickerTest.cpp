@@ -8,6 +8,7 @@
 #include "folders/MySingleFolder.h"
 #include "folders/ZoneCorrection.h"
 #include "ui/MyTimeZonePickerController.h"
+#include "ui/Translations.h"
 #include "ui/ZonePlaceSearchField.h"
 
 #include <QAbstractItemView>
@@ -95,4 +96,40 @@ TEST(TimeZonePicker, TypingAPlaceOffersItsZoneAndChoosingItSetsTheSelector)
     EXPECT_EQ(sheet.undoStack().count(), 2);
     QTest::keyClicks(target, QStringLiteral("Qqzz"));
     EXPECT_EQ(target->hits().rowCount(), 0);
+}
+
+TEST(TimeZonePicker, InGermanPlacesAndZonesReadInGermanAndAreFoundByEitherLanguage)
+{
+    const QLocale before;
+    const QLocale german(QLocale::German, QLocale::Germany);
+    QLocale::setDefault(german);
+    const Translations texts(german);
+    MySingleFolder folder(QStringLiteral("/trip"), false);
+    QUndoStack mainStack;
+    DateChanges changes(mainStack, DateChangeListener{});
+    MyTimeZonePickerController sheet(changes, folder);
+    sheet.show();
+    auto *source = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("sourcePlaceSearch"));
+    ASSERT_TRUE(source);
+    if (!source->isReady()) {
+        ASSERT_TRUE(QSignalSpy(source, &ZonePlaceSearchField::ready).wait(20000));
+    }
+
+    QTest::keyClicks(source, QStringLiteral("Lissabon"));
+    ASSERT_GE(source->hits().rowCount(), 1);
+    EXPECT_EQ(source->hits().item(0)->text(), QStringLiteral("Lissabon, Portugal (Europa / Lissabon)"));
+    QTest::keyClick(source->completer().popup(), Qt::Key_Return);
+    EXPECT_EQ(sheet.sourceTimeZones().defaultZone, std::optional<QString>(QStringLiteral("Europe/Lisbon")));
+    EXPECT_EQ(sheet.findChild<QComboBox *>(QStringLiteral("sourceZone"))->currentText(),
+              QStringLiteral("Europa / Lissabon (Europe/Lisbon)"));
+
+    source->clear();
+    QTest::keyClicks(source, QStringLiteral("Japan"));
+    ASSERT_GE(source->hits().rowCount(), 1);
+    EXPECT_EQ(source->hits().item(0)->text(), QStringLiteral("Tokyo, Japan (Asien / Tokio)"));
+    source->clear();
+    QTest::keyClicks(source, QStringLiteral("Deutschl"));
+    ASSERT_GE(source->hits().rowCount(), 1);
+    EXPECT_EQ(source->hits().item(0)->text(), QStringLiteral("Berlin, Deutschland (Europa / Berlin)"));
+    QLocale::setDefault(before);
 }
