@@ -290,6 +290,57 @@
     </message>
 </context>
 <context>
+    <name>MySidebarController</name>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Slideshow Only</source>
+        <translation>Nur Diashow</translation>
+    </message>
+    <message>
+        <source>Unsaved</source>
+        <translation>Ungespeichert</translation>
+    </message>
+    <message>
+        <source>Keepers</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Neutrals</source>
+        <translation>Neutral</translation>
+    </message>
+    <message>
+        <source>Rejects</source>
+        <translation>Verworfen</translation>
+    </message>
+    <message>
+        <source>Rating</source>
+        <translation>Bewertung</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>Daten</translation>
+    </message>
+    <message>
+        <source>No Camera</source>
+        <translation>Keine Kamera</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>Dateityp</translation>
+    </message>
+</context>
+<context>
     <name>NameChangeCommand</name>
     <message numerus="yes">
         <source>Rename %n File(s)</source>
@@ -464,6 +515,117 @@
     <message>
         <source>Continue Without Them</source>
         <translation>Ohne sie fortfahren</translation>
+    </message>
+</context>
+<context>
+    <name>QuickSelections</name>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Filme</translation>
+    </message>
+    <message>
+        <source>Groups</source>
+        <translation>Gruppen</translation>
+    </message>
+    <message>
+        <source>Sidecars</source>
+        <translation>Begleitdateien</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>No Camera</source>
+        <translation>Keine Kamera</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>Dateityp</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Date Source</source>
+        <translation>Datumsquelle</translation>
+    </message>
+    <message>
+        <source>No Date Source</source>
+        <translation>Keine Datumsquelle</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>Landscape</source>
+        <translation>Querformat</translation>
+    </message>
+    <message>
+        <source>Portrait</source>
+        <translation>Hochformat</translation>
+    </message>
+    <message>
+        <source>Almost Square</source>
+        <translation>Fast quadratisch</translation>
+    </message>
+    <message>
+        <source>Orientation</source>
+        <translation>Ausrichtung</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Keepers</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Neutrals</source>
+        <translation>Neutral</translation>
+    </message>
+    <message>
+        <source>Rejects</source>
+        <translation>Verworfen</translation>
+    </message>
+    <message>
+        <source>With Location</source>
+        <translation>Mit Ort</translation>
+    </message>
+    <message>
+        <source>Unsaved Changes</source>
+        <translation>Ungespeicherte Änderungen</translation>
+    </message>
+    <message>
+        <source>Location Changes</source>
+        <translation>Ortsänderungen</translation>
+    </message>
+    <message>
+        <source>Needing Normalization</source>
+        <translation>Normalisierung nötig</translation>
+    </message>
+    <message>
+        <source>Changed by Other Programs</source>
+        <translation>Von anderen Programmen geändert</translation>
+    </message>
+    <message>
+        <source>Missing Files</source>
+        <translation>Fehlende Dateien</translation>
+    </message>
+    <message>
+        <source>Save Errors</source>
+        <translation>Fehler beim Speichern</translation>
+    </message>
+    <message>
+        <source>Major Date Differences</source>
+        <translation>Große Datumsabweichungen</translation>
     </message>
 </context>
 <context>
@@ -767,6 +929,49 @@
     <message>
         <source>exiftool stopped before it finished the file</source>
         <translation>exiftool hat aufgehört, bevor die Datei fertig war</translation>
+    </message>
+</context>
+<context>
+    <name>ZoneNames</name>
+    <message>
+        <source>Africa</source>
+        <translation>Afrika</translation>
+    </message>
+    <message>
+        <source>America</source>
+        <translation>Amerika</translation>
+    </message>
+    <message>
+        <source>Antarctica</source>
+        <translation>Antarktis</translation>
+    </message>
+    <message>
+        <source>Arctic</source>
+        <translation>Arktis</translation>
+    </message>
+    <message>
+        <source>Asia</source>
+        <translation>Asien</translation>
+    </message>
+    <message>
+        <source>Atlantic</source>
+        <translation>Atlantik</translation>
+    </message>
+    <message>
+        <source>Australia</source>
+        <translation>Australien</translation>
+    </message>
+    <message>
+        <source>Europe</source>
+        <translation>Europa</translation>
+    </message>
+    <message>
+        <source>Indian</source>
+        <translation>Indischer Ozean</translation>
+    </message>
+    <message>
+        <source>Pacific</source>
+        <translation>Pazifik</translation>
     </message>
 </context>
 <context>
@@ -1634,6 +1839,14 @@ Import läuft …</translation>
         <source>Offline map: GeoNames zone map (libtimezonemap-data)</source>
         <translation>Offline-Karte: GeoNames-Zonenkarte (libtimezonemap-data)</translation>
     </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
 </context>
 <context>
     <name>orv::MapWindow</name>
@@ -1690,6 +1903,137 @@ Import läuft …</translation>
     <message>
         <source>The zone there is likely %1 (nearest place: %2).</source>
         <translation>Die Zone dort ist wahrscheinlich %1 (nächster Ort: %2).</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) selected on the map and between its pins.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
+            <numerusform>%n Objekte auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s) selected on the map.</source>
+        <translation>
+            <numerusform>%n Objekt auf der Karte ausgewählt.</numerusform>
+            <numerusform>%n Objekte auf der Karte ausgewählt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n neighbour(s) each side of the main item</source>
+        <translation>
+            <numerusform>%n Nachbar zu jeder Seite des Hauptobjekts</numerusform>
+            <numerusform>%n Nachbarn zu jeder Seite des Hauptobjekts</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>1,000 pins</source>
+        <translation>1.000 Nadeln</translation>
+    </message>
+    <message>
+        <source>2,000 pins</source>
+        <translation>2.000 Nadeln</translation>
+    </message>
+    <message>
+        <source>500 pins</source>
+        <translation>500 Nadeln</translation>
+    </message>
+    <message>
+        <source>Accuracy</source>
+        <translation>Genauigkeit</translation>
+    </message>
+    <message>
+        <source>All pins</source>
+        <translation>Alle Nadeln</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter: %1.</source>
+        <translation>Filter: %1.</translation>
+    </message>
+    <message>
+        <source>Neighbours</source>
+        <translation>Nachbarn</translation>
+    </message>
+    <message>
+        <source>No pins there.</source>
+        <translation>Dort sind keine Nadeln.</translation>
+    </message>
+    <message>
+        <source>Select Within</source>
+        <translation>Auswählen im Umkreis</translation>
+    </message>
+    <message>
+        <source>Select an item with a place first.</source>
+        <translation>Wählen Sie zuerst ein Objekt mit Ort.</translation>
+    </message>
+    <message>
+        <source>Select by Radius</source>
+        <translation>Mit Radius auswählen</translation>
+    </message>
+    <message>
+        <source>Select by Rectangle</source>
+        <translation>Mit Rechteck auswählen</translation>
+    </message>
+    <message>
+        <source>Show at most:</source>
+        <translation>Höchstens zeigen:</translation>
+    </message>
+    <message>
+        <source>The pin limit shows %1 of %2 pins, those nearest the main item.</source>
+        <translation>Die Nadelgrenze zeigt %1 von %2 Nadeln, die dem Hauptobjekt nächsten.</translation>
+    </message>
+    <message>
+        <source>Time around the main item</source>
+        <translation>Zeit um das Hauptobjekt</translation>
+    </message>
+    <message>
+        <source>Main item&apos;s track only</source>
+        <translation>Nur der Track des Hauptobjekts</translation>
+    </message>
+    <message>
+        <source>When the main item&apos;s place came from a track, only the items of that track&apos;s time show.</source>
+        <translation>Stammt der Ort des Hauptobjekts aus einem Track, zeigen sich nur die Objekte aus der Zeit dieses Tracks.</translation>
+    </message>
+    <message>
+        <source>Time chain</source>
+        <translation>Zeitkette</translation>
+    </message>
+    <message>
+        <source>Track</source>
+        <translation>Track</translation>
+    </message>
+    <message>
+        <source>no gap longer than %1</source>
+        <translation>keine Lücke länger als %1</translation>
+    </message>
+    <message>
+        <source>placed less accurately than %1</source>
+        <translation>ungenauer platziert als %1</translation>
+    </message>
+    <message>
+        <source>the main item&apos;s track</source>
+        <translation>der Track des Hauptobjekts</translation>
+    </message>
+    <message>
+        <source>within %1 of the main item</source>
+        <translation>innerhalb von %1 um das Hauptobjekt</translation>
     </message>
 </context>
 <context>
@@ -2317,6 +2661,37 @@ Import läuft …</translation>
     </message>
 </context>
 <context>
+    <name>orv::QuickSelectionActions</name>
+    <message>
+        <source>&amp;Quick Selection</source>
+        <translation>&amp;Schnellauswahl</translation>
+    </message>
+    <message>
+        <source>Categories</source>
+        <translation>Kategorien</translation>
+    </message>
+    <message>
+        <source>Quick Selection</source>
+        <translation>Schnellauswahl</translation>
+    </message>
+    <message>
+        <source>No Items</source>
+        <translation>Keine Objekte</translation>
+    </message>
+    <message>
+        <source>Custom Selection</source>
+        <translation>Eigene Auswahl</translation>
+    </message>
+    <message>
+        <source>Keep Selection as Custom Selection</source>
+        <translation>Auswahl als eigene Auswahl behalten</translation>
+    </message>
+    <message>
+        <source>%1, Changing Items One by One</source>
+        <translation>%1, Objekte einzeln ändern</translation>
+    </message>
+</context>
+<context>
     <name>orv::ReconnectionSheet</name>
     <message>
         <source>Reconnect…</source>
@@ -2332,7 +2707,7 @@ Import läuft …</translation>
     </message>
     <message>
         <source>These folders could not be found. Their items and unsaved changes are kept. Show where a folder is now, for example on a disk mounted at another place, or discard it.</source>
-        <translation>Diese Ordner wurden nicht gefunden. Ihre Objekte und ungesicherten Änderungen bleiben erhalten. Zeigen Sie, wo ein Ordner jetzt liegt, zum Beispiel auf einem anderswo eingehängten Datenträger, oder verwerfen Sie ihn.</translation>
+        <translation>Diese Ordner wurden nicht gefunden. Ihre Objekte und ungespeicherten Änderungen bleiben erhalten. Zeigen Sie, wo ein Ordner jetzt liegt, zum Beispiel auf einem anderswo eingehängten Datenträger, oder verwerfen Sie ihn.</translation>
     </message>
     <message>
         <source>Later</source>
@@ -2362,7 +2737,7 @@ Import läuft …</translation>
     </message>
     <message>
         <source>Some files are not as the state kept them. They are marked and are not saved.</source>
-        <translation>Einige Dateien sind nicht mehr so, wie der Stand sie aufbewahrt hat. Sie sind markiert und werden nicht gesichert.</translation>
+        <translation>Einige Dateien sind nicht mehr so, wie der Stand sie aufbewahrt hat. Sie sind markiert und werden nicht gespeichert.</translation>
     </message>
     <message>
         <source>Discard Folder</source>
@@ -2370,7 +2745,7 @@ Import läuft …</translation>
     </message>
     <message>
         <source>Discard “%1” from the working set? Its unsaved changes are lost; its files stay as they are.</source>
-        <translation>„%1“ aus der Arbeitsmenge verwerfen? Seine ungesicherten Änderungen gehen verloren; seine Dateien bleiben, wie sie sind.</translation>
+        <translation>„%1“ aus der Arbeitsmenge verwerfen? Seine ungespeicherten Änderungen gehen verloren; seine Dateien bleiben, wie sie sind.</translation>
     </message>
 </context>
 <context>
@@ -2617,7 +2992,7 @@ Import läuft …</translation>
     </message>
     <message>
         <source>The working set can be kept once the import or save has ended.</source>
-        <translation>Die Arbeitsmenge kann aufbewahrt werden, sobald der Import oder das Sichern beendet ist.</translation>
+        <translation>Die Arbeitsmenge kann aufbewahrt werden, sobald der Import oder das Speichern beendet ist.</translation>
     </message>
 </context>
 <context>
@@ -2672,7 +3047,7 @@ Import läuft …</translation>
     </message>
     <message>
         <source>Keeps the folders and every unsaved change here, and empties the window</source>
-        <translation>Bewahrt die Ordner und jede ungesicherte Änderung hier auf und leert das Fenster</translation>
+        <translation>Bewahrt die Ordner und jede ungespeicherte Änderung hier auf und leert das Fenster</translation>
     </message>
     <message>
         <source>New Folder…</source>
@@ -2710,8 +3085,8 @@ Import läuft …</translation>
     <message numerus="yes">
         <source>%n unsaved</source>
         <translation>
-            <numerusform>%n ungesichert</numerusform>
-            <numerusform>%n ungesichert</numerusform>
+            <numerusform>%n ungespeichert</numerusform>
+            <numerusform>%n ungespeichert</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -3237,267 +3612,6 @@ Verschiebt sich um %2</translation>
     <message>
         <source>Date Change</source>
         <translation>Datumsänderung</translation>
-    </message>
-</context>
-<context>
-    <name>ZoneNames</name>
-    <message>
-        <source>Africa</source>
-        <translation>Afrika</translation>
-    </message>
-    <message>
-        <source>America</source>
-        <translation>Amerika</translation>
-    </message>
-    <message>
-        <source>Antarctica</source>
-        <translation>Antarktis</translation>
-    </message>
-    <message>
-        <source>Arctic</source>
-        <translation>Arktis</translation>
-    </message>
-    <message>
-        <source>Asia</source>
-        <translation>Asien</translation>
-    </message>
-    <message>
-        <source>Atlantic</source>
-        <translation>Atlantik</translation>
-    </message>
-    <message>
-        <source>Australia</source>
-        <translation>Australien</translation>
-    </message>
-    <message>
-        <source>Europe</source>
-        <translation>Europa</translation>
-    </message>
-    <message>
-        <source>Indian</source>
-        <translation>Indischer Ozean</translation>
-    </message>
-    <message>
-        <source>Pacific</source>
-        <translation>Pazifik</translation>
-    </message>
-</context>
-<context>
-    <name>orv::MapView</name>
-    <message>
-        <source>%1 km</source>
-        <translation>%1 km</translation>
-    </message>
-    <message>
-        <source>%1 m</source>
-        <translation>%1 m</translation>
-    </message>
-    <message>
-        <source>Map tiles are unavailable (%1); showing the offline map.</source>
-        <translation>Kartenkacheln sind nicht verfügbar (%1); die Offline-Karte wird gezeigt.</translation>
-    </message>
-    <message>
-        <source>Offline map: GeoNames zone map (libtimezonemap-data)</source>
-        <translation>Offline-Karte: GeoNames-Zonenkarte (libtimezonemap-data)</translation>
-    </message>
-</context>
-<context>
-    <name>orv::MapWindow</name>
-    <message numerus="yes">
-        <source>%n hour(s)</source>
-        <translation>
-            <numerusform>%n Stunde</numerusform>
-            <numerusform>%n Stunden</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n item(s) on the map. Drag a pin to move its items; double-click to put the selected items there.</source>
-        <translation>
-            <numerusform>%n Objekt auf der Karte. Ziehen Sie eine Nadel, um ihre Objekte zu bewegen; ein Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
-            <numerusform>%n Objekte auf der Karte. Ziehen Sie eine Nadel, um ihre Objekte zu bewegen; ein Doppelklick setzt die ausgewählten Objekte dorthin.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n item(s) selected on the map and between its pins.</source>
-        <translation>
-            <numerusform>%n Objekt auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
-            <numerusform>%n Objekte auf der Karte und zwischen ihren Nadeln ausgewählt.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n item(s) selected on the map.</source>
-        <translation>
-            <numerusform>%n Objekt auf der Karte ausgewählt.</numerusform>
-            <numerusform>%n Objekte auf der Karte ausgewählt.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n minute(s)</source>
-        <translation>
-            <numerusform>%n Minute</numerusform>
-            <numerusform>%n Minuten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n neighbour(s) each side of the main item</source>
-        <translation>
-            <numerusform>%n Nachbar zu jeder Seite des Hauptobjekts</numerusform>
-            <numerusform>%n Nachbarn zu jeder Seite des Hauptobjekts</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n selected item(s) without a place.</source>
-        <translation>
-            <numerusform>%n ausgewähltes Objekt ohne Ort.</numerusform>
-            <numerusform>%n ausgewählte Objekte ohne Ort.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>1,000 pins</source>
-        <translation>1.000 Nadeln</translation>
-    </message>
-    <message>
-        <source>2,000 pins</source>
-        <translation>2.000 Nadeln</translation>
-    </message>
-    <message>
-        <source>500 pins</source>
-        <translation>500 Nadeln</translation>
-    </message>
-    <message>
-        <source>Accuracy</source>
-        <translation>Genauigkeit</translation>
-    </message>
-    <message>
-        <source>Add Location</source>
-        <translation>Ort hinzufügen</translation>
-    </message>
-    <message>
-        <source>Align Locations Evenly</source>
-        <translation>Orte gleichmäßig ausrichten</translation>
-    </message>
-    <message>
-        <source>Align Locations by Time</source>
-        <translation>Orte nach Zeit ausrichten</translation>
-    </message>
-    <message>
-        <source>All pins</source>
-        <translation>Alle Nadeln</translation>
-    </message>
-    <message>
-        <source>Copy Location</source>
-        <translation>Ort kopieren</translation>
-    </message>
-    <message>
-        <source>Filter</source>
-        <translation>Filter</translation>
-    </message>
-    <message>
-        <source>Filter: %1.</source>
-        <translation>Filter: %1.</translation>
-    </message>
-    <message>
-        <source>Map</source>
-        <translation>Karte</translation>
-    </message>
-    <message>
-        <source>Move Location</source>
-        <translation>Ort bewegen</translation>
-    </message>
-    <message>
-        <source>Neighbours</source>
-        <translation>Nachbarn</translation>
-    </message>
-    <message>
-        <source>No pins there.</source>
-        <translation>Dort sind keine Nadeln.</translation>
-    </message>
-    <message>
-        <source>Paste Location</source>
-        <translation>Ort einsetzen</translation>
-    </message>
-    <message>
-        <source>Select Within</source>
-        <translation>Auswählen im Umkreis</translation>
-    </message>
-    <message>
-        <source>Select an item with a place first.</source>
-        <translation>Wählen Sie zuerst ein Objekt mit Ort.</translation>
-    </message>
-    <message>
-        <source>Select at least three items, the first and the last with a place.</source>
-        <translation>Wählen Sie mindestens drei Objekte, das erste und das letzte mit Ort.</translation>
-    </message>
-    <message>
-        <source>Select by Radius</source>
-        <translation>Mit Radius auswählen</translation>
-    </message>
-    <message>
-        <source>Select by Rectangle</source>
-        <translation>Mit Rechteck auswählen</translation>
-    </message>
-    <message>
-        <source>Show at most:</source>
-        <translation>Höchstens zeigen:</translation>
-    </message>
-    <message>
-        <source>The clipboard holds no place.</source>
-        <translation>Die Zwischenablage enthält keinen Ort.</translation>
-    </message>
-    <message>
-        <source>The pin limit shows %1 of %2 pins, those nearest the main item.</source>
-        <translation>Die Nadelgrenze zeigt %1 von %2 Nadeln, die dem Hauptobjekt nächsten.</translation>
-    </message>
-    <message>
-        <source>The zone there is likely %1 (nearest place: %2).</source>
-        <translation>Die Zone dort ist wahrscheinlich %1 (nächster Ort: %2).</translation>
-    </message>
-    <message>
-        <source>Time around the main item</source>
-        <translation>Zeit um das Hauptobjekt</translation>
-    </message>
-    <message>
-        <source>Main item&apos;s track only</source>
-        <translation>Nur der Track des Hauptobjekts</translation>
-    </message>
-    <message>
-        <source>When the main item&apos;s place came from a track, only the items of that track&apos;s time show.</source>
-        <translation>Stammt der Ort des Hauptobjekts aus einem Track, zeigen sich nur die Objekte aus der Zeit dieses Tracks.</translation>
-    </message>
-    <message>
-        <source>Time chain</source>
-        <translation>Zeitkette</translation>
-    </message>
-    <message>
-        <source>Track</source>
-        <translation>Track</translation>
-    </message>
-    <message>
-        <source>no gap longer than %1</source>
-        <translation>keine Lücke länger als %1</translation>
-    </message>
-    <message>
-        <source>placed less accurately than %1</source>
-        <translation>ungenauer platziert als %1</translation>
-    </message>
-    <message>
-        <source>the main item's track</source>
-        <translation>der Track des Hauptobjekts</translation>
-    </message>
-    <message>
-        <source>within %1 of the main item</source>
-        <translation>innerhalb von %1 um das Hauptobjekt</translation>
-    </message>
-</context>
-<context>
-    <name>orv::ZonePlaceSearchField</name>
-    <message>
-        <source>Find a zone by city, country or zone name</source>
-        <translation>Zone nach Stadt, Land oder Zonenname finden</translation>
-    </message>
-    <message>
-        <source>Loading places…</source>
-        <translation>Orte werden geladen …</translation>
     </message>
 </context>
 </TS>
