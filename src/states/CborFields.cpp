@@ -1,6 +1,9 @@
 #include "states/CborFields.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstring>
 
 namespace orv {
 
@@ -77,33 +80,218 @@ QCborStreamWriter &CborMapWriter::entry(QLatin1StringView key)
     return m_writer;
 }
 
+namespace {
+
+// A state nests a few levels; this bounds the walk's stack on hostile input.
+constexpr int maximumNesting = 32;
+
+qsizetype itemEnd(QByteArrayView data, qsizetype at, int depth)
+{
+    if (at < 0 || at >= data.size() || depth > maximumNesting)
+        return -1;
+    const CborHead head = cborHead(data, at);
+    if (head.length == 0)
+        return -1;
+    const int major = head.major;
+    const quint64 argument = head.argument;
+    const bool indefinite = head.isIndefinite();
+    qsizetype next = at + head.length;
+    const qsizetype remaining = data.size() - next;
+    switch (major) {
+    case 0:
+    case 1:
+        return indefinite ? -1 : next;
+    case 2:
+    case 3:
+        if (!indefinite)
+            return argument <= quint64(remaining) ? next + qsizetype(argument) : -1;
+        // Chunks of the same kind, each of a definite length, up to the break.
+        while (next < data.size() && quint8(data[next]) != 0xff) {
+            if (quint8(data[next]) >> 5 != major || (quint8(data[next]) & 0x1f) == 31)
+                return -1;
+            next = itemEnd(data, next, depth + 1);
+            if (next < 0)
+                return -1;
+        }
+        return next < data.size() ? next + 1 : -1;
+    case 4:
+    case 5: {
+        if (indefinite) {
+            while (next < data.size() && quint8(data[next]) != 0xff) {
+                for (int part = 0; part < (major == 5 ? 2 : 1) && next >= 0; ++part)
+                    next = itemEnd(data, next, depth + 1);
+                if (next < 0)
+                    return -1;
+            }
+            return next < data.size() ? next + 1 : -1;
+        }
+        // Every element takes a byte at least: a count beyond the data is refused at once.
+        const quint64 elements = major == 5 ? argument * 2 : argument;
+        if (argument > quint64(remaining) || elements > quint64(remaining))
+            return -1;
+        for (quint64 i = 0; i < elements && next >= 0; ++i)
+            next = itemEnd(data, next, depth + 1);
+        return next;
+    }
+    case 6:
+        return indefinite ? -1 : itemEnd(data, next, depth + 1);
+    default:
+        // Simple values and floats carry their bytes in the head; a break stands only inside
+        // an indefinite container.
+        return indefinite ? -1 : next;
+    }
+}
+
+} // namespace
+
+CborHead cborHead(QByteArrayView data, qsizetype at)
+{
+    if (at < 0 || at >= data.size())
+        return {};
+    const int major = quint8(data[at]) >> 5;
+    const quint8 info = quint8(data[at]) & 0x1f;
+    if (info < 24)
+        return {major, info, info, 1};
+    if (info == 31)
+        return {major, info, 0, 1};
+    if (info > 27)
+        return {};
+    const qsizetype size = qsizetype(1) << (info - 24);
+    if (data.size() - at - 1 < size)
+        return {};
+    quint64 value = 0;
+    for (qsizetype i = 1; i <= size; ++i)
+        value = (value << 8) | quint8(data[at + i]);
+    return {major, info, value, 1 + size};
+}
+
+qsizetype cborItemEnd(QByteArrayView data, qsizetype at)
+{
+    return itemEnd(data, at, 0);
+}
+
 CborFields::CborFields(const QCborValue &value, QString where, StateProblem &problem)
-    : m_map(value.toMap()), m_where(std::move(where)), m_problem(problem)
+    : m_data(value.isMap() ? value.toCbor() : QByteArray()), m_map(m_data), m_where(std::move(where)),
+      m_problem(problem)
 {
     if (!value.isMap())
         refuse(QStringLiteral("expected a map"));
+    index();
 }
 
-QCborValue CborFields::typed(QLatin1StringView key, QCborValue::Type type, const char *what) const
+CborFields CborFields::fromCbor(const QByteArray &map, QString where, StateProblem &problem)
 {
-    const QCborValue value = m_map.value(key);
-    if (value.isUndefined())
-        return value;
-    if (value.type() != type) {
+    if (cborItemEnd(map, 0) != map.size()) {
+        CborFields none(QCborValue(QCborMap()), std::move(where), problem);
+        none.refuse(QStringLiteral("expected a map"));
+        return none;
+    }
+    return CborFields(map, map, std::move(where), {}, problem);
+}
+
+CborFields::CborFields(QByteArray data, QByteArrayView map, QString where, QLatin1StringView key,
+                       StateProblem &problem)
+    : m_data(std::move(data)), m_map(map), m_where(std::move(where)), m_key(key), m_problem(problem)
+{
+    index();
+}
+
+namespace {
+
+bool keyLess(QByteArrayView a, QByteArrayView b)
+{
+    return a.size() != b.size() ? a.size() < b.size() : std::memcmp(a.data(), b.data(), std::size_t(a.size())) < 0;
+}
+
+// The payload of a definite text or byte string; none for an indefinite one.
+std::optional<QByteArrayView> stringPayload(QByteArrayView item)
+{
+    const CborHead head = cborHead(item, 0);
+    if (head.isIndefinite())
+        return std::nullopt;
+    return item.sliced(head.length, qsizetype(head.argument));
+}
+
+QCborValue decoded(QByteArrayView item)
+{
+    return QCborValue::fromCbor(item.data(), item.size());
+}
+
+constexpr int unsignedMajor = 0, negativeMajor = 1, bytesMajor = 2, textMajor = 3, arrayMajor = 4, mapMajor = 5,
+              simpleMajor = 7;
+constexpr int falseValue = 20, trueValue = 21, undefinedValue = 23, halfValue = 25, doubleValue = 27;
+
+} // namespace
+
+// Only well-formed bytes get here: every extent inside the map is whole.
+void CborFields::index()
+{
+    const CborHead head = cborHead(m_map, 0);
+    if (m_map.isEmpty() || head.major != mapMajor) {
+        if (!m_map.isEmpty())
+            refuse(QStringLiteral("expected a map"));
+        return;
+    }
+    const qsizetype end = head.isIndefinite() ? m_map.size() - 1 : m_map.size();
+    qsizetype at = head.length;
+    m_entries.reserve(head.isIndefinite() ? 32 : std::size_t(std::min<quint64>(head.argument, 256)));
+    while (at < end) {
+        const qsizetype keyEnd = cborItemEnd(m_map, at);
+        const qsizetype valueEnd = cborItemEnd(m_map, keyEnd);
+        const QByteArrayView key = m_map.sliced(at, keyEnd - at);
+        const std::optional<QByteArrayView> payload =
+            cborHead(key, 0).major == textMajor ? stringPayload(key) : std::nullopt;
+        if (!payload) {
+            refuse(QStringLiteral("a key is not a text"));
+            m_entries.clear();
+            return;
+        }
+        m_entries.push_back({*payload, m_map.sliced(keyEnd, valueEnd - keyEnd)});
+        at = valueEnd;
+    }
+    // Equal keys stay in their order (the first one counts), without the buffer a stable sort takes.
+    std::ranges::sort(m_entries, [](const Entry &a, const Entry &b) {
+        return keyLess(a.key, b.key) || (a.key == b.key && a.value.data() < b.value.data());
+    });
+}
+
+std::optional<QByteArrayView> CborFields::find(QLatin1StringView key) const
+{
+    const QByteArrayView wanted(key.data(), key.size());
+    const auto at = std::ranges::lower_bound(m_entries, wanted, keyLess, &Entry::key);
+    if (at == m_entries.end() || at->key != wanted)
+        return std::nullopt;
+    const CborHead head = cborHead(at->value, 0);
+    if (head.major == simpleMajor && head.info == undefinedValue)
+        return std::nullopt;
+    return at->value;
+}
+
+std::optional<QByteArrayView> CborFields::typed(QLatin1StringView key, int major, const char *what) const
+{
+    const std::optional<QByteArrayView> value = find(key);
+    if (value && cborHead(*value, 0).major != major) {
         refuse(QStringLiteral("%1 is not %2").arg(key, QLatin1String(what)));
-        return {};
+        return std::nullopt;
     }
     return value;
 }
 
 qint64 CborFields::integer(QLatin1StringView key, qint64 defaultValue, qint64 minimum, qint64 maximum) const
 {
-    const QCborValue value = typed(key, QCborValue::Integer, "an integer");
-    if (value.isUndefined())
+    const std::optional<QByteArrayView> value = find(key);
+    if (!value)
         return defaultValue;
-    const qint64 number = value.toInteger();
-    if (number < minimum || number > maximum) {
-        refuse(QStringLiteral("%1 is out of range (%2)").arg(key).arg(number));
+    const CborHead head = cborHead(*value, 0);
+    if ((head.major != unsignedMajor && head.major != negativeMajor) || head.isIndefinite()) {
+        refuse(QStringLiteral("%1 is not an integer").arg(key));
+        return defaultValue;
+    }
+    const bool fits = head.argument <= quint64(std::numeric_limits<qint64>::max());
+    const qint64 number = head.major == unsignedMajor ? qint64(head.argument) : -1 - qint64(head.argument);
+    if (!fits || number < minimum || number > maximum) {
+        refuse(fits ? QStringLiteral("%1 is out of range (%2)").arg(key).arg(number)
+                    : QStringLiteral("%1 is out of range").arg(key));
         return defaultValue;
     }
     return number;
@@ -111,25 +299,38 @@ qint64 CborFields::integer(QLatin1StringView key, qint64 defaultValue, qint64 mi
 
 double CborFields::real(QLatin1StringView key, double defaultValue) const
 {
-    const QCborValue value = typed(key, QCborValue::Double, "a number");
-    return value.isUndefined() ? defaultValue : value.toDouble();
+    const std::optional<QByteArrayView> value = find(key);
+    if (!value)
+        return defaultValue;
+    const CborHead head = cborHead(*value, 0);
+    if (head.major != simpleMajor || head.info < halfValue || head.info > doubleValue) {
+        refuse(QStringLiteral("%1 is not a number").arg(key));
+        return defaultValue;
+    }
+    return head.info == doubleValue ? std::bit_cast<double>(head.argument) : decoded(*value).toDouble();
 }
 
 bool CborFields::flag(QLatin1StringView key) const
 {
-    const QCborValue value = m_map.value(key);
-    if (value.isUndefined())
+    const std::optional<QByteArrayView> value = find(key);
+    if (!value)
         return false;
-    if (!value.isBool()) {
+    const CborHead head = cborHead(*value, 0);
+    if (head.major != simpleMajor || (head.info != falseValue && head.info != trueValue)) {
         refuse(QStringLiteral("%1 is not a boolean").arg(key));
         return false;
     }
-    return value.isTrue();
+    return head.info == trueValue;
 }
 
 QString CborFields::text(QLatin1StringView key) const
 {
-    return typed(key, QCborValue::String, "a text").toString();
+    const std::optional<QByteArrayView> value = typed(key, textMajor, "a text");
+    if (!value)
+        return {};
+    if (const std::optional<QByteArrayView> payload = stringPayload(*value))
+        return QString::fromUtf8(*payload);
+    return decoded(*value).toString();
 }
 
 QStringList CborFields::texts(QLatin1StringView key) const
@@ -148,7 +349,11 @@ QStringList CborFields::texts(QLatin1StringView key) const
 
 QByteArray CborFields::bytes(QLatin1StringView key, qsizetype maximumLength) const
 {
-    const QByteArray data = typed(key, QCborValue::ByteArray, "bytes").toByteArray();
+    const std::optional<QByteArrayView> value = typed(key, bytesMajor, "bytes");
+    if (!value)
+        return {};
+    const std::optional<QByteArrayView> payload = stringPayload(*value);
+    const QByteArray data = payload ? payload->toByteArray() : decoded(*value).toByteArray();
     if (data.size() > maximumLength) {
         refuse(QStringLiteral("%1 is longer than %2 bytes").arg(key).arg(maximumLength));
         return {};
@@ -172,14 +377,31 @@ std::optional<double> CborFields::optionalReal(QLatin1StringView key) const
 
 QCborArray CborFields::array(QLatin1StringView key) const
 {
-    return typed(key, QCborValue::Array, "an array").toArray();
+    const std::optional<QByteArrayView> value = typed(key, arrayMajor, "an array");
+    return value ? decoded(*value).toArray() : QCborArray();
 }
 
 CborFields CborFields::map(QLatin1StringView key) const
 {
-    const QCborValue value = m_map.value(key);
-    return CborFields(value.isUndefined() ? QCborValue(QCborMap()) : value, m_where + QLatin1Char('/') + key,
-                      m_problem);
+    const std::optional<QByteArrayView> value = find(key);
+    if (!value)
+        return CborFields(QByteArray(), {}, where(), key, m_problem);
+    if (cborHead(*value, 0).major != mapMajor) {
+        m_problem.note(where() + QLatin1Char('/') + key, QStringLiteral("expected a map"));
+        return CborFields(QByteArray(), {}, where(), key, m_problem);
+    }
+    return CborFields(m_data, *value, where(), key, m_problem);
+}
+
+QCborValue CborFields::value(QLatin1StringView key) const
+{
+    const std::optional<QByteArrayView> value = find(key);
+    return value ? decoded(*value) : QCborValue(QCborValue::Undefined);
+}
+
+QCborMap CborFields::all() const
+{
+    return m_map.isEmpty() ? QCborMap() : decoded(m_map).toMap();
 }
 
 } // namespace orv

@@ -3,6 +3,7 @@
 #include "time/Instant.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QCborArray>
 #include <QCborMap>
 #include <QCborStreamWriter>
@@ -13,6 +14,8 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace orv {
 
@@ -59,14 +62,36 @@ private:
     QString m_text;
 };
 
+// The head of the CBOR data item at `at`: its major type, its additional information, its
+// argument (a length, a count, a number or a float's bits) and the head's own length, 0 when
+// the head is malformed or cut.
+struct CborHead
+{
+    int major = 0;
+    int info = 0;
+    quint64 argument = 0;
+    qsizetype length = 0;
+    bool isIndefinite() const { return info == 31; }
+};
+CborHead cborHead(QByteArrayView data, qsizetype at);
+
+// Where the CBOR data item that starts at `at` ends, from its heads alone: nothing is decoded or
+// copied, so a reader can cut a folder into its items at the cost of a walk over the bytes.
+// -1 when the item is malformed, runs past the data or nests deeper than a state ever does.
+qsizetype cborItemEnd(QByteArrayView data, qsizetype at);
+
 // Typed reading of one map of a state: a missing key gives the default, a key of the wrong
-// type or out of range is a problem, noted once with its place.
+// type or out of range is a problem, noted once with its place. The map is read from its CBOR
+// bytes: keys are found in a sorted index of the entries and a value is decoded only when asked
+// for, so an item costs no tree of values and no text for each of its keys.
 class CborFields
 {
 public:
     CborFields(const QCborValue &value, QString where, StateProblem &problem);
+    // The bytes of one map; they are shared, not copied (QByteArray::fromRawData works).
+    static CborFields fromCbor(const QByteArray &map, QString where, StateProblem &problem);
 
-    bool has(QLatin1StringView key) const { return m_map.contains(key); }
+    bool has(QLatin1StringView key) const { return find(key).has_value(); }
     qint64 integer(QLatin1StringView key, qint64 defaultValue = 0,
                    qint64 minimum = std::numeric_limits<qint64>::min(),
                    qint64 maximum = std::numeric_limits<qint64>::max()) const;
@@ -80,17 +105,34 @@ public:
     std::optional<double> optionalReal(QLatin1StringView key) const;
     QCborArray array(QLatin1StringView key) const;
     CborFields map(QLatin1StringView key) const;
-    const QCborMap &all() const { return m_map; }
-    const QString &where() const { return m_where; }
+    // The value under key as it stands, undefined when there is none.
+    QCborValue value(QLatin1StringView key) const;
+    // The whole map, for walking its entries.
+    QCborMap all() const;
+    QString where() const { return m_key.isEmpty() ? m_where : m_where + QLatin1Char('/') + m_key; }
     StateProblem &problem() const { return m_problem; }
     // Notes a problem at this map.
-    void refuse(const QString &what) const { m_problem.note(m_where, what); }
+    void refuse(const QString &what) const { m_problem.note(where(), what); }
 
 private:
-    QCborValue typed(QLatin1StringView key, QCborValue::Type type, const char *what) const;
+    struct Entry
+    {
+        QByteArrayView key; // the key's UTF-8 bytes
+        QByteArrayView value; // the whole data item
+    };
+    // A map under key in another: its place is spelt out only for a problem.
+    CborFields(QByteArray data, QByteArrayView map, QString where, QLatin1StringView key, StateProblem &problem);
+    void index();
+    // The value's bytes under key (the first of equal keys); none when absent or undefined.
+    std::optional<QByteArrayView> find(QLatin1StringView key) const;
+    // The value's bytes when it has the major type, else refused as not being what.
+    std::optional<QByteArrayView> typed(QLatin1StringView key, int major, const char *what) const;
 
-    QCborMap m_map;
+    QByteArray m_data;
+    QByteArrayView m_map;
+    std::vector<Entry> m_entries; // sorted by key: length, then bytes
     QString m_where;
+    QLatin1StringView m_key;
     StateProblem &m_problem;
 };
 

@@ -200,7 +200,7 @@ std::optional<Record> readStamp(const CborFields &a, QLatin1StringView key)
 {
     if (!a.has(key))
         return std::nullopt;
-    const RecordFields r(a.all().value(key), 2, a, key);
+    const RecordFields r(a.value(key), 2, a, key);
     if (!r.isValid())
         return std::nullopt;
     Record record;
@@ -218,7 +218,7 @@ BoxedOptional<MovieStampRecord> readMovieStamp(const CborFields &a, QLatin1Strin
 {
     if (!a.has(key))
         return std::nullopt;
-    const RecordFields r(a.all().value(key), 2, a, key);
+    const RecordFields r(a.value(key), 2, a, key);
     if (!r.isValid())
         return std::nullopt;
     return MovieStampRecord{r.bytes(0), r.offset64(1)};
@@ -235,12 +235,12 @@ PicAttributes readAttributes(const CborFields &a)
     p.ExifOffsetTimeDigitized = readStamp<7, OffsetTagRecord>(a, "ExifOffsetTimeDigitized"_L1);
     p.TIFFOffsetTime = readStamp<7, OffsetTagRecord>(a, "TIFFOffsetTime"_L1);
     if (a.has("GPSTimeStamp"_L1)) {
-        const RecordFields r(a.all().value("GPSTimeStamp"_L1), 3, a, u"GPSTimeStamp"_s);
+        const RecordFields r(a.value("GPSTimeStamp"_L1), 3, a, u"GPSTimeStamp"_s);
         if (r.isValid())
             p.GPSTimeStamp = GpsStampRecord{r.bytes(0, 24), r.offset(1), r.flag(2)};
     }
     if (a.has("GPSLocation"_L1)) {
-        const RecordFields r(a.all().value("GPSLocation"_L1), 15, a, u"GPSLocation"_s);
+        const RecordFields r(a.value("GPSLocation"_L1), 15, a, u"GPSLocation"_s);
         if (r.isValid()) {
             GpsLocationRecord g;
             int i = 0;
@@ -262,7 +262,8 @@ PicAttributes readAttributes(const CborFields &a)
     if (a.has("xmpDateInfos"_L1)) {
         const CborFields infos = a.map("xmpDateInfos"_L1);
         XmpDateInfos stamps;
-        for (auto it = infos.all().constBegin(); it != infos.all().constEnd() && !a.problem().has(); ++it) {
+        const QCborMap infosMap = infos.all();
+        for (auto it = infosMap.constBegin(); it != infosMap.constEnd() && !a.problem().has(); ++it) {
             const QString name = it.key().toString();
             const RecordFields r(it.value(), 4, a, u"xmpDateInfos/"_s + name);
             if (r.isValid())
@@ -272,7 +273,7 @@ PicAttributes readAttributes(const CborFields &a)
         p.xmpDateInfos = std::move(stamps);
     }
     if (a.has("IPTCDateCreated"_L1)) {
-        const RecordFields r(a.all().value("IPTCDateCreated"_L1), 8, a, u"IPTCDateCreated"_s);
+        const RecordFields r(a.value("IPTCDateCreated"_L1), 8, a, u"IPTCDateCreated"_s);
         if (r.isValid())
             p.IPTCDateCreated = IptcDateRecord{r.bytes(0), r.offset(1), r.bytes(2), r.offset(3),
                                                r.bytes(4), r.offset(5), r.bytes(6), r.offset(7)};
@@ -390,17 +391,18 @@ MoviePositions readMoviePositions(const CborFields &f)
 {
     MoviePositions m;
     if (f.has("movCurrentTime"_L1))
-        m.movCurrentTime = readMovieTime(f, f.all().value("movCurrentTime"_L1), u"movCurrentTime"_s);
+        m.movCurrentTime = readMovieTime(f, f.value("movCurrentTime"_L1), u"movCurrentTime"_s);
     if (f.has("movChapterTime"_L1))
-        m.movChapterTime = readMovieTime(f, f.all().value("movChapterTime"_L1), u"movChapterTime"_s);
+        m.movChapterTime = readMovieTime(f, f.value("movChapterTime"_L1), u"movChapterTime"_s);
     m.chapterMovPosKey = f.text("chapterMovPosKey"_L1);
     m.currentMovPosKey = f.text("currentMovPosKey"_L1);
     const CborFields positions = f.map("movPositions"_L1);
-    for (auto it = positions.all().constBegin(); it != positions.all().constEnd() && !f.problem().has(); ++it) {
+    const QCborMap positionsMap = positions.all();
+    for (auto it = positionsMap.constBegin(); it != positionsMap.constEnd() && !f.problem().has(); ++it) {
         const QString key = it.key().toString();
         const CborFields entry(it.value(), f.where() + u"/movPositions/"_s + key, f.problem());
         MoviePosition position;
-        position.time = readMovieTime(entry, entry.all().value("timeArray"_L1), u"timeArray"_s);
+        position.time = readMovieTime(entry, entry.value("timeArray"_L1), u"timeArray"_s);
         position.seconds = entry.real("seconds"_L1);
         position.isSaved = entry.flag("isSaved"_L1);
         // A position is found again by its key: one that does not name its own seconds is damage.
@@ -409,7 +411,8 @@ MoviePositions readMoviePositions(const CborFields &f)
         m.movPositions.insert(key, position);
     }
     const CborFields thumbs = f.map("movPositionThumbs"_L1);
-    for (auto it = thumbs.all().constBegin(); it != thumbs.all().constEnd() && !f.problem().has(); ++it) {
+    const QCborMap thumbsMap = thumbs.all();
+    for (auto it = thumbsMap.constBegin(); it != thumbsMap.constEnd() && !f.problem().has(); ++it) {
         if (!it.value().isByteArray() || !m.movPositions.contains(it.key().toString()))
             thumbs.refuse(u"a thumbnail that is no image of a position"_s);
         m.movPositionThumbs.insert(it.key().toString(), it.value().toByteArray());
