@@ -144,27 +144,6 @@ qsizetype itemEnd(QByteArrayView data, qsizetype at, int depth)
 
 } // namespace
 
-CborHead cborHead(QByteArrayView data, qsizetype at)
-{
-    if (at < 0 || at >= data.size())
-        return {};
-    const int major = quint8(data[at]) >> 5;
-    const quint8 info = quint8(data[at]) & 0x1f;
-    if (info < 24)
-        return {major, info, info, 1};
-    if (info == 31)
-        return {major, info, 0, 1};
-    if (info > 27)
-        return {};
-    const qsizetype size = qsizetype(1) << (info - 24);
-    if (data.size() - at - 1 < size)
-        return {};
-    quint64 value = 0;
-    for (qsizetype i = 1; i <= size; ++i)
-        value = (value << 8) | quint8(data[at + i]);
-    return {major, info, value, 1 + size};
-}
-
 qsizetype cborItemEnd(QByteArrayView data, qsizetype at)
 {
     return itemEnd(data, at, 0);
@@ -179,14 +158,9 @@ CborFields::CborFields(const QCborValue &value, QString where, StateProblem &pro
     index();
 }
 
-CborFields CborFields::fromCbor(const QByteArray &map, QString where, StateProblem &problem)
+CborFields CborFields::ofItem(const QByteArray &item, QString where, StateProblem &problem)
 {
-    if (cborItemEnd(map, 0) != map.size()) {
-        CborFields none(QCborValue(QCborMap()), std::move(where), problem);
-        none.refuse(QStringLiteral("expected a map"));
-        return none;
-    }
-    return CborFields(map, map, std::move(where), {}, problem);
+    return CborFields(item, item, std::move(where), {}, problem);
 }
 
 CborFields::CborFields(QByteArray data, QByteArrayView map, QString where, QLatin1StringView key,

@@ -73,7 +73,26 @@ struct CborHead
     qsizetype length = 0;
     bool isIndefinite() const { return info == 31; }
 };
-CborHead cborHead(QByteArrayView data, qsizetype at);
+inline CborHead cborHead(QByteArrayView data, qsizetype at)
+{
+    if (at < 0 || at >= data.size())
+        return {};
+    const int major = quint8(data[at]) >> 5;
+    const int info = quint8(data[at]) & 0x1f;
+    if (info < 24)
+        return {major, info, quint64(info), 1};
+    if (info == 31)
+        return {major, info, 0, 1};
+    if (info > 27)
+        return {};
+    const qsizetype size = qsizetype(1) << (info - 24);
+    if (data.size() - at - 1 < size)
+        return {};
+    quint64 value = 0;
+    for (qsizetype i = 1; i <= size; ++i)
+        value = (value << 8) | quint8(data[at + i]);
+    return {major, info, value, 1 + size};
+}
 
 // Where the CBOR data item that starts at `at` ends, from its heads alone: nothing is decoded or
 // copied, so a reader can cut a folder into its items at the cost of a walk over the bytes.
@@ -88,8 +107,9 @@ class CborFields
 {
 public:
     CborFields(const QCborValue &value, QString where, StateProblem &problem);
-    // The bytes of one map; they are shared, not copied (QByteArray::fromRawData works).
-    static CborFields fromCbor(const QByteArray &map, QString where, StateProblem &problem);
+    // One whole data item as cborItemEnd cut it (so its inner heads are whole), expected to be
+    // a map; its bytes are shared, not copied (QByteArray::fromRawData works).
+    static CborFields ofItem(const QByteArray &item, QString where, StateProblem &problem);
 
     bool has(QLatin1StringView key) const { return find(key).has_value(); }
     qint64 integer(QLatin1StringView key, qint64 defaultValue = 0,

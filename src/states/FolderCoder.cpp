@@ -168,19 +168,19 @@ FolderParts splitFolder(const QByteArray &data)
     const CborHead map = cborHead(bytes, 0);
     if (map.length == 0 || map.major != 5)
         return fail(u"the folder is not a map"_s);
-    // Once the map's extent is the whole data, every head inside it is whole.
-    if (cborItemEnd(bytes, 0) != bytes.size())
-        return fail(u"the folder's bytes are damaged"_s);
     qsizetype at = map.length;
     // The writer leaves the map's length open; a definite one is read as well.
     const qsizetype end = map.isIndefinite() ? bytes.size() - 1 : bytes.size();
-    for (quint64 entry = 0; at < end && (map.isIndefinite() || entry < map.argument); ++entry) {
+    quint64 entry = 0;
+    for (; at < end && (map.isIndefinite() || entry < map.argument); ++entry) {
         const qsizetype keyEnd = cborItemEnd(bytes, at);
+        const qsizetype valueEnd = cborItemEnd(bytes, keyEnd);
+        if (keyEnd < 0 || valueEnd < 0)
+            return fail(u"the folder's bytes are damaged"_s);
         QCborParserError error;
         const QCborValue key = QCborValue::fromCbor(bytes.data() + at, keyEnd - at, &error);
         if (error.error != QCborError::NoError || !key.isString())
             return fail(u"a key is not a text"_s);
-        const qsizetype valueEnd = cborItemEnd(bytes, keyEnd);
         const QByteArrayView value = bytes.sliced(keyEnd, valueEnd - keyEnd);
         at = valueEnd;
         const auto list = std::find(itemListKeys.begin(), itemListKeys.end(), key.toString());
@@ -203,6 +203,9 @@ FolderParts splitFolder(const QByteArray &data)
             item = itemEnd;
         }
     }
+    const bool whole = map.isIndefinite() ? at == end && quint8(bytes[end]) == 0xff : at == end && entry == map.argument;
+    if (!whole)
+        return fail(u"the folder's bytes are damaged"_s);
     return parts;
 }
 
@@ -217,7 +220,7 @@ std::vector<ItemCoder::ReadItem> readItems(const QList<QByteArrayView> &items, c
     QtConcurrent::blockingMap(positions, [&](qsizetype i) {
         const std::size_t at = std::size_t(i);
         const QByteArray item = QByteArray::fromRawData(items.at(i).data(), items.at(i).size());
-        read[at] = ItemCoder::read(CborFields::fromCbor(item, f.where() + u"/%1[%2]"_s.arg(key).arg(i), problems[at]));
+        read[at] = ItemCoder::read(CborFields::ofItem(item, f.where() + u"/%1[%2]"_s.arg(key).arg(i), problems[at]));
     });
     for (const StateProblem &problem : problems)
         if (problem.has()) {
