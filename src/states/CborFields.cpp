@@ -7,7 +7,7 @@
 
 namespace orv {
 
-void CborMapWriter::put(QLatin1StringView key, qint64 value, qint64 defaultValue)
+void CborEntryWriter::put(QLatin1StringView key, qint64 value, qint64 defaultValue)
 {
     if (value == defaultValue)
         return;
@@ -15,7 +15,7 @@ void CborMapWriter::put(QLatin1StringView key, qint64 value, qint64 defaultValue
     m_writer.append(value);
 }
 
-void CborMapWriter::putDouble(QLatin1StringView key, double value, double defaultValue)
+void CborEntryWriter::putDouble(QLatin1StringView key, double value, double defaultValue)
 {
     if (value == defaultValue && std::signbit(value) == std::signbit(defaultValue))
         return;
@@ -23,7 +23,7 @@ void CborMapWriter::putDouble(QLatin1StringView key, double value, double defaul
     m_writer.append(value);
 }
 
-void CborMapWriter::put(QLatin1StringView key, bool value)
+void CborEntryWriter::put(QLatin1StringView key, bool value)
 {
     if (!value)
         return;
@@ -31,7 +31,7 @@ void CborMapWriter::put(QLatin1StringView key, bool value)
     m_writer.append(true);
 }
 
-void CborMapWriter::put(QLatin1StringView key, const QString &value)
+void CborEntryWriter::put(QLatin1StringView key, const QString &value)
 {
     if (value.isEmpty())
         return;
@@ -39,7 +39,7 @@ void CborMapWriter::put(QLatin1StringView key, const QString &value)
     m_writer.append(value);
 }
 
-void CborMapWriter::put(QLatin1StringView key, const QStringList &values)
+void CborEntryWriter::put(QLatin1StringView key, const QStringList &values)
 {
     if (values.isEmpty())
         return;
@@ -50,7 +50,18 @@ void CborMapWriter::put(QLatin1StringView key, const QStringList &values)
     m_writer.endArray();
 }
 
-void CborMapWriter::put(QLatin1StringView key, const QByteArray &value)
+void CborEntryWriter::put(QLatin1StringView key, const QList<qint64> &values)
+{
+    if (values.isEmpty())
+        return;
+    m_writer.append(key);
+    m_writer.startArray(quint64(values.size()));
+    for (qint64 value : values)
+        m_writer.append(value);
+    m_writer.endArray();
+}
+
+void CborEntryWriter::put(QLatin1StringView key, const QByteArray &value)
 {
     if (value.isEmpty())
         return;
@@ -58,7 +69,7 @@ void CborMapWriter::put(QLatin1StringView key, const QByteArray &value)
     m_writer.append(value);
 }
 
-void CborMapWriter::put(QLatin1StringView key, const OptionalDate &value)
+void CborEntryWriter::put(QLatin1StringView key, const OptionalDate &value)
 {
     if (!value)
         return;
@@ -66,7 +77,7 @@ void CborMapWriter::put(QLatin1StringView key, const OptionalDate &value)
     m_writer.append(value->secondsSinceEpoch());
 }
 
-void CborMapWriter::put(QLatin1StringView key, const std::optional<double> &value)
+void CborEntryWriter::put(QLatin1StringView key, const std::optional<double> &value)
 {
     if (!value)
         return;
@@ -74,7 +85,7 @@ void CborMapWriter::put(QLatin1StringView key, const std::optional<double> &valu
     m_writer.append(*value);
 }
 
-QCborStreamWriter &CborMapWriter::entry(QLatin1StringView key)
+QCborStreamWriter &CborEntryWriter::entry(QLatin1StringView key)
 {
     m_writer.append(key);
     return m_writer;

@@ -19,30 +19,38 @@
 
 namespace orv {
 
-// One map of a state, written entry by entry. A value at its default is left out, so that an
-// item takes room only for what it has; the reader puts the same default back. Dates are seconds
-// since the epoch as doubles, exactly as the model holds them.
-class CborMapWriter
+// The entries of one map of a state. A value at its default is left out, so that an item takes
+// room only for what it has; the reader puts the same default back. Dates are seconds since the
+// epoch as doubles, exactly as the model holds them.
+class CborEntryWriter
 {
 public:
-    explicit CborMapWriter(QCborStreamWriter &writer) : m_writer(writer) { m_writer.startMap(); }
-    ~CborMapWriter() { m_writer.endMap(); }
-    CborMapWriter(const CborMapWriter &) = delete;
-    CborMapWriter &operator=(const CborMapWriter &) = delete;
+    explicit CborEntryWriter(QCborStreamWriter &writer) : m_writer(writer) {}
+    CborEntryWriter(const CborEntryWriter &) = delete;
+    CborEntryWriter &operator=(const CborEntryWriter &) = delete;
 
     void put(QLatin1StringView key, qint64 value, qint64 defaultValue = 0);
     void putDouble(QLatin1StringView key, double value, double defaultValue = 0.0);
     void put(QLatin1StringView key, bool value);
     void put(QLatin1StringView key, const QString &value);
     void put(QLatin1StringView key, const QStringList &values);
+    void put(QLatin1StringView key, const QList<qint64> &values);
     void put(QLatin1StringView key, const QByteArray &value);
     void put(QLatin1StringView key, const OptionalDate &value);
     void put(QLatin1StringView key, const std::optional<double> &value);
     // The key, for a value the caller writes itself (an array or a map).
     QCborStreamWriter &entry(QLatin1StringView key);
 
-private:
+protected:
     QCborStreamWriter &m_writer;
+};
+
+// One whole map, opened at construction and closed at destruction.
+class CborMapWriter : public CborEntryWriter
+{
+public:
+    explicit CborMapWriter(QCborStreamWriter &writer) : CborEntryWriter(writer) { m_writer.startMap(); }
+    ~CborMapWriter() { m_writer.endMap(); }
 };
 
 // The first thing wrong with a state, named by where it stands; the rest of the reading is
