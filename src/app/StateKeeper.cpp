@@ -43,12 +43,16 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath, std::funct
     StateRestore::Restored restored = StateRestore::fromFile(statePath);
     MyDroppedFolders &dataSource = m_controller.theDataSource();
     std::vector<std::unique_ptr<MySingleFolder>> fresh;
+    QList<MySingleFolder *> inStateOrder;
     for (std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
-        if (dataSource.folderForDirectory(folder->sfFolderPath))
+        const bool isOpen = dataSource.folderForDirectory(folder->sfFolderPath) != nullptr;
+        inStateOrder.append(isOpen ? nullptr : folder.get());
+        if (isOpen)
             restored.report.foldersAlreadyOpen.append(folder->sfFolderPath);
         else
             fresh.push_back(std::move(folder));
     }
+    restored.view = StateRestore::resolveView(restored.additional.view, restored.report.conversionType, inStateOrder);
     restored.read.folders.clear();
     // The tracks first, so that the folders' links find them.
     m_controller.tracks().restoreTracks(std::exchange(restored.additional.importedTracks, {}));
@@ -81,16 +85,23 @@ QString StateKeeper::discardKeptState()
 QByteArray StateKeeper::additionalData() const
 {
     // A track's points never change once imported, and a long track takes long to encode: the
-    // bytes are made again only when the set of tracks changed, not at every change of a date.
+    // tracks are encoded again only when their set changed, not at every change of a date.
     const QList<const MyGpxTrack *> tracks = m_controller.tracks().importedTracks();
     QStringList keys;
     for (const MyGpxTrack *track : tracks)
         keys.append(track->key);
-    if (keys != m_encodedTrackKeys || m_encodedAdditional.isNull()) {
-        m_encodedAdditional = AdditionalData::write(tracks);
+    if (keys != m_encodedTrackKeys || m_encodedTracks.isNull()) {
+        m_encodedTracks = AdditionalData::encodeTracks(tracks);
         m_encodedTrackKeys = keys;
     }
-    return m_encodedAdditional;
+    AdditionalData::ViewState view = m_viewProvider ? m_viewProvider() : AdditionalData::ViewState();
+    view.secondsFromGMTForDate = AdditionalData::secondsFromGMTForDateNow();
+    return AdditionalData::write(m_encodedTracks, view);
+}
+
+void StateKeeper::setViewProvider(std::function<AdditionalData::ViewState()> provider)
+{
+    m_viewProvider = std::move(provider);
 }
 
 void StateKeeper::start()

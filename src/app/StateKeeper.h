@@ -37,8 +37,10 @@ public:
     // The user quits without keeping the working set: nothing more is written, and the kept
     // state goes to the desktop's trash (deleted where there is no trash). Empty on success.
     QString discardKeptState();
-    // The working set's additional data (its tracks) as a state keeps it.
+    // The working set's additional data (its tracks and the window's view) as a state keeps it.
     QByteArray additionalData() const;
+    // The window's view at the moment of a write; none without a window.
+    void setViewProvider(std::function<AdditionalData::ViewState()> provider);
 
     // From now on every change is kept. Until then the kept state is left for the question.
     void start();
@@ -61,10 +63,10 @@ private:
     bool m_started = false;
     // The additional data as last written; the writer's thread alone touches it.
     QByteArray m_additionalWritten;
-    // The additional data as last encoded, and the tracks it holds; the window's thread alone
-    // touches them.
-    mutable QByteArray m_encodedAdditional;
+    // The tracks as last encoded, and their keys; the window's thread alone touches them.
+    mutable QByteArray m_encodedTracks;
     mutable QStringList m_encodedTrackKeys;
+    std::function<AdditionalData::ViewState()> m_viewProvider;
 };
 
 } // namespace orv

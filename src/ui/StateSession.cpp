@@ -29,6 +29,7 @@ namespace orv {
 namespace {
 
 const QString windowFrameKey = QStringLiteral("mainWindowFrame");
+const QString stateAtQuitKey = QStringLiteral("stateAtQuitType");
 const QString windowBarsKey = QStringLiteral("mainWindowBarsAndViews");
 
 // A long list of findings is cut to what a message can show.
@@ -82,6 +83,10 @@ void StateSession::offerKeptState()
     } else if (m_controller.prefs().boolForKey(QStringLiteral("wasStateTrayOpen"))) {
         showTray();
     }
+    // What was in front at the last quit comes back once, at this start.
+    const ViewAtQuit atQuit = viewAtLaunch(int(m_controller.prefs().integerForKey(stateAtQuitKey)));
+    m_controller.prefs().setInteger(stateAtQuitKey, 0);
+    bool stateRestored = false;
     if (m_keeper->hasKeptState()) {
         QMessageBox question(QMessageBox::Question, tr("Restore Your Work"),
                              tr("Do you want to continue with the work of your last session?"),
@@ -91,12 +96,14 @@ void StateSession::offerKeptState()
         question.button(QMessageBox::No)->setText(tr("Start Empty"));
         question.setDefaultButton(QMessageBox::Yes);
         if (question.exec() == QMessageBox::Yes) {
-            openState(StateFiles::quitFoldersPath());
+            stateRestored = openState(StateFiles::quitFoldersPath());
         } else if (m_keeper->setKeptStateAside().isEmpty()) {
             QMessageBox::warning(&m_window, tr("Restore Your Work"),
                                  tr("The kept work could not be moved aside: %1").arg(StateFiles::quitFoldersPath()));
         }
     }
+    if (m_view.showAtLaunch)
+        m_view.showAtLaunch(atQuit, stateRestored);
     // The thumbnails belong to the state as it was at quit, which is rewritten from now on.
     QFile::remove(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()));
     m_keeper->start();
@@ -108,7 +115,7 @@ void StateSession::openStates(const QStringList &paths)
         openState(path);
 }
 
-void StateSession::openState(const QString &path, std::function<void(bool)> followed)
+bool StateSession::openState(const QString &path, std::function<void(bool)> followed, bool fromTray)
 {
     const StateRestore::Restored restored = m_keeper->restore(path, std::move(followed));
     if (!restored.read.problem.isEmpty()) {
@@ -116,9 +123,11 @@ void StateSession::openState(const QString &path, std::function<void(bool)> foll
         if (!restored.keptAsidePath.isEmpty())
             text += QLatin1Char('\n') + tr("It was kept as %1.").arg(restored.keptAsidePath);
         QMessageBox::warning(&m_window, tr("State Not Opened"), text);
-        return;
+        return false;
     }
     adoptThumbnails(restored.thumbnails);
+    if (m_view.apply)
+        m_view.apply(restored.view, fromTray);
     if (!restored.report.isClean()) {
         QMessageBox message(QMessageBox::Information, tr("State Restored"),
                             tr("Some folders or files are not as the state kept them. Files that changed or "
@@ -129,6 +138,13 @@ void StateSession::openState(const QString &path, std::function<void(bool)> foll
     }
     if (!restored.report.missingFolders.isEmpty() && !ReconnectionSheet::disconnectedFolders(m_controller).isEmpty())
         ReconnectionSheet(m_controller, &m_window).exec();
+    return true;
+}
+
+void StateSession::setWindowView(WindowView view)
+{
+    m_view = std::move(view);
+    m_keeper->setViewProvider(m_view.take);
 }
 
 void StateSession::chooseAndOpen()
@@ -245,6 +261,8 @@ void StateSession::lastActsAtQuit()
         m_controller.prefs().setValue(windowBarsKey, window->saveState());
     }
     m_controller.prefs().setBool(QStringLiteral("wasStateTrayOpen"), m_trayWindow && m_trayWindow->isVisible());
+    if (m_view.take)
+        m_controller.prefs().setInteger(stateAtQuitKey, m_view.take().stateAtQuitType);
     if (const QString problem = m_tray.deleteTempDeletedStatePath(); !problem.isEmpty())
         QMessageBox::warning(&m_window, tr("State Tray"),
                              tr("The states opened from the tray could not be moved to the trash; they come back "
@@ -325,7 +343,7 @@ void StateSession::openFromTray(const QString &statePath)
         if (m_trayWindow)
             m_trayWindow->refreshData();
     };
-    openState(statePath, followed);
+    openState(statePath, followed, true);
 }
 
 } // namespace orv
