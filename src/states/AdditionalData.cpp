@@ -181,16 +181,13 @@ QByteArray encodeTracks(const QList<const MyGpxTrack *> &importedTracks)
 
 QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
 {
-    // The map is left open and closed by hand so that the tracks, encoded before, go in as
-    // they are.
-    QByteArray data;
+    // The map is opened and closed by hand around entries written apart, so that the tracks,
+    // encoded before, go in as they are. (A stream writer starts its byte array afresh.)
+    QByteArray tag;
+    QCborStreamWriter(&tag).append(QCborKnownTags::Signature);
+    QByteArray entries;
     {
-        QCborStreamWriter writer(&data);
-        writer.append(QCborKnownTags::Signature);
-    }
-    data.append(char(0xbf)); // a map of open length
-    {
-        QCborStreamWriter writer(&data);
+        QCborStreamWriter writer(&entries);
         CborEntryWriter root(writer);
         root.put("stateVersion"_L1, stateVersion);
         root.put("stateAtQuitType"_L1, view.stateAtQuitType);
@@ -206,6 +203,9 @@ QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
             root.entry("secondsFromGMTForDate"_L1).append(*view.secondsFromGMTForDate);
         root.entry("importedTracks"_L1);
     }
+    QByteArray data = tag;
+    data.append(char(0xbf)); // a map of open length
+    data.append(entries);
     data.append(encodedTracks);
     data.append(char(0xff)); // the map's end
     return data;
