@@ -35,7 +35,15 @@ StateKeeper::~StateKeeper()
 
 bool StateKeeper::hasKeptState() const
 {
-    return QFileInfo::exists(m_foldersPath);
+    return !keptStatePath().isEmpty();
+}
+
+QString StateKeeper::keptStatePath() const
+{
+    for (const QString &path : QStringList{m_foldersPath} + StateFiles::olderGenerationsOf(m_foldersPath))
+        if (QFileInfo(path).isFile())
+            return path;
+    return {};
 }
 
 StateRestore::Restored StateKeeper::restore(const QString &statePath, std::function<void(bool)> followed)
@@ -60,13 +68,14 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath, std::funct
     return restored;
 }
 
-QString StateKeeper::setKeptStateAside()
+QString StateKeeper::setKeptStateAside(const QString &why)
 {
+    const QString kept = keptStatePath();
     // The additional data belongs to the folders beside it: it goes with them.
-    const QString additional = StateFiles::additionalDataFileOf(m_foldersPath);
+    const QString additional = StateFiles::additionalDataFileOf(kept);
     if (QFileInfo::exists(additional))
-        StateFiles::keepAside(additional);
-    return StateFiles::keepAside(m_foldersPath);
+        StateFiles::keepAside(additional, why);
+    return StateFiles::keepAside(kept, why);
 }
 
 QString StateKeeper::discardKeptState()
@@ -74,7 +83,7 @@ QString StateKeeper::discardKeptState()
     m_started = false;
     m_debounce.stop();
     m_writer.waitForDone();
-    if (!hasKeptState())
+    if (!QFileInfo::exists(m_foldersPath))
         return {};
     QString problem;
     if (FreedesktopTrash::moveToTrash(m_foldersPath, &problem) || QFile::remove(m_foldersPath))

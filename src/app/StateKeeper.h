@@ -28,12 +28,16 @@ public:
 
     // A state kept by the last session, waiting to be offered back.
     bool hasKeptState() const;
+    // Its folders file: the newest generation found (savedFolders_v6, then the older names
+    // beside it); empty when there is none.
+    QString keptStatePath() const;
     // Restores the kept state (or a package) into the working set; the kept state takes the
     // place of nothing: its folders join those there.
     // The folders come in as one undo step; followed is told when they come in and leave.
     StateRestore::Restored restore(const QString &statePath, std::function<void(bool)> followed = {});
-    // The user declined the kept state: it is moved aside, never deleted.
-    QString setKeptStateAside();
+    // The user declined the kept state, or it was of an older generation, which is read once and
+    // never written: it is moved aside with its additional data, never deleted, labelled why.
+    QString setKeptStateAside(const QString &why = {});
     // The user quits without keeping the working set: nothing more is written, and the kept
     // state goes to the desktop's trash (deleted where there is no trash). Empty on success.
     QString discardKeptState();

@@ -18,6 +18,7 @@
 #include <QAction>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
@@ -95,11 +96,15 @@ void StateSession::offerKeptState()
         question.button(QMessageBox::Yes)->setText(tr("Restore"));
         question.button(QMessageBox::No)->setText(tr("Start Empty"));
         question.setDefaultButton(QMessageBox::Yes);
+        const QString kept = m_keeper->keptStatePath();
         if (question.exec() == QMessageBox::Yes) {
-            stateRestored = openState(StateFiles::quitFoldersPath());
+            stateRestored = openState(kept);
+            // An older generation is read once: the work is kept as the newest from now on.
+            if (stateRestored && kept != StateFiles::quitFoldersPath())
+                m_keeper->setKeptStateAside(QStringLiteral("read"));
         } else if (m_keeper->setKeptStateAside().isEmpty()) {
             QMessageBox::warning(&m_window, tr("Restore Your Work"),
-                                 tr("The kept work could not be moved aside: %1").arg(StateFiles::quitFoldersPath()));
+                                 tr("The kept work could not be moved aside: %1").arg(kept));
         }
     }
     if (m_view.showAtLaunch)
@@ -229,7 +234,8 @@ QuitAnswer StateSession::quitAnswer(bool hasUnsavedChanges)
 void StateSession::keepAtQuit()
 {
     m_keeper->writeNow();
-    if (!m_keeper->hasKeptState() || !m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFiles")))
+    if (!QFileInfo::exists(StateFiles::quitFoldersPath())
+        || !m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFiles")))
         return;
     // Thumbnails are only a head start: a state restores without them.
     if (const QString problem = StateFiles::writeDurably(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()), thumbsFile());
