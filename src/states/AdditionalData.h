@@ -43,6 +43,8 @@ struct ViewState
     // The computer's zone offset at 2016-01-02 03:04:05 UTC when the state was kept; none in a
     // state that did not say.
     std::optional<qint64> secondsFromGMTForDate;
+
+    bool operator==(const ViewState &) const = default;
 };
 
 // The system zone's offset at the instant the design compares zones by.
