@@ -208,6 +208,46 @@ constexpr int falseValue = 20, trueValue = 21, undefinedValue = 23, halfValue = 
 
 } // namespace
 
+std::optional<qint64> cborInteger(QByteArrayView item)
+{
+    const CborHead head = cborHead(item, 0);
+    if ((head.major != unsignedMajor && head.major != negativeMajor) || head.isIndefinite()
+        || head.argument > quint64(std::numeric_limits<qint64>::max()))
+        return std::nullopt;
+    return head.major == unsignedMajor ? qint64(head.argument) : -1 - qint64(head.argument);
+}
+
+std::optional<bool> cborFlag(QByteArrayView item)
+{
+    const CborHead head = cborHead(item, 0);
+    if (head.major != simpleMajor || (head.info != falseValue && head.info != trueValue))
+        return std::nullopt;
+    return head.info == trueValue;
+}
+
+std::optional<QByteArray> cborBytes(QByteArrayView item)
+{
+    if (cborHead(item, 0).major != bytesMajor)
+        return std::nullopt;
+    const std::optional<QByteArrayView> payload = stringPayload(item);
+    return payload ? payload->toByteArray() : decoded(item).toByteArray();
+}
+
+std::optional<QList<QByteArrayView>> cborElements(QByteArrayView item)
+{
+    const CborHead head = cborHead(item, 0);
+    if (head.major != arrayMajor)
+        return std::nullopt;
+    QList<QByteArrayView> elements;
+    const qsizetype end = head.isIndefinite() ? item.size() - 1 : item.size();
+    for (qsizetype at = head.length; at < end;) {
+        const qsizetype next = cborItemEnd(item, at);
+        elements.append(item.sliced(at, next - at));
+        at = next;
+    }
+    return elements;
+}
+
 // Only well-formed bytes get here: every extent inside the map is whole.
 void CborFields::index()
 {
@@ -268,18 +308,17 @@ qint64 CborFields::integer(QLatin1StringView key, qint64 defaultValue, qint64 mi
     if (!value)
         return defaultValue;
     const CborHead head = cborHead(*value, 0);
-    if ((head.major != unsignedMajor && head.major != negativeMajor) || head.isIndefinite()) {
+    if (head.major != unsignedMajor && head.major != negativeMajor) {
         refuse(QStringLiteral("%1 is not an integer").arg(key));
         return defaultValue;
     }
-    const bool fits = head.argument <= quint64(std::numeric_limits<qint64>::max());
-    const qint64 number = head.major == unsignedMajor ? qint64(head.argument) : -1 - qint64(head.argument);
-    if (!fits || number < minimum || number > maximum) {
-        refuse(fits ? QStringLiteral("%1 is out of range (%2)").arg(key).arg(number)
-                    : QStringLiteral("%1 is out of range").arg(key));
+    const std::optional<qint64> number = cborInteger(*value);
+    if (!number || *number < minimum || *number > maximum) {
+        refuse(number ? QStringLiteral("%1 is out of range (%2)").arg(key).arg(*number)
+                      : QStringLiteral("%1 is out of range").arg(key));
         return defaultValue;
     }
-    return number;
+    return *number;
 }
 
 double CborFields::real(QLatin1StringView key, double defaultValue) const
@@ -300,12 +339,10 @@ bool CborFields::flag(QLatin1StringView key) const
     const std::optional<QByteArrayView> value = find(key);
     if (!value)
         return false;
-    const CborHead head = cborHead(*value, 0);
-    if (head.major != simpleMajor || (head.info != falseValue && head.info != trueValue)) {
+    const std::optional<bool> flag = cborFlag(*value);
+    if (!flag)
         refuse(QStringLiteral("%1 is not a boolean").arg(key));
-        return false;
-    }
-    return head.info == trueValue;
+    return flag.value_or(false);
 }
 
 QString CborFields::text(QLatin1StringView key) const
@@ -337,8 +374,7 @@ QByteArray CborFields::bytes(QLatin1StringView key, qsizetype maximumLength) con
     const std::optional<QByteArrayView> value = typed(key, bytesMajor, "bytes");
     if (!value)
         return {};
-    const std::optional<QByteArrayView> payload = stringPayload(*value);
-    const QByteArray data = payload ? payload->toByteArray() : decoded(*value).toByteArray();
+    const QByteArray data = cborBytes(*value).value_or(QByteArray());
     if (data.size() > maximumLength) {
         refuse(QStringLiteral("%1 is longer than %2 bytes").arg(key).arg(maximumLength));
         return {};

@@ -107,6 +107,14 @@ inline CborHead cborHead(QByteArrayView data, qsizetype at)
 // -1 when the item is malformed, runs past the data or nests deeper than a state ever does.
 qsizetype cborItemEnd(QByteArrayView data, qsizetype at);
 
+// The values of one well-formed data item (as cborItemEnd vouches for), decoded from its bytes;
+// none when the item is not of that kind (an integer also when it does not fit).
+std::optional<qint64> cborInteger(QByteArrayView item);
+std::optional<bool> cborFlag(QByteArrayView item);
+std::optional<QByteArray> cborBytes(QByteArrayView item);
+// The elements of an array, each as its bytes.
+std::optional<QList<QByteArrayView>> cborElements(QByteArrayView item);
+
 // Typed reading of one map of a state: a missing key gives the default, a key of the wrong
 // type or out of range is a problem, noted once with its place. The map is read from its CBOR
 // bytes: keys are found in a sorted index of the entries and a value is decoded only when asked
@@ -135,6 +143,9 @@ public:
     CborFields map(QLatin1StringView key) const;
     // The value under key as it stands, undefined when there is none.
     QCborValue value(QLatin1StringView key) const;
+    // The bytes of the value under key, for a reader of its own (cborElements and the like);
+    // none when there is none.
+    std::optional<QByteArrayView> raw(QLatin1StringView key) const { return find(key); }
     // The whole map, for walking its entries.
     QCborMap all() const;
     QString where() const { return m_key.isEmpty() ? m_where : m_where + QLatin1Char('/') + m_key; }
