@@ -23,6 +23,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QList<const MyGpxTrack *> tracks;
     for (const MyGpxTrack &track : additional.importedTracks)
         tracks.append(&track);
-    AdditionalData::write(tracks);
+    AdditionalData::write(tracks, additional.view);
     return 0;
 }

@@ -26,4 +26,19 @@ struct QuitSituation
 
 QuitAnswer quitAnswer(const QuitSituation &situation);
 
+// What was in front at quit, kept as one number (stateAtQuitType) for the next start: the main
+// navigation's tag (1 the list, 2 the rating grid in its place), plus 100 with the full-screen
+// view in front, or plus 200 with the grid inside the full-screen view.
+struct ViewAtQuit
+{
+    int navigationTag = 0;
+    bool fullScreen = false;
+    bool gridInFullScreen = false;
+    bool operator==(const ViewAtQuit &) const = default;
+};
+int stateAtQuitType(const ViewAtQuit &view);
+// The number taken apart: 201 and above is the grid inside the full-screen view (less 200),
+// then 101 and above the full-screen view (less 100); the rest is the tag, below 1 none.
+ViewAtQuit viewAtLaunch(int stateAtQuitType);
+
 } // namespace orv

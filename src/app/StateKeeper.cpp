@@ -35,7 +35,15 @@ StateKeeper::~StateKeeper()
 
 bool StateKeeper::hasKeptState() const
 {
-    return QFileInfo::exists(m_foldersPath);
+    return !keptStatePath().isEmpty();
+}
+
+QString StateKeeper::keptStatePath() const
+{
+    for (const QString &path : QStringList{m_foldersPath} + StateFiles::olderGenerationsOf(m_foldersPath))
+        if (QFileInfo(path).isFile())
+            return path;
+    return {};
 }
 
 StateRestore::Restored StateKeeper::restore(const QString &statePath, std::function<void(bool)> followed)
@@ -43,12 +51,16 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath, std::funct
     StateRestore::Restored restored = StateRestore::fromFile(statePath);
     MyDroppedFolders &dataSource = m_controller.theDataSource();
     std::vector<std::unique_ptr<MySingleFolder>> fresh;
+    QList<MySingleFolder *> inStateOrder;
     for (std::unique_ptr<MySingleFolder> &folder : restored.read.folders) {
-        if (dataSource.folderForDirectory(folder->sfFolderPath))
+        const bool isOpen = dataSource.folderForDirectory(folder->sfFolderPath) != nullptr;
+        inStateOrder.append(isOpen ? nullptr : folder.get());
+        if (isOpen)
             restored.report.foldersAlreadyOpen.append(folder->sfFolderPath);
         else
             fresh.push_back(std::move(folder));
     }
+    restored.view = StateRestore::resolveView(restored.additional.view, restored.report.conversionType, inStateOrder);
     restored.read.folders.clear();
     // The tracks first, so that the folders' links find them.
     m_controller.tracks().restoreTracks(std::exchange(restored.additional.importedTracks, {}));
@@ -56,13 +68,14 @@ StateRestore::Restored StateKeeper::restore(const QString &statePath, std::funct
     return restored;
 }
 
-QString StateKeeper::setKeptStateAside()
+QString StateKeeper::setKeptStateAside(const QString &why)
 {
+    const QString kept = keptStatePath();
     // The additional data belongs to the folders beside it: it goes with them.
-    const QString additional = StateFiles::additionalDataFileOf(m_foldersPath);
+    const QString additional = StateFiles::additionalDataFileOf(kept);
     if (QFileInfo::exists(additional))
-        StateFiles::keepAside(additional);
-    return StateFiles::keepAside(m_foldersPath);
+        StateFiles::keepAside(additional, why);
+    return StateFiles::keepAside(kept, why);
 }
 
 QString StateKeeper::discardKeptState()
@@ -70,7 +83,7 @@ QString StateKeeper::discardKeptState()
     m_started = false;
     m_debounce.stop();
     m_writer.waitForDone();
-    if (!hasKeptState())
+    if (!QFileInfo::exists(m_foldersPath))
         return {};
     QString problem;
     if (FreedesktopTrash::moveToTrash(m_foldersPath, &problem) || QFile::remove(m_foldersPath))
@@ -81,16 +94,23 @@ QString StateKeeper::discardKeptState()
 QByteArray StateKeeper::additionalData() const
 {
     // A track's points never change once imported, and a long track takes long to encode: the
-    // bytes are made again only when the set of tracks changed, not at every change of a date.
+    // tracks are encoded again only when their set changed, not at every change of a date.
     const QList<const MyGpxTrack *> tracks = m_controller.tracks().importedTracks();
     QStringList keys;
     for (const MyGpxTrack *track : tracks)
         keys.append(track->key);
-    if (keys != m_encodedTrackKeys || m_encodedAdditional.isNull()) {
-        m_encodedAdditional = AdditionalData::write(tracks);
+    if (keys != m_encodedTrackKeys || m_encodedTracks.isNull()) {
+        m_encodedTracks = AdditionalData::encodeTracks(tracks);
         m_encodedTrackKeys = keys;
     }
-    return m_encodedAdditional;
+    AdditionalData::ViewState view = m_viewProvider ? m_viewProvider() : AdditionalData::ViewState();
+    view.secondsFromGMTForDate = AdditionalData::secondsFromGMTForDateNow();
+    return AdditionalData::write(m_encodedTracks, view);
+}
+
+void StateKeeper::setViewProvider(std::function<AdditionalData::ViewState()> provider)
+{
+    m_viewProvider = std::move(provider);
 }
 
 void StateKeeper::start()

@@ -3,6 +3,7 @@
 #include "cli/ItemJson.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "states/AdditionalData.h"
 #include "states/SavedFolders.h"
 #include "states/StateFiles.h"
 
@@ -70,6 +71,42 @@ QJsonObject folderJson(const MySingleFolder &folder)
             {u"items"_s, items}};
 }
 
+QJsonArray placesJson(const QList<qint64> &places)
+{
+    QJsonArray array;
+    for (qint64 place : places)
+        array.append(place);
+    return array;
+}
+
+// The window's view kept beside the folders, and how a restore here must take it; null for a
+// state without one (or with one that cannot be read: the folders restore alone).
+QJsonValue viewJson(const QString &foldersPath)
+{
+    QFile file(StateFiles::additionalDataFileOf(foldersPath));
+    if (!file.open(QIODevice::ReadOnly))
+        return QJsonValue::Null;
+    const AdditionalData::ReadResult read = AdditionalData::read(file.readAll(), file.fileName());
+    if (!read.problem.isEmpty())
+        return QJsonValue::Null;
+    const AdditionalData::ViewState &v = read.view;
+    return QJsonObject{
+        {u"stateVersion"_s, read.stateVersion},
+        {u"conversionType"_s, int(AdditionalData::conversionNeeded(read.stateVersion, v))},
+        {u"stateAtQuitType"_s, v.stateAtQuitType},
+        {u"tlvViewWidth"_s, v.tlvViewWidth},
+        {u"tlvCompleteWidth"_s, v.tlvCompleteWidth},
+        {u"tlvScrollPosition"_s, v.tlvScrollPosition},
+        {u"selectedFolderIndex"_s, v.selectedFolderIndex},
+        {u"selectedCompoundFoldersIndexSet"_s, placesJson(v.selectedCompoundFoldersIndexSet)},
+        {u"picSelectionCurrentIndex"_s, v.picSelectionCurrentIndex},
+        {u"selectedThumbsIndexSet"_s, placesJson(v.selectedThumbsIndexSet)},
+        {u"ratingFilterSelectedOption"_s, v.ratingFilterSelectedOption},
+        {u"secondsFromGMTForDate"_s,
+         v.secondsFromGMTForDate ? QJsonValue(*v.secondsFromGMTForDate) : QJsonValue(QJsonValue::Null)},
+        {u"importedTracks"_s, read.importedTracks.size()}};
+}
+
 } // namespace
 
 int StateCommand::run(const QStringList &arguments)
@@ -93,7 +130,7 @@ int StateCommand::run(const QStringList &arguments)
     QJsonArray folders;
     for (const auto &folder : state.folders)
         folders.append(folderJson(*folder));
-    QTextStream(stdout) << QJsonDocument(QJsonObject{{u"state"_s, path}, {u"folders"_s, folders}}).toJson(
+    QTextStream(stdout) << QJsonDocument(QJsonObject{{u"state"_s, path}, {u"folders"_s, folders}, {u"view"_s, viewJson(path)}}).toJson(
         QJsonDocument::Compact) << "\n";
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "states/AdditionalData.h"
 
 #include "states/CborFields.h"
+#include "time/TimeZone.h"
 
 #include <QCborStreamWriter>
 #include <QSet>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace orv::AdditionalData {
 
@@ -116,37 +118,123 @@ MyGpxTrack readTrack(const CborFields &fields)
     return track;
 }
 
+QList<qint64> readIndexes(const CborFields &fields, QLatin1StringView key)
+{
+    QList<qint64> indexes;
+    for (const QCborValue &value : fields.array(key)) {
+        if (!value.isInteger() || value.toInteger() < 0) {
+            fields.refuse(u"%1 holds something other than places"_s.arg(key));
+            return {};
+        }
+        indexes.append(value.toInteger());
+    }
+    return indexes;
+}
+
+ViewState readView(const CborFields &f)
+{
+    constexpr qint64 places = std::numeric_limits<qint32>::max();
+    ViewState view;
+    view.stateAtQuitType = f.integer("stateAtQuitType"_L1, 0, 0, 1000);
+    view.tlvViewWidth = f.real("tlvViewWidth"_L1);
+    view.tlvCompleteWidth = f.real("tlvCompleteWidth"_L1);
+    view.tlvScrollPosition = f.real("tlvScrollPosition"_L1);
+    for (double width : {view.tlvViewWidth, view.tlvCompleteWidth, view.tlvScrollPosition})
+        if (!(width >= 0.0 && width < 1e12))
+            f.refuse(u"a width or scroll position of the strip is no length"_s);
+    view.selectedFolderIndex = f.integer("selectedFolderIndex"_L1, -1, -1, places);
+    view.selectedCompoundFoldersIndexSet = readIndexes(f, "selectedCompoundFoldersIndexSet"_L1);
+    view.picSelectionCurrentIndex = f.integer("picSelectionCurrentIndex"_L1, -1, -1, places);
+    view.selectedThumbsIndexSet = readIndexes(f, "selectedThumbsIndexSet"_L1);
+    view.ratingFilterSelectedOption = f.integer("ratingFilterSelectedOption"_L1, 0, 0, places);
+    if (f.has("secondsFromGMTForDate"_L1))
+        view.secondsFromGMTForDate = f.integer("secondsFromGMTForDate"_L1, 0, -86400, 86400);
+    return view;
+}
+
 } // namespace
 
-QByteArray write(const QList<const MyGpxTrack *> &importedTracks)
+qint64 secondsFromGMTForDateNow()
+{
+    return TimeZone::systemZone().secondsFromGMTForDate(Instant::fromUtc(2016, 1, 2, 3, 4, 5));
+}
+
+ConversionType conversionNeeded(qint64 version, const ViewState &view)
+{
+    if (version < 500)
+        return ConversionType::OlderThanSelections;
+    if (view.secondsFromGMTForDate && *view.secondsFromGMTForDate != secondsFromGMTForDateNow())
+        return ConversionType::OtherSystemZone;
+    return ConversionType::None;
+}
+
+QByteArray encodeTracks(const QList<const MyGpxTrack *> &importedTracks)
 {
     QByteArray data;
-    QCborStreamWriter writer(&data);
-    writer.append(QCborKnownTags::Signature);
-    {
-        CborMapWriter root(writer);
-        root.put("stateVersion"_L1, stateVersion);
-        QCborStreamWriter &tracks = root.entry("importedTracks"_L1);
-        tracks.startArray(quint64(importedTracks.size()));
-        for (const MyGpxTrack *track : importedTracks)
-            writeTrack(tracks, *track);
-        tracks.endArray();
-    }
+    QCborStreamWriter tracks(&data);
+    tracks.startArray(quint64(importedTracks.size()));
+    for (const MyGpxTrack *track : importedTracks)
+        writeTrack(tracks, *track);
+    tracks.endArray();
     return data;
+}
+
+QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
+{
+    // The map is opened and closed by hand around entries written apart, so that the tracks,
+    // encoded before, go in as they are. (A stream writer starts its byte array afresh.)
+    QByteArray tag;
+    QCborStreamWriter(&tag).append(QCborKnownTags::Signature);
+    QByteArray entries;
+    {
+        QCborStreamWriter writer(&entries);
+        CborEntryWriter root(writer);
+        root.put("stateVersion"_L1, stateVersion);
+        root.put("stateAtQuitType"_L1, view.stateAtQuitType);
+        root.putDouble("tlvViewWidth"_L1, view.tlvViewWidth);
+        root.putDouble("tlvCompleteWidth"_L1, view.tlvCompleteWidth);
+        root.putDouble("tlvScrollPosition"_L1, view.tlvScrollPosition);
+        root.put("selectedFolderIndex"_L1, view.selectedFolderIndex, -1);
+        root.put("selectedCompoundFoldersIndexSet"_L1, view.selectedCompoundFoldersIndexSet);
+        root.put("picSelectionCurrentIndex"_L1, view.picSelectionCurrentIndex, -1);
+        root.put("selectedThumbsIndexSet"_L1, view.selectedThumbsIndexSet);
+        root.put("ratingFilterSelectedOption"_L1, view.ratingFilterSelectedOption);
+        if (view.secondsFromGMTForDate)
+            root.entry("secondsFromGMTForDate"_L1).append(*view.secondsFromGMTForDate);
+        root.entry("importedTracks"_L1);
+    }
+    QByteArray data = tag;
+    data.append(char(0xbf)); // a map of open length
+    data.append(entries);
+    data.append(encodedTracks);
+    data.append(char(0xff)); // the map's end
+    return data;
+}
+
+QByteArray write(const QList<const MyGpxTrack *> &importedTracks, const ViewState &view)
+{
+    return write(encodeTracks(importedTracks), view);
 }
 
 ReadResult read(const QByteArray &data, const QString &fileName)
 {
+    const auto failed = [](const QString &problem) {
+        ReadResult result;
+        result.problem = problem;
+        return result;
+    };
     QCborParserError error;
     const QCborValue root = QCborValue::fromCbor(data, &error);
     if (error.error != QCborError::NoError)
-        return {{}, fileName + u": "_s + error.errorString()};
+        return failed(fileName + u": "_s + error.errorString());
     if (!root.isTag() || root.tag() != QCborTag(QCborKnownTags::Signature))
-        return {{}, fileName + u": not a state file"_s};
+        return failed(fileName + u": not a state file"_s);
     StateProblem problem;
     const CborFields fields(root.taggedValue(), fileName, problem);
-    const QCborArray tracks = fields.array("importedTracks"_L1);
     ReadResult result;
+    result.stateVersion = fields.integer("stateVersion"_L1, 0, 0);
+    result.view = readView(fields);
+    const QCborArray tracks = fields.array("importedTracks"_L1);
     QSet<QString> keys;
     for (qsizetype t = 0; t < tracks.size() && !problem.has(); ++t) {
         const CborFields track(tracks.at(t), u"%1, track %2"_s.arg(fileName).arg(t), problem);
@@ -157,7 +245,7 @@ ReadResult read(const QByteArray &data, const QString &fileName)
         keys.insert(key);
     }
     if (problem.has())
-        return {{}, problem.text()};
+        return failed(problem.text());
     return result;
 }
 

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace orv {
 
 // The additional data file of a state: what belongs to the working set but to no folder, beside
@@ -21,10 +23,49 @@ namespace AdditionalData {
 
 inline constexpr qint64 stateVersion = 903;
 
-QByteArray write(const QList<const MyGpxTrack *> &importedTracks);
+// What the window showed of the working set, under the design's keys. Items are named by their
+// indexInSource_full, folders by their place in the list; -1 is none.
+struct ViewState
+{
+    // The view in front: 1 the list, 2 the rating grid in its place; plus 100 with the
+    // full-screen view over it.
+    qint64 stateAtQuitType = 0;
+    // The main strip: its visible width, its whole width and where it was scrolled to.
+    double tlvViewWidth = 0.0;
+    double tlvCompleteWidth = 0.0;
+    double tlvScrollPosition = 0.0;
+    qint64 selectedFolderIndex = -1;
+    QList<qint64> selectedCompoundFoldersIndexSet; // several folders selected together
+    qint64 picSelectionCurrentIndex = -1;
+    QList<qint64> selectedThumbsIndexSet;
+    // The Filter menu's entry: the key of its filter template, 0 for no filter.
+    qint64 ratingFilterSelectedOption = 0;
+    // The computer's zone offset at 2016-01-02 03:04:05 UTC when the state was kept; none in a
+    // state that did not say.
+    std::optional<qint64> secondsFromGMTForDate;
+
+    bool operator==(const ViewState &) const = default;
+};
+
+// The system zone's offset at the instant the design compares zones by.
+qint64 secondsFromGMTForDateNow();
+
+// How a restore must treat the view: 0 as it was; 1 too old for its selections to name the
+// items rightly; 2 kept under another system zone, so dates read without a zone of their own
+// mean other instants here.
+enum class ConversionType { None = 0, OlderThanSelections = 1, OtherSystemZone = 2 };
+ConversionType conversionNeeded(qint64 stateVersion, const ViewState &view);
+
+// The tracks as the value of "importedTracks": encoded once, written with every state until the
+// set of tracks changes.
+QByteArray encodeTracks(const QList<const MyGpxTrack *> &importedTracks);
+QByteArray write(const QByteArray &encodedTracks, const ViewState &view);
+QByteArray write(const QList<const MyGpxTrack *> &importedTracks, const ViewState &view = {});
 
 struct ReadResult
 {
+    qint64 stateVersion = 0;
+    ViewState view;
     QList<MyGpxTrack> importedTracks;
     // Empty when the file was read; otherwise names the file and what is wrong, and nothing of
     // it was taken.

@@ -5,7 +5,6 @@
 #include "states/CborFields.h"
 #include "states/ItemCoder.h"
 
-#include <QCborStreamReader>
 #include <QHash>
 #include <QtConcurrent/QtConcurrentMap>
 
@@ -158,58 +157,55 @@ struct FolderParts
     QString problem;
 };
 
-QString readKey(QCborStreamReader &reader)
-{
-    QString key;
-    auto chunk = reader.readString();
-    while (chunk.status == QCborStreamReader::Ok) {
-        key += chunk.data;
-        chunk = reader.readString();
-    }
-    return key;
-}
-
+// The folder's entries are cut apart by their heads alone (cborItemEnd): a stream reader's walk
+// over every item decoded each text on the way, on the one thread that has to finish before the
+// items can be decoded on the pool. What a value is, is left to the decoding of its own bytes.
 FolderParts splitFolder(const QByteArray &data)
 {
     FolderParts parts;
-    QCborStreamReader reader(data);
-    if (!reader.isMap() || !reader.enterContainer())
-        return {{}, {}, u"the folder is not a map"_s};
-    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
-        if (!reader.isString())
-            return {{}, {}, u"a key is not a text"_s};
-        const QString key = readKey(reader);
-        const auto list = std::find(itemListKeys.begin(), itemListKeys.end(), key);
+    const QByteArrayView bytes(data);
+    const auto fail = [](const QString &what) { return FolderParts{{}, {}, what}; };
+    const CborHead map = cborHead(bytes, 0);
+    if (map.length == 0 || map.major != 5)
+        return fail(u"the folder is not a map"_s);
+    qsizetype at = map.length;
+    // The writer leaves the map's length open; a definite one is read as well.
+    const qsizetype end = map.isIndefinite() ? bytes.size() - 1 : bytes.size();
+    quint64 entry = 0;
+    for (; at < end && (map.isIndefinite() || entry < map.argument); ++entry) {
+        const qsizetype keyEnd = cborItemEnd(bytes, at);
+        const qsizetype valueEnd = cborItemEnd(bytes, keyEnd);
+        if (keyEnd < 0 || valueEnd < 0)
+            return fail(u"the folder's bytes are damaged"_s);
+        QCborParserError error;
+        const QCborValue key = QCborValue::fromCbor(bytes.data() + at, keyEnd - at, &error);
+        if (error.error != QCborError::NoError || !key.isString())
+            return fail(u"a key is not a text"_s);
+        const QByteArrayView value = bytes.sliced(keyEnd, valueEnd - keyEnd);
+        at = valueEnd;
+        const auto list = std::find(itemListKeys.begin(), itemListKeys.end(), key.toString());
         if (list == itemListKeys.end()) {
-            // Decoded from its own bytes: QCborValue::fromCbor on the stream builds broken
-            // values from some damaged input, which then crash the map they are put in.
-            const qint64 start = reader.currentOffset();
-            if (!reader.next())
-                break;
-            QCborParserError error;
-            const QCborValue value =
-                QCborValue::fromCbor(data.sliced(start, reader.currentOffset() - start), &error);
+            const QCborValue decoded = QCborValue::fromCbor(value.data(), value.size(), &error);
             if (error.error != QCborError::NoError)
-                return {{}, {}, u"%1 cannot be read: %2"_s.arg(key, error.errorString())};
-            parts.values.insert(key, value);
+                return fail(u"%1 cannot be read: %2"_s.arg(key.toString(), error.errorString()));
+            parts.values.insert(key, decoded);
             continue;
         }
-        if (!reader.isArray() || !reader.enterContainer())
-            return {{}, {}, u"%1 is not an array"_s.arg(key)};
-        while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
-            const qint64 start = reader.currentOffset();
-            if (!reader.next())
-                break;
-            parts.items[std::size_t(list - itemListKeys.begin())].append(
-                QByteArrayView(data).sliced(start, reader.currentOffset() - start));
+        const CborHead array = cborHead(value, 0);
+        if (array.major != 4)
+            return fail(u"%1 is not an array"_s.arg(key.toString()));
+        qsizetype item = array.length;
+        const qsizetype itemsEnd = array.isIndefinite() ? value.size() - 1 : value.size();
+        QList<QByteArrayView> &items = parts.items[std::size_t(list - itemListKeys.begin())];
+        while (item < itemsEnd) {
+            const qsizetype itemEnd = cborItemEnd(value, item);
+            items.append(value.sliced(item, itemEnd - item));
+            item = itemEnd;
         }
-        if (reader.lastError() == QCborError::NoError)
-            reader.leaveContainer();
     }
-    if (reader.lastError() == QCborError::NoError)
-        reader.leaveContainer();
-    if (reader.lastError() != QCborError::NoError)
-        return {{}, {}, reader.lastError().toString()};
+    const bool whole = map.isIndefinite() ? at == end && quint8(bytes[end]) == 0xff : at == end && entry == map.argument;
+    if (!whole)
+        return fail(u"the folder's bytes are damaged"_s);
     return parts;
 }
 
@@ -223,8 +219,8 @@ std::vector<ItemCoder::ReadItem> readItems(const QList<QByteArrayView> &items, c
     std::iota(positions.begin(), positions.end(), 0);
     QtConcurrent::blockingMap(positions, [&](qsizetype i) {
         const std::size_t at = std::size_t(i);
-        const QCborValue item = QCborValue::fromCbor(items.at(i).toByteArray());
-        read[at] = ItemCoder::read(CborFields(item, f.where() + u"/%1[%2]"_s.arg(key).arg(i), problems[at]));
+        const QByteArray item = QByteArray::fromRawData(items.at(i).data(), items.at(i).size());
+        read[at] = ItemCoder::read(CborFields::ofItem(item, f.where() + u"/%1[%2]"_s.arg(key).arg(i), problems[at]));
     });
     for (const StateProblem &problem : problems)
         if (problem.has()) {
@@ -256,7 +252,8 @@ QSet<const MySinglePic *> readIdSet(const CborFields &f, const QCborValue &value
 FolderTimeZones readZones(const CborFields &f, const ItemReferences &refs)
 {
     FolderTimeZones zones;
-    for (auto it = f.all().constBegin(); it != f.all().constEnd() && !f.problem().has(); ++it) {
+    const QCborMap all = f.all();
+    for (auto it = all.constBegin(); it != all.constEnd() && !f.problem().has(); ++it) {
         const QString name = it.key().toString();
         if (name == u"_DEFAULT"_s) {
             zones.defaultZone = f.text("_DEFAULT"_L1);
@@ -397,7 +394,8 @@ ReadFolder read(const QByteArray &data, const QString &where)
     d.colorIndex = quint16(f.integer("colorIndex"_L1, MySingleFolder::noColorIndex, 0, 65535));
     d.sfDateModificationsTimeInterval = f.real("sfDateModificationsTimeInterval"_L1);
     const CborFields modifications = f.map("sfDateModifications"_L1);
-    for (auto it = modifications.all().constBegin(); it != modifications.all().constEnd(); ++it) {
+    const QCborMap allModifications = modifications.all();
+    for (auto it = allModifications.constBegin(); it != allModifications.constEnd(); ++it) {
         if (!it.value().isString() || !d.sfDateModifications.contains(it.key().toString()))
             f.refuse(u"sfDateModifications holds an unknown control"_s);
         else
@@ -419,7 +417,7 @@ ReadFolder read(const QByteArray &data, const QString &where)
     d.folderSortGeneral = f.integer("folderSortGeneral"_L1);
     d.lastKnownModDateTime = f.date("lastKnownModDateTime"_L1);
     if (f.has("quickSelectionIndexSet"_L1))
-        d.quickSelection = readIdSet(f, f.all().value("quickSelectionIndexSet"_L1), u"quickSelectionIndexSet"_s, refs);
+        d.quickSelection = readIdSet(f, f.value("quickSelectionIndexSet"_L1), u"quickSelectionIndexSet"_s, refs);
     if (problem.has())
         return {nullptr, problem.text()};
 

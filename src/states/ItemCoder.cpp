@@ -147,34 +147,41 @@ void writeAttributes(QCborStreamWriter &w, const PicAttributes &a)
 
 // --- Reading them back ---
 
-// One record array of a known length; a wrong length or element type is the map's problem.
+// One record array of a known length, read from its bytes; a wrong length or element type is
+// the map's problem.
 class RecordFields
 {
 public:
-    RecordFields(const QCborValue &value, qsizetype length, const CborFields &owner, QString key)
-        : m_array(value.toArray()), m_owner(owner), m_key(std::move(key))
+    // The record under key in the map.
+    RecordFields(const CborFields &owner, QLatin1StringView key, qsizetype length)
+        : m_owner(owner), m_key(key)
     {
-        if (!value.isArray() || m_array.size() != length)
-            owner.refuse(QStringLiteral("%1 is not a record of %2 values").arg(m_key).arg(length));
+        take(owner.raw(key).value_or(QByteArrayView()), length);
+    }
+    // A record met on a walk over a map's entries.
+    RecordFields(const QCborValue &value, qsizetype length, const CborFields &owner, QString key)
+        : m_bytes(value.toCbor()), m_owner(owner), m_name(std::move(key))
+    {
+        take(m_bytes, length);
     }
     bool isValid() const { return !m_owner.problem().has(); }
     QByteArray bytes(qsizetype i, qsizetype maximumLength = std::numeric_limits<qsizetype>::max()) const
     {
-        const QCborValue v = m_array.at(i);
-        if (!v.isByteArray() || v.toByteArray().size() > maximumLength) {
-            m_owner.refuse(QStringLiteral("%1[%2] is not bytes of at most %3").arg(m_key).arg(i).arg(maximumLength));
+        const std::optional<QByteArray> data = cborBytes(m_elements.value(i));
+        if (!data || data->size() > maximumLength) {
+            m_owner.refuse(QStringLiteral("%1[%2] is not bytes of at most %3").arg(name()).arg(i).arg(maximumLength));
             return {};
         }
-        return v.toByteArray();
+        return *data;
     }
     qint64 integer(qsizetype i, qint64 minimum, qint64 maximum) const
     {
-        const QCborValue v = m_array.at(i);
-        if (!v.isInteger() || v.toInteger() < minimum || v.toInteger() > maximum) {
-            m_owner.refuse(QStringLiteral("%1[%2] is not an integer in range").arg(m_key).arg(i));
+        const std::optional<qint64> number = cborInteger(m_elements.value(i));
+        if (!number || *number < minimum || *number > maximum) {
+            m_owner.refuse(QStringLiteral("%1[%2] is not an integer in range").arg(name()).arg(i));
             return 0;
         }
-        return v.toInteger();
+        return *number;
     }
     quint32 offset(qsizetype i) const { return quint32(integer(i, 0, maxU32)); }
     quint64 offset64(qsizetype i) const
@@ -183,16 +190,29 @@ public:
     }
     bool flag(qsizetype i) const
     {
-        const QCborValue v = m_array.at(i);
-        if (!v.isBool())
-            m_owner.refuse(QStringLiteral("%1[%2] is not a boolean").arg(m_key).arg(i));
-        return v.isTrue();
+        const std::optional<bool> flag = cborFlag(m_elements.value(i));
+        if (!flag)
+            m_owner.refuse(QStringLiteral("%1[%2] is not a boolean").arg(name()).arg(i));
+        return flag.value_or(false);
     }
 
 private:
-    QCborArray m_array;
+    void take(QByteArrayView record, qsizetype length)
+    {
+        const std::optional<QList<QByteArrayView>> elements = cborElements(record);
+        if (!elements || elements->size() != length) {
+            m_owner.refuse(QStringLiteral("%1 is not a record of %2 values").arg(name()).arg(length));
+            return;
+        }
+        m_elements = *elements;
+    }
+    QString name() const { return m_name.isEmpty() ? QString(m_key) : m_name; }
+
+    QByteArray m_bytes;
+    QList<QByteArrayView> m_elements;
     const CborFields &m_owner;
-    QString m_key;
+    QLatin1StringView m_key;
+    QString m_name;
 };
 
 template <qsizetype Capacity, typename Record>
@@ -200,7 +220,7 @@ std::optional<Record> readStamp(const CborFields &a, QLatin1StringView key)
 {
     if (!a.has(key))
         return std::nullopt;
-    const RecordFields r(a.all().value(key), 2, a, key);
+    const RecordFields r(a, key, 2);
     if (!r.isValid())
         return std::nullopt;
     Record record;
@@ -218,7 +238,7 @@ BoxedOptional<MovieStampRecord> readMovieStamp(const CborFields &a, QLatin1Strin
 {
     if (!a.has(key))
         return std::nullopt;
-    const RecordFields r(a.all().value(key), 2, a, key);
+    const RecordFields r(a, key, 2);
     if (!r.isValid())
         return std::nullopt;
     return MovieStampRecord{r.bytes(0), r.offset64(1)};
@@ -235,12 +255,12 @@ PicAttributes readAttributes(const CborFields &a)
     p.ExifOffsetTimeDigitized = readStamp<7, OffsetTagRecord>(a, "ExifOffsetTimeDigitized"_L1);
     p.TIFFOffsetTime = readStamp<7, OffsetTagRecord>(a, "TIFFOffsetTime"_L1);
     if (a.has("GPSTimeStamp"_L1)) {
-        const RecordFields r(a.all().value("GPSTimeStamp"_L1), 3, a, u"GPSTimeStamp"_s);
+        const RecordFields r(a, "GPSTimeStamp"_L1, 3);
         if (r.isValid())
             p.GPSTimeStamp = GpsStampRecord{r.bytes(0, 24), r.offset(1), r.flag(2)};
     }
     if (a.has("GPSLocation"_L1)) {
-        const RecordFields r(a.all().value("GPSLocation"_L1), 15, a, u"GPSLocation"_s);
+        const RecordFields r(a, "GPSLocation"_L1, 15);
         if (r.isValid()) {
             GpsLocationRecord g;
             int i = 0;
@@ -262,7 +282,8 @@ PicAttributes readAttributes(const CborFields &a)
     if (a.has("xmpDateInfos"_L1)) {
         const CborFields infos = a.map("xmpDateInfos"_L1);
         XmpDateInfos stamps;
-        for (auto it = infos.all().constBegin(); it != infos.all().constEnd() && !a.problem().has(); ++it) {
+        const QCborMap infosMap = infos.all();
+        for (auto it = infosMap.constBegin(); it != infosMap.constEnd() && !a.problem().has(); ++it) {
             const QString name = it.key().toString();
             const RecordFields r(it.value(), 4, a, u"xmpDateInfos/"_s + name);
             if (r.isValid())
@@ -272,7 +293,7 @@ PicAttributes readAttributes(const CborFields &a)
         p.xmpDateInfos = std::move(stamps);
     }
     if (a.has("IPTCDateCreated"_L1)) {
-        const RecordFields r(a.all().value("IPTCDateCreated"_L1), 8, a, u"IPTCDateCreated"_s);
+        const RecordFields r(a, "IPTCDateCreated"_L1, 8);
         if (r.isValid())
             p.IPTCDateCreated = IptcDateRecord{r.bytes(0), r.offset(1), r.bytes(2), r.offset(3),
                                                r.bytes(4), r.offset(5), r.bytes(6), r.offset(7)};
@@ -390,17 +411,18 @@ MoviePositions readMoviePositions(const CborFields &f)
 {
     MoviePositions m;
     if (f.has("movCurrentTime"_L1))
-        m.movCurrentTime = readMovieTime(f, f.all().value("movCurrentTime"_L1), u"movCurrentTime"_s);
+        m.movCurrentTime = readMovieTime(f, f.value("movCurrentTime"_L1), u"movCurrentTime"_s);
     if (f.has("movChapterTime"_L1))
-        m.movChapterTime = readMovieTime(f, f.all().value("movChapterTime"_L1), u"movChapterTime"_s);
+        m.movChapterTime = readMovieTime(f, f.value("movChapterTime"_L1), u"movChapterTime"_s);
     m.chapterMovPosKey = f.text("chapterMovPosKey"_L1);
     m.currentMovPosKey = f.text("currentMovPosKey"_L1);
     const CborFields positions = f.map("movPositions"_L1);
-    for (auto it = positions.all().constBegin(); it != positions.all().constEnd() && !f.problem().has(); ++it) {
+    const QCborMap positionsMap = positions.all();
+    for (auto it = positionsMap.constBegin(); it != positionsMap.constEnd() && !f.problem().has(); ++it) {
         const QString key = it.key().toString();
         const CborFields entry(it.value(), f.where() + u"/movPositions/"_s + key, f.problem());
         MoviePosition position;
-        position.time = readMovieTime(entry, entry.all().value("timeArray"_L1), u"timeArray"_s);
+        position.time = readMovieTime(entry, entry.value("timeArray"_L1), u"timeArray"_s);
         position.seconds = entry.real("seconds"_L1);
         position.isSaved = entry.flag("isSaved"_L1);
         // A position is found again by its key: one that does not name its own seconds is damage.
@@ -409,7 +431,8 @@ MoviePositions readMoviePositions(const CborFields &f)
         m.movPositions.insert(key, position);
     }
     const CborFields thumbs = f.map("movPositionThumbs"_L1);
-    for (auto it = thumbs.all().constBegin(); it != thumbs.all().constEnd() && !f.problem().has(); ++it) {
+    const QCborMap thumbsMap = thumbs.all();
+    for (auto it = thumbsMap.constBegin(); it != thumbsMap.constEnd() && !f.problem().has(); ++it) {
         if (!it.value().isByteArray() || !m.movPositions.contains(it.key().toString()))
             thumbs.refuse(u"a thumbnail that is no image of a position"_s);
         m.movPositionThumbs.insert(it.key().toString(), it.value().toByteArray());

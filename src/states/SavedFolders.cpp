@@ -24,16 +24,23 @@ RootEntries readRoot(const QByteArray &data, const QString &fileName)
 {
     QCborStreamReader reader(data);
     const auto fail = [&](const QString &what) { return RootEntries{{}, fileName + u": "_s + what}; };
+    // The oldest generations were keyed archives of another platform, a form this system has
+    // never written and does not read.
+    if (data.startsWith("bplist00"))
+        return fail(u"a keyed archive of an older generation, which cannot be read here"_s);
     if (!reader.isTag() || reader.toTag() != QCborTag(QCborKnownTags::Signature))
         return fail(u"not a state file"_s);
     reader.next();
-    if (!reader.isMap() || !reader.enterContainer())
+    // The root is a map of the folders by their places; the older root is the list of them.
+    const bool isList = reader.isArray();
+    if ((!reader.isMap() && !isList) || !reader.enterContainer())
         return fail(u"the root is not a map of folders"_s);
     RootEntries root;
     while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
-        if (!reader.isUnsignedInteger() || reader.toUnsignedInteger() != quint64(root.folders.size()))
+        if (!isList && (!reader.isUnsignedInteger() || reader.toUnsignedInteger() != quint64(root.folders.size())))
             return fail(u"folder key %1 is missing or out of order"_s.arg(root.folders.size()));
-        reader.next();
+        if (!isList)
+            reader.next();
         if (!reader.isByteArray())
             return fail(u"folder %1 is not encoded data"_s.arg(root.folders.size()));
         QByteArray folder;

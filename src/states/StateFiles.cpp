@@ -41,6 +41,14 @@ QString quitFoldersPath()
     return QDir(supportFolder()).filePath(foldersQuitName);
 }
 
+QStringList olderGenerationsOf(const QString &quitFoldersFile)
+{
+    const QFileInfo info(quitFoldersFile);
+    if (info.fileName() != foldersQuitName)
+        return {};
+    return {info.dir().filePath(u"savedFolders_v5"_s), info.dir().filePath(foldersPackageName)};
+}
+
 QString foldersFileOf(const QString &statePath)
 {
     return QFileInfo(statePath).isDir() ? QDir(statePath).filePath(foldersPackageName) : statePath;
@@ -49,8 +57,11 @@ QString foldersFileOf(const QString &statePath)
 QString thumbsFileOf(const QString &statePath)
 {
     const QFileInfo folders(foldersFileOf(statePath));
-    const bool isQuitFile = folders.fileName() == foldersQuitName;
-    return folders.dir().filePath(isQuitFile ? SavedThumbs::quitName : SavedThumbs::packageName);
+    if (folders.fileName() == foldersQuitName)
+        return folders.dir().filePath(SavedThumbs::quitName);
+    if (folders.fileName() == u"savedFolders_v5"_s)
+        return folders.dir().filePath(u"savedThumbs_v5"_s);
+    return folders.dir().filePath(SavedThumbs::packageName);
 }
 
 QString additionalDataFileOf(const QString &foldersFile)
@@ -58,6 +69,8 @@ QString additionalDataFileOf(const QString &foldersFile)
     const QFileInfo info(foldersFile);
     if (info.fileName() == foldersQuitName)
         return info.dir().filePath(additionalDataQuitName);
+    if (info.fileName() == u"savedFolders_v5"_s)
+        return info.dir().filePath(u"savedAdditionalData_v5"_s);
     if (info.fileName() == foldersPackageName)
         return info.dir().filePath(additionalDataPackageName);
     return {};
@@ -77,12 +90,13 @@ QString writeDurably(const QString &path, const QByteArray &data)
     return {};
 }
 
-QString keepAside(const QString &path)
+QString keepAside(const QString &path, const QString &why)
 {
     const QString stamp = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s);
-    QString aside = u"%1.unreadable %2"_s.arg(path, stamp);
+    const QString label = why.isEmpty() ? u"unreadable"_s : why;
+    QString aside = u"%1.%2 %3"_s.arg(path, label, stamp);
     for (int n = 2; QFileInfo::exists(aside); ++n)
-        aside = u"%1.unreadable %2 (%3)"_s.arg(path, stamp).arg(n);
+        aside = u"%1.%2 %3 (%4)"_s.arg(path, label, stamp).arg(n);
     return QFile::rename(path, aside) ? aside : QString();
 }
 

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <utility>
 
@@ -21,10 +22,13 @@ inline const QString packageExtension = QStringLiteral("orvstate");
 
 QString supportFolder();
 QString quitFoldersPath();
+// The older generations of a quit file beside it (savedFolders_v5, then savedFolders beside
+// savedFolders_v6), newest first: they are read, never written. None beside another file.
+QStringList olderGenerationsOf(const QString &quitFoldersFile);
 // The folders file of a package, or the path itself when it names a file.
 QString foldersFileOf(const QString &statePath);
-// The thumbnails file beside a folders file: savedThumbs in a package, savedThumbs_v6 beside
-// the quit file.
+// The thumbnails file beside a folders file: savedThumbs in a package (and beside the oldest
+// quit file), savedThumbs_v6 or savedThumbs_v5 beside the quit file of that generation.
 QString thumbsFileOf(const QString &statePath);
 // The additional data file beside a folders file: the quit file's in the support folder, the
 // package's in its package; empty beside a folders file of any other name.
@@ -33,9 +37,9 @@ QString additionalDataFileOf(const QString &foldersFile);
 // Writes a new file beside the old one, syncs it and renames it over the old one, then syncs
 // the folder: a kill or a full disk leaves the previous file whole. Empty on success, else why.
 QString writeDurably(const QString &path, const QByteArray &data);
-// Moves an unreadable state out of the way, never deleting it; the new path, empty when it
-// could not be moved.
-QString keepAside(const QString &path);
+// Moves a state out of the way, never deleting it, under its name followed by why ("unreadable"
+// when none is given) and the time; the new path, empty when it could not be moved.
+QString keepAside(const QString &path, const QString &why = {});
 // A new package in the folder, named by the local time (made unique); empty with why on failure.
 struct NewPackage
 {

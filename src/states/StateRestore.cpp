@@ -32,6 +32,8 @@ QStringList RestoreReport::lines() const
         all.append(u"folder already open, left out: %1"_s.arg(folder));
     if (!additionalDataProblem.isEmpty())
         all.append(u"tracks not restored: %1"_s.arg(additionalDataProblem));
+    if (conversionType == AdditionalData::ConversionType::OtherSystemZone)
+        all.append(u"kept under another system time zone: dates without a zone of their own are shown in this one"_s);
     return all;
 }
 
@@ -105,8 +107,11 @@ void readAdditionalData(const QString &foldersPath, Restored &restored)
         return;
     }
     restored.additional = AdditionalData::read(file.readAll(), path);
-    if (restored.additional.problem.isEmpty())
+    if (restored.additional.problem.isEmpty()) {
+        restored.report.conversionType =
+            AdditionalData::conversionNeeded(restored.additional.stateVersion, restored.additional.view);
         return;
+    }
     file.close();
     const QString aside = StateFiles::keepAside(path);
     restored.report.additionalDataProblem =
@@ -141,6 +146,33 @@ QString reconnect(MySingleFolder &folder, const QString &directory, RestoreRepor
     report.movedFolders.append(u"%1 -> %2"_s.arg(before, folder.sfFolderPath));
     checkItems(folder, report);
     return {};
+}
+
+RestoredView resolveView(const AdditionalData::ViewState &kept, AdditionalData::ConversionType conversion,
+                         const QList<MySingleFolder *> &foldersInStateOrder)
+{
+    RestoredView view;
+    view.kept = kept;
+    const QList<qint64> folderPlaces =
+        kept.selectedCompoundFoldersIndexSet.isEmpty() && kept.selectedFolderIndex >= 0
+            ? QList<qint64>{kept.selectedFolderIndex}
+            : kept.selectedCompoundFoldersIndexSet;
+    for (qint64 place : folderPlaces)
+        if (MySingleFolder *folder = foldersInStateOrder.value(place))
+            view.selectedFolders.append(folder);
+    if (conversion == AdditionalData::ConversionType::OlderThanSelections)
+        return view;
+    QHash<qint64, MySinglePic *> byPlace;
+    for (const MySingleFolder *folder : foldersInStateOrder)
+        if (folder)
+            for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+                if (pic->indexInSource_full >= 0)
+                    byPlace.insert(pic->indexInSource_full, pic);
+    view.current = byPlace.value(kept.picSelectionCurrentIndex);
+    for (qint64 place : kept.selectedThumbsIndexSet)
+        if (MySinglePic *pic = byPlace.value(place))
+            view.selected.append(pic);
+    return view;
 }
 
 RestoreReport checkFolders(const std::vector<std::unique_ptr<MySingleFolder>> &folders)

@@ -7,6 +7,8 @@
 
 namespace orv {
 
+class MySinglePic;
+
 // What a restore found on the disk: the state's folders and files as they stand now. Nothing is
 // written; a file that changed or went away is flagged on its item (fileUnchangedState 3 or 1),
 // and its stored sizes, dates and bytes stay as the state kept them, so that a save still
@@ -20,6 +22,9 @@ struct RestoreReport
     QStringList foldersAlreadyOpen; // left out: the working set holds them already
     // The additional data (the tracks) could not be read: the folders restore alone.
     QString additionalDataProblem;
+    // The state was kept under another system zone (or is too old for its view): dates read
+    // without a zone of their own stand for other instants here.
+    AdditionalData::ConversionType conversionType = AdditionalData::ConversionType::None;
 
     bool isClean() const
     {
@@ -28,6 +33,15 @@ struct RestoreReport
     }
     // One line per finding, for a log or a message.
     QStringList lines() const;
+};
+
+// The view kept with a state, its places found among the folders and items restored.
+struct RestoredView
+{
+    AdditionalData::ViewState kept;
+    QList<MySingleFolder *> selectedFolders;
+    MySinglePic *current = nullptr;
+    QList<MySinglePic *> selected;
 };
 
 namespace StateRestore {
@@ -45,8 +59,16 @@ struct Restored
     // the state has no thumbnails file or it cannot be read.
     QList<std::pair<quint32, QByteArray>> thumbnails;
     QString thumbnailsProblem;
+    // Set by whoever adopts the folders, from those it took.
+    RestoredView view;
 };
 Restored fromFile(const QString &statePath);
+
+// The kept view's places resolved: folders by their place in the state (null for one left
+// out), items by the place in the source they had when the state was kept, which they keep
+// until the working set orders them anew. A state too old for its selections selects nothing.
+RestoredView resolveView(const AdditionalData::ViewState &kept, AdditionalData::ConversionType conversion,
+                         const QList<MySingleFolder *> &foldersInStateOrder);
 
 // Resolves each folder by its token (path, device and inode) and checks each file's size and
 // dates against what the state holds.

@@ -143,6 +143,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connect(&m_timeline->thumbs(), &MyThumbsQueue::thumbReady, m_previewsBar, &PreviewsBar::thumbReady);
     m_states->setThumbnails(m_timeline->thumbs());
     m_states->restoreWindowLayout();
+    connectStates();
     // Undo and redo reach the window's stack from every field that holds no typing of its own.
     new FieldUndoRouter(*this);
     refreshListState();

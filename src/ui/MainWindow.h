@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/QuitDecision.h"
+#include "states/AdditionalData.h"
 #include "ui/ImportErrorsDialog.h"
 
 #include <QMainWindow>
@@ -37,6 +39,7 @@ class SaveSession;
 class StateSession;
 class TimelinePane;
 class ViewingActions;
+struct RestoredView;
 
 // The one main window: the imported folders in a sidebar, the items of the folders selected in
 // a sortable list under the controls that shift their dates, the import's progress in the status
@@ -143,6 +146,13 @@ private:
     void showPicInList(MySinglePic *pic);
     // Work in the background (thumbnails) shows in the status bar while it goes on.
     void showBackgroundWork();
+
+    // The view a kept state holds (MainWindowStates.cpp): taken at each write, shown again
+    // after a restore, and what was in front at quit put in front at start.
+    void connectStates();
+    AdditionalData::ViewState viewState() const;
+    void showRestoredView(const RestoredView &view, bool fromTray);
+    void showViewAtLaunch(const ViewAtQuit &atQuit, bool stateRestored);
 
     Preferences &m_prefs;
     std::unique_ptr<ImportSheets> m_sheets;

@@ -18,6 +18,7 @@
 #include <QAction>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
@@ -29,6 +30,7 @@ namespace orv {
 namespace {
 
 const QString windowFrameKey = QStringLiteral("mainWindowFrame");
+const QString stateAtQuitKey = QStringLiteral("stateAtQuitType");
 const QString windowBarsKey = QStringLiteral("mainWindowBarsAndViews");
 
 // A long list of findings is cut to what a message can show.
@@ -82,6 +84,10 @@ void StateSession::offerKeptState()
     } else if (m_controller.prefs().boolForKey(QStringLiteral("wasStateTrayOpen"))) {
         showTray();
     }
+    // What was in front at the last quit comes back once, at this start.
+    const ViewAtQuit atQuit = viewAtLaunch(int(m_controller.prefs().integerForKey(stateAtQuitKey)));
+    m_controller.prefs().setInteger(stateAtQuitKey, 0);
+    bool stateRestored = false;
     if (m_keeper->hasKeptState()) {
         QMessageBox question(QMessageBox::Question, tr("Restore Your Work"),
                              tr("Do you want to continue with the work of your last session?"),
@@ -90,13 +96,19 @@ void StateSession::offerKeptState()
         question.button(QMessageBox::Yes)->setText(tr("Restore"));
         question.button(QMessageBox::No)->setText(tr("Start Empty"));
         question.setDefaultButton(QMessageBox::Yes);
+        const QString kept = m_keeper->keptStatePath();
         if (question.exec() == QMessageBox::Yes) {
-            openState(StateFiles::quitFoldersPath());
+            stateRestored = openState(kept);
+            // An older generation is read once: the work is kept as the newest from now on.
+            if (stateRestored && kept != StateFiles::quitFoldersPath())
+                m_keeper->setKeptStateAside(QStringLiteral("read"));
         } else if (m_keeper->setKeptStateAside().isEmpty()) {
             QMessageBox::warning(&m_window, tr("Restore Your Work"),
-                                 tr("The kept work could not be moved aside: %1").arg(StateFiles::quitFoldersPath()));
+                                 tr("The kept work could not be moved aside: %1").arg(kept));
         }
     }
+    if (m_view.showAtLaunch)
+        m_view.showAtLaunch(atQuit, stateRestored);
     // The thumbnails belong to the state as it was at quit, which is rewritten from now on.
     QFile::remove(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()));
     m_keeper->start();
@@ -108,7 +120,7 @@ void StateSession::openStates(const QStringList &paths)
         openState(path);
 }
 
-void StateSession::openState(const QString &path, std::function<void(bool)> followed)
+bool StateSession::openState(const QString &path, std::function<void(bool)> followed, bool fromTray)
 {
     const StateRestore::Restored restored = m_keeper->restore(path, std::move(followed));
     if (!restored.read.problem.isEmpty()) {
@@ -116,9 +128,11 @@ void StateSession::openState(const QString &path, std::function<void(bool)> foll
         if (!restored.keptAsidePath.isEmpty())
             text += QLatin1Char('\n') + tr("It was kept as %1.").arg(restored.keptAsidePath);
         QMessageBox::warning(&m_window, tr("State Not Opened"), text);
-        return;
+        return false;
     }
     adoptThumbnails(restored.thumbnails);
+    if (m_view.apply)
+        m_view.apply(restored.view, fromTray);
     if (!restored.report.isClean()) {
         QMessageBox message(QMessageBox::Information, tr("State Restored"),
                             tr("Some folders or files are not as the state kept them. Files that changed or "
@@ -129,6 +143,13 @@ void StateSession::openState(const QString &path, std::function<void(bool)> foll
     }
     if (!restored.report.missingFolders.isEmpty() && !ReconnectionSheet::disconnectedFolders(m_controller).isEmpty())
         ReconnectionSheet(m_controller, &m_window).exec();
+    return true;
+}
+
+void StateSession::setWindowView(WindowView view)
+{
+    m_view = std::move(view);
+    m_keeper->setViewProvider(m_view.take);
 }
 
 void StateSession::chooseAndOpen()
@@ -213,7 +234,8 @@ QuitAnswer StateSession::quitAnswer(bool hasUnsavedChanges)
 void StateSession::keepAtQuit()
 {
     m_keeper->writeNow();
-    if (!m_keeper->hasKeptState() || !m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFiles")))
+    if (!QFileInfo::exists(StateFiles::quitFoldersPath())
+        || !m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFiles")))
         return;
     // Thumbnails are only a head start: a state restores without them.
     if (const QString problem = StateFiles::writeDurably(StateFiles::thumbsFileOf(StateFiles::quitFoldersPath()), thumbsFile());
@@ -245,6 +267,8 @@ void StateSession::lastActsAtQuit()
         m_controller.prefs().setValue(windowBarsKey, window->saveState());
     }
     m_controller.prefs().setBool(QStringLiteral("wasStateTrayOpen"), m_trayWindow && m_trayWindow->isVisible());
+    if (m_view.take)
+        m_controller.prefs().setInteger(stateAtQuitKey, m_view.take().stateAtQuitType);
     if (const QString problem = m_tray.deleteTempDeletedStatePath(); !problem.isEmpty())
         QMessageBox::warning(&m_window, tr("State Tray"),
                              tr("The states opened from the tray could not be moved to the trash; they come back "
@@ -325,7 +349,7 @@ void StateSession::openFromTray(const QString &statePath)
         if (m_trayWindow)
             m_trayWindow->refreshData();
     };
-    openState(statePath, followed);
+    openState(statePath, followed, true);
 }
 
 } // namespace orv

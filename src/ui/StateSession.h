@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QuitDecision.h"
+#include "states/StateRestore.h"
 #include "states/StateTray.h"
 
 #include <QImage>
@@ -42,6 +43,17 @@ public:
     void offerKeptState();
     void openStates(const QStringList &paths);
 
+    // The window's side of the view a state keeps: what it shows now, how it shows a restored
+    // state's view again, and what it puts in front at start (stateRestored: the last session's
+    // work came back).
+    struct WindowView
+    {
+        std::function<AdditionalData::ViewState()> take;
+        std::function<void(const RestoredView &view, bool fromTray)> apply;
+        std::function<void(const ViewAtQuit &atQuit, bool stateRestored)> showAtLaunch;
+    };
+    void setWindowView(WindowView view);
+
     // The quit asked for: the quit command used, read once, and the working set's state.
     QuitAnswer quitAnswer(bool hasUnsavedChanges);
     // The window closes keeping the working set: it is written now, for the next start.
@@ -59,8 +71,9 @@ public:
     StateTray &tray() { return m_tray; }
 
 private:
-    // followed is told when the restored folders come in and leave (undo, redo).
-    void openState(const QString &path, std::function<void(bool)> followed = {});
+    // followed is told when the restored folders come in and leave (undo, redo). Answers
+    // whether the state was read.
+    bool openState(const QString &path, std::function<void(bool)> followed = {}, bool fromTray = false);
     void openFromTray(const QString &statePath);
     void storeInTray(const QString &folder);
     QImage previewImage() const;
@@ -79,6 +92,7 @@ private:
     QPointer<StateTrayWindow> m_trayWindow;
     MyThumbsQueue *m_thumbs = nullptr;
     CustomQuitState m_customQuitState = CustomQuitState::Plain;
+    WindowView m_view;
 };
 
 } // namespace orv

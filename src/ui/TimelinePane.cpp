@@ -160,9 +160,11 @@ TimelinePane::~TimelinePane() = default;
 void TimelinePane::buildFilterMenu()
 {
     auto *group = new QActionGroup(this);
+    m_filterGroup = group;
     QAction *none = m_filterMenu->addAction(tr("No Filter"));
     none->setCheckable(true);
     none->setChecked(true);
+    none->setData(0);
     group->addAction(none);
     connect(none, &QAction::triggered, this, [this] { m_controller->didChangePredicate(std::nullopt); });
     m_filterMenu->addSeparator();
@@ -173,9 +175,23 @@ void TimelinePane::buildFilterMenu()
             continue;
         QAction *action = m_filterMenu->addAction(entry.value(QStringLiteral("name")).toString());
         action->setCheckable(true);
+        action->setData(entry.value(QStringLiteral("key")).toString().toInt());
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, p = *predicate] { m_controller->didChangePredicate(p); });
     }
+}
+
+int TimelinePane::filterOption() const
+{
+    const QAction *checked = m_filterGroup->checkedAction();
+    return checked ? checked->data().toInt() : 0;
+}
+
+void TimelinePane::chooseFilterOption(int option)
+{
+    for (QAction *action : m_filterGroup->actions())
+        if (action->data().toInt() == option && !action->isChecked())
+            action->trigger();
 }
 
 void TimelinePane::showFolders(const QList<MySingleFolder *> &folders)

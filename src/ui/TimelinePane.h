@@ -39,6 +39,10 @@ public:
     MyTimelineView &mainView() const { return *m_mainView; }
     MyThumbsQueue &thumbs() const { return *m_thumbs; }
     QMenu *filterMenu() const { return m_filterMenu; }
+    // The Filter menu's entry that is on: the key of its filter template, 0 for No Filter.
+    int filterOption() const;
+    // Turns the entry of that key on, as the user would; an unknown key changes nothing.
+    void chooseFilterOption(int option);
     // Larger and Smaller Thumbnails (Ctrl+plus, Ctrl+minus), Add Mirror Strip, Add Shelf Strip,
     // Remove Last Strip.
     QMenu *stripsMenu() const { return m_stripsMenu; }
@@ -91,6 +95,7 @@ private:
     QList<MyTimelineView *> m_views;
     MyTimelineView *m_mainView;
     QMenu *m_filterMenu;
+    QActionGroup *m_filterGroup = nullptr;
     QMenu *m_stripsMenu;
     TimelineViewOptions m_options;
     QTimer m_thumbsTimer;

@@ -45,4 +45,16 @@ TEST(QuitDecision, NoFoldersQuitAtOnceAndABlockedWindowStays)
     EXPECT_EQ(quitAnswer(blocked), QuitAnswer::Refuse);
 }
 
+TEST(QuitDecision, TheViewInFrontAtQuitIsOneNumberTakenApartAtTheNextStart)
+{
+    EXPECT_EQ(viewAtLaunch(203), (ViewAtQuit{3, false, true})) << "the grid inside the full-screen view over tag 3";
+    EXPECT_EQ(viewAtLaunch(102), (ViewAtQuit{2, true, false}));
+    EXPECT_EQ(viewAtLaunch(2), (ViewAtQuit{2, false, false}));
+    EXPECT_EQ(viewAtLaunch(100), (ViewAtQuit{100, false, false})) << "100 itself is below the full-screen range";
+    EXPECT_EQ(viewAtLaunch(0), ViewAtQuit{});
+    EXPECT_EQ(viewAtLaunch(-5), ViewAtQuit{});
+    for (const ViewAtQuit &view : {ViewAtQuit{1, false, false}, ViewAtQuit{2, true, false}, ViewAtQuit{1, false, true}})
+        EXPECT_EQ(viewAtLaunch(stateAtQuitType(view)), view);
+}
+
 } // namespace

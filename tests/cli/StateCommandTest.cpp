@@ -5,6 +5,7 @@
 
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "states/AdditionalData.h"
 #include "states/SavedFolders.h"
 #include "states/StateFiles.h"
 #include "support/CliRun.h"
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(StateCommand, ShowsFoldersItemsOffsetsZonesAndRatingsOfAPackage)
+TEST(StateCommand, ShowsFoldersItemsOffsetsZonesRatingsAndTheViewOfAPackage)
 {
     ensureStatesApplication();
     QTemporaryDir root;
@@ -35,7 +36,13 @@ TEST(StateCommand, ShowsFoldersItemsOffsetsZonesAndRatingsOfAPackage)
     set.controller.dateChanges().dragChangedSinglePicModeDate({folder->sfPicDetails_fullArray.at(1)}, -90);
     folder->sfPicDetails_fullArray.at(0)->isKeeper = true;
     folder->sourceTimeZones.assign(*folder->sfPicDetails_fullArray.at(1), u"Asia/Tokyo"_s);
-    const StateFiles::NewPackage package = StateFiles::writePackage(root.path(), SavedFolders::write(set.folders()));
+    AdditionalData::ViewState view;
+    view.picSelectionCurrentIndex = 1;
+    view.selectedThumbsIndexSet = {0, 1};
+    view.ratingFilterSelectedOption = 2;
+    view.secondsFromGMTForDate = AdditionalData::secondsFromGMTForDateNow();
+    const StateFiles::NewPackage package = StateFiles::writePackage(
+        root.path(), SavedFolders::write(set.folders()), AdditionalData::write(QList<const MyGpxTrack *>{}, view));
     ASSERT_TRUE(package.problem.isEmpty()) << package.problem.toStdString();
     ASSERT_TRUE(package.path.endsWith(u".orvstate"_s));
 
@@ -53,6 +60,12 @@ TEST(StateCommand, ShowsFoldersItemsOffsetsZonesAndRatingsOfAPackage)
     EXPECT_EQ(items.at(1)[u"dateOriginal"_s].toString(), items.at(0)[u"dateOriginal"_s].toString());
     EXPECT_TRUE(items.at(1)[u"unsaved"_s].toBool());
     EXPECT_FALSE(items.at(0)[u"unsaved"_s].toBool());
+    const QJsonObject shownView = state[u"view"_s].toObject();
+    EXPECT_EQ(shownView[u"picSelectionCurrentIndex"_s].toInt(), 1);
+    EXPECT_EQ(shownView[u"selectedThumbsIndexSet"_s].toArray(), (QJsonArray{0, 1}));
+    EXPECT_EQ(shownView[u"ratingFilterSelectedOption"_s].toInt(), 2);
+    EXPECT_EQ(shownView[u"selectedFolderIndex"_s].toInt(), -1);
+    EXPECT_EQ(shownView[u"conversionType"_s].toInt(), 0) << "kept under this zone";
 }
 
 TEST(StateCommand, AFileThatIsNoStateIsNamedAndLeftAsItIs)

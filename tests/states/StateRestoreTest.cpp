@@ -4,8 +4,10 @@
 
 #include "WorkingSet.h"
 
+#include "app/StateKeeper.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "states/AdditionalData.h"
 #include "states/SavedFolders.h"
 #include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
@@ -48,6 +50,21 @@ protected:
         const QString path = state.filePath(StateFiles::foldersQuitName);
         EXPECT_EQ(StateFiles::writeDurably(path, SavedFolders::write(set.folders())), QString());
         return path;
+    }
+    // The places in the source as the window gives them: a, b, c, d, then e.
+    void numberItems()
+    {
+        qint32 index = 0;
+        for (MySingleFolder *folder : set.folders())
+            for (MySinglePic *pic : folder->sfPicDetails_fullArray)
+                pic->indexInSource_full = index++;
+    }
+    static QStringList names(const QList<MySinglePic *> &pics)
+    {
+        QStringList all;
+        for (const MySinglePic *pic : pics)
+            all.append(pic->spName);
+        return all;
     }
     static MySinglePic *named(const MySingleFolder &folder, const QString &name)
     {
@@ -123,13 +140,32 @@ TEST_F(StateRestoreTest, HostileStatesAreRefusedByNameAndKeptAside)
     const QByteArray good = fileBytes(writeState());
     ASSERT_TRUE(SavedFolders::read(good, u"x"_s).problem.isEmpty());
     const QByteArray hugeCount = QByteArray::fromHex("d9d9f7a100" "5b7fffffffffffffff");
+    // A folder whose list of items claims more items than there are bytes.
+    const QByteArray hugeList = QCborValue(QCborKnownTags::Signature,
+                                           QCborMap{{0, QByteArray::fromHex("a1" "6c") + "sfPicDetails"
+                                                            + QByteArray::fromHex("9b3fffffffffffffff00")}})
+                                    .toCbor();
+    QCborValue deep = QCborArray{1};
+    for (int level = 0; level < 200; ++level)
+        deep = QCborArray{deep};
     const QList<std::pair<const char *, QByteArray>> hostile = {
         {"empty", QByteArray()},
         {"not CBOR", QByteArray("plain text, no state")},
         {"cut in the middle", good.left(good.size() / 2)},
         {"cut by one byte", good.chopped(1)},
         {"a huge byte count", hugeCount},
+        {"an item list longer than the file", hugeList},
+        {"nesting without end", edited(good, [&deep](QCborMap &f) { f.insert(u"sfEditMode"_s, deep); })},
         {"an offset as text", edited(good, [](QCborMap &f) { f.insert(u"sfEditMode"_s, u"two"_s); })},
+        {"a fraction where a whole number belongs", edited(good, [](QCborMap &f) { f.insert(u"sfEditMode"_s, 1.5); })},
+        {"an item's flag as a number",
+         edited(good, [](QCborMap &f) {
+             QCborArray items = f.value(u"sfPicDetails"_s).toArray();
+             QCborMap item = items.at(0).toMap();
+             item.insert(u"isKeeper"_s, 1);
+             items[0] = item;
+             f.insert(u"sfPicDetails"_s, items);
+         })},
         {"items as a map", edited(good, [](QCborMap &f) { f.insert(u"sfPicDetails"_s, QCborMap()); })},
         {"a zone naming an item beyond the list",
          edited(good, [](QCborMap &f) {
@@ -286,6 +322,136 @@ TEST_F(StateRestoreTest, ThumbnailsKeptBesideTheStateGoToTheItemsTheyWereMadeOf)
     EXPECT_TRUE(cut.read.problem.isEmpty());
     EXPECT_EQ(cut.thumbnails.size(), 1);
     EXPECT_TRUE(cut.thumbnailsProblem.startsWith(StateFiles::thumbsFileOf(path)));
+}
+
+} // namespace
+
+namespace {
+
+// Sets the system zone for one scope, as a traveller's laptop changes it.
+class SystemZone
+{
+public:
+    explicit SystemZone(const char *zone) : m_before(qgetenv("TZ")), m_had(qEnvironmentVariableIsSet("TZ"))
+    {
+        qputenv("TZ", zone);
+    }
+    ~SystemZone()
+    {
+        if (m_had)
+            qputenv("TZ", m_before);
+        else
+            qunsetenv("TZ");
+    }
+
+private:
+    QByteArray m_before;
+    bool m_had;
+};
+
+TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
+{
+    numberItems();
+    AdditionalData::ViewState view;
+    view.stateAtQuitType = 102;
+    view.tlvViewWidth = 800;
+    view.tlvCompleteWidth = 2400.5;
+    view.tlvScrollPosition = 640;
+    view.selectedFolderIndex = 0;
+    view.selectedCompoundFoldersIndexSet = {0, 1};
+    view.picSelectionCurrentIndex = 2;
+    view.selectedThumbsIndexSet = {1, 2, 4};
+    view.ratingFilterSelectedOption = 2;
+    const QString quitFile = state.filePath(StateFiles::foldersQuitName);
+    QByteArray kept;
+    {
+        const SystemZone utc("UTC");
+        StateKeeper keeper(set.controller, quitFile);
+        keeper.setViewProvider([&view] { return view; });
+        keeper.start();
+        keeper.writeNow();
+        kept = fileBytes(state.filePath(StateFiles::additionalDataQuitName));
+    }
+    const AdditionalData::ReadResult read = AdditionalData::read(kept, u"x"_s);
+    ASSERT_TRUE(read.problem.isEmpty()) << read.problem.toStdString();
+    view.secondsFromGMTForDate = 0;
+    EXPECT_EQ(read.view, view);
+    EXPECT_EQ(AdditionalData::write(QList<const MyGpxTrack *>{}, read.view), kept) << "written again, the same bytes";
+
+    for (const char *zone : {"UTC", "Asia/Tokyo"}) {
+        const SystemZone system(zone);
+        WorkingSet restoredSet;
+        StateKeeper restoring(restoredSet.controller, state.filePath(u"elsewhere"_s));
+        const StateRestore::Restored restored = restoring.restore(quitFile);
+        ASSERT_TRUE(restored.read.problem.isEmpty()) << zone;
+        const bool moved = QByteArray(zone) != "UTC";
+        EXPECT_EQ(restored.report.conversionType, moved ? AdditionalData::ConversionType::OtherSystemZone
+                                                        : AdditionalData::ConversionType::None)
+            << zone;
+        EXPECT_EQ(restored.report.lines().join(u'\n').contains(u"another system time zone"_s), moved) << zone;
+        // The selections name the restored items, whichever the zone.
+        EXPECT_EQ(restored.view.kept, view);
+        EXPECT_EQ(restored.view.selectedFolders, restoredSet.folders());
+        ASSERT_NE(restored.view.current, nullptr);
+        EXPECT_EQ(restored.view.current->spName, u"c.jpg"_s);
+        EXPECT_EQ(names(restored.view.selected), (QStringList{u"b.jpg"_s, u"c.jpg"_s, u"e.jpg"_s}));
+    }
+
+    // A view of the wrong kind costs the view and the tracks, never the folders.
+    QCborMap damaged = QCborValue::fromCbor(kept).taggedValue().toMap();
+    damaged.insert(u"selectedThumbsIndexSet"_s, QCborArray{u"b.jpg"_s});
+    ASSERT_EQ(StateFiles::writeDurably(state.filePath(StateFiles::additionalDataQuitName),
+                                       QCborValue(QCborKnownTags::Signature, damaged).toCbor()),
+              QString());
+    const StateRestore::Restored alone = StateRestore::fromFile(quitFile);
+    EXPECT_EQ(alone.read.folders.size(), 2u);
+    EXPECT_TRUE(alone.report.additionalDataProblem.contains(u"selectedThumbsIndexSet"_s))
+        << alone.report.additionalDataProblem.toStdString();
+}
+
+TEST_F(StateRestoreTest, OlderQuitFilesAreFoundAfterTheNewestAndThoseOfAnotherFormRefusedByName)
+{
+    numberItems();
+    const QByteArray folders = SavedFolders::write(set.folders());
+    const QString newest = state.filePath(StateFiles::foldersQuitName);
+    const QString v5 = state.filePath(u"savedFolders_v5"_s), oldest = state.filePath(u"savedFolders"_s);
+    // The oldest generation is a keyed archive: a form this system never wrote.
+    ASSERT_EQ(StateFiles::writeDurably(oldest, QByteArray("bplist00") + QByteArray(40, '\0')), QString());
+    // savedFolders_v5 with the root as the older list of folders, its view beside it.
+    const QCborMap byPlace = QCborValue::fromCbor(folders).taggedValue().toMap();
+    QCborArray list;
+    for (qsizetype place = 0; place < byPlace.size(); ++place)
+        list.append(byPlace.value(place));
+    ASSERT_EQ(StateFiles::writeDurably(v5, QCborValue(QCborKnownTags::Signature, list).toCbor()), QString());
+    AdditionalData::ViewState view;
+    view.picSelectionCurrentIndex = 4;
+    ASSERT_EQ(StateFiles::writeDurably(state.filePath(u"savedAdditionalData_v5"_s),
+                                       AdditionalData::write(QList<const MyGpxTrack *>{}, view)),
+              QString());
+
+    WorkingSet restoredSet;
+    StateKeeper keeper(restoredSet.controller, newest);
+    ASSERT_EQ(keeper.keptStatePath(), v5) << "without savedFolders_v6, the next generation";
+    const StateRestore::Restored fromV5 = keeper.restore(v5);
+    ASSERT_TRUE(fromV5.read.problem.isEmpty()) << fromV5.read.problem.toStdString();
+    EXPECT_EQ(restoredSet.folders().size(), 2);
+    ASSERT_NE(fromV5.view.current, nullptr);
+    EXPECT_EQ(fromV5.view.current->spName, u"e.jpg"_s) << "its own additional data";
+
+    ASSERT_EQ(StateFiles::writeDurably(newest, folders), QString());
+    EXPECT_EQ(keeper.keptStatePath(), newest) << "the newest wins";
+    ASSERT_TRUE(QFile::remove(newest));
+    // Read once: then it is set aside with its additional data, and the next one is found.
+    EXPECT_TRUE(keeper.setKeptStateAside(u"read"_s).contains(u"savedFolders_v5.read"_s));
+    EXPECT_FALSE(QFileInfo::exists(state.filePath(u"savedAdditionalData_v5"_s)));
+    ASSERT_EQ(keeper.keptStatePath(), oldest);
+    WorkingSet emptySet;
+    StateKeeper other(emptySet.controller, newest);
+    const StateRestore::Restored fromOldest = other.restore(oldest);
+    EXPECT_TRUE(fromOldest.read.problem.contains(u"keyed archive"_s)) << fromOldest.read.problem.toStdString();
+    EXPECT_FALSE(fromOldest.keptAsidePath.isEmpty());
+    EXPECT_TRUE(emptySet.folders().isEmpty());
+    EXPECT_FALSE(other.hasKeptState());
 }
 
 } // namespace

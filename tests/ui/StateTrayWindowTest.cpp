@@ -1,18 +1,23 @@
 // The tray in the window: the working set kept there leaves the window and is listed with what
-// it holds; opened again it comes back with its changes and leaves the tray, and undoing the
-// opening puts it back.
+// it holds; opened again it comes back with its changes and the window's view, and leaves the
+// tray, and undoing the opening puts it back.
 
 #include "WindowFixture.h"
 
 #include "app/AppController.h"
+#include "core/MySinglePic.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "timeline/MyTimelinesController.h"
+#include "ui/FolderListModel.h"
 #include "ui/PicTableModel.h"
 #include "ui/StateSession.h"
 #include "ui/StateTrayWindow.h"
+#include "ui/TimelinePane.h"
 
 #include <QDir>
 #include <QListWidget>
+#include <QTreeView>
 
 using namespace orv;
 using namespace orv::test;
@@ -74,6 +79,44 @@ TEST_F(StateTrayWindowTest, AWorkingSetKeptInTheTrayOpensAgainAndItsOpeningIsUnd
     ASSERT_EQ(folders().size(), 1);
     EXPECT_EQ(folders().first()->sfDateModificationsTimeInterval, 3600);
     EXPECT_TRUE(rows(tray).isEmpty());
+}
+
+TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
+{
+    for (const char *name : {"a", "b", "c"})
+        writeJpeg(QString::fromLatin1(name), "2024:05:01 10:00:00");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    TimelinePane &timeline = window->timeline();
+    const auto strip = [&timeline]() -> TimelineStrip & { return timeline.controller().theTimelineView_1(); };
+    const auto named = [&](const char *name) {
+        for (MySinglePic *pic : folders().value(0)->sfPicDetails_fullArray)
+            if (pic->spName.startsWith(QLatin1String(name)))
+                return pic;
+        return static_cast<MySinglePic *>(nullptr);
+    };
+    auto *folderView = window->findChild<QTreeView *>();
+    const auto folderSelected = [&] {
+        return folderView->selectionModel()->isRowSelected(window->folderList().rowOf(folders().value(0)));
+    };
+    folderView->selectionModel()->select(window->folderList().index(window->folderList().rowOf(folders().value(0)), 0),
+                                         QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    timeline.chooseFilterOption(1);
+    timeline.selectPics({named("a"), named("b")}, named("b"));
+    ASSERT_EQ(timeline.filterOption(), 1);
+
+    StateTrayWindow &tray = window->states().showTray();
+    clickButton(tray, u"Keep Working Set"_s);
+    ASSERT_TRUE(folders().isEmpty());
+    timeline.chooseFilterOption(0);
+    tray.findChild<QListWidget *>(u"stateTrayList"_s)->setCurrentRow(0);
+    clickButton(tray, u"Open"_s);
+    ASSERT_EQ(folders().size(), 1);
+
+    EXPECT_EQ(timeline.filterOption(), 1) << "the Filter menu's entry";
+    EXPECT_TRUE(folderSelected());
+    ASSERT_NE(strip().picSelection(), nullptr);
+    EXPECT_EQ(strip().picSelection()->spName, u"b.jpg"_s);
+    EXPECT_EQ(strip().multiSelection(), (QSet<MySinglePic *>{named("a"), named("b")}));
 }
 
 } // namespace
