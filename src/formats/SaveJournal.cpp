@@ -249,6 +249,10 @@ struct Entry
     QByteArray sha256;
     int group = 0;
     quint64 device = 0, inode = 0;
+    // The rename plan it belongs to (its first entry's number) and how many entries that plan
+    // has; a plan that was not read whole was torn by a kill before any file moved.
+    qint64 plan = 0;
+    qint64 planSize = 0;
     bool done = false;
     bool skipped = false;
     bool undone = false;
@@ -292,6 +296,8 @@ void take(ReadJournal &journal, std::map<qint64, std::size_t> &byNumber, const Q
         entry.group = record.value(QStringLiteral("group")).toInt();
         entry.device = record.value(QStringLiteral("device")).toString().toULongLong();
         entry.inode = record.value(QStringLiteral("inode")).toString().toULongLong();
+        entry.plan = qint64(record.value(QStringLiteral("plan")).toDouble());
+        entry.planSize = qint64(record.value(QStringLiteral("of")).toDouble());
         entry.path = QDir(entry.folder).filePath(entry.from);
         byNumber[entry.number] = journal.entries.size();
         journal.entries.push_back(std::move(entry));
@@ -554,6 +560,23 @@ void removeCopiedSource(const Entry &entry)
 {
     if (!entry.sha256.isEmpty() && isAt(entry, entry.folder, entry.from) && InPlaceWriter::mayWrite())
         ::unlink(encoded(entry.path).constData());
+}
+
+// The renames of plans the journal holds whole. No file moves before its plan is synced, so a
+// plan a kill tore as it was written moved nothing, and finishing part of it could stop a file
+// of a chain under its temporary name, its new name still held by a file the torn part named.
+// Entries written before plans were counted have no plan and are taken as whole.
+std::vector<const Entry *> wholePlans(const ReadJournal &journal, const std::vector<const Entry *> &renames)
+{
+    std::map<qint64, qint64> readOfPlan;
+    for (const Entry &entry : journal.entries)
+        readOfPlan[entry.plan] += entry.kind == Entry::Kind::Rename;
+    std::vector<const Entry *> whole;
+    for (const Entry *entry : renames) {
+        if (entry->plan == 0 || readOfPlan[entry->plan] == entry->planSize)
+            whole.push_back(entry);
+    }
+    return whole;
 }
 
 // Finishes the renames of a run that did not end, from wherever each file stands: every file
@@ -888,15 +911,22 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
             move.sha256 = contentHash(move.source());
         groups[rename.group].push_back(std::move(move));
     }
+    qint64 planSize = 0;
+    for (const auto &[group, moves] : groups)
+        planSize += failed.count(group) ? 0 : qint64(moves.size());
+    qint64 number = 0;
+    {
+        const QMutexLocker lock(&m_mutex);
+        number = m_entries + 1;
+        m_entries += planSize;
+    }
+    const qint64 plan = number;
     QByteArray lines;
     for (auto &[group, moves] : groups) {
         if (failed.count(group))
             continue;
         for (Move &move : moves) {
-            {
-                const QMutexLocker lock(&m_mutex);
-                move.number = ++m_entries;
-            }
+            move.number = number++;
             move.temporary = QStringLiteral(".orvelle-rename-%1-%2").arg(m_runId).arg(move.number);
             QJsonObject record{{renameKey, double(move.number)},
                                {QStringLiteral("folder"), move.rename->folder},
@@ -905,7 +935,9 @@ bool SaveJournal::renameAll(std::vector<PlannedRename> &renames)
                                {QStringLiteral("to"), move.rename->to},
                                {QStringLiteral("group"), group},
                                {QStringLiteral("device"), QString::number(move.identity.device)},
-                               {QStringLiteral("inode"), QString::number(move.identity.inode)}};
+                               {QStringLiteral("inode"), QString::number(move.identity.inode)},
+                               {QStringLiteral("plan"), double(plan)},
+                               {QStringLiteral("of"), double(planSize)}};
             if (move.target != move.rename->folder)
                 record.insert(QStringLiteral("toFolder"), move.target);
             if (!move.sha256.isEmpty())
@@ -1085,6 +1117,7 @@ SaveJournal::Outcome SaveJournal::recover(const QString &journalPath)
         if (entry.kind == Entry::Kind::Kept)
             keptPaths.insert(entry.path);
     }
+    renames = wholePlans(journal, renames);
     std::vector<qint64> undone;
     for (const auto &[path, steps] : byPath) {
         if (keptPaths.contains(path)) {

@@ -217,6 +217,29 @@ TEST_F(RenameRunTest, KillAfterEveryRenameLeavesEachFileOnceAndRecoveryFinishes)
         // Before the journal holds the plan nothing moves; after it, the run is finished.
         EXPECT_EQ(names(), writes < 2 ? before : expected) << "stopped after " << writes << " writes";
     }
+
+    // A kill in the middle of the plan's write leaves its first records and a torn one. Nothing
+    // has moved; finishing the part that was read would stop the chain at a name still taken.
+    for (int kept = 1; kept <= 6; ++kept) {
+        const QList<MySinglePic *> order = setUpRun();
+        const Names before = names();
+        std::vector<RenameItem> items = runOf(QStringLiteral("{counter}")).plan(order);
+        InPlaceWriter::stopDeadAfterWrites(2);
+        QString problem;
+        RenameRun::execute(items, m_journal, problem);
+        InPlaceWriter::stopDeadAfterWrites(-1);
+        QFile journal(m_journal);
+        ASSERT_TRUE(journal.open(QIODevice::ReadWrite));
+        const QList<QByteArray> lines = journal.readAll().split('\n');
+        ASSERT_GT(lines.size(), 1 + kept + 1);
+        const QByteArray torn = lines.mid(0, 1 + kept).join('\n') + '\n' + lines[1 + kept].left(lines[1 + kept].size() / 2);
+        journal.resize(0);
+        journal.write(torn);
+        journal.close();
+        const SaveJournal::Outcome outcome = SaveJournal::recover(m_journal);
+        EXPECT_TRUE(outcome.left.empty()) << kept << " records: " << outcome.left.front().second.toStdString();
+        EXPECT_EQ(names(), before) << kept << " records of the plan were read";
+    }
 }
 
 TEST_F(RenameRunTest, RevertPutsTheNamesBackAndASecondRevertRenamesAgain)
