@@ -2,6 +2,7 @@
 // rated file takes its new date and no rating; with it on, the rating goes into the packet in the
 // same save as the new dates, and the next save still finds every value where the import saw it.
 
+#include "core/PreSaveSummary.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/SaveFixture.h"
@@ -72,6 +73,13 @@ TEST_F(RatingSave, DatesAndRatingGoIntoOneSaveAndTheNextSaveFindsTheFileAsItLeft
     std::vector<qint64> lengths;
     for (const QString &path : paths)
         lengths.push_back(QFileInfo(path).size());
+
+    // The summary before the save names the value each file takes.
+    for (MySinglePic *pic : std::as_const(pics))
+        PreSaveSummary::datesOf(*pic, settings);
+    const PreSaveSummary summary({{}, pics, &settings});
+    for (const PreSaveItem &item : summary.items())
+        EXPECT_EQ(item.xmpRating, -1) << item.pic->spName.toStdString();
 
     const SaveOutcome first = shift(3600.0, nullptr, settings);
     const SaveOutcome second = shift(60.0, nullptr, settings);
