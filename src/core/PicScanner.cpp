@@ -720,10 +720,12 @@ void PicScanner::takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp)
 {
     if (!xmp.rating)
         return;
-    // What the file says is kept apart from the item's rating, so that a save writes only a
-    // rating that changed.
+    // An item rated as its files said so far follows a sidecar read after its own packet, as
+    // places do; one the user rated keeps its rating. What the file says is kept apart from the
+    // item's rating, so that a save writes only a rating that changed.
+    const bool ratedByUser = (pic.isKeeper || pic.isRejected) && pic.xmpRatingToWrite();
     pic.fileRating = qint8(*xmp.rating);
-    if (pic.isKeeper || pic.isRejected)
+    if (ratedByUser)
         return;
     pic.isKeeper = *xmp.rating == 5;
     pic.isRejected = *xmp.rating == -1;

@@ -96,8 +96,9 @@ public:
     static bool refreshInternalData(MySinglePic &pic);
 
     // The rating other programs wrote as xmp:Rating: 5 makes a keeper, -1 a reject; the stars
-    // between mean nothing here, and an item already rated keeps its rating. The file's value is
-    // kept as fileRating either way.
+    // between mean nothing here. A sidecar's rating, read after the packet, wins over the
+    // packet's; an item the user rated keeps its rating. The file's value is kept as fileRating
+    // either way.
     static void takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp);
     // The place an XMP sidecar names becomes the item's: the sidecar is where places of a file
     // with one are saved, so it holds the newer word over the file's GPS tags. False when it
