@@ -3,11 +3,13 @@
 // same save as the new dates, and the next save still finds every value where the import saw it.
 
 #include "core/PreSaveSummary.h"
+#include "formats/SaveJournal.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
 #include "support/SaveFixture.h"
 
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace orv;
@@ -98,6 +100,28 @@ TEST_F(RatingSave, DatesAndRatingGoIntoOneSaveAndTheNextSaveFindsTheFileAsItLeft
     EXPECT_NE(QFileInfo(paths[2]).size(), lengths[2]);
     EXPECT_EQ(exiftoolTags(paths[2], ExiftoolGroups::Family1).string(QStringLiteral("ExifIFD:DateTimeOriginal")),
               QStringLiteral("2003:12:04 07:47:52"));
+}
+
+TEST_F(RatingSave, AJournaledSaveOfDatesAndRatingsIsRevertedByteForByte)
+{
+    importRejects();
+    std::vector<QByteArray> originals;
+    for (const QString &path : paths)
+        originals.push_back(fileBytes(path));
+    QTemporaryDir journalDir;
+    SaveSettings settings = defaultSettings();
+    settings.writeRatingsToXMPOnSave = true;
+    settings.journalPath = journalDir.filePath(QStringLiteral("saveJournal.jsonl"));
+
+    const SaveOutcome saved = shift(3600.0, nullptr, settings);
+    for (qsizetype i = 0; i < paths.size(); ++i) {
+        EXPECT_TRUE(saved.savedPics.contains(pics[i])) << paths[i].toStdString();
+        EXPECT_NE(fileBytes(paths[i]), originals[std::size_t(i)]) << paths[i].toStdString();
+    }
+    const SaveJournal::Outcome reverted = SaveJournal::revert(settings.journalPath);
+    EXPECT_EQ(reverted.reverted.size(), paths.size());
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        EXPECT_EQ(fileBytes(paths[i]), originals[std::size_t(i)]) << paths[i].toStdString();
 }
 
 } // namespace
