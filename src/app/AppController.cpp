@@ -3,6 +3,8 @@
 #include "app/RemoveCommand.h"
 #include "app/RestoreStateCommand.h"
 #include "core/LogController.h"
+#include "core/MySinglePic.h"
+#include "core/Preferences.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 
@@ -105,9 +107,17 @@ QList<MySingleFolder *> AppController::unsavedFolders() const
 {
     QList<MySingleFolder *> unsaved;
     for (MySingleFolder *folder : m_dataSource->droppedFolders())
-        if (folder->isUnsavedFolder())
+        if (folder->isUnsavedFolder() || hasRatingsToWrite(*folder))
             unsaved.append(folder);
     return unsaved;
+}
+
+bool AppController::hasRatingsToWrite(const MySingleFolder &folder) const
+{
+    if (!m_prefs.boolForKey(QStringLiteral("writeRatingsToXMPOnSave")))
+        return false;
+    const QList<MySinglePic *> &pics = folder.sfPicDetails_fullArray;
+    return std::any_of(pics.cbegin(), pics.cend(), [](const MySinglePic *pic) { return pic->xmpRatingToWrite(); });
 }
 
 void AppController::saveWillStart()

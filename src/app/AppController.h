@@ -70,6 +70,9 @@ public:
 
     // The folders a save would write: every one with unsaved changes.
     QList<MySingleFolder *> unsavedFolders() const;
+    // Under writeRatingsToXMPOnSave: an item of the folder has a rating its file does not say
+    // yet, which the next save writes.
+    bool hasRatingsToWrite(const MySingleFolder &folder) const;
     bool isStandardBlocked() const { return m_dateChanges.isBlocked(); }
     void saveWillStart();
     // The save has ended: what was written can no longer be undone, and the views show what the

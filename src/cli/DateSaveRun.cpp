@@ -204,7 +204,7 @@ QString DateSaveRun::parseArguments(const QStringList &arguments, const QStringL
             return QLatin1String("--pref takes KEY=VALUE, not '") + value + QLatin1Char('\'');
         options.prefs.append({value.left(equals), value.mid(equals + 1)});
     }
-    if (!hasRequired)
+    if (!ownOptions.isEmpty() && !hasRequired)
         return ownOptions.first() + QLatin1Char(' ') + requiredValue + QLatin1String(" is required");
     if (options.paths.isEmpty())
         return QStringLiteral("name at least one file or folder");

@@ -35,8 +35,8 @@ public:
     using TakeValue = std::function<QString(const QString &option, const QString &value)>;
 
     // A date command's whole line: its own options, each with a value (handed to `take`), then
-    // --dry-run, --json, --pref KEY=VALUE and the paths. The first own option (--by, --source, --at)
-    // and one path at least are required; `requiredValue` names its value in the message when it
+    // --dry-run, --json, --pref KEY=VALUE and the paths. The first own option (--by, --source, --at),
+    // where a command has any, and one path at least are required; `requiredValue` names its value in the message when it
     // is missing. Answers the problem for the usage message, empty when the line is good.
     static QString parseArguments(const QStringList &arguments, const QStringList &ownOptions,
                                   const QString &requiredValue, const TakeValue &take, Options &options);

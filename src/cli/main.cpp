@@ -3,6 +3,7 @@
 #include "cli/JournalCommands.h"
 #include "cli/LocateCommand.h"
 #include "cli/PlacesCommand.h"
+#include "cli/RateCommand.h"
 #include "cli/RenameCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/ShiftCommand.h"
@@ -154,6 +155,20 @@ const char *const usage =
     "                          dates to the nanosecond; or, when the last run was a\n"
     "                          rename, the names it changed. A file changed since that\n"
     "                          run is left as it is and named, and the exit code is 1.\n"
+    "  rate --keeper|--neutral|--reject [--dry-run] [--json] [--pref KEY=VALUE]... PATH...\n"
+    "                          Rate the files (a RAW and JPEG pair or a Live Photo as one, in\n"
+    "                          its main file) and save the rating as XMP xmp:Rating, which\n"
+    "                          other programs read: 5 for a keeper, -1 for a reject, and 0\n"
+    "                          (XMP's \"unrated\") for a neutral file that said 5 or -1. A file\n"
+    "                          that says so already is not written; ratings 1 to 4 count as\n"
+    "                          neutral and stay. Written in place into the file's XMP packet\n"
+    "                          where its padding has room (the file keeps its length and\n"
+    "                          modification date), otherwise through exiftool, into the\n"
+    "                          file's XMP sidecar where it has one, for movies, and for RAW\n"
+    "                          files unless addRawLocationsOnlyInSidecars is off (a new\n"
+    "                          sidecar is made). Dates and places are not touched. Each file\n"
+    "                          says its rating (1, 0, -1 as scan gives it) and xmpRating,\n"
+    "                          the value written. 'revert' takes the ratings back.\n"
     "  places [--limit N] [--json] TEXT...\n"
     "                          List the places (cities of the system's GeoNames list, and\n"
     "                          time zones) whose name, country, region or zone name begins\n"
@@ -183,7 +198,7 @@ bool writesFiles(const QStringList &args)
 {
     static const QStringList writing = {QStringLiteral("revert"), QStringLiteral("shift"), QStringLiteral("locate"),
                                         QStringLiteral("align"), QStringLiteral("zone"),
-                                        QStringLiteral("rename")};
+                                        QStringLiteral("rename"), QStringLiteral("rate")};
     return writing.contains(args.first()) && !args.contains(QStringLiteral("--dry-run"));
 }
 
@@ -246,6 +261,8 @@ int main(int argc, char *argv[])
         return orv::ZoneCommand::run(args.mid(1));
     if (args.first() == QLatin1String("state"))
         return orv::StateCommand::run(args.mid(1));
+    if (args.first() == QLatin1String("rate"))
+        return orv::RateCommand::run(args.mid(1));
     if (args.first() == QLatin1String("places"))
         return orv::PlacesCommand::run(args.mid(1));
     QTextStream(stderr) << "orvelle-cli: unknown command '" << args.first() << "'\n" << usage;

@@ -112,6 +112,12 @@ QStringList definedCondition(const char *group, std::initializer_list<const char
     return {QStringLiteral("-if"), QLatin1Char('(') + defined.join(QStringLiteral(" and ")) + QLatin1Char(')')};
 }
 
+// A new sidecar names the extension of the file it belongs to.
+QStringList sidecarForLine(const MySinglePic &pic)
+{
+    return {QStringLiteral("-XMP:SidecarForExtension=") + QFileInfo(pic.spPath()).suffix().toUpper()};
+}
+
 } // namespace
 
 bool ExiftoolBridge::willAddNewLocation(const MySinglePic &pic)
@@ -370,23 +376,32 @@ bool ExiftoolBridge::addDateTagsForFileDate(MySinglePic &pic)
     return true;
 }
 
-bool ExiftoolBridge::updateXmpLocationInSidecar(MySinglePic &pic, bool isNewLocation)
+QString ExiftoolBridge::sidecarToWrite(MySinglePic &pic, bool &isNew)
 {
     const QStringList existing =
         pic.spSidecarPaths().filter(QStringLiteral(".xmp"), Qt::CaseInsensitive);
-    const bool isNew = existing.isEmpty();
+    isNew = existing.isEmpty();
     const QFileInfo file(pic.spPath());
     const QString path = isNew ? file.dir().filePath(file.completeBaseName() + QLatin1String(".xmp"))
                                : existing.first();
     if (isNew && QFileInfo::exists(path)) {
         m_errors.addToolError(ToolStep::SidecarExists, pic, path);
-        return false;
+        return {};
     }
+    return path;
+}
+
+bool ExiftoolBridge::updateXmpLocationInSidecar(MySinglePic &pic, bool isNewLocation)
+{
+    bool isNew = false;
+    const QString path = sidecarToWrite(pic, isNew);
+    if (path.isEmpty())
+        return false;
     const ToolStep step =
         pic.hasAddedLocation ? ToolStep::AddLocationInSidecar : ToolStep::UpdateLocation;
     QStringList lines = coordinateLines("XMP", pic);
     if (isNew)
-        lines << QStringLiteral("-XMP:SidecarForExtension=") + file.suffix().toUpper();
+        lines << sidecarForLine(pic);
     lines << altitudeLines("XMP", pic);
     const double accuracy = pic.newLocationHAccuracy;
     if (isSet(accuracy))
@@ -496,6 +511,31 @@ bool ExiftoolBridge::updateFileLocation(MySinglePic &pic)
     if (!refreshInternalData(pic, ToolStep::UpdateLocation))
         return false;
     pic.takeSavedLocation();
+    return true;
+}
+
+bool ExiftoolSteps::ratingGoesToSidecar(const MySinglePic &pic, bool addRawLocationsOnlyInSidecars)
+{
+    return pic.hasXmpSidecar() || pic.isMovie() || (pic.isRaw() && addRawLocationsOnlyInSidecars);
+}
+
+bool ExiftoolBridge::saveRatingChange(MySinglePic &pic, int rating)
+{
+    const QStringList lines{QStringLiteral("-XMP-xmp:Rating=") + QString::number(rating)};
+    if (!ratingGoesToSidecar(pic, m_settings.options.addRawLocationsOnlyInSidecars)) {
+        if (!act(ToolStep::WriteRating, lines, pic, pic.spPath()) ||
+            !refreshInternalData(pic, ToolStep::WriteRating))
+            return false;
+    } else {
+        bool isNew = false;
+        const QString sidecar = sidecarToWrite(pic, isNew);
+        if (sidecar.isEmpty() ||
+            !act(ToolStep::WriteRating, isNew ? lines + sidecarForLine(pic) : lines, pic, sidecar))
+            return false;
+        if (isNew)
+            pic.spSidecarExtensions.append(QStringLiteral("xmp"));
+    }
+    pic.fileRating = qint8(rating);
     return true;
 }
 

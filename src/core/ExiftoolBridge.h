@@ -36,6 +36,7 @@ public:
     bool extendShortXmpDateTags(MySinglePic &pic,
                                 const std::map<QString, QString> &supportStamps) override;
     bool saveLocationChange(MySinglePic &pic, bool exifInPlace) override;
+    bool saveRatingChange(MySinglePic &pic, int rating) override;
     bool mayAddDateTagsToFileDatedItems() override;
     bool addDateTagsForFileDate(MySinglePic &pic) override;
 
@@ -82,6 +83,9 @@ private:
     // The item's stored values, read again from the file the tool rewrote.
     bool refreshInternalData(MySinglePic &pic, ToolStep step);
     bool updateXmpLocationInSidecar(MySinglePic &pic, bool isNewLocation);
+    // The item's XMP sidecar, or the path of the one a first write makes; empty, with the
+    // item's error filed, when a file of that name that is no sidecar of the item stands there.
+    QString sidecarToWrite(MySinglePic &pic, bool &isNew);
 
     XtController &m_xt;
     SaveErrors &m_errors;

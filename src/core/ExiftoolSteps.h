@@ -26,6 +26,11 @@ public:
     // The item's location. `exifInPlace`: the file's GPS tags take latitude and longitude in
     // place, and exiftool only adds the parts they lack and keeps the XMP twin in step.
     virtual bool saveLocationChange(MySinglePic &pic, bool exifInPlace) = 0;
+    // The item's rating as xmp:Rating, where its places go: its XMP sidecar (a new one for a
+    // movie, and for a RAW file under addRawLocationsOnlyInSidecars), else the file itself.
+    virtual bool saveRatingChange(MySinglePic &pic, int rating) = 0;
+    // Whether saveRatingChange writes the sidecar rather than the file.
+    static bool ratingGoesToSidecar(const MySinglePic &pic, bool addRawLocationsOnlyInSidecars);
     // Whether an item dated by its file alone may take its new date as tags it did not have;
     // asked once per run.
     virtual bool mayAddDateTagsToFileDatedItems() = 0;

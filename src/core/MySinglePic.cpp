@@ -188,6 +188,26 @@ bool MySinglePic::isThisHarmonizationChanged() const
     return mine && theirs && mine->wholeSeconds() != theirs->wholeSeconds();
 }
 
+std::optional<int> MySinglePic::xmpRatingToWrite() const
+{
+    if (bundleMasterImage)
+        return std::nullopt;
+    const int wanted = isKeeper ? 5 : isRejected ? -1 : 0;
+    // The stars between mean neutral here, as an import reads them: they stay as they are.
+    const int held = fileRating && (*fileRating == 5 || *fileRating == -1) ? *fileRating : 0;
+    if (wanted == held)
+        return std::nullopt;
+    return wanted;
+}
+
+std::pair<int, quint32> MySinglePic::xmpPacketSearch() const
+{
+    const PicAttributes &a = singlePicAttributes;
+    if (a.cr3XmpOffset)
+        return {Cr3XmpFormat, a.cr3XmpOffset};
+    return {fileFormatType, a.xmpHeaderStartOffset ? a.xmpHeaderStartOffset : tiffHeaderStartOffset};
+}
+
 bool MySinglePic::hasLocationChange() const
 {
     if (shouldReSaveLoc)

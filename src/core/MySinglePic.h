@@ -156,6 +156,9 @@ public:
     qint8 usesAltTimeAtAmbiguityReason = 0; // not 0: the user chose the other hour of a repeated one
     qint8 dstOffsetState = 0;               // timeline marker cache: 0 unknown, -1, 1, 2
     qint8 marker = 0;
+    // The xmp:Rating the file (its packet or its sidecar) held when read, or that a save wrote
+    // last: -1 to 5; none when it holds none.
+    std::optional<qint8> fileRating;
     quint8 majorDateDifferenceType = 0;     // MajorDifferenceBits
     quint8 dstDivergenceState = 0, dstAmbiguityAtExportState = 0, dstAmbiguityAtImportState = 0; // DateSlotBits
     quint8 saveErrorType = 0;               // SaveErrorBits
@@ -239,6 +242,14 @@ public:
     bool isThisTimeUnsaved() const;
     bool isThisPureTimeUnsaved() const;
     bool hasLocationChange() const;
+    // The xmp:Rating a save writes so that other programs see the item's rating: 5 a keeper, -1 a
+    // reject, 0 (which XMP defines as unrated) a neutral item whose file says keeper or reject.
+    // Nothing when the file says what the item is already, and for a group's dependent, whose
+    // rating its master carries.
+    std::optional<int> xmpRatingToWrite() const;
+    // Where a reader finds the XMP packet in the item's own file: the container's format and
+    // the offset to start from.
+    std::pair<int, quint32> xmpPacketSearch() const;
     // The file holds the item's location now: nothing waits to be written.
     void takeSavedLocation();
     // The item takes a new location, added by the user (1) or a track (2); the one it had waits

@@ -9,6 +9,7 @@
 #include "core/StoredBytes.h"
 #include "formats/FileReader.h"
 #include "formats/InPlaceWriter.h"
+#include "formats/MySingleFolderDataReader.h"
 #include "formats/PngLocator.h"
 #include "formats/SaveJournal.h"
 #include "time/DateStampCodec.h"
@@ -370,14 +371,46 @@ bool PicSaver::keepCreationDateInTags()
     return m_env.exiftool.addDateTagsForFileDate(m_pic);
 }
 
+bool PicSaver::saveRating()
+{
+    const std::optional<int> rating = m_pic.xmpRatingToWrite();
+    if (!rating)
+        return true;
+    if (!ExiftoolSteps::ratingGoesToSidecar(m_pic, m_env.settings.options.addRawLocationsOnlyInSidecars)) {
+        const FileReader file(m_pic.spPath());
+        const auto [format, start] = m_pic.xmpPacketSearch();
+        std::optional<std::vector<ByteEdit>> edits =
+            file.isOpen() ? MySingleFolderDataReader().xmpRatingEdits(file, format, start, *rating)
+                          : std::nullopt;
+        if (edits) {
+            PlannedSave plan;
+            plan.edits = std::move(*edits);
+            plan.touchesXmp = true;
+            MySinglePic *pic = &m_pic;
+            plan.whenSaved.push_back([pic, value = qint8(*rating)] { pic->fileRating = value; });
+            const std::optional<FileTime> before = FileTime::modificationOf(m_pic.spPath());
+            return before && writePlanned(std::move(plan), before, WriteKind::Rating);
+        }
+    }
+    return m_env.exiftool.saveRatingChange(m_pic, *rating);
+}
+
 bool PicSaver::writeAndFinish(PlannedSave plan)
 {
-    const QString path = m_pic.spPath();
     // Where the creation date is the item's date, a creation date the file system cannot take
     // would lose the change at the next import: unless the user chose the modification date
     // alone over added tags, the item stays pending, and its file untouched.
     if (isCreationDateLost() && !m_keepsFileDateOnly)
         return invalidPicErrorID(SaveErrorId::FileDatesNotSet, SaveErrorId::FileDatesNotSet, true);
+    const std::optional<FileTime> after =
+        m_pic.fileModificationDateNEW ? std::optional(FileTime::fromInstant(*m_pic.fileModificationDateNEW))
+                                      : std::nullopt;
+    return writePlanned(std::move(plan), after, WriteKind::Dates);
+}
+
+bool PicSaver::writePlanned(PlannedSave plan, std::optional<FileTime> after, WriteKind kind)
+{
+    const QString path = m_pic.spPath();
     if (m_pic.fileFormatType == PngFormat && !plan.edits.empty()) {
         FileReader unwritten(path);
         PngLocator chunks(unwritten);
@@ -395,9 +428,6 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     const std::optional<FileTime> before = FileTime::modificationOf(path);
     if (!before)
         return invalidPicErrorID(SaveErrorId::SaveCannotOpen, SaveErrorId::CheckCannotOpen, true);
-    const std::optional<FileTime> after =
-        m_pic.fileModificationDateNEW ? std::optional(FileTime::fromInstant(*m_pic.fileModificationDateNEW))
-                                      : std::nullopt;
     std::vector<ByteEdit> edits = std::move(plan.edits);
     // A journaled run commits every file together once all are planned; otherwise the file is
     // written now.
@@ -407,9 +437,10 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
         m_env.journal->plan(
             {path, StoredBytes::proof(m_pic.singlePicAttributes, m_pic.singlePicAttributes.NSFileSize.value_or(-1)),
              std::move(edits), *before, after,
-             [pic, environment, whenSaved = std::move(plan.whenSaved), damaged = plan.damagedTags,
+             [pic, environment, kind, whenSaved = std::move(plan.whenSaved), damaged = plan.damagedTags,
               failedType = saveErrorTypeIfFailed()](bool written, bool dateSet) {
-                 if (!PicSaver(*pic, *environment).finishWrite(written, dateSet, whenSaved, damaged))
+                 if (!PicSaver(*pic, *environment).finishPlanned(kind, written, dateSet, whenSaved, damaged) &&
+                     kind == WriteKind::Dates)
                      pic->saveErrorType = failedType;
              }});
         return true;
@@ -423,7 +454,21 @@ bool PicSaver::writeAndFinish(PlannedSave plan)
     // The writer puts the bytes back on a failure; the date their writing moved goes back too.
     if (writer && !written)
         writer->setModificationTime(*before);
-    return finishWrite(written, dateSet, plan.whenSaved, plan.damagedTags);
+    return finishPlanned(kind, written, dateSet, plan.whenSaved, plan.damagedTags);
+}
+
+bool PicSaver::finishPlanned(WriteKind kind, bool written, bool dateSet,
+                             const std::vector<std::function<void()>> &whenSaved, bool damagedTags)
+{
+    if (kind == WriteKind::Dates)
+        return finishWrite(written, dateSet, whenSaved, damagedTags);
+    if (!written) {
+        m_env.errors.addErrorID(SaveErrorId::SaveCannotOpen, m_pic);
+        return false;
+    }
+    for (const auto &taken : whenSaved)
+        taken();
+    return true;
 }
 
 bool PicSaver::finishWrite(bool written, bool dateSet, const std::vector<std::function<void()>> &whenSaved,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/FileAttributes.h"
+#include "formats/InPlaceWriter.h"
 
 #include <QtGlobal>
 
@@ -48,6 +49,13 @@ public:
     bool validatePicWithSavingChanges(bool saving, int onlySaveFilesOfType = ItemAndDependent,
                                       bool isWithoutError = true);
 
+    // Writes the item's rating as xmp:Rating where the file does not say it yet
+    // (MySinglePic::xmpRatingToWrite): in place in the file's own XMP packet where it has room,
+    // otherwise through exiftool, into the sidecar where the item's places go. The file keeps
+    // its modification date. True when nothing was due or the write succeeded (or was planned,
+    // in a journaled run).
+    bool saveRating();
+
     // The value for fileUnchangedState, read-only: 0 unchanged, 1 missing, 2 unreadable, 3 file
     // attributes changed, 4 bytes or a sidecar changed, 5 needs a new import. Repeated only when
     // the folder changed since the last check. Needs no run: the verification of outside
@@ -81,6 +89,13 @@ private:
     // In a journaled run the write is planned, and the item takes on its saved state when the
     // run commits it.
     bool writeAndFinish(PlannedSave plan);
+    // The write itself, journaled or at once. `after`: the modification date the file takes,
+    // none to leave the one the writes give it. A rating write keeps the file's date, and the
+    // item takes on only what the plan says.
+    enum class WriteKind { Dates, Rating };
+    bool writePlanned(PlannedSave plan, std::optional<FileTime> after, WriteKind kind);
+    bool finishPlanned(WriteKind kind, bool written, bool dateSet,
+                       const std::vector<std::function<void()>> &whenSaved, bool damagedTags);
     bool finishWrite(bool written, bool dateSet, const std::vector<std::function<void()>> &whenSaved,
                      bool damagedTags);
     // The save error an item gets when its save fails: what was due.

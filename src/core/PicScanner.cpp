@@ -76,10 +76,9 @@ std::optional<std::pair<int, quint32>> xmpPacketToRead(const ScanFacts &facts)
     return std::pair{facts.dates.cr3XmpOffset ? int(Cr3XmpFormat) : format, start.value_or(0)};
 }
 
-void readXmpPlaceWhenNeeded(ScanFacts &facts, const ByteSource &file, MySingleFolderDataReader &reader)
+// The packet's place, needed where the GPS tags hold none, and its rating, read always.
+void readXmpMetadata(ScanFacts &facts, const ByteSource &file, MySingleFolderDataReader &reader)
 {
-    if (facts.dates.gpsLocation)
-        return;
     if (const auto packet = xmpPacketToRead(facts))
         facts.xmpPlace = reader.metadataFromXMPOfFile(file, packet->first, packet->second);
 }
@@ -233,7 +232,7 @@ ScanFacts PicScanner::readFacts(const QString &path, bool exifIgnored)
     if (facts.dates.place == DatesData::Place::DecodedProfile)
         forgetPlaces(facts.dates);
     readXmpWhenNeeded(facts, file, reader);
-    readXmpPlaceWhenNeeded(facts, file, reader);
+    readXmpMetadata(facts, file, reader);
     if (facts.dates.tiffHeader)
         facts.image = reader.imageTags(file, *facts.dates.tiffHeader);
     return facts;
@@ -719,7 +718,14 @@ bool PicScanner::takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &si
 
 void PicScanner::takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp)
 {
-    if (!xmp.rating || pic.isKeeper || pic.isRejected)
+    if (!xmp.rating)
+        return;
+    // An item rated as its files said so far follows a sidecar read after its own packet, as
+    // places do; one the user rated keeps its rating. What the file says is kept apart from the
+    // item's rating, so that a save writes only a rating that changed.
+    const bool ratedByUser = (pic.isKeeper || pic.isRejected) && pic.xmpRatingToWrite();
+    pic.fileRating = qint8(*xmp.rating);
+    if (ratedByUser)
         return;
     pic.isKeeper = *xmp.rating == 5;
     pic.isRejected = *xmp.rating == -1;

@@ -95,12 +95,14 @@ public:
     // a metadata date is dated by that. False when the file no longer reads as it did.
     static bool refreshInternalData(MySinglePic &pic);
 
+    // The rating other programs wrote as xmp:Rating: 5 makes a keeper, -1 a reject; the stars
+    // between mean nothing here. A sidecar's rating, read after the packet, wins over the
+    // packet's; an item the user rated keeps its rating. The file's value is kept as fileRating
+    // either way.
+    static void takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp);
     // The place an XMP sidecar names becomes the item's: the sidecar is where places of a file
     // with one are saved, so it holds the newer word over the file's GPS tags. False when it
     // names none, and when the user moved the item's place and has not saved it yet.
-    // The rating other programs wrote as xmp:Rating: 5 makes a keeper, -1 a reject; the stars
-    // between mean nothing here, and an item already rated keeps its rating.
-    static void takeXmpRating(MySinglePic &pic, const XmpSidecarMetadata &xmp);
     static bool takeSidecarPlace(MySinglePic &pic, const XmpSidecarMetadata &sidecar);
 
 private:

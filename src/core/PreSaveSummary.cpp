@@ -104,11 +104,13 @@ PreSaveSummary::PreSaveSummary(const PreSaveReview &review)
 {
     QList<PreSaveItem> clean;
     for (MySinglePic *pic : review.items) {
-        PreSaveItem item{pic, {}, problemsOf(pic, review.errors, m_problemCount)};
+        PreSaveItem item{pic, {}, problemsOf(pic, review.errors, m_problemCount), {}};
         if (review.settings)
             for (const SavedDate &date : calculatedDatesOf(*pic, *review.settings))
                 if (date.changes())
                     item.changes.append(date);
+        if (review.settings && review.settings->writeRatingsToXMPOnSave)
+            item.xmpRating = pic->xmpRatingToWrite();
         (item.problems.isEmpty() ? clean : m_items).append(item);
     }
     m_items.append(clean);

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace orv {
 
 class MySinglePic;
@@ -46,6 +48,8 @@ struct PreSaveItem
     QList<SavedDate> changes;
     // The pre-check's findings about it (or its group's dependent), in key order.
     QStringList problems;
+    // The xmp:Rating the save writes, where it writes one (writeRatingsToXMPOnSave).
+    std::optional<int> xmpRating;
 };
 
 // The items of a save with every date it changes and what the pre-check found, read from the

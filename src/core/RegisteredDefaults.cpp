@@ -138,7 +138,7 @@ QVariantHash registeredDefaults()
         "stateTrayIsExpertModeEnabled", "stateTraySortDirectionSearch",
         "subfolderTraySortDirection", "stateTrayIgnoreWindowData",
         "stateTrayPrefersAlwaysDeletingDirectly", "stateTrayIsExpertModeHintSuppressed",
-        "searchFilterBarCollapsed"
+        "searchFilterBarCollapsed", "writeRatingsToXMPOnSave"
     });
     addStrings("1", {
         "counterType", "dateChangeEXIFEXIFDigiDate", "dateChangeEXIFEXIFModDate",

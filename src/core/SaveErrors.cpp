@@ -48,6 +48,9 @@ QString SaveErrors::descriptionForStep(ToolStep step)
     case ToolStep::WriteMovieDates:
         return QCoreApplication::translate("SaveErrors",
                                            "The dates of these movies could not be written:");
+    case ToolStep::WriteRating:
+        return QCoreApplication::translate("SaveErrors",
+                                           "The rating of these files could not be written as xmp:Rating:");
     }
     return {};
 }

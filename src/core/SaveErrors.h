@@ -46,6 +46,8 @@ enum class ToolStep : int {
     ExtendShortXmpStamps = 7,
     // A movie date that does not fit its stamp in place.
     WriteMovieDates = 20,
+    // A rating that the file's XMP packet has no room for in place.
+    WriteRating = 21,
 };
 
 // The errors of one run: per error id the items that failed with it, and per step that could

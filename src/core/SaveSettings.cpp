@@ -49,6 +49,7 @@ SaveSettings SaveSettings::fromPreferences(const Preferences &prefs, Instant now
     settings.syncXMPDataOnSave = prefs.boolForKey(QStringLiteral("syncXMPDataOnSave"));
     settings.setPositioningErrorsToZeroOnChange =
         prefs.boolForKey(QStringLiteral("setPositioningErrorsToZeroOnChange"));
+    settings.writeRatingsToXMPOnSave = prefs.boolForKey(QStringLiteral("writeRatingsToXMPOnSave"));
     settings.journalPath = SaveJournal::defaultPath();
     return settings;
 }

@@ -24,6 +24,9 @@ struct SaveSettings
     // A moved location without an accuracy of its own leaves no stale positioning error behind:
     // the tags that have one take 0.
     bool setPositioningErrorsToZeroOnChange = true;
+    // On: ratings that changed since the file was read are written as xmp:Rating, so that other
+    // programs see keepers (5) and rejects (-1).
+    bool writeRatingsToXMPOnSave = false;
     // The zone every new stamp is written in once time zone correction chooses one. Without it a
     // stamp keeps its own zone: the one its offset tag or XMP offset names, UTC for a "Z" stamp,
     // the system zone for a local stamp, the zone the scan read it in.

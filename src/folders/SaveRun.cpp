@@ -77,7 +77,13 @@ SaveRun::~SaveRun() = default;
 
 bool SaveRun::isDue(const MySinglePic &pic) const
 {
-    return m_settings.options.isSavingPhotosWithoutDateChangesEnabled || pic.isUnsaved();
+    return m_settings.options.isSavingPhotosWithoutDateChangesEnabled || pic.isUnsaved() ||
+           hasRatingToWrite(pic);
+}
+
+bool SaveRun::hasRatingToWrite(const MySinglePic &pic) const
+{
+    return m_settings.writeRatingsToXMPOnSave && pic.xmpRatingToWrite();
 }
 
 QList<MySingleFolder *> SaveRun::foldersToSave() const
@@ -242,7 +248,7 @@ void SaveRun::saveThread(SaveOutcome &outcome)
             MySinglePic &pic = *job.pic;
             MySinglePic *dependent = pic.bundleDependentImage;
             if (!dependent || m_settings.options.isSavingPhotosWithoutDateChangesEnabled ||
-                pic.isThisUnsaved(false, false) || pic.hasSaveError())
+                pic.isThisUnsaved(false, false) || pic.hasSaveError() || hasRatingToWrite(pic))
                 job.saved = PicSaver(pic, environment).validatePicWithSavingChanges(true);
             else
                 job.saved = PicSaver(*dependent, environment)
@@ -273,6 +279,30 @@ void SaveRun::saveThread(SaveOutcome &outcome)
     // the XMP twin inside a file only under the preference.
     if ((syncsXmp || anyXmpSidecar) && outcome.journalProblem.isEmpty())
         syncXMPDataThread(folders, outcome);
+    // After the dates, so that a rating written in place finds the packet as they left it.
+    if (m_settings.writeRatingsToXMPOnSave && outcome.journalProblem.isEmpty())
+        writeRatingsThread(folders, outcome);
+}
+
+void SaveRun::writeRatingsThread(const QList<MySingleFolder *> &folders, SaveOutcome &outcome)
+{
+    SaveEnvironment environment{m_settings, m_errors, m_disk, m_exiftool, m_journal.get()};
+    QList<MySinglePic *> rated;
+    for (MySingleFolder *folder : folders) {
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            // Only a file the save just proved unchanged takes its rating.
+            if (hasRatingToWrite(*pic) && outcome.savedPics.contains(pic)) {
+                PicSaver(*pic, environment).saveRating();
+                rated.append(pic);
+            }
+        }
+    }
+    commitPlanned(outcome);
+    // A write planned in the journal fails only at its commit: the errors tell.
+    for (MySinglePic *pic : std::as_const(rated)) {
+        if (!m_errors.errorIdsFor(*pic).isEmpty() || !m_errors.toolStepsFor(*pic).isEmpty())
+            outcome.savedPics.remove(pic);
+    }
 }
 
 bool SaveRun::commitPlanned(SaveOutcome &outcome)
@@ -361,15 +391,8 @@ void SaveRun::syncXmpDates(MySinglePic &pic)
         m_errors.addErrorID(SaveErrorId::XmpSidecarMissing, pic);
         return;
     }
-    const PicAttributes &a = pic.singlePicAttributes;
-    const bool isCr3 = a.cr3XmpOffset != 0;
-    const int format = inSidecar ? int(UnknownFormat)
-                       : isCr3   ? int(Cr3XmpFormat)
-                                 : int(pic.fileFormatType);
-    const quint32 start = inSidecar                ? 0
-                          : isCr3                  ? a.cr3XmpOffset
-                          : a.xmpHeaderStartOffset ? a.xmpHeaderStartOffset
-                                                   : pic.tiffHeaderStartOffset;
+    const auto [format, start] =
+        inSidecar ? std::pair<int, quint32>(UnknownFormat, 0) : pic.xmpPacketSearch();
     std::optional<XmpDateInfos> infos =
         MySingleFolderDataReader().savereadXMPDatesAtPath(path, format, start);
     if (!infos) {

@@ -86,6 +86,9 @@ private:
     bool commitPlanned(SaveOutcome &outcome);
     void syncXMPDataThread(const QList<MySingleFolder *> &folders, SaveOutcome &outcome);
     void syncXmpDates(MySinglePic &pic);
+    // The ratings pass: the saved items whose rating the files do not say yet write it.
+    void writeRatingsThread(const QList<MySingleFolder *> &folders, SaveOutcome &outcome);
+    bool hasRatingToWrite(const MySinglePic &pic) const;
     void clearDateValuesAfterSavingFolder(MySingleFolder &folder);
     // Runs work on the run object's thread, waiting for it; directly when called there.
     void runOnOwnerThread(const std::function<void()> &work);

@@ -158,6 +158,16 @@ std::optional<quint32> MySingleFolderDataReader::xmpPacketStart(const ByteSource
     }
 }
 
+std::optional<std::vector<ByteEdit>> MySingleFolderDataReader::xmpRatingEdits(const ByteSource &file,
+                                                                            int fileFormatType,
+                                                                            quint32 startingFrom, int rating)
+{
+    const std::optional<quint32> start = xmpPacketStart(file, fileFormatType, startingFrom);
+    if (!start || *start >= firstInvalidXmpOffset)
+        return std::nullopt;
+    return XmpLocator(file).ratingEdits(*start, rating);
+}
+
 std::optional<XmpDateInfos> MySingleFolderDataReader::savereadXMPDatesAtPath(
     const QString &path, int fileFormatType, quint32 startingFrom)
 {

@@ -70,6 +70,11 @@ public:
     TiffImageTags imageTagsAtPath(const QString &path, const TiffHeader &header);
     TiffImageTags imageTags(const ByteSource &file, const TiffHeader &header);
 
+    // The edits that make the XMP packet of a file of this format say xmp:Rating `rating` in
+    // place (XmpLocator::ratingEdits); nothing without a packet or without room in it.
+    std::optional<std::vector<ByteEdit>> xmpRatingEdits(const ByteSource &file, int fileFormatType,
+                                                        quint32 startingFrom, int rating);
+
 private:
     // The dates of a CR3: IFD0 in its CMT1 box, the Exif IFD in CMT2, the GPS IFD in CMT4.
     void readCr3Dates(const ByteSource &file, DatesData &result);

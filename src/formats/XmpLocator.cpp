@@ -303,4 +303,79 @@ XmpSidecarMetadata XmpLocator::readMetadata(qint64 packetStart)
     return metadata;
 }
 
+namespace {
+
+// Where an xmp:Rating stands in a packet: its value, and the whole attribute or element that a
+// value of another width blanks.
+struct RatingInPacket
+{
+    qsizetype valueAt = 0, valueLength = 0;
+    qsizetype wholeAt = 0, wholeLength = 0;
+};
+
+std::optional<RatingInPacket> findRating(const QByteArray &packet, qsizetype before)
+{
+    static constexpr QByteArrayView name = "xmp:Rating";
+    for (qsizetype at = packet.indexOf(name); at >= 0 && at < before; at = packet.indexOf(name, at + 1)) {
+        const qsizetype after = at + name.size();
+        if (after + 2 > before)
+            return std::nullopt;
+        const char next = packet[after];
+        if (next == '=' && (packet[after + 1] == '"' || packet[after + 1] == '\'')) {
+            const qsizetype close = packet.indexOf(packet[after + 1], after + 2);
+            if (close < 0 || close >= before)
+                return std::nullopt;
+            return RatingInPacket{after + 2, close - after - 2, at, close + 1 - at};
+        }
+        if (next == '>' && at > 0 && packet[at - 1] == '<') {
+            static constexpr QByteArrayView closing = "</xmp:Rating>";
+            const qsizetype close = packet.indexOf(closing, after + 1);
+            if (close < 0 || close >= before)
+                return std::nullopt;
+            return RatingInPacket{after + 1, close - after - 1, at - 1, close + closing.size() - at + 1};
+        }
+    }
+    return std::nullopt;
+}
+
+bool isXmlSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+} // namespace
+
+std::optional<std::vector<ByteEdit>> XmpLocator::ratingEdits(qint64 packetStart, int rating) const
+{
+    // A packet in a JPEG segment or a TIFF tag stays far below this.
+    constexpr qint64 longestPacket = 1 << 20;
+    const QByteArray packet = m_file.read(packetStart, longestPacket);
+    const qsizetype endMark = packet.indexOf("<?xpacket end=");
+    const qsizetype rdfEnd = endMark < 0 ? -1 : packet.lastIndexOf("</rdf:RDF>", endMark);
+    if (rdfEnd < 0)
+        return std::nullopt;
+    const QByteArray value = QByteArray::number(rating);
+    std::vector<ByteEdit> edits;
+    const auto edit = [&](qsizetype at, const QByteArray &bytes) {
+        edits.push_back({packetStart + at, bytes, packet.mid(at, bytes.size())});
+    };
+    const std::optional<RatingInPacket> old = findRating(packet, rdfEnd);
+    if (old && old->valueLength == value.size()) {
+        edit(old->valueAt, value);
+        return edits;
+    }
+    if (old)
+        edit(old->wholeAt, QByteArray(old->wholeLength, ' '));
+    const QByteArray description = "<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\" "
+                                   "xmp:Rating=\"" + value + "\"/>";
+    const QByteArray tail = packet.mid(rdfEnd, endMark - rdfEnd);
+    qsizetype room = 0;
+    while (room < tail.size() && isXmlSpace(tail[tail.size() - 1 - room]))
+        ++room;
+    if (room < description.size())
+        return std::nullopt;
+    edit(rdfEnd, description + tail.left(tail.size() - description.size()));
+    return edits;
+}
+
 } // namespace orv

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/ByteSource.h"
+#include "formats/InPlaceWriter.h"
 #include "formats/PicAttributes.h"
 
 #include <QByteArray>
@@ -57,6 +58,13 @@ public:
     // occurrence of its tag, kept only when it classifies as a stamp.
     XmpDateInfos readDates(qint64 packetStart);
     XmpSidecarMetadata readMetadata(qint64 packetStart);
+
+    // The edits that make the packet say xmp:Rating `rating`, within the packet's length: a value
+    // of the same width is overwritten; otherwise the old one is blanked and a description of
+    // its own, holding the new one, goes before "</rdf:RDF>", where it takes the room of the
+    // padding the packet keeps for writers. Only bytes from there on move, so no value the
+    // import located changes place. Nothing when the packet has no end mark or too little room.
+    std::optional<std::vector<ByteEdit>> ratingEdits(qint64 packetStart, int rating) const;
 
 private:
     const ByteSource &m_file;

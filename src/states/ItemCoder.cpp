@@ -478,6 +478,9 @@ void write(QCborStreamWriter &writer, const MySinglePic &p, qint64 dependentInde
     map.put("format"_L1, qint64(p.fileFormatType));
     map.put("isKeeper"_L1, p.isKeeper);
     map.put("isRejected"_L1, p.isRejected);
+    // Kept whenever the file held a rating, 0 too: a save writes only a rating that changed.
+    if (p.fileRating)
+        map.put("fileRating"_L1, qint64(*p.fileRating), std::numeric_limits<qint64>::min());
     map.put("saveErrorType"_L1, qint64(p.saveErrorType));
     map.put("tagAddType"_L1, qint64(p.tagAddType));
     map.put("normalizationType"_L1, qint64(p.normalizationType));
@@ -552,6 +555,8 @@ ReadItem read(const CborFields &f)
     p->fileFormatType = FileFormatType(f.integer("format"_L1, 0, 0, 255));
     p->isKeeper = f.flag("isKeeper"_L1);
     p->isRejected = f.flag("isRejected"_L1);
+    if (f.has("fileRating"_L1))
+        p->fileRating = qint8(f.integer("fileRating"_L1, 0, -1, 5));
     p->saveErrorType = quint8(f.integer("saveErrorType"_L1, 0, 0, 255));
     p->tagAddType = quint8(f.integer("tagAddType"_L1, 0, 0, 255));
     p->normalizationType = quint8(f.integer("normalizationType"_L1, 0, 0, 255));

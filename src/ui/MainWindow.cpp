@@ -148,6 +148,12 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     new FieldUndoRouter(*this);
     refreshListState();
     refreshUnsavedState();
+    // Under writeRatingsToXMPOnSave a rating is work for the next save.
+    connect(m_controller.get(), &AppController::ratingsChanged, this, &MainWindow::refreshUnsavedState);
+    connect(&m_prefs, &Preferences::valueChanged, this, [this](const QString &key) {
+        if (key == QLatin1String("writeRatingsToXMPOnSave"))
+            refreshUnsavedState();
+    });
 }
 
 // A running save and the import go first: their threads may still use the folders, the sheets
@@ -678,8 +684,9 @@ void MainWindow::showPicInList(MySinglePic *pic)
 void MainWindow::refreshUnsavedState()
 {
     const QList<MySingleFolder *> &folders = m_import->droppedFolders();
-    const bool unsaved = std::any_of(folders.cbegin(), folders.cend(),
-                                     [](const MySingleFolder *folder) { return folder->isUnsavedFolder(); });
+    const bool unsaved = std::any_of(folders.cbegin(), folders.cend(), [this](const MySingleFolder *folder) {
+        return folder->isUnsavedFolder() || m_controller->hasRatingsToWrite(*folder);
+    });
     setWindowModified(unsaved);
     m_saveAction->setEnabled(unsaved && !isSaving() && !isImporting());
 }

@@ -105,6 +105,13 @@ void PreSaveSummaryDialog::fillTable(const PreSaveSummary &summary, const Thumbn
         } else if (item.changes.isEmpty()) {
             row->setText(WhyColumn, tr("no date changes"));
         }
+        if (item.xmpRating) {
+            auto *rating = new QTreeWidgetItem(row);
+            rating->setText(ItemColumn, tr("Rating (xmp:Rating)"));
+            const std::optional<qint8> held = item.pic->fileRating;
+            rating->setText(NowColumn, held ? QString::number(*held) : tr("none"));
+            rating->setText(AfterColumn, QString::number(*item.xmpRating));
+        }
         for (const SavedDate &date : item.changes) {
             auto *slot = new QTreeWidgetItem(row);
             slot->setText(ItemColumn, date.slotName());

@@ -53,6 +53,8 @@ PreferencesWindow::PreferencesWindow(Preferences &prefs, QWidget *parent)
     addSwitch(saving, QStringLiteral("setPositioningErrorsToZeroOnChange"),
               tr("A moved place sets the positioning error to 0"));
     addSwitch(saving, QStringLiteral("addRawLocationsOnlyInSidecars"), tr("Put places of RAW files only in sidecars"));
+    addSwitch(saving, QStringLiteral("writeRatingsToXMPOnSave"),
+              tr("Write keepers and rejects as XMP ratings (5 and -1) for other programs"));
 
     QFormLayout &importing = addPane(tr("Import"));
     addSwitch(importing, QStringLiteral("createFileGroups"), tr("Group RAW and JPEG files and Live Photos"));

@@ -366,6 +366,9 @@ TEST_F(ScanCommandTest, XmpRatingsOfOtherProgramsBecomeKeepersAndRejects)
     ASSERT_TRUE(QFile::rename(buildTiffFile({.tags = withOriginal()}).write(root.path(), QStringLiteral("raw")),
                               path(QStringLiteral("raw.dng"))));
     buildXmpSidecar({.properties = {{"xmp:Rating", "5"}}}).write(root.path(), QStringLiteral("raw"));
+    // A sidecar's word wins over the packet's, as for places.
+    buildJpeg({.exif = withOriginal(), .xmp = rated("5", XmpForm::Attributes)}).write(root.path(), QStringLiteral("both"));
+    buildXmpSidecar({.properties = {{"xmp:Rating", "-1"}}}).write(root.path(), QStringLiteral("both"));
     photo(QString(), QStringLiteral("plain"), withOriginal());
 
     const CliRun run = runCli({QStringLiteral("scan"), QStringLiteral("--json"), root.path()});
@@ -377,6 +380,7 @@ TEST_F(ScanCommandTest, XmpRatingsOfOtherProgramsBecomeKeepersAndRejects)
                                            {QStringLiteral("rejected.jpg"), -1},
                                            {QStringLiteral("three.jpg"), 0},
                                            {QStringLiteral("raw.dng"), 1},
+                                           {QStringLiteral("both.jpg"), -1},
                                            {QStringLiteral("plain.jpg"), 0}}));
     // exiftool reads the same stars where we found them.
     EXPECT_EQ(exiftoolTags(path(QStringLiteral("five.jpg"))).number("XMP:Rating"), 5);

@@ -22,7 +22,7 @@ QSet<QString> keysOfType(const QVariantHash &table, QMetaType::Type type)
 TEST(RegisteredDefaults, EveryKeyIsRegisteredInItsForm)
 {
     const QVariantHash table = registeredDefaults();
-    EXPECT_EQ(table.size(), 197);
+    EXPECT_EQ(table.size(), 198);
     EXPECT_EQ(keysOfType(table, QMetaType::Bool), QSet<QString>{"fixFinderDateOnImport"});
     EXPECT_EQ(
         keysOfType(table, QMetaType::Double),
@@ -37,7 +37,7 @@ TEST(RegisteredDefaults, EveryKeyIsRegisteredInItsForm)
     const QSet<QString> textKeys{"additionalText", "additionalText2", "additionalText3",
                                  "tioFilterValues", "stateTraySubfolderPath"};
     const QSet<QString> decimalKeys = keysOfType(table, QMetaType::QString) - textKeys;
-    EXPECT_EQ(decimalKeys.size(), 197 - 1 - 8 - 6 - 5);
+    EXPECT_EQ(decimalKeys.size(), 198 - 1 - 8 - 6 - 5);
     for (const QString &key : decimalKeys) {
         bool isDecimal = false;
         table.value(key).toString().toInt(&isDecimal);

@@ -164,6 +164,9 @@ TEST_F(StateRoundTripTest, ARestoredWorkingSetWritesTheSameStateAndSavesTheSameB
     EXPECT_EQ(folders.at(1)->sfEditMode, MySingleFolder::EditSeparately);
     EXPECT_EQ(named(folders.at(1), u"Nikon.jpg"_s)->singlePicModification, -5400);
     EXPECT_TRUE(named(&one, u"Canon.jpg"_s)->isKeeper);
+    // What the file said stays known, so that a save writes only a rating that changed.
+    EXPECT_EQ(named(folders.at(1), u"MWG.jpg"_s)->fileRating, 3);
+    EXPECT_EQ(named(folders.at(1), u"MWG.jpg"_s)->xmpRatingToWrite(), -1);
     EXPECT_TRUE(named(&one, u"Canon.jpg"_s)->hasLocationChange());
     for (const QString &name : {u"QuickTime.mov"_s, u"Canon.jpg"_s})
         EXPECT_EQ(MoviePositions::of(*named(&one, name)), MoviePositions::of(*named(kept.folders().at(0), name)))

@@ -1,0 +1,156 @@
+// orvelle-cli rate on corpus copies: exiftool reads the rating each file or its sidecar took (in
+// place in the packet's padding, or through exiftool), a scan reads it back, and a revert puts
+// every byte back and takes away the sidecars the run made.
+
+#include "support/CliRun.h"
+#include "support/Corpus.h"
+#include "support/Exiftool.h"
+#include "support/SaveFixture.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <map>
+
+using namespace orv;
+using namespace orv::test;
+
+namespace {
+
+// A corpus file, and where other programs read its rating: the file itself or its sidecar.
+struct Sample
+{
+    const char *corpus;
+    bool inPlace;     // the packet's padding takes it: length and modification time stay
+    bool sidecar;     // the rating goes to the XMP sidecar beside it
+};
+
+const Sample samples[] = {
+    {"metadata-extractor-images/jpg/Apple iPhone 6 plus.jpg", true, false}, // xmp:Rating="2"
+    {"exifr/test/fixtures/canon-dslr.jpg", true, false},                    // <xmp:Rating>0<
+    {"metadata-extractor-images/heic/IMG_2927.HEIC", true, false},
+    {"exiftool-t/PhotoMechanic.jpg", false, false}, // a packet without padding
+    {"exiftool-t/Canon.jpg", false, false},         // no packet
+    {"exiv2/test/data/IMG_3578.heic", false, false},
+    {"exiftool-t/CanonRaw.cr2", false, true},
+    {"exiftool-t/QuickTime.mov", false, true},
+    {"exifr/test/fixtures/sidecar/IMG_5910.jpg", false, true}, // with its own IMG_5910.xmp
+};
+
+class RateCommand : public ::testing::Test
+{
+protected:
+    QTemporaryDir home;
+    QTemporaryDir work;
+    QStringList files;
+    std::map<QString, QByteArray> originals;
+
+    void SetUp() override
+    {
+        for (const Sample &sample : samples) {
+            const QString source = corpusFile(QString::fromUtf8(sample.corpus));
+            if (!QFileInfo::exists(source))
+                GTEST_SKIP() << "no corpus";
+            files << copyToTemporary(source, work);
+        }
+        copyToTemporary(corpusFile(QStringLiteral("exifr/test/fixtures/sidecar/IMG_5910.xmp")), work);
+        originals = folderBytes();
+    }
+
+    std::map<QString, QByteArray> folderBytes() const
+    {
+        std::map<QString, QByteArray> bytes;
+        for (const QString &name : QDir(work.path()).entryList(QDir::Files | QDir::Hidden))
+            bytes[name] = fileBytes(work.filePath(name));
+        return bytes;
+    }
+
+    static QString readerPath(const Sample &sample, const QString &file)
+    {
+        const QFileInfo info(file);
+        return sample.sidecar ? info.dir().filePath(info.completeBaseName() + QLatin1String(".xmp")) : file;
+    }
+
+    // The rating exiftool reads for every sample, and the run's entries by file name.
+    void expectRatings(const CliResult &run, int xmpRating, int rating)
+    {
+        ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+        std::map<QString, QJsonObject> entries;
+        for (const QJsonValue &entry : run.json())
+            entries[QFileInfo(entry[u"path"].toString()).fileName()] = entry.toObject();
+        for (std::size_t i = 0; i < std::size(samples); ++i) {
+            const QString name = QFileInfo(files[i]).fileName();
+            ASSERT_TRUE(entries.count(name)) << name.toStdString();
+            EXPECT_TRUE(entries[name][u"saved"].toBool()) << name.toStdString();
+            EXPECT_EQ(entries[name][u"rating"].toInt(), rating) << name.toStdString();
+            EXPECT_EQ(entries[name][u"xmpRating"].toInt(), xmpRating) << name.toStdString();
+            EXPECT_EQ(exiftoolTags(readerPath(samples[i], files[i]), ExiftoolGroups::Family1)
+                          .number(QStringLiteral("XMP-xmp:Rating")),
+                      xmpRating)
+                << name.toStdString();
+        }
+    }
+};
+
+TEST_F(RateCommand, EveryFormTakesTheRatingWhereOtherProgramsReadItAndARevertTakesItBack)
+{
+    std::map<QString, qint64> modified;
+    for (const QString &file : files)
+        modified[file] = QFileInfo(file).lastModified().toMSecsSinceEpoch();
+
+    const CliResult keepers = runCli({"rate", "--keeper", "--json", work.path()}, home.path());
+    expectRatings(keepers, 5, 1);
+    const std::map<QString, QByteArray> rated = folderBytes();
+    for (std::size_t i = 0; i < std::size(samples); ++i) {
+        const QString name = QFileInfo(files[i]).fileName();
+        if (samples[i].inPlace) {
+            EXPECT_EQ(rated.at(name).size(), originals.at(name).size()) << name.toStdString();
+        }
+        if (!samples[i].sidecar || samples[i].inPlace)
+            EXPECT_NE(rated.at(name), originals.at(name)) << name.toStdString();
+        else
+            EXPECT_EQ(rated.at(name), originals.at(name)) << name.toStdString();
+        EXPECT_EQ(QFileInfo(files[i]).lastModified().toMSecsSinceEpoch(), modified[files[i]]) << name.toStdString();
+    }
+    EXPECT_TRUE(rated.count(QStringLiteral("CanonRaw.xmp")));
+    EXPECT_TRUE(rated.count(QStringLiteral("QuickTime.xmp")));
+
+    const CliResult scanned = runCli({"scan", "--json", work.path()}, home.path());
+    ASSERT_EQ(scanned.exitCode, 0) << scanned.err.toStdString();
+    ASSERT_EQ(scanned.json().size(), qsizetype(std::size(samples)));
+    for (const QJsonValue &entry : scanned.json())
+        EXPECT_EQ(entry[u"rating"].toInt(), 1) << entry[u"path"].toString().toStdString();
+
+    const CliResult again = runCli({"rate", "--keeper", "--json", work.path()}, home.path());
+    ASSERT_EQ(again.exitCode, 0) << again.err.toStdString();
+    for (const QJsonValue &entry : again.json())
+        EXPECT_FALSE(entry.toObject().contains(u"xmpRating")) << entry[u"path"].toString().toStdString();
+    EXPECT_EQ(folderBytes(), rated);
+
+    // The run that wrote nothing has no revert of its own: the one before it is taken back.
+    const CliResult reverted = runCli({"revert"}, home.path());
+    EXPECT_EQ(reverted.exitCode, 0) << reverted.err.toStdString();
+    EXPECT_EQ(folderBytes(), originals);
+}
+
+TEST_F(RateCommand, RejectsTakeMinusOneAndNeutralsThatSaidSoTakeZero)
+{
+    expectRatings(runCli({"rate", "--reject", "--json", work.path()}, home.path()), -1, -1);
+    expectRatings(runCli({"rate", "--neutral", "--json", work.path()}, home.path()), 0, 0);
+}
+
+TEST_F(RateCommand, WrongUsageChangesNothing)
+{
+    for (const QStringList &line : {QStringList{"rate", work.path()}, QStringList{"rate", "--keeper", "--reject", work.path()},
+                                    QStringList{"rate", "--keeper"}, QStringList{"rate", "--keeper", "--by", "1", work.path()}}) {
+        const CliResult run = runCli(line, home.path());
+        EXPECT_EQ(run.exitCode, 2) << line.join(u' ').toStdString();
+        EXPECT_TRUE(run.err.contains("Usage: orvelle-cli rate")) << run.err.toStdString();
+    }
+    EXPECT_EQ(folderBytes(), originals);
+}
+
+} // namespace
