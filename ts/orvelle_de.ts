@@ -804,6 +804,10 @@
         <source>error %1</source>
         <translation>Fehler %1</translation>
     </message>
+    <message>
+        <source>The rating of these files could not be written as xmp:Rating:</source>
+        <translation>Die Bewertung dieser Dateien konnte nicht als xmp:Rating geschrieben werden:</translation>
+    </message>
 </context>
 <context>
     <name>SavedDate</name>
@@ -2521,6 +2525,14 @@ Import läuft …</translation>
         <source>no date changes</source>
         <translation>keine Datumsänderungen</translation>
     </message>
+    <message>
+        <source>Rating (xmp:Rating)</source>
+        <translation>Bewertung (xmp:Rating)</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
 </context>
 <context>
     <name>orv::PreferencesWindow</name>
@@ -2651,6 +2663,10 @@ Import läuft …</translation>
     <message>
         <source>Import subfolders too</source>
         <translation>Auch Unterordner importieren</translation>
+    </message>
+    <message>
+        <source>Write keepers and rejects as XMP ratings (5 and -1) for other programs</source>
+        <translation>Behaltene und verworfene als XMP-Bewertung (5 und -1) für andere Programme schreiben</translation>
     </message>
 </context>
 <context>
