@@ -197,7 +197,7 @@ const char *const usage =
 bool writesFiles(const QStringList &args)
 {
     static const QStringList writing = {QStringLiteral("revert"), QStringLiteral("shift"), QStringLiteral("locate"),
-                                        QStringLiteral("align"), QStringLiteral("zone"),
+                                        QStringLiteral("align"), QStringLiteral("zone"), QStringLiteral("geotag"),
                                         QStringLiteral("rename"), QStringLiteral("rate")};
     return writing.contains(args.first()) && !args.contains(QStringLiteral("--dry-run"));
 }
