@@ -134,6 +134,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
         *m_controller, *m_timeline, [this] { return foldersOnShow(); },
         [this](const QList<MySinglePic *> &pics) { handBackSelection(pics); }, *this);
     m_quickSelections->addTo(*this);
+    // A side view like the others: the View menu shows and hides it too, before the map.
+    m_viewMenu->insertAction(findChild<QAction *>(QStringLiteral("mapAction")), m_quickSelections->categoriesToggle());
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
             &EditActions::refresh);
     connect(m_picView->selectionModel(), &QItemSelectionModel::currentChanged, m_editActions, &EditActions::refresh);
@@ -206,6 +208,7 @@ void MainWindow::buildMenus()
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
     buildSideViews(*view);
+    m_viewMenu = view;
     QAction *map = view->addAction(tr("Map"), this, [this] {
         MapWindow &shown = MapWindow::showFor(*m_controller, [this] { return selection(); }, this);
         connect(&shown, &MapWindow::picsChosen, this, &MainWindow::handBackSelection, Qt::UniqueConnection);

@@ -181,6 +181,7 @@ private:
     PreviewsBar *m_previewsBar = nullptr;
     ViewingActions *m_viewing = nullptr;
     QuickSelectionActions *m_quickSelections = nullptr;
+    QMenu *m_viewMenu = nullptr;
 };
 
 } // namespace orv

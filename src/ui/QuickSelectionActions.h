@@ -3,6 +3,7 @@
 #include "selection/MySidebarController.h"
 #include "selection/QuickSelections.h"
 
+#include <QDockWidget>
 #include <QObject>
 
 #include <functional>
@@ -41,6 +42,8 @@ public:
 
     QMenu *menu() const { return m_menu; }
     SidebarCategoriesView &categoriesView() const { return *m_view; }
+    // Shows or hides the Categories dock; the View menu lists it beside the other side views.
+    QAction *categoriesToggle() const { return m_dock->toggleViewAction(); }
 
 private:
     // The items the menu offers: those of the folders on show the filter lets through.
