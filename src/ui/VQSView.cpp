@@ -41,9 +41,14 @@ void VQSView::sourceChanged()
 {
     m_grid.setSource(m_timeline.strip().geometrySource());
     relayout();
+    ensureMainVisible();
+    viewport()->update();
+}
+
+void VQSView::ensureMainVisible()
+{
     if (const MySinglePic *main = m_timeline.strip().picSelection())
         ensureVisible(m_timeline.strip().indexOf(main));
-    viewport()->update();
 }
 
 void VQSView::zoom(int steps)
@@ -163,6 +168,8 @@ void VQSView::resizeEvent(QResizeEvent *event)
     QAbstractScrollArea::resizeEvent(event);
     m_layers.clear(); // the cell side may have changed
     relayout();
+    // A grid made before it had a size, as at a restore, scrolled for an empty viewport.
+    ensureMainVisible();
 }
 
 void VQSView::scrollContentsBy(int, int)

@@ -41,6 +41,7 @@ public:
     void zoom(int steps);
     // The item at index comes into view, scrolling as little as needed.
     void ensureVisible(qsizetype index);
+    void ensureMainVisible();
     // The items in the rows on screen.
     ThumbRange visibleRange() const;
 

@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTest>
 
 namespace orv::test {
@@ -73,6 +74,15 @@ TEST_F(RatingGridWindowTest, KeysMoveAndRateInTheGridAndTheKeepersFilterFollows)
     QTest::keyClick(&grid, Qt::Key_Up);
     QTest::keyClick(&grid, Qt::Key_Up); // first row: nothing moves
     EXPECT_EQ(strip().picSelection(), strip().theSource().at(1));
+
+    // Laid out while it had hardly a height, as at a restore, the grid shows the main item
+    // whole once it has its size.
+    grid.resize(grid.width(), 20);
+    grid.sourceChanged();
+    grid.resize(grid.width(), 400);
+    const QRectF main = grid.grid().frameForPicAtIndex(1);
+    EXPECT_GE(main.top(), grid.verticalScrollBar()->value());
+    EXPECT_LE(main.bottom(), grid.verticalScrollBar()->value() + grid.viewport()->height());
 
     // Three keepers and a reject by keys.
     const QList<MySinglePic *> items = strip().theSource();
