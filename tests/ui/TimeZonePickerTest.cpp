@@ -31,6 +31,21 @@ bool waitUntilReady(ZonePlaceSearchField &field)
     return field.isReady() || QSignalSpy(&field, &ZonePlaceSearchField::ready).wait(20000);
 }
 
+// The sheet over an empty folder, on screen, in the default locale of when it was made.
+struct ShownSheet
+{
+    MySingleFolder folder{QStringLiteral("/trip"), false};
+    QUndoStack mainStack;
+    DateChanges changes{mainStack, DateChangeListener{}};
+    MyTimeZonePickerController sheet{changes, folder};
+
+    ShownSheet() { sheet.show(); }
+    ZonePlaceSearchField *placeSearch(const QString &name) const
+    {
+        return sheet.findChild<ZonePlaceSearchField *>(name);
+    }
+};
+
 } // namespace
 
 TEST(TimeZonePicker, PreviewsWorkingZonesAndConfirmsThemAsOneMainUndoStep)
@@ -75,13 +90,10 @@ TEST(TimeZonePicker, PreviewsWorkingZonesAndConfirmsThemAsOneMainUndoStep)
 
 TEST(TimeZonePicker, TypingAPlaceOffersItsZoneAndChoosingItSetsTheSelector)
 {
-    MySingleFolder folder(QStringLiteral("/trip"), false);
-    QUndoStack mainStack;
-    DateChanges changes(mainStack, DateChangeListener{});
-    MyTimeZonePickerController sheet(changes, folder);
-    sheet.show();
-    auto *source = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("sourcePlaceSearch"));
-    auto *target = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("targetPlaceSearch"));
+    ShownSheet shown;
+    MyTimeZonePickerController &sheet = shown.sheet;
+    ZonePlaceSearchField *source = shown.placeSearch(QStringLiteral("sourcePlaceSearch"));
+    ZonePlaceSearchField *target = shown.placeSearch(QStringLiteral("targetPlaceSearch"));
     ASSERT_TRUE(source && target);
     // Each field loads its places on its own: one being ready says nothing of the other.
     ASSERT_TRUE(waitUntilReady(*source) && waitUntilReady(*target));
@@ -112,12 +124,9 @@ TEST(TimeZonePicker, InGermanPlacesAndZonesReadInGermanAndAreFoundByEitherLangua
     const QLocale german(QLocale::German, QLocale::Germany);
     QLocale::setDefault(german);
     const Translations texts(german);
-    MySingleFolder folder(QStringLiteral("/trip"), false);
-    QUndoStack mainStack;
-    DateChanges changes(mainStack, DateChangeListener{});
-    MyTimeZonePickerController sheet(changes, folder);
-    sheet.show();
-    auto *source = sheet.findChild<ZonePlaceSearchField *>(QStringLiteral("sourcePlaceSearch"));
+    ShownSheet shown;
+    MyTimeZonePickerController &sheet = shown.sheet;
+    ZonePlaceSearchField *source = shown.placeSearch(QStringLiteral("sourcePlaceSearch"));
     ASSERT_TRUE(source);
     ASSERT_TRUE(waitUntilReady(*source));
 
