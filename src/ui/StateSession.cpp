@@ -89,15 +89,21 @@ void StateSession::offerKeptState()
     m_controller.prefs().setInteger(stateAtQuitKey, 0);
     bool stateRestored = false;
     if (m_keeper->hasKeptState()) {
-        QMessageBox question(QMessageBox::Question, tr("Restore Your Work"),
-                             tr("Do you want to continue with the work of your last session?"),
-                             QMessageBox::Yes | QMessageBox::No, &m_window);
-        question.setInformativeText(tr("Its folders come back with every change that was not saved yet."));
-        question.button(QMessageBox::Yes)->setText(tr("Restore"));
-        question.button(QMessageBox::No)->setText(tr("Start Empty"));
-        question.setDefaultButton(QMessageBox::Yes);
+        const auto restoreWanted = [this] {
+            QMessageBox question(QMessageBox::Question, tr("Restore Your Work"),
+                                 tr("Do you want to continue with the work of your last session?"),
+                                 QMessageBox::Yes | QMessageBox::No, &m_window);
+            question.setInformativeText(tr("Its folders come back with every change that was not saved yet."));
+            question.button(QMessageBox::Yes)->setText(tr("Restore"));
+            question.button(QMessageBox::No)->setText(tr("Start Empty"));
+            question.setDefaultButton(QMessageBox::Yes);
+            return question.exec() == QMessageBox::Yes;
+        };
         const QString kept = m_keeper->keptStatePath();
-        if (question.exec() == QMessageBox::Yes) {
+        // A quit that kept the work brings it back as it was; work that only the background
+        // writer kept, as after a crash or a kill, is offered first.
+        const bool keptByQuit = atQuit.navigationTag > 0;
+        if (keptByQuit || restoreWanted()) {
             stateRestored = openState(kept);
             // An older generation is read once: the work is kept as the newest from now on.
             if (stateRestored && kept != StateFiles::quitFoldersPath())
