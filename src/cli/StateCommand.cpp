@@ -104,7 +104,10 @@ QJsonValue viewJson(const QString &foldersPath)
         {u"ratingFilterSelectedOption"_s, v.ratingFilterSelectedOption},
         {u"secondsFromGMTForDate"_s,
          v.secondsFromGMTForDate ? QJsonValue(*v.secondsFromGMTForDate) : QJsonValue(QJsonValue::Null)},
-        {u"importedTracks"_s, read.importedTracks.size()}};
+        {u"importedTracks"_s, read.importedTracks.size()},
+        {u"filterSelectionsAndLockState"_s, QJsonArray::fromStringList(v.filterSelectionsAndLockState)},
+        {u"filterExpandedState2"_s, QJsonArray::fromStringList(v.filterExpandedState2)},
+        {u"selectionRadius"_s, v.selectionRadius}};
 }
 
 } // namespace

@@ -149,6 +149,12 @@ ViewState readView(const CborFields &f)
     view.ratingFilterSelectedOption = f.integer("ratingFilterSelectedOption"_L1, 0, 0, places);
     if (f.has("secondsFromGMTForDate"_L1))
         view.secondsFromGMTForDate = f.integer("secondsFromGMTForDate"_L1, 0, -86400, 86400);
+    view.filterSelectionsAndLockState = f.texts("filterSelectionsAndLockState"_L1);
+    view.filterExpandedState2 = f.texts("filterExpandedState2"_L1);
+    view.selectionRadius = f.real("selectionRadius"_L1);
+    // Half the way round the globe at most.
+    if (!(view.selectionRadius >= 0.0 && view.selectionRadius <= 2.1e7))
+        f.refuse(u"selectionRadius is no distance"_s);
     return view;
 }
 
@@ -201,6 +207,9 @@ QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
         root.put("ratingFilterSelectedOption"_L1, view.ratingFilterSelectedOption);
         if (view.secondsFromGMTForDate)
             root.entry("secondsFromGMTForDate"_L1).append(*view.secondsFromGMTForDate);
+        root.put("filterSelectionsAndLockState"_L1, view.filterSelectionsAndLockState);
+        root.put("filterExpandedState2"_L1, view.filterExpandedState2);
+        root.putDouble("selectionRadius"_L1, view.selectionRadius);
         root.entry("importedTracks"_L1);
     }
     QByteArray data = tag;

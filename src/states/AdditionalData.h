@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -43,6 +44,12 @@ struct ViewState
     // The computer's zone offset at 2016-01-02 03:04:05 UTC when the state was kept; none in a
     // state that did not say.
     std::optional<qint64> secondsFromGMTForDate;
+    // The sidebar's categories by their rows' keys: the rows chosen, whose items together are
+    // what the strips show, and the rows the user closed (all others are open).
+    QStringList filterSelectionsAndLockState;
+    QStringList filterExpandedState2;
+    // The radius in metres of the circle drawn on the map around the main item, 0 for none.
+    double selectionRadius = 0.0;
 
     bool operator==(const ViewState &) const = default;
 };

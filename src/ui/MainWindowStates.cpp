@@ -9,7 +9,10 @@
 #include "folders/MySingleFolder.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/FullScreenView.h"
+#include "ui/MapView.h"
+#include "ui/MapWindow.h"
 #include "ui/MyTimelineView.h"
+#include "ui/QuickSelectionActions.h"
 #include "ui/StateSession.h"
 #include "ui/TimelinePane.h"
 #include "ui/ViewingActions.h"
@@ -68,6 +71,11 @@ AdditionalData::ViewState MainWindow::viewState() const
             view.selectedThumbsIndexSet.append(pic->indexInSource_full);
     std::ranges::sort(view.selectedThumbsIndexSet);
     view.ratingFilterSelectedOption = m_timeline->filterOption();
+    view.filterSelectionsAndLockState = m_quickSelections->chosenCategories();
+    view.filterExpandedState2 = m_quickSelections->closedCategories();
+    const auto *map = findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly);
+    if (map && map->isVisible() && map->view().selectionCircle())
+        view.selectionRadius = map->view().selectionCircle()->selectionRadius;
     return view;
 }
 
@@ -76,12 +84,21 @@ void MainWindow::showRestoredView(const RestoredView &view, bool fromTray)
     m_timeline->chooseFilterOption(int(view.kept.ratingFilterSelectedOption));
     if (!view.selectedFolders.isEmpty())
         selectFolders(view.selectedFolders);
+    // Before the items are selected, so that the selection is among those the rows let through.
+    m_quickSelections->restoreCategories(view.kept.filterSelectionsAndLockState, view.kept.filterExpandedState2);
     if (MySinglePic *current = view.current ? view.current : view.selected.value(0)) {
         QList<MySinglePic *> pics = view.selected;
         if (!pics.contains(current))
             pics.append(current);
         m_timeline->selectPics(pics, current);
         showPicInList(current);
+    }
+    // The circle comes back around the main item, as the map draws one from its menu; the map
+    // was open to show it.
+    if (view.kept.selectionRadius > 0.0) {
+        findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
+        findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly)
+            ->showCircleAroundMainItem(view.kept.selectionRadius);
     }
     // A state kept in the tray while another view was in front leaves the strip where it is.
     if (fromTray && view.kept.stateAtQuitType != listTag)

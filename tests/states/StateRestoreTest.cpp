@@ -362,6 +362,9 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
     view.picSelectionCurrentIndex = 2;
     view.selectedThumbsIndexSet = {1, 2, 4};
     view.ratingFilterSelectedOption = 2;
+    view.filterSelectionsAndLockState = {u"rating/keepers"_s, u"type/quickSelections_typePic/JPG"_s};
+    view.filterExpandedState2 = {u"cameras"_s, u"times"_s};
+    view.selectionRadius = 2500;
     const QString quitFile = state.filePath(StateFiles::foldersQuitName);
     QByteArray kept;
     {
@@ -398,15 +401,19 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
     }
 
     // A view of the wrong kind costs the view and the tracks, never the folders.
-    QCborMap damaged = QCborValue::fromCbor(kept).taggedValue().toMap();
-    damaged.insert(u"selectedThumbsIndexSet"_s, QCborArray{u"b.jpg"_s});
-    ASSERT_EQ(StateFiles::writeDurably(state.filePath(StateFiles::additionalDataQuitName),
-                                       QCborValue(QCborKnownTags::Signature, damaged).toCbor()),
-              QString());
-    const StateRestore::Restored alone = StateRestore::fromFile(quitFile);
-    EXPECT_EQ(alone.read.folders.size(), 2u);
-    EXPECT_TRUE(alone.report.additionalDataProblem.contains(u"selectedThumbsIndexSet"_s))
-        << alone.report.additionalDataProblem.toStdString();
+    const std::pair<QString, QCborArray> wrongKinds[] = {{u"selectedThumbsIndexSet"_s, {u"b.jpg"_s}},
+                                                         {u"filterSelectionsAndLockState"_s, {3}},
+                                                         {u"selectionRadius"_s, {}}};
+    for (const auto &[key, wrong] : wrongKinds) {
+        QCborMap damaged = QCborValue::fromCbor(kept).taggedValue().toMap();
+        damaged.insert(key, wrong);
+        ASSERT_EQ(StateFiles::writeDurably(state.filePath(StateFiles::additionalDataQuitName),
+                                           QCborValue(QCborKnownTags::Signature, damaged).toCbor()),
+                  QString());
+        const StateRestore::Restored alone = StateRestore::fromFile(quitFile);
+        EXPECT_EQ(alone.read.folders.size(), 2u);
+        EXPECT_TRUE(alone.report.additionalDataProblem.contains(key)) << alone.report.additionalDataProblem.toStdString();
+    }
 }
 
 TEST_F(StateRestoreTest, OlderQuitFilesAreFoundAfterTheNewestAndThoseOfAnotherFormRefusedByName)
