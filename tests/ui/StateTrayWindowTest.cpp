@@ -12,6 +12,7 @@
 #include "folders/MySingleFolder.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/FolderListModel.h"
+#include "ui/MyTimelineView.h"
 #include "ui/PicTableModel.h"
 #include "ui/QuickSelectionActions.h"
 #include "ui/SidebarCategoriesView.h"
@@ -121,6 +122,10 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     folderView->selectionModel()->select(window->folderList().index(window->folderList().rowOf(folders().value(0)), 0),
                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     timeline.chooseFilterOption(1);
+    // c stands on a shelf under the main strip, selected there.
+    MyTimelineView *shelfView = timeline.addTimelineForMode(TimelineStrip::Shelf);
+    ASSERT_NE(shelfView, nullptr);
+    timeline.controller().moveToShelf({named("c")}, named("c"), true);
     timeline.selectPics({named("a"), named("b")}, named("b"));
     ASSERT_EQ(timeline.filterOption(), 1);
 
@@ -128,6 +133,7 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     clickButton(tray, u"Keep Working Set"_s);
     ASSERT_TRUE(folders().isEmpty());
     timeline.chooseFilterOption(0);
+    timeline.removeLastTimeline();
     tray.findChild<QListWidget *>(u"stateTrayList"_s)->setCurrentRow(0);
     clickButton(tray, u"Open"_s);
     ASSERT_EQ(folders().size(), 1);
@@ -137,6 +143,12 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     ASSERT_NE(strip().picSelection(), nullptr);
     EXPECT_EQ(strip().picSelection()->spName, u"b.jpg"_s);
     EXPECT_EQ(strip().multiSelection(), (QSet<MySinglePic *>{named("a"), named("b")}));
+    ASSERT_EQ(timeline.views().size(), 2);
+    const TimelineStrip &shelf = timeline.views().last()->strip();
+    EXPECT_TRUE(shelf.isShelf());
+    EXPECT_EQ(shelf.theSource(), QList<MySinglePic *>{named("c")});
+    EXPECT_EQ(shelf.picSelection(), named("c"));
+    EXPECT_FALSE(strip().theSource().contains(named("c"))) << "a shelved item leaves the main strip";
 }
 
 TEST_F(StateTrayWindowTest, TheChosenCategoriesComeBackInANewWindow)
