@@ -79,6 +79,19 @@ QJsonArray placesJson(const QList<qint64> &places)
     return array;
 }
 
+QJsonArray subStripsJson(const QList<AdditionalData::SubStrip> &strips)
+{
+    QJsonArray array;
+    for (const AdditionalData::SubStrip &strip : strips)
+        array.append(QJsonObject{{u"subTLIsShelf"_s, strip.subTLIsShelf},
+                                 {u"subTLShelfSourceIndexSet"_s, placesJson(strip.subTLShelfSourceIndexSet)},
+                                 {u"tlv_subCompleteWidth"_s, strip.tlv_subCompleteWidth},
+                                 {u"tlvScrollPosition"_s, strip.tlvScrollPosition},
+                                 {u"picSelectionCurrentIndex"_s, strip.picSelectionCurrentIndex},
+                                 {u"selectedThumbsIndexSet"_s, placesJson(strip.selectedThumbsIndexSet)}});
+    return array;
+}
+
 // The window's view kept beside the folders, and how a restore here must take it; null for a
 // state without one (or with one that cannot be read: the folders restore alone).
 QJsonValue viewJson(const QString &foldersPath)
@@ -104,7 +117,11 @@ QJsonValue viewJson(const QString &foldersPath)
         {u"ratingFilterSelectedOption"_s, v.ratingFilterSelectedOption},
         {u"secondsFromGMTForDate"_s,
          v.secondsFromGMTForDate ? QJsonValue(*v.secondsFromGMTForDate) : QJsonValue(QJsonValue::Null)},
-        {u"importedTracks"_s, read.importedTracks.size()}};
+        {u"importedTracks"_s, read.importedTracks.size()},
+        {u"filterSelectionsAndLockState"_s, QJsonArray::fromStringList(v.filterSelectionsAndLockState)},
+        {u"filterExpandedState2"_s, QJsonArray::fromStringList(v.filterExpandedState2)},
+        {u"selectionRadius"_s, v.selectionRadius},
+        {u"subTLs"_s, subStripsJson(v.subTLs)}};
 }
 
 } // namespace

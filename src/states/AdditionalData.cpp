@@ -131,6 +131,51 @@ QList<qint64> readIndexes(const CborFields &fields, QLatin1StringView key)
     return indexes;
 }
 
+void writeSubStrips(CborEntryWriter &root, const QList<SubStrip> &strips)
+{
+    if (strips.isEmpty())
+        return;
+    QCborStreamWriter &writer = root.entry("subTLs"_L1);
+    writer.startArray(quint64(strips.size()));
+    for (const SubStrip &strip : strips) {
+        CborMapWriter map(writer);
+        map.put("subTLIsShelf"_L1, strip.subTLIsShelf);
+        map.put("subTLShelfSourceIndexSet"_L1, strip.subTLShelfSourceIndexSet);
+        map.putDouble("tlv_subCompleteWidth"_L1, strip.tlv_subCompleteWidth);
+        map.putDouble("tlvScrollPosition"_L1, strip.tlvScrollPosition);
+        map.put("picSelectionCurrentIndex"_L1, strip.picSelectionCurrentIndex, -1);
+        map.put("selectedThumbsIndexSet"_L1, strip.selectedThumbsIndexSet);
+    }
+    writer.endArray();
+}
+
+bool isLength(double width) { return width >= 0.0 && width < 1e12; }
+
+QList<SubStrip> readSubStrips(const CborFields &f)
+{
+    const QCborArray values = f.array("subTLs"_L1);
+    if (values.size() > maximumSubStrips) {
+        f.refuse(u"subTLs holds more strips than the window shows under the main one"_s);
+        return {};
+    }
+    QList<SubStrip> strips;
+    for (qsizetype i = 0; i < values.size() && !f.problem().has(); ++i) {
+        const CborFields sub(values.at(i), u"%1/subTLs %2"_s.arg(f.where()).arg(i), f.problem());
+        SubStrip strip;
+        strip.subTLIsShelf = sub.flag("subTLIsShelf"_L1);
+        strip.subTLShelfSourceIndexSet = readIndexes(sub, "subTLShelfSourceIndexSet"_L1);
+        strip.tlv_subCompleteWidth = sub.real("tlv_subCompleteWidth"_L1);
+        strip.tlvScrollPosition = sub.real("tlvScrollPosition"_L1);
+        if (!isLength(strip.tlv_subCompleteWidth) || !isLength(strip.tlvScrollPosition))
+            sub.refuse(u"a width or scroll position of the strip is no length"_s);
+        strip.picSelectionCurrentIndex =
+            sub.integer("picSelectionCurrentIndex"_L1, -1, -1, std::numeric_limits<qint32>::max());
+        strip.selectedThumbsIndexSet = readIndexes(sub, "selectedThumbsIndexSet"_L1);
+        strips.append(strip);
+    }
+    return strips;
+}
+
 ViewState readView(const CborFields &f)
 {
     constexpr qint64 places = std::numeric_limits<qint32>::max();
@@ -140,7 +185,7 @@ ViewState readView(const CborFields &f)
     view.tlvCompleteWidth = f.real("tlvCompleteWidth"_L1);
     view.tlvScrollPosition = f.real("tlvScrollPosition"_L1);
     for (double width : {view.tlvViewWidth, view.tlvCompleteWidth, view.tlvScrollPosition})
-        if (!(width >= 0.0 && width < 1e12))
+        if (!isLength(width))
             f.refuse(u"a width or scroll position of the strip is no length"_s);
     view.selectedFolderIndex = f.integer("selectedFolderIndex"_L1, -1, -1, places);
     view.selectedCompoundFoldersIndexSet = readIndexes(f, "selectedCompoundFoldersIndexSet"_L1);
@@ -149,6 +194,13 @@ ViewState readView(const CborFields &f)
     view.ratingFilterSelectedOption = f.integer("ratingFilterSelectedOption"_L1, 0, 0, places);
     if (f.has("secondsFromGMTForDate"_L1))
         view.secondsFromGMTForDate = f.integer("secondsFromGMTForDate"_L1, 0, -86400, 86400);
+    view.filterSelectionsAndLockState = f.texts("filterSelectionsAndLockState"_L1);
+    view.filterExpandedState2 = f.texts("filterExpandedState2"_L1);
+    view.selectionRadius = f.real("selectionRadius"_L1);
+    // Half the way round the globe at most.
+    if (!(view.selectionRadius >= 0.0 && view.selectionRadius <= 2.1e7))
+        f.refuse(u"selectionRadius is no distance"_s);
+    view.subTLs = readSubStrips(f);
     return view;
 }
 
@@ -201,6 +253,10 @@ QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
         root.put("ratingFilterSelectedOption"_L1, view.ratingFilterSelectedOption);
         if (view.secondsFromGMTForDate)
             root.entry("secondsFromGMTForDate"_L1).append(*view.secondsFromGMTForDate);
+        root.put("filterSelectionsAndLockState"_L1, view.filterSelectionsAndLockState);
+        root.put("filterExpandedState2"_L1, view.filterExpandedState2);
+        root.putDouble("selectionRadius"_L1, view.selectionRadius);
+        writeSubStrips(root, view.subTLs);
         root.entry("importedTracks"_L1);
     }
     QByteArray data = tag;

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -22,6 +23,21 @@ namespace orv {
 namespace AdditionalData {
 
 inline constexpr qint64 stateVersion = 903;
+
+// A strip under the main one: a mirror of its items, or a shelf with items of its own.
+struct SubStrip
+{
+    bool subTLIsShelf = false;
+    QList<qint64> subTLShelfSourceIndexSet; // the shelf's items
+    double tlv_subCompleteWidth = 0.0;
+    double tlvScrollPosition = 0.0;
+    qint64 picSelectionCurrentIndex = -1;
+    QList<qint64> selectedThumbsIndexSet;
+
+    bool operator==(const SubStrip &) const = default;
+};
+// The window shows the main strip and at most two more.
+inline constexpr qsizetype maximumSubStrips = 2;
 
 // What the window showed of the working set, under the design's keys. Items are named by their
 // indexInSource_full, folders by their place in the list; -1 is none.
@@ -43,6 +59,14 @@ struct ViewState
     // The computer's zone offset at 2016-01-02 03:04:05 UTC when the state was kept; none in a
     // state that did not say.
     std::optional<qint64> secondsFromGMTForDate;
+    // The sidebar's categories by their rows' keys: the rows chosen, whose items together are
+    // what the strips show, and the rows the user closed (all others are open).
+    QStringList filterSelectionsAndLockState;
+    QStringList filterExpandedState2;
+    // The radius in metres of the circle drawn on the map around the main item, 0 for none.
+    double selectionRadius = 0.0;
+    // The strips under the main one, top down.
+    QList<SubStrip> subTLs;
 
     bool operator==(const ViewState &) const = default;
 };

@@ -160,18 +160,32 @@ RestoredView resolveView(const AdditionalData::ViewState &kept, AdditionalData::
     for (qint64 place : folderPlaces)
         if (MySingleFolder *folder = foldersInStateOrder.value(place))
             view.selectedFolders.append(folder);
-    if (conversion == AdditionalData::ConversionType::OlderThanSelections)
-        return view;
     QHash<qint64, MySinglePic *> byPlace;
     for (const MySingleFolder *folder : foldersInStateOrder)
         if (folder)
             for (MySinglePic *pic : folder->sfPicDetails_fullArray)
                 if (pic->indexInSource_full >= 0)
                     byPlace.insert(pic->indexInSource_full, pic);
-    view.current = byPlace.value(kept.picSelectionCurrentIndex);
-    for (qint64 place : kept.selectedThumbsIndexSet)
-        if (MySinglePic *pic = byPlace.value(place))
-            view.selected.append(pic);
+    const auto pics = [&byPlace](const QList<qint64> &places) {
+        QList<MySinglePic *> found;
+        for (qint64 place : places)
+            if (MySinglePic *pic = byPlace.value(place))
+                found.append(pic);
+        return found;
+    };
+    const bool selects = conversion != AdditionalData::ConversionType::OlderThanSelections;
+    for (const AdditionalData::SubStrip &sub : kept.subTLs) {
+        RestoredStrip strip{sub, pics(sub.subTLShelfSourceIndexSet), nullptr, {}};
+        if (selects) {
+            strip.current = byPlace.value(sub.picSelectionCurrentIndex);
+            strip.selected = pics(sub.selectedThumbsIndexSet);
+        }
+        view.strips.append(strip);
+    }
+    if (selects) {
+        view.current = byPlace.value(kept.picSelectionCurrentIndex);
+        view.selected = pics(kept.selectedThumbsIndexSet);
+    }
     return view;
 }
 

@@ -35,6 +35,15 @@ struct RestoreReport
     QStringList lines() const;
 };
 
+// A strip under the main one, its items found among those restored.
+struct RestoredStrip
+{
+    AdditionalData::SubStrip kept;
+    QList<MySinglePic *> shelf;
+    MySinglePic *current = nullptr;
+    QList<MySinglePic *> selected;
+};
+
 // The view kept with a state, its places found among the folders and items restored.
 struct RestoredView
 {
@@ -42,6 +51,7 @@ struct RestoredView
     QList<MySingleFolder *> selectedFolders;
     MySinglePic *current = nullptr;
     QList<MySinglePic *> selected;
+    QList<RestoredStrip> strips;
 };
 
 namespace StateRestore {
@@ -66,7 +76,8 @@ Restored fromFile(const QString &statePath);
 
 // The kept view's places resolved: folders by their place in the state (null for one left
 // out), items by the place in the source they had when the state was kept, which they keep
-// until the working set orders them anew. A state too old for its selections selects nothing.
+// until the working set orders them anew. A state too old for its selections selects nothing;
+// its shelves still take their items.
 RestoredView resolveView(const AdditionalData::ViewState &kept, AdditionalData::ConversionType conversion,
                          const QList<MySingleFolder *> &foldersInStateOrder);
 

@@ -388,16 +388,23 @@ void MapWindow::choosePinsInShape(const QList<int> &pins)
     m_status->setText(tr("%n item(s) selected on the map and between its pins.", nullptr, int(pics.size())));
 }
 
+bool MapWindow::showCircleAroundMainItem(double metres)
+{
+    if (!m_main)
+        return false;
+    m_view->showSelectionCircle(MapView::SelectionCircle{{*m_main->gpsLat, *m_main->gpsLong}, metres});
+    return true;
+}
+
 void MapWindow::selectAroundMainItem(int distanceTag)
 {
-    if (!m_main) {
+    const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
+    const double metres = MapFilterSettings::distanceForTag(distanceTag, metric);
+    if (!showCircleAroundMainItem(metres)) {
         m_status->setText(tr("Select an item with a place first."));
         return;
     }
-    const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
-    const double metres = MapFilterSettings::distanceForTag(distanceTag, metric);
-    const GeoCoordinate centre{*m_main->gpsLat, *m_main->gpsLong};
-    m_view->showSelectionCircle(MapView::SelectionCircle{centre, metres});
+    const GeoCoordinate centre = m_view->selectionCircle()->centre;
     QList<int> pins;
     for (int i = 0; i < m_pinned.size(); ++i)
         if (MyGpxTrack::haversineKilometres(centre, {*m_pinned[i]->gpsLat, *m_pinned[i]->gpsLong}) * 1000.0 <= metres)

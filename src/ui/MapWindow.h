@@ -45,6 +45,9 @@ public:
     const QList<MySinglePic *> &pinnedPics() const { return m_pinned; }
     // Selects the items within the distance of the radius menu's tag around the main item.
     void selectAroundMainItem(int distanceTag);
+    // Draws the circle of that radius around the main item, selecting nothing; false without a
+    // main item.
+    bool showCircleAroundMainItem(double metres);
     // Pins and tracks again from the working set and the selection.
     void refresh();
 

@@ -156,6 +156,19 @@ void QuickSelectionActions::refreshCategories()
     m_view->showRows(m_sidebar.rows(), m_sidebar.selectedKeys());
 }
 
+QStringList QuickSelectionActions::closedCategories() const { return m_view->closedKeys(); }
+
+void QuickSelectionActions::restoreCategories(const QStringList &chosen, const QStringList &closed)
+{
+    // The rows are filed from the working set as it now stands, so that the chosen ones exist
+    // before the refresh that would drop them.
+    m_sidebar.didChangeSource(m_timeline.controller().source_full());
+    m_sidebar.setSelectedKeys(chosen);
+    m_sidebar.fullRefresh();
+    m_view->showRowsClosing(m_sidebar.rows(), m_sidebar.selectedKeys(), closed);
+    applyCategoryFilter(false);
+}
+
 void QuickSelectionActions::applyCategoryFilter(bool ratingsChanged)
 {
     MyTimelinesController &strips = m_timeline.controller();

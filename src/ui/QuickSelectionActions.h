@@ -44,6 +44,11 @@ public:
     SidebarCategoriesView &categoriesView() const { return *m_view; }
     // Shows or hides the Categories dock; the View menu lists it beside the other side views.
     QAction *categoriesToggle() const { return m_dock->toggleViewAction(); }
+    // The categories as a kept view holds them: the rows chosen and the rows closed.
+    const QStringList &chosenCategories() const { return m_sidebar.selectedKeys(); }
+    QStringList closedCategories() const;
+    // Chooses and closes the rows a kept view had, and filters the strips by the chosen ones.
+    void restoreCategories(const QStringList &chosen, const QStringList &closed);
 
 private:
     // The items the menu offers: those of the folders on show the filter lets through.

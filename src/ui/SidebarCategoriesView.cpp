@@ -65,6 +65,25 @@ void SidebarCategoriesView::showRows(const QList<MyFiltersItem> &rows, const QSt
         }
         return;
     }
+    rebuild(rows, selectedKeys);
+}
+
+void SidebarCategoriesView::showRowsClosing(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys,
+                                            const QStringList &closedKeys)
+{
+    m_collapsedKeys = QSet<QString>(closedKeys.cbegin(), closedKeys.cend());
+    rebuild(rows, selectedKeys);
+}
+
+QStringList SidebarCategoriesView::closedKeys() const
+{
+    QStringList keys(m_collapsedKeys.cbegin(), m_collapsedKeys.cend());
+    keys.sort();
+    return keys;
+}
+
+void SidebarCategoriesView::rebuild(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys)
+{
     m_isRebuilding = true;
     const int scrolled = verticalScrollBar()->value();
     clear();

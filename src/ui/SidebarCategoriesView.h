@@ -19,6 +19,10 @@ public:
     explicit SidebarCategoriesView(QWidget *parent = nullptr);
 
     void showRows(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys);
+    // The rows built afresh with those of closedKeys closed, as a kept view had them.
+    void showRowsClosing(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys, const QStringList &closedKeys);
+    // The rows the user closed, in the order of their keys.
+    QStringList closedKeys() const;
     // The item of a row, for tests and the window's guides; null when none shows it.
     QTreeWidgetItem *itemForKey(const QString &key) const;
 
@@ -27,6 +31,7 @@ Q_SIGNALS:
     void selectedKeysChanged(const QStringList &keys);
 
 private:
+    void rebuild(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys);
     void addRows(const QList<MyFiltersItem> &rows, QTreeWidgetItem *parent, const QStringList &selectedKeys);
     QStringList selectedKeys() const;
 

@@ -40,6 +40,7 @@ TEST(StateCommand, ShowsFoldersItemsOffsetsZonesRatingsAndTheViewOfAPackage)
     view.picSelectionCurrentIndex = 1;
     view.selectedThumbsIndexSet = {0, 1};
     view.ratingFilterSelectedOption = 2;
+    view.filterSelectionsAndLockState = {u"rating/keepers"_s};
     view.secondsFromGMTForDate = AdditionalData::secondsFromGMTForDateNow();
     const StateFiles::NewPackage package = StateFiles::writePackage(
         root.path(), SavedFolders::write(set.folders()), AdditionalData::write(QList<const MyGpxTrack *>{}, view));
@@ -65,6 +66,8 @@ TEST(StateCommand, ShowsFoldersItemsOffsetsZonesRatingsAndTheViewOfAPackage)
     EXPECT_EQ(shownView[u"selectedThumbsIndexSet"_s].toArray(), (QJsonArray{0, 1}));
     EXPECT_EQ(shownView[u"ratingFilterSelectedOption"_s].toInt(), 2);
     EXPECT_EQ(shownView[u"selectedFolderIndex"_s].toInt(), -1);
+    EXPECT_EQ(shownView[u"filterSelectionsAndLockState"_s].toArray(), QJsonArray{u"rating/keepers"_s});
+    EXPECT_EQ(shownView[u"filterExpandedState2"_s].toArray(), QJsonArray());
     EXPECT_EQ(shownView[u"conversionType"_s].toInt(), 0) << "kept under this zone";
 }
 

@@ -362,6 +362,12 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
     view.picSelectionCurrentIndex = 2;
     view.selectedThumbsIndexSet = {1, 2, 4};
     view.ratingFilterSelectedOption = 2;
+    view.filterSelectionsAndLockState = {u"rating/keepers"_s, u"type/quickSelections_typePic/JPG"_s};
+    view.filterExpandedState2 = {u"cameras"_s, u"times"_s};
+    view.selectionRadius = 2500;
+    AdditionalData::SubStrip shelfKept{true, {0, 3}, 900.5, 12, 3, {3}}, mirrorKept;
+    mirrorKept.tlv_subCompleteWidth = 2400.5;
+    view.subTLs = {shelfKept, mirrorKept};
     const QString quitFile = state.filePath(StateFiles::foldersQuitName);
     QByteArray kept;
     {
@@ -395,18 +401,31 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
         ASSERT_NE(restored.view.current, nullptr);
         EXPECT_EQ(restored.view.current->spName, u"c.jpg"_s);
         EXPECT_EQ(names(restored.view.selected), (QStringList{u"b.jpg"_s, u"c.jpg"_s, u"e.jpg"_s}));
+        ASSERT_EQ(restored.view.strips.size(), 2);
+        const RestoredStrip &shelf = restored.view.strips.first();
+        EXPECT_EQ(names(shelf.shelf), (QStringList{u"a.jpg"_s, u"d.jpg"_s}));
+        ASSERT_NE(shelf.current, nullptr);
+        EXPECT_EQ(shelf.current->spName, u"d.jpg"_s);
+        EXPECT_EQ(names(shelf.selected), QStringList{u"d.jpg"_s});
+        EXPECT_TRUE(restored.view.strips.last().shelf.isEmpty() && !restored.view.strips.last().current);
     }
 
     // A view of the wrong kind costs the view and the tracks, never the folders.
-    QCborMap damaged = QCborValue::fromCbor(kept).taggedValue().toMap();
-    damaged.insert(u"selectedThumbsIndexSet"_s, QCborArray{u"b.jpg"_s});
-    ASSERT_EQ(StateFiles::writeDurably(state.filePath(StateFiles::additionalDataQuitName),
-                                       QCborValue(QCborKnownTags::Signature, damaged).toCbor()),
-              QString());
-    const StateRestore::Restored alone = StateRestore::fromFile(quitFile);
-    EXPECT_EQ(alone.read.folders.size(), 2u);
-    EXPECT_TRUE(alone.report.additionalDataProblem.contains(u"selectedThumbsIndexSet"_s))
-        << alone.report.additionalDataProblem.toStdString();
+    const std::pair<QString, QCborArray> wrongKinds[] = {{u"selectedThumbsIndexSet"_s, {u"b.jpg"_s}},
+                                                         {u"filterSelectionsAndLockState"_s, {3}},
+                                                         {u"selectionRadius"_s, {}},
+                                                         {u"subTLs"_s, {QCborMap(), QCborMap(), QCborMap()}},
+                                                         {u"subTLs"_s, {1}}};
+    for (const auto &[key, wrong] : wrongKinds) {
+        QCborMap damaged = QCborValue::fromCbor(kept).taggedValue().toMap();
+        damaged.insert(key, wrong);
+        ASSERT_EQ(StateFiles::writeDurably(state.filePath(StateFiles::additionalDataQuitName),
+                                           QCborValue(QCborKnownTags::Signature, damaged).toCbor()),
+                  QString());
+        const StateRestore::Restored alone = StateRestore::fromFile(quitFile);
+        EXPECT_EQ(alone.read.folders.size(), 2u);
+        EXPECT_TRUE(alone.report.additionalDataProblem.contains(key)) << alone.report.additionalDataProblem.toStdString();
+    }
 }
 
 TEST_F(StateRestoreTest, OlderQuitFilesAreFoundAfterTheNewestAndThoseOfAnotherFormRefusedByName)

@@ -10,6 +10,8 @@
 #include "support/Exiftool.h"
 #include "ui/MapView.h"
 #include "ui/MapWindow.h"
+#include "ui/StateSession.h"
+#include "ui/StateTrayWindow.h"
 #include "ui/ZonePlaceSearchField.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/TimelinePane.h"
@@ -18,6 +20,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCompleter>
+#include <QDir>
+#include <QListWidget>
 #include <QSlider>
 
 #include <QAction>
@@ -286,6 +290,36 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
          QPoint(int(std::min(west.x(), north.x())) - 20, int(north.y()) - 20));
     EXPECT_EQ(selectedOnTimeline(),
               QStringList({QStringLiteral("LISBON"), QStringLiteral("NOWHERE"), QStringLiteral("PORTO")}));
+}
+
+TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
+{
+    StateTray &tray = window->states().tray();
+    const auto clearTray = [&tray] {
+        QDir(tray.appStateTrayRootPath()).removeRecursively();
+        QDir(tray.deletedStatesPath()).removeRecursively();
+    };
+    clearTray();
+    map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
+    const QPoint centre = map->view().pointOf(madrid).toPoint();
+    drag(centre, map->view().pointOf({madrid.latitude, madrid.longitude - 5.5}).toPoint());
+    map->selectAroundMainItem(0);
+    ASSERT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
+
+    StateTrayWindow &trayWindow = window->states().showTray();
+    clickButton(trayWindow, QStringLiteral("Keep Working Set"));
+    map->view().showSelectionCircle(std::nullopt);
+    map->hide();
+    trayWindow.findChild<QListWidget *>(QStringLiteral("stateTrayList"))->setCurrentRow(0);
+    clickButton(trayWindow, QStringLiteral("Open"));
+
+    EXPECT_TRUE(map->isVisible()) << "the map opens again to show its circle";
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
+    ASSERT_TRUE(map->view().selectionCircle().has_value());
+    EXPECT_NEAR(map->view().selectionCircle()->centre.latitude, porto.latitude, 1e-9);
+    EXPECT_NEAR(map->view().selectionCircle()->centre.longitude, porto.longitude, 1e-9);
+    EXPECT_EQ(map->view().selectionCircle()->selectionRadius, 10000);
+    clearTray();
 }
 
 TEST_F(MapSelectionTest, TheFilterShowsThePinsAroundTheMainItemAndIsKept)

@@ -1,22 +1,28 @@
 // The tray in the window: the working set kept there leaves the window and is listed with what
-// it holds; opened again it comes back with its changes and the window's view, and leaves the
-// tray, and undoing the opening puts it back.
+// it holds; opened again it comes back with its changes and the window's view (selections,
+// filter, the sidebar's chosen and closed categories), and leaves the tray, and undoing the
+// opening puts it back.
 
 #include "WindowFixture.h"
 
 #include "app/AppController.h"
+#include "app/PicRatings.h"
 #include "core/MySinglePic.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/FolderListModel.h"
+#include "ui/MyTimelineView.h"
 #include "ui/PicTableModel.h"
+#include "ui/QuickSelectionActions.h"
+#include "ui/SidebarCategoriesView.h"
 #include "ui/StateSession.h"
 #include "ui/StateTrayWindow.h"
 #include "ui/TimelinePane.h"
 
 #include <QDir>
 #include <QListWidget>
+#include <QTreeWidgetItem>
 #include <QTreeView>
 
 using namespace orv;
@@ -38,6 +44,21 @@ protected:
         QDir(tray.deletedStatesPath()).removeRecursively();
     }
     QList<MySingleFolder *> folders() const { return window->controller().theDataSource().droppedFolders(); }
+    StateTrayWindow &openKept()
+    {
+        StateTrayWindow &tray = window->states().showTray();
+        tray.findChild<QListWidget *>(u"stateTrayList"_s)->setCurrentRow(0);
+        clickButton(tray, u"Open"_s);
+        return tray;
+    }
+    QStringList namesOnStrip() const
+    {
+        QStringList names;
+        for (const MySinglePic *pic : window->timeline().controller().theTimelineView_1().theSource())
+            names.append(pic->spName);
+        names.sort();
+        return names;
+    }
     static QStringList rows(const StateTrayWindow &tray)
     {
         const auto *list = tray.findChild<QListWidget *>(u"stateTrayList"_s);
@@ -101,6 +122,10 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     folderView->selectionModel()->select(window->folderList().index(window->folderList().rowOf(folders().value(0)), 0),
                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     timeline.chooseFilterOption(1);
+    // c stands on a shelf under the main strip, selected there.
+    MyTimelineView *shelfView = timeline.addTimelineForMode(TimelineStrip::Shelf);
+    ASSERT_NE(shelfView, nullptr);
+    timeline.controller().moveToShelf({named("c")}, named("c"), true);
     timeline.selectPics({named("a"), named("b")}, named("b"));
     ASSERT_EQ(timeline.filterOption(), 1);
 
@@ -108,6 +133,7 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     clickButton(tray, u"Keep Working Set"_s);
     ASSERT_TRUE(folders().isEmpty());
     timeline.chooseFilterOption(0);
+    timeline.removeLastTimeline();
     tray.findChild<QListWidget *>(u"stateTrayList"_s)->setCurrentRow(0);
     clickButton(tray, u"Open"_s);
     ASSERT_EQ(folders().size(), 1);
@@ -117,6 +143,47 @@ TEST_F(StateTrayWindowTest, TheViewKeptWithTheWorkingSetComesBackWithIt)
     ASSERT_NE(strip().picSelection(), nullptr);
     EXPECT_EQ(strip().picSelection()->spName, u"b.jpg"_s);
     EXPECT_EQ(strip().multiSelection(), (QSet<MySinglePic *>{named("a"), named("b")}));
+    ASSERT_EQ(timeline.views().size(), 2);
+    const TimelineStrip &shelf = timeline.views().last()->strip();
+    EXPECT_TRUE(shelf.isShelf());
+    EXPECT_EQ(shelf.theSource(), QList<MySinglePic *>{named("c")});
+    EXPECT_EQ(shelf.picSelection(), named("c"));
+    EXPECT_FALSE(strip().theSource().contains(named("c"))) << "a shelved item leaves the main strip";
+}
+
+TEST_F(StateTrayWindowTest, TheChosenCategoriesComeBackInANewWindow)
+{
+    for (const char *name : {"a", "b", "c"})
+        writeJpeg(QString::fromLatin1(name), "2024:05:01 10:00:00");
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    window->controller().ratings().setRating(folders().value(0)->sfPicDetails_fullArray.mid(0, 2), PicRating::Keeper);
+    // The Keepers row lets a and b through; the dates' heading is closed.
+    const QString keepers = u"rating/keepers"_s, dates = u"times"_s;
+    const auto categories = [this]() -> SidebarCategoriesView & { return window->quickSelections().categoriesView(); };
+    for (const QString &key : {keepers, dates})
+        ASSERT_TRUE(categories().itemForKey(key)) << key.toStdString();
+    categories().itemForKey(keepers)->setSelected(true);
+    categories().itemForKey(dates)->setExpanded(false);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(namesOnStrip(), (QStringList{u"a.jpg"_s, u"b.jpg"_s}));
+    clickButton(window->states().showTray(), u"Keep Working Set"_s);
+    ASSERT_TRUE(folders().isEmpty());
+
+    // A window of its own, as at the next start: it knows nothing of the rows but the state.
+    window.reset();
+    window = std::make_unique<MainWindow>(prefs);
+    window->show();
+    ASSERT_TRUE(categories().selectedItems().isEmpty());
+    openKept();
+    QCoreApplication::processEvents();
+    ASSERT_EQ(folders().size(), 1);
+    for (const QString &key : {keepers, dates})
+        ASSERT_TRUE(categories().itemForKey(key)) << key.toStdString();
+    EXPECT_TRUE(categories().itemForKey(keepers)->isSelected());
+    EXPECT_EQ(categories().selectedItems().size(), 1);
+    EXPECT_FALSE(categories().itemForKey(dates)->isExpanded());
+    EXPECT_TRUE(categories().itemForKey(u"cameras"_s)->isExpanded());
+    EXPECT_EQ(namesOnStrip(), (QStringList{u"a.jpg"_s, u"b.jpg"_s})) << "the strip shows what the row lets through";
 }
 
 } // namespace
