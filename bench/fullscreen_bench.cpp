@@ -4,6 +4,8 @@
 // to the new image drawn, once the prefetch had its second.
 //   orvelle-fullscreen-bench [IMAGES]   (QT_QPA_PLATFORM=offscreen; vipsthumbnail on the PATH)
 
+#include "BenchSupport.h"
+
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "thumbs/MyThumbsQueue.h"
@@ -28,12 +30,6 @@ namespace {
 
 const QSize screenSize(1920, 1080);
 
-double median(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + long(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
 // A photo-like 24-megapixel frame, a little different each time.
 void writeLargeJpeg(const QString &path, int seed)
 {
@@ -52,7 +48,7 @@ void writeLargeJpeg(const QString &path, int seed)
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    orv::bench::offscreenUnlessAsked();
     QApplication app(argc, argv);
     const int count = argc > 1 ? std::max(3, atoi(argv[1])) : 8;
     QTemporaryDir dir;
@@ -81,7 +77,7 @@ int main(int argc, char **argv)
                                             dir.filePath(QStringLiteral("vips_%1.jpg").arg(i))});
         vips.push_back(code == 0 ? double(clock.nsecsElapsed()) / 1e6 : -1);
     }
-    const double oursMs = median(ours), vipsMs = median(vips);
+    const double oursMs = orv::bench::median(ours), vipsMs = orv::bench::median(vips);
     std::printf("decode of a 6000 x 4000 JPEG at 1920 x 1080, median of %d: ours %.1f ms, vipsthumbnail %.1f ms (ours / "
                 "vipsthumbnail %.2fx)\n",
                 count, oursMs, vipsMs, vipsMs > 0 ? oursMs / vipsMs : 0.0);
@@ -109,6 +105,6 @@ int main(int argc, char **argv)
         steps.push_back(double(clock.nsecsElapsed()) / 1e6);
     }
     std::printf("next key to the new image drawn, prefetched, median of %d steps: %.1f ms (target: under 50 ms)\n",
-                count - 1, median(steps));
+                count - 1, orv::bench::median(steps));
     return 0;
 }

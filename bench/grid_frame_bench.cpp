@@ -5,6 +5,8 @@
 // compressed bytes, as on screen.
 //   orvelle-grid-bench [FRAMES]   (QT_QPA_PLATFORM=offscreen)
 
+#include "BenchSupport.h"
+
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "thumbs/MyThumbsQueue.h"
@@ -82,17 +84,16 @@ double medianFrameMs(int count, int frames)
         painter.end();
         times.push_back(double(clock.nsecsElapsed()) / 1e6);
     }
-    std::nth_element(times.begin(), times.begin() + long(times.size() / 2), times.end());
     std::printf("%7d items: %d columns of %.0f points, %lld cells a frame; ", count, grid.grid().currentColumnCount(),
                 grid.grid().vqsWidth(), static_cast<long long>(grid.visibleRange().count));
-    return times[times.size() / 2];
+    return orv::bench::median(times);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    orv::bench::offscreenUnlessAsked();
     QApplication app(argc, argv);
     const int frames = argc > 1 ? std::max(1, atoi(argv[1])) : 200;
     std::printf("rating grid 1400 x 900, cells of 180 points asked, %d frames per count, median frame time\n", frames);

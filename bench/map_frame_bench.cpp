@@ -5,6 +5,8 @@
 // 16 ms at 100,000 pins.
 //   orvelle-map-bench [FRAMES]   (QT_QPA_PLATFORM=offscreen)
 
+#include "BenchSupport.h"
+
 #include "ui/MapView.h"
 
 #include <QApplication>
@@ -53,8 +55,7 @@ double medianFrameMs(MapView &view, GeoCoordinate centre, int zoom, int frames)
         painter.end();
         times.push_back(timer.nsecsElapsed() / 1e6);
     }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    return orv::bench::median(times);
 }
 
 } // namespace

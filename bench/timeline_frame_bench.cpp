@@ -5,6 +5,8 @@
 // thumbnails that scroll in from the cache's compressed bytes.
 //   orvelle-timeline-bench [FRAMES]   (QT_QPA_PLATFORM=offscreen)
 
+#include "BenchSupport.h"
+
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
 #include "thumbs/MyThumbsQueue.h"
@@ -85,19 +87,18 @@ double medianFrameMs(int count, int frames, const StripSize &size)
         painter.end();
         times.push_back(double(clock.nsecsElapsed()) / 1e6);
     }
-    std::nth_element(times.begin(), times.begin() + long(times.size() / 2), times.end());
     const ThumbRange visible = view.visibleThumbsRange();
     std::printf("%7d items: %lld thumbnails of %.0f points and %lld labels a frame, %lld pixmaps held; ", count,
                 static_cast<long long>(visible.count), view.strip().geometry().thumbSize(),
                 static_cast<long long>(view.lastLabels().size()), static_cast<long long>(view.layerCount()));
-    return times[times.size() / 2];
+    return orv::bench::median(times);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    orv::bench::offscreenUnlessAsked();
     QApplication app(argc, argv);
     const int frames = argc > 1 ? std::max(1, atoi(argv[1])) : 200;
     const StripSize sizes[] = {{"default size (timeline height 128)", 128, 260},

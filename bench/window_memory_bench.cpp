@@ -7,6 +7,8 @@
 // SAVED_FOLDER's items are shifted by an hour and saved, SAVES times (default 2); the script
 // window_memory_bench.sh makes the folders.
 
+#include "BenchSupport.h"
+
 #include "app/AppController.h"
 #include "core/Preferences.h"
 #include "folders/MyDroppedFolders.h"
@@ -96,7 +98,7 @@ bool waitFor(const MainWindow *sender, Signal signal, int seconds)
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    orv::bench::offscreenUnlessAsked();
     QApplication app(argc, argv);
     if (argc < 3) {
         std::fprintf(stderr, "usage: %s SAVED_FOLDER OTHER_FOLDER [SAVES]\n", argv[0]);
