@@ -1,10 +1,10 @@
 #include "core/LogController.h"
 
 #include "core/Preferences.h"
+#include "support/PrivateHomes.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <thread>
@@ -18,7 +18,7 @@ class ErrorLog : public ::testing::Test
 protected:
     void SetUp() override
     {
-        QStandardPaths::setTestModeEnabled(true);
+        test::usePrivateHomes();
         ASSERT_TRUE(m_dir.isValid());
     }
 

@@ -2,10 +2,10 @@
 
 #include "core/Preferences.h"
 
+#include "support/PrivateHomes.h"
 #include "support/QtPrinters.h"
 
 #include <QFile>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -18,7 +18,7 @@ class PreferencesFixture : public ::testing::Test
 protected:
     void SetUp() override
     {
-        QStandardPaths::setTestModeEnabled(true);
+        usePrivateHomes();
         ASSERT_TRUE(m_dir.isValid());
         m_prefs = std::make_unique<Preferences>(settingsPath());
     }

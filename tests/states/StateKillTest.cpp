@@ -65,7 +65,6 @@ TEST(StateKill, KillBetweenChangesLeavesAStateThatRestores)
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QString::fromLatin1(childFolder), folder);
         environment.insert(QString::fromLatin1(childState), state);
-        environment.insert(u"XDG_DATA_HOME"_s, root.filePath(u"data"_s));
         child.setProcessEnvironment(environment);
         child.start(QCoreApplication::applicationFilePath(), {u"--gtest_filter=StateKill.ChildChangesUntilKilled"_s});
         ASSERT_TRUE(child.waitForStarted());

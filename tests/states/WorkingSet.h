@@ -7,11 +7,11 @@
 #include "folders/ImportQuestions.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/SaveRun.h"
+#include "support/PrivateHomes.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -27,7 +27,7 @@ inline void ensureStatesApplication()
     if (!QCoreApplication::instance())
         new QCoreApplication(argc, argv);
     // The save journal and the quit files go to a test folder, never the user's.
-    QStandardPaths::setTestModeEnabled(true);
+    usePrivateHomes();
 }
 
 inline ImportOptions fileDateOptions()

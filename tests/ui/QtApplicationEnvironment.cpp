@@ -1,7 +1,8 @@
 // Widgets need one QApplication for the whole run, made on the main thread before any test.
 
+#include "support/PrivateHomes.h"
+
 #include <QApplication>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ class QtApplicationEnvironment : public ::testing::Environment
 public:
     void SetUp() override
     {
-        QStandardPaths::setTestModeEnabled(true);
+        orv::test::usePrivateHomes();
         m_app = std::make_unique<QApplication>(m_argc, m_argv);
     }
     void TearDown() override { m_app.reset(); }
