@@ -117,7 +117,7 @@ bool AppController::hasRatingsToWrite(const MySingleFolder &folder) const
     if (!m_prefs.boolForKey(QStringLiteral("writeRatingsToXMPOnSave")))
         return false;
     const QList<MySinglePic *> &pics = folder.sfPicDetails_fullArray;
-    return std::any_of(pics.cbegin(), pics.cend(), [](const MySinglePic *pic) { return pic->xmpRatingToWrite(); });
+    return std::any_of(pics.cbegin(), pics.cend(), [](const MySinglePic *pic) { return pic->groupXmpRatingToWrite(); });
 }
 
 void AppController::saveWillStart()

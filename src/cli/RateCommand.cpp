@@ -36,7 +36,7 @@ DateSaveRun::ItemFacts factsOf(const MySinglePic &pic)
     const PicRating rating = ratingOf(pic);
     DateSaveRun::ItemFacts facts;
     facts.json.insert(QStringLiteral("rating"), int(rating));
-    const std::optional<int> written = pic.xmpRatingToWrite();
+    const std::optional<int> written = pic.groupXmpRatingToWrite();
     if (written)
         facts.json.insert(QStringLiteral("xmpRating"), *written);
     facts.text = QStringLiteral("rating: ") + ratingName(rating) +

@@ -188,16 +188,43 @@ bool MySinglePic::isThisHarmonizationChanged() const
     return mine && theirs && mine->wholeSeconds() != theirs->wholeSeconds();
 }
 
+namespace {
+
+// The stars between mean neutral here, as an import reads them: they stay as they are.
+int heldRating(const MySinglePic &pic)
+{
+    return pic.fileRating && (*pic.fileRating == 5 || *pic.fileRating == -1) ? *pic.fileRating : 0;
+}
+
+// The group's rating as its files gave it: a keeper or a reject of either file wins over
+// neutral, and keeper over reject, as the import joins them.
+int heldGroupRating(const MySinglePic &master)
+{
+    const int own = heldRating(master);
+    const int dependent = master.bundleDependentImage ? heldRating(*master.bundleDependentImage) : 0;
+    if (own == 5 || dependent == 5)
+        return 5;
+    return own == -1 || dependent == -1 ? -1 : 0;
+}
+
+} // namespace
+
 std::optional<int> MySinglePic::xmpRatingToWrite() const
 {
-    if (bundleMasterImage)
+    if (bundleMasterImage && isMovie())
         return std::nullopt;
-    const int wanted = isKeeper ? 5 : isRejected ? -1 : 0;
-    // The stars between mean neutral here, as an import reads them: they stay as they are.
-    const int held = fileRating && (*fileRating == 5 || *fileRating == -1) ? *fileRating : 0;
-    if (wanted == held)
+    const MySinglePic &master = bundleMasterImage ? *bundleMasterImage : *this;
+    const int wanted = master.isKeeper ? 5 : master.isRejected ? -1 : 0;
+    if (wanted == heldGroupRating(master) || wanted == heldRating(*this))
         return std::nullopt;
     return wanted;
+}
+
+std::optional<int> MySinglePic::groupXmpRatingToWrite() const
+{
+    if (const std::optional<int> own = xmpRatingToWrite())
+        return own;
+    return bundleDependentImage ? bundleDependentImage->xmpRatingToWrite() : std::nullopt;
 }
 
 std::pair<int, quint32> MySinglePic::xmpPacketSearch() const

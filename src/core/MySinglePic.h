@@ -242,11 +242,15 @@ public:
     bool isThisTimeUnsaved() const;
     bool isThisPureTimeUnsaved() const;
     bool hasLocationChange() const;
-    // The xmp:Rating a save writes so that other programs see the item's rating: 5 a keeper, -1 a
-    // reject, 0 (which XMP defines as unrated) a neutral item whose file says keeper or reject.
-    // Nothing when the file says what the item is already, and for a group's dependent, whose
-    // rating its master carries.
+    // The xmp:Rating a save writes into this item's file so that other programs see the item's
+    // rating: 5 a keeper, -1 a reject, 0 (which XMP defines as unrated) a neutral item whose file
+    // says keeper or reject. A group is rated as one, through its master, and its still files
+    // all take the rating; a Live Photo's movie does not, its XMP being its still's. Nothing
+    // while the group's rating is still what its files said at import (as the import joined
+    // them), and nothing for a file that says so already.
     std::optional<int> xmpRatingToWrite() const;
+    // The rating this item's group writes first: its own, else its dependent's.
+    std::optional<int> groupXmpRatingToWrite() const;
     // Where a reader finds the XMP packet in the item's own file: the container's format and
     // the offset to start from.
     std::pair<int, quint32> xmpPacketSearch() const;

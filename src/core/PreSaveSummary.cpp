@@ -110,7 +110,7 @@ PreSaveSummary::PreSaveSummary(const PreSaveReview &review)
                 if (date.changes())
                     item.changes.append(date);
         if (review.settings && review.settings->writeRatingsToXMPOnSave)
-            item.xmpRating = pic->xmpRatingToWrite();
+            item.xmpRating = pic->groupXmpRatingToWrite();
         (item.problems.isEmpty() ? clean : m_items).append(item);
     }
     m_items.append(clean);

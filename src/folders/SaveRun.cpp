@@ -83,7 +83,7 @@ bool SaveRun::isDue(const MySinglePic &pic) const
 
 bool SaveRun::hasRatingToWrite(const MySinglePic &pic) const
 {
-    return m_settings.writeRatingsToXMPOnSave && pic.xmpRatingToWrite();
+    return m_settings.writeRatingsToXMPOnSave && pic.groupXmpRatingToWrite();
 }
 
 QList<MySingleFolder *> SaveRun::foldersToSave() const
@@ -290,10 +290,12 @@ void SaveRun::writeRatingsThread(const QList<MySingleFolder *> &folders, SaveOut
     QList<MySinglePic *> rated;
     for (MySingleFolder *folder : folders) {
         for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
-            // Only a file the save just proved unchanged takes its rating.
-            if (hasRatingToWrite(*pic) && outcome.savedPics.contains(pic)) {
-                PicSaver(*pic, environment).saveRating();
-                rated.append(pic);
+            for (MySinglePic *member : withDependent(pic)) {
+                // Only a file the save just proved unchanged takes its rating.
+                if (member->xmpRatingToWrite() && outcome.savedPics.contains(member)) {
+                    PicSaver(*member, environment).saveRating();
+                    rated.append(member);
+                }
             }
         }
     }

@@ -5,7 +5,9 @@
 #include "support/CliRun.h"
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
+#include "support/JpegBuilder.h"
 #include "support/SaveFixture.h"
+#include "support/XmpBuilder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -140,6 +142,48 @@ TEST_F(RateCommand, RejectsTakeMinusOneAndNeutralsThatSaidSoTakeZero)
 {
     expectRatings(runCli({"rate", "--reject", "--json", work.path()}, home.path()), -1, -1);
     expectRatings(runCli({"rate", "--neutral", "--json", work.path()}, home.path()), 0, 0);
+}
+
+// A raw file and its JPEG are one item: both files show the group's rating, and the rating the
+// JPEG gave the group at import is no change to write into the raw's sidecar.
+TEST_F(RateCommand, AGroupsFilesTakeItsRatingTogetherAndOnlyWhenItChanged)
+{
+    QTemporaryDir pair;
+    const QString raw = pair.filePath(QStringLiteral("IMG_1.CR2"));
+    ASSERT_TRUE(QFile::copy(corpusFile(QStringLiteral("exiftool-t/CanonRaw.cr2")), raw));
+    QFile::setPermissions(raw, QFile::permissions(raw) | QFile::WriteOwner);
+    TiffShape tags;
+    tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+    buildJpeg({.exif = tags, .xmp = buildXmp({.properties = {{QStringLiteral("xmp:Rating"), QStringLiteral("5")}}})})
+        .write(pair.path(), QStringLiteral("IMG_1"));
+    const QString jpeg = pair.filePath(QStringLiteral("IMG_1.jpg"));
+    const QString sidecar = pair.filePath(QStringLiteral("IMG_1.xmp"));
+    const auto rating = [](const QString &path) {
+        return exiftoolTags(path, ExiftoolGroups::Family1).number(QStringLiteral("XMP-xmp:Rating"));
+    };
+    const QByteArray rawBytes = fileBytes(raw), jpegBytes = fileBytes(jpeg);
+
+    const CliResult kept = runCli({"rate", "--keeper", pair.path()}, home.path());
+    ASSERT_EQ(kept.exitCode, 0) << kept.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(sidecar));
+    EXPECT_EQ(fileBytes(jpeg), jpegBytes);
+
+    const CliResult rejected = runCli({"rate", "--reject", pair.path()}, home.path());
+    ASSERT_EQ(rejected.exitCode, 0) << rejected.err.toStdString();
+    EXPECT_EQ(rating(jpeg), -1);
+    EXPECT_EQ(rating(sidecar), -1);
+    EXPECT_EQ(fileBytes(raw), rawBytes);
+
+    EXPECT_EQ(runCli({"revert"}, home.path()).exitCode, 0);
+    EXPECT_EQ(fileBytes(jpeg), jpegBytes);
+    EXPECT_FALSE(QFileInfo::exists(sidecar));
+
+    // Neutral: only the JPEG said keeper; the raw, unrated, has nothing to take.
+    const CliResult neutral = runCli({"rate", "--neutral", pair.path()}, home.path());
+    ASSERT_EQ(neutral.exitCode, 0) << neutral.err.toStdString();
+    EXPECT_EQ(rating(jpeg), 0);
+    EXPECT_FALSE(QFileInfo::exists(sidecar));
+    EXPECT_EQ(fileBytes(raw), rawBytes);
 }
 
 TEST_F(RateCommand, WrongUsageChangesNothing)
