@@ -126,4 +126,18 @@ QList<MySinglePic *> ZoneCorrection::setTimeZones(MySingleFolder &folder, const 
     return changed;
 }
 
+int ZoneCorrection::updateEveryFileDate(const QList<MySingleFolder *> &folders)
+{
+    int changed = 0;
+    for (MySingleFolder *folder : folders) {
+        if (folder->isEXIFIgnored())
+            continue;
+        for (MySinglePic *pic : std::as_const(folder->sfPicDetails_fullArray))
+            changed += updateAllDatesAfterUpdatingTimezone(*pic) ? 1 : 0;
+        folder->validateTZCUnsaved();
+        folder->sfUpdatePicsFromAndTill();
+    }
+    return changed;
+}
+
 } // namespace orv

@@ -54,6 +54,10 @@ public:
     // every item's unsaved state follows. Answers the items whose dates changed.
     static QList<MySinglePic *> setTimeZones(MySingleFolder &folder, const FolderTimeZones &source,
                                              const FolderTimeZones &target);
+    // Every item of the folders read anew after the system zone changed under them (a working
+    // set kept in another zone), as an import now would read it; folders that ignore the files'
+    // dates are left alone. Answers how many items' dates or flags changed.
+    static int updateEveryFileDate(const QList<MySingleFolder *> &folders);
 };
 
 } // namespace orv

@@ -4,6 +4,7 @@
 #include "core/MySinglePic.h"
 #include "core/PicSaver.h"
 #include "folders/MySingleFolder.h"
+#include "folders/ZoneCorrection.h"
 #include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
 
@@ -33,7 +34,7 @@ QStringList RestoreReport::lines() const
     if (!additionalDataProblem.isEmpty())
         all.append(u"tracks not restored: %1"_s.arg(additionalDataProblem));
     if (conversionType == AdditionalData::ConversionType::OtherSystemZone)
-        all.append(u"kept under another system time zone: dates without a zone of their own are shown in this one"_s);
+        all.append(u"kept under another system time zone: the dates of %1 item(s) without a zone of their own were read anew in this one"_s.arg(itemsReadInThisZone));
     return all;
 }
 
@@ -229,6 +230,14 @@ Restored fromFile(const QString &statePath)
     }
     restored.report = checkFolders(restored.read.folders);
     readAdditionalData(path, restored);
+    // A local stamp means another instant in this zone: the items stand as a fresh import
+    // would read them here, with their pending changes on top.
+    if (restored.report.conversionType == AdditionalData::ConversionType::OtherSystemZone) {
+        QList<MySingleFolder *> folders;
+        for (const std::unique_ptr<MySingleFolder> &folder : restored.read.folders)
+            folders.append(folder.get());
+        restored.report.itemsReadInThisZone = ZoneCorrection::updateEveryFileDate(folders);
+    }
     readThumbnails(StateFiles::thumbsFileOf(statePath), restored);
     return restored;
 }

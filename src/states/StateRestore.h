@@ -25,6 +25,8 @@ struct RestoreReport
     // The state was kept under another system zone (or is too old for its view): dates read
     // without a zone of their own stand for other instants here.
     AdditionalData::ConversionType conversionType = AdditionalData::ConversionType::None;
+    // Under another system zone: the items whose dates were read anew in this one.
+    int itemsReadInThisZone = 0;
 
     bool isClean() const
     {

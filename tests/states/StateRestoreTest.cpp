@@ -395,6 +395,23 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
                                                         : AdditionalData::ConversionType::None)
             << zone;
         EXPECT_EQ(restored.report.lines().join(u'\n').contains(u"another system time zone"_s), moved) << zone;
+        if (moved) {
+            // A stamp without a zone means another instant here: the items stand as an import
+            // here would read them, with the kept two hours on top.
+            WorkingSet fresh;
+            fresh.importFolders({root.filePath(u"one"_s), root.filePath(u"two"_s)});
+            fresh.controller.dateChanges().dragChangedDates(fresh.folders(), 7200, false);
+            EXPECT_EQ(restored.report.itemsReadInThisZone, 5);
+            for (const MySingleFolder *folder : restoredSet.folders())
+                for (const MySinglePic *pic : folder->sfPicDetails_fullArray) {
+                    const MySingleFolder *imported = fresh.controller.theDataSource().folderForDirectory(folder->sfFolderPath);
+                    ASSERT_NE(imported, nullptr);
+                    const MySinglePic *same = named(*imported, pic->spName);
+                    ASSERT_NE(same, nullptr);
+                    EXPECT_EQ(pic->spDateTimeOriginal, same->spDateTimeOriginal) << pic->spName.toStdString();
+                    EXPECT_EQ(pic->spDateTimeModified(), same->spDateTimeModified()) << pic->spName.toStdString();
+                }
+        }
         // The selections name the restored items, whichever the zone.
         EXPECT_EQ(restored.view.kept, view);
         EXPECT_EQ(restored.view.selectedFolders, restoredSet.folders());
