@@ -54,6 +54,7 @@ NewPackage writePackage(const QString &parentFolder, const QList<std::pair<QStri
 
 inline const QString trayPreviewDataName = QStringLiteral("savedTrayPreviewData");
 inline const QString previewImageName = QStringLiteral("savedPreviewImage");
+inline const QString windowsDataName = QStringLiteral("savedWindowsData");
 
 } // namespace StateFiles
 

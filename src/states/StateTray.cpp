@@ -216,7 +216,8 @@ void StateTray::sortStateArray(QList<TrayRow> &rows, int sortType, bool ascendin
 
 StateFiles::NewPackage StateTray::storeState(const QString &folder, const QByteArray &savedFolders,
                                              const TrayPreview &preview, const QImage &previewImage,
-                                             const QByteArray &thumbs, const QByteArray &additionalData) const
+                                             const QByteArray &thumbs, const QByteArray &additionalData,
+                                             const QByteArray &windowsData) const
 {
     QList<std::pair<QString, QByteArray>> files{{StateFiles::foldersPackageName, savedFolders},
                                                 {StateFiles::trayPreviewDataName, preview.toCbor()},
@@ -225,6 +226,8 @@ StateFiles::NewPackage StateTray::storeState(const QString &folder, const QByteA
         files.append({SavedThumbs::packageName, thumbs});
     if (!additionalData.isEmpty())
         files.append({StateFiles::additionalDataPackageName, additionalData});
+    if (!windowsData.isEmpty())
+        files.append({StateFiles::windowsDataName, windowsData});
     return StateFiles::writePackage(folder, files);
 }
 

@@ -49,10 +49,12 @@ public:
 
     // A new package in folder, named by the local time: the folders, the preview and its image
     // (a transparent one when there is none).
-    // With thumbs, the thumbnails file goes along, and with additional data (the tracks) its file.
+    // With thumbs, the thumbnails file goes along, with additional data (the tracks) its file,
+    // and with the window's data (WindowsData) its file.
     StateFiles::NewPackage storeState(const QString &folder, const QByteArray &savedFolders, const TrayPreview &preview,
                                       const QImage &previewImage, const QByteArray &thumbs = {},
-                                      const QByteArray &additionalData = {}) const;
+                                      const QByteArray &additionalData = {},
+                                      const QByteArray &windowsData = {}) const;
     // The user's title and note of a state; empty on success, else why.
     QString setUserData(const QString &statePath, const QString &title, const QString &note) const;
     // To the desktop's trash, from where the user can put it back; empty on success, else why.

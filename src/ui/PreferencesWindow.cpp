@@ -60,6 +60,11 @@ PreferencesWindow::PreferencesWindow(Preferences &prefs, QWidget *parent)
     addSwitch(importing, QStringLiteral("createFileGroups"), tr("Group RAW and JPEG files and Live Photos"));
     addSwitch(importing, QStringLiteral("isSubFolderAutoImportEnabled"), tr("Import subfolders too"));
 
+    QFormLayout &tray = addPane(tr("State Tray"));
+    addSwitch(tray, QStringLiteral("includeThumbsInStateFilesTray"), tr("Keep the thumbnails with a working set"));
+    addSwitch(tray, QStringLiteral("stateTrayIgnoreWindowData"),
+              tr("Leave the window as it is when a kept working set opens"));
+
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
     auto *layout = new QVBoxLayout(this);

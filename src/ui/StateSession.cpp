@@ -10,6 +10,7 @@
 #include "states/SavedFolders.h"
 #include "states/SavedThumbs.h"
 #include "states/StateFiles.h"
+#include "states/WindowsData.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "ui/ReconnectionSheet.h"
 #include "ui/StateTrayWindow.h"
@@ -324,7 +325,8 @@ void StateSession::storeInTray(const QString &folder)
     const bool withThumbs = m_controller.prefs().boolForKey(QStringLiteral("includeThumbsInStateFilesTray"));
     const StateFiles::NewPackage package =
         m_tray.storeState(folder, SavedFolders::write(folders), TrayPreview::previewDataForCurrentState(folders),
-                          previewImage(), withThumbs ? thumbsFile() : QByteArray(), m_keeper->additionalData());
+                          previewImage(), withThumbs ? thumbsFile() : QByteArray(), m_keeper->additionalData(),
+                          windowsData().toCbor());
     if (!package.problem.isEmpty()) {
         QMessageBox::warning(m_trayWindow, tr("Working Set Not Kept"), package.problem);
         return;
@@ -355,7 +357,35 @@ void StateSession::openFromTray(const QString &statePath)
         if (m_trayWindow)
             m_trayWindow->refreshData();
     };
-    openState(statePath, followed, true);
+    // Read before the opening moves the package out of the tray.
+    const std::optional<WindowsData> window = WindowsData::ofPackage(statePath);
+    if (openState(statePath, followed, true) && window &&
+        !m_controller.prefs().boolForKey(QStringLiteral("stateTrayIgnoreWindowData")))
+        applyWindowsData(*window);
+}
+
+WindowsData StateSession::windowsData() const
+{
+    WindowsData data;
+    if (const auto *window = qobject_cast<const QMainWindow *>(&m_window)) {
+        data.mainWindowFrame = window->saveGeometry();
+        data.mainWindowBars = window->saveState();
+    }
+    data.settings = WindowsData::settingsOf(m_controller.prefs());
+    return data;
+}
+
+void StateSession::applyWindowsData(const WindowsData &data)
+{
+    data.applySettings(m_controller.prefs());
+    auto *window = qobject_cast<QMainWindow *>(&m_window);
+    if (!window)
+        return;
+    // A frame kept on a screen that is gone is put on one that is here by Qt itself.
+    if (!data.mainWindowFrame.isEmpty())
+        window->restoreGeometry(data.mainWindowFrame);
+    if (!data.mainWindowBars.isEmpty())
+        window->restoreState(data.mainWindowBars);
 }
 
 } // namespace orv

@@ -21,6 +21,7 @@ class AppController;
 class MyThumbsQueue;
 class StateKeeper;
 class StateTrayWindow;
+struct WindowsData;
 
 // The window's side of kept working sets: the question at start whether to restore the work of
 // the last session, opening .orvstate packages (from the menu or dropped), the state tray, the
@@ -79,6 +80,9 @@ private:
     QImage previewImage() const;
     // The main thumbnails the window has of the working set's items, by their place in the source.
     QByteArray thumbsFile() const;
+    // The window as a state in the tray keeps it, and as opening one from the tray brings it back.
+    WindowsData windowsData() const;
+    void applyWindowsData(const WindowsData &data);
     void adoptThumbnails(const QList<std::pair<quint32, QByteArray>> &thumbnails);
     void chooseAndOpen();
     void keepAsPackage();

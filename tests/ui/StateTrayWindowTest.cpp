@@ -186,4 +186,31 @@ TEST_F(StateTrayWindowTest, TheChosenCategoriesComeBackInANewWindow)
     EXPECT_EQ(namesOnStrip(), (QStringList{u"a.jpg"_s, u"b.jpg"_s})) << "the strip shows what the row lets through";
 }
 
+// The window a working set was kept in comes back with it: its size and the layout settings of
+// the moment, one kept by name, one by number; unless the user chose to leave the window alone.
+TEST_F(StateTrayWindowTest, TheWindowKeptWithAWorkingSetComesBackUnlessTheUserLeavesItAlone)
+{
+    writeJpeg(u"a"_s, "2024:05:01 10:00:00");
+    const QString height = u"timelineHeight_STD"_s, duration = u"slideDuration"_s;
+    for (const bool leftAlone : {false, true}) {
+        prefs.setBool(u"stateTrayIgnoreWindowData"_s, leftAlone);
+        ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+        prefs.setDouble(height, 333);
+        prefs.setInteger(duration, 7);
+        window->resize(1200, 800);
+        clickButton(window->states().showTray(), u"Keep Working Set"_s);
+        ASSERT_TRUE(folders().isEmpty());
+        prefs.setDouble(height, 120);
+        prefs.setInteger(duration, 3);
+        window->resize(1000, 900);
+
+        openKept();
+        ASSERT_EQ(folders().size(), 1);
+        EXPECT_EQ(prefs.doubleForKey(height), leftAlone ? 120 : 333);
+        EXPECT_EQ(prefs.integerForKey(duration), leftAlone ? 3 : 7);
+        EXPECT_EQ(window->size(), leftAlone ? QSize(1000, 900) : QSize(1200, 800));
+        window->controller().theDataSource().releaseFolder(folders().first());
+    }
+}
+
 } // namespace
