@@ -249,10 +249,14 @@ std::optional<MyFiltersItem> MySidebarController::withAlertRow() const
     return withAlert;
 }
 
+Instant MySidebarController::now() const { return m_now ? m_now() : currentInstant(); }
+
+Instant MySidebarController::endOfToday() const { return RelativeTimes(now(), m_zone).endOfToday(); }
+
 std::optional<MyFiltersItem> MySidebarController::relativeTimeRow() const
 {
     // The date in force, as the years' rows take it, from today in the same zone.
-    const RelativeTimes times(m_now ? m_now() : currentInstant(), m_zone);
+    const RelativeTimes times(now(), m_zone);
     std::array<QSet<MySinglePic *>, RelativeTimes::rangeCount> pics;
     for (MySinglePic *pic : m_allAddedMedia) {
         const OptionalDate date = pic->spDateTimeModified();

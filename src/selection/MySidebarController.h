@@ -67,6 +67,8 @@ public:
     const QStringList &selectedKeys() const { return m_selectedKeys; }
     // Where "today" is for the rows of dates from today; the computer's clock unless told.
     void setClock(std::function<Instant()> now) { m_now = std::move(now); }
+    // When the rows of dates from today next change by the clock alone: the end of today.
+    Instant endOfToday() const;
     // The union of the selected rows' items in the last refresh; none while no category is
     // selected. A chosen rating whose items were all rated otherwise lets nothing through; a
     // refresh drops the other chosen rows that lost all their items.
@@ -77,6 +79,7 @@ private:
     QList<MyFiltersItem> timesRows() const;
     std::optional<MyFiltersItem> withAlertRow() const;
     std::optional<MyFiltersItem> relativeTimeRow() const;
+    Instant now() const;
 
     TimeZone m_zone;
     std::function<Instant()> m_now;

@@ -32,6 +32,8 @@ public:
     // How many days, months or years before the present one the date's lies; none outside the
     // scale's ranges.
     std::optional<int> stepsBack(Scale scale, Instant date) const;
+    // When today ends, and every range with it moves on.
+    Instant endOfToday() const { return m_bounds[Days][0]; }
 
 private:
     // Per scale, from the end of the present day, month or year back: the start of the present

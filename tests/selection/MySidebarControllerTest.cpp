@@ -182,6 +182,7 @@ TEST(RelativeTimesTest, RangesBeginAtTheZonesMidnightsAcrossLeapDaysYearsAndSkip
     EXPECT_EQ(afterLeapDay.stepsBack(R::Years, at(berlin, 2017, 1, 1, 0, 0, 0)), 7);
     EXPECT_EQ(afterLeapDay.stepsBack(R::Years, at(berlin, 2016, 12, 31, 23, 59, 59)), std::nullopt);
     EXPECT_EQ(afterLeapDay.stepsBack(R::Days, at(berlin, 2024, 3, 2, 0, 0, 0)), std::nullopt) << "tomorrow";
+    EXPECT_EQ(afterLeapDay.endOfToday(), at(berlin, 2024, 3, 2, 0, 0, 0));
     // One moment, two zones: the same instant is today in Berlin and yesterday in New York.
     const TimeZone newYork = *TimeZone::fromName(QStringLiteral("America/New_York"));
     const Instant now = at(berlin, 2024, 3, 1, 12, 0, 0);
@@ -193,6 +194,7 @@ TEST(RelativeTimesTest, RangesBeginAtTheZonesMidnightsAcrossLeapDaysYearsAndSkip
     const R dayOfTheSkip(at(santiago, 2024, 9, 8, 12, 0, 0), santiago);
     EXPECT_EQ(dayOfTheSkip.stepsBack(R::Days, at(santiago, 2024, 9, 8, 1, 0, 0)), 0);
     EXPECT_EQ(dayOfTheSkip.stepsBack(R::Days, at(santiago, 2024, 9, 7, 23, 59, 59)), 1);
+    EXPECT_EQ(R(at(santiago, 2024, 9, 7, 12, 0, 0), santiago).endOfToday(), Instant::fromUtc(2024, 9, 8, 4, 0, 0));
 }
 
 } // namespace
