@@ -352,6 +352,18 @@
         <translation>Große Datumsabweichungen</translation>
     </message>
     <message>
+        <source>Differences from the GPS Time</source>
+        <translation>Abweichungen von der GPS-Zeit</translation>
+    </message>
+    <message>
+        <source>Hours Skipped at a Clock Change</source>
+        <translation>Bei der Zeitumstellung übersprungene Stunden</translation>
+    </message>
+    <message>
+        <source>Hours Repeated at a Clock Change</source>
+        <translation>Bei der Zeitumstellung doppelte Stunden</translation>
+    </message>
+    <message>
         <source>No Date in the Tags</source>
         <translation>Kein Datum in den Tags</translation>
     </message>

@@ -1,5 +1,6 @@
 #include "selection/MySidebarController.h"
 
+#include "core/DaylightSaving.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
@@ -106,6 +107,14 @@ const AlertKind alertKinds[] = {
      [](const MySinglePic &pic) { return pic.bundleUnchangedState() == 5; }},
     {"majorDateDifference", QT_TRANSLATE_NOOP("MySidebarController", "Major Date Differences"),
      [](const MySinglePic &pic) { return pic.hasMajorDateDifference(); }},
+    {"minorDateDifference", QT_TRANSLATE_NOOP("MySidebarController", "Differences from the GPS Time"),
+     [](const MySinglePic &pic) { return pic.hasMinorDateDifference; }},
+    // The source zone's clocks skipped the stamp's hour: it names no moment there.
+    {"dstDivergence", QT_TRANSLATE_NOOP("MySidebarController", "Hours Skipped at a Clock Change"),
+     [](const MySinglePic &pic) { return pic.dstDivergenceState != 0; }},
+    // They went through the stamp's hour twice: it names two moments.
+    {"dstAmbiguity", QT_TRANSLATE_NOOP("MySidebarController", "Hours Repeated at a Clock Change"),
+     DaylightSaving::isDateSourceAmbiguousAtImport},
     {"missingDate", QT_TRANSLATE_NOOP("MySidebarController", "No Date in the Tags"), isDatedWithoutTag},
 };
 

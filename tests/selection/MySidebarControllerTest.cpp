@@ -3,6 +3,7 @@
 // changes, undo and redo, and the ranges' edges in zones whose midnights move.
 
 #include "app/DateChanges.h"
+#include "app/ZoneChangeCommand.h"
 #include "core/PicSaver.h"
 #include "core/SaveSettings.h"
 #include "folders/ImportFixture.h"
@@ -101,6 +102,46 @@ TEST_F(SidebarAlertsTest, AlertsComeWithSaveErrorsOutsideChangesAndUndatedFilesA
     sidebar.removeFixedValuesFor({&undated});
     sidebar.fullRefresh();
     EXPECT_EQ(sidebar.rowForKey(QStringLiteral("withAlert")), nullptr);
+}
+
+TEST_F(SidebarAlertsTest, ClockChangeAndOffsetAlertsFollowTheSourceZoneThroughUndoAndRedo)
+{
+    const auto jpeg = [this](const QString &name, const char *stamp, const char *offset = nullptr) -> MySinglePic & {
+        TiffShape tags;
+        tags.dateTimeOriginal = Stamp::text(stamp);
+        if (offset)
+            tags.offsetTimeOriginal = Stamp::text(offset);
+        return import(buildJpeg({.exif = tags}), name);
+    };
+    // In Berlin 02:30 came twice on 2024-10-27 and never on 2024-03-31; +02:00 was its May.
+    MySinglePic &repeated = jpeg(QStringLiteral("repeated"), "2024:10:27 02:30:00");
+    MySinglePic &skipped = jpeg(QStringLiteral("skipped"), "2024:03:31 02:30:00");
+    MySinglePic &summer = jpeg(QStringLiteral("summer"), "2024:05:01 12:00:00", "+02:00");
+    MySinglePic &plain = jpeg(QStringLiteral("plain"), "2024:05:01 12:00:00");
+    sidebar.addFixedValuesFor({&repeated, &skipped, &summer, &plain});
+    QUndoStack stack;
+    DateChanges changes{stack, {}};
+    const auto setSource = [&](const char *zone) {
+        ZoneChangeCommand::Zones after;
+        after.source.defaultZone = QString::fromLatin1(zone);
+        changes.changeTimeZones({{&folder, {folder.sourceTimeZones, folder.targetTimeZones}, after}}, {});
+        sidebar.fullRefresh();
+        return countsUnder(sidebar, QStringLiteral("withAlert"));
+    };
+
+    const Counts inUtc{{QStringLiteral("alert/majorDateDifference"), 1}};
+    const Counts inBerlin{{QStringLiteral("alert/dstAmbiguity"), 1}, {QStringLiteral("alert/dstDivergence"), 1}};
+    EXPECT_EQ(setSource("UTC"), inUtc);
+    EXPECT_EQ(alerted(QStringLiteral("majorDateDifference")), QSet<MySinglePic *>{&summer});
+    EXPECT_EQ(setSource("Europe/Berlin"), inBerlin);
+    EXPECT_EQ(alerted(QStringLiteral("dstAmbiguity")), QSet<MySinglePic *>{&repeated});
+    EXPECT_EQ(alerted(QStringLiteral("dstDivergence")), QSet<MySinglePic *>{&skipped});
+    stack.undo();
+    sidebar.fullRefresh();
+    EXPECT_EQ(countsUnder(sidebar, QStringLiteral("withAlert")), inUtc);
+    stack.redo();
+    sidebar.fullRefresh();
+    EXPECT_EQ(countsUnder(sidebar, QStringLiteral("withAlert")), inBerlin);
 }
 
 class SidebarFromTodayTest : public ImportFixture
