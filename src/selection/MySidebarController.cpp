@@ -219,7 +219,17 @@ void MySidebarController::sourceRelevantChangeWasMade(const QList<MySinglePic *>
     addFixedValuesFor(known);
 }
 
-QList<MyFiltersItem> MySidebarController::timesRows() const
+MySidebarController::DatedPics MySidebarController::datedMedia() const
+{
+    DatedPics dated;
+    dated.reserve(m_allAddedMedia.size());
+    for (MySinglePic *pic : m_allAddedMedia)
+        if (const OptionalDate date = pic->spDateTimeModified())
+            dated.append({pic, *date});
+    return dated;
+}
+
+QList<MyFiltersItem> MySidebarController::timesRows(const DatedPics &dated) const
 {
     // Zones lie at most a day from UTC: only a date in UTC's last or first day of a year asks
     // the zone, so a refresh of 100,000 items costs arithmetic alone.
@@ -229,9 +239,8 @@ QList<MyFiltersItem> MySidebarController::timesRows() const
         return nearNewYear ? m_zone.localCivil(date).year : utc.year;
     };
     QMap<int, QSet<MySinglePic *>> byYear;
-    for (MySinglePic *pic : m_allAddedMedia)
-        if (const OptionalDate date = pic->spDateTimeModified())
-            byYear[yearOf(*date)].insert(pic);
+    for (const auto &[pic, date] : dated)
+        byYear[yearOf(date)].insert(pic);
     QList<MyFiltersItem> rows;
     for (auto it = byYear.cbegin(); it != byYear.cend(); ++it)
         rows.append({timePrefix + QString::number(it.key()), QString::number(it.key()), false, it.value(), {}});
@@ -240,21 +249,27 @@ QList<MyFiltersItem> MySidebarController::timesRows() const
 
 std::optional<MyFiltersItem> MySidebarController::withAlertRow() const
 {
-    MyFiltersItem withAlert{alertKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Alerts")), false, {},
-                            {}};
-    withAlert.isCollapsedByDefault = true;
-    for (const AlertKind &kind : alertKinds) {
-        QSet<MySinglePic *> pics;
-        for (MySinglePic *pic : m_allAddedMedia)
-            if (kind.holds(*pic))
-                pics.insert(pic);
-        if (pics.isEmpty())
-            continue;
-        withAlert.pics.unite(pics);
-        withAlert.children.append({alertPrefix + QLatin1String(kind.key), translated(kind.title), false, pics, {}});
+    // One visit per item for all kinds: with 100,000 items the visits, not the tests, cost.
+    constexpr size_t kindCount = std::size(alertKinds);
+    std::array<QSet<MySinglePic *>, kindCount> pics;
+    QSet<MySinglePic *> withAnyAlert;
+    for (MySinglePic *pic : m_allAddedMedia) {
+        for (size_t k = 0; k < kindCount; ++k) {
+            if (alertKinds[k].holds(*pic)) {
+                pics[k].insert(pic);
+                withAnyAlert.insert(pic);
+            }
+        }
     }
-    if (withAlert.children.isEmpty())
+    if (withAnyAlert.isEmpty())
         return std::nullopt;
+    MyFiltersItem withAlert{alertKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Alerts")), false,
+                            withAnyAlert, {}};
+    withAlert.isCollapsedByDefault = true;
+    for (size_t k = 0; k < kindCount; ++k)
+        if (!pics[k].isEmpty())
+            withAlert.children.append(
+                {alertPrefix + QLatin1String(alertKinds[k].key), translated(alertKinds[k].title), false, pics[k], {}});
     return withAlert;
 }
 
@@ -262,19 +277,15 @@ Instant MySidebarController::now() const { return m_now ? m_now() : currentInsta
 
 Instant MySidebarController::endOfToday() const { return RelativeTimes(now(), m_zone).endOfToday(); }
 
-std::optional<MyFiltersItem> MySidebarController::relativeTimeRow() const
+std::optional<MyFiltersItem> MySidebarController::relativeTimeRow(const DatedPics &dated) const
 {
     // The date in force, as the years' rows take it, from today in the same zone.
     const RelativeTimes times(now(), m_zone);
     std::array<QSet<MySinglePic *>, RelativeTimes::rangeCount> pics;
-    for (MySinglePic *pic : m_allAddedMedia) {
-        const OptionalDate date = pic->spDateTimeModified();
-        if (!date)
-            continue;
+    for (const auto &[pic, date] : dated)
         for (const RelativeTimes::Scale scale : {RelativeTimes::Days, RelativeTimes::Months, RelativeTimes::Years})
-            if (const std::optional<int> stepsBack = times.stepsBack(scale, *date))
+            if (const std::optional<int> stepsBack = times.stepsBack(scale, date))
                 pics[size_t(RelativeTimes::indexOf(scale, *stepsBack))].insert(pic);
-    }
     const QList<std::pair<QString, QString>> keysAndTitles = relativeRangeRows();
     QList<MyFiltersItem> rows;
     for (size_t i = 0; i < pics.size(); ++i)
@@ -319,9 +330,10 @@ const QList<MyFiltersItem> &MySidebarController::fullRefresh()
     }
     if (!ratingRows.isEmpty())
         m_rows.append(groupRow(groupKeys[0], translated(QT_TRANSLATE_NOOP("MySidebarController", "Rating")), ratingRows));
-    if (QList<MyFiltersItem> times = timesRows(); !times.isEmpty())
+    const DatedPics dated = datedMedia();
+    if (QList<MyFiltersItem> times = timesRows(dated); !times.isEmpty())
         m_rows.append(groupRow(groupKeys[1], translated(QT_TRANSLATE_NOOP("MySidebarController", "Dates")), times));
-    if (std::optional<MyFiltersItem> fromToday = relativeTimeRow())
+    if (std::optional<MyFiltersItem> fromToday = relativeTimeRow(dated))
         m_rows.append(*std::move(fromToday));
     QList<MyFiltersItem> cameras = rowsOfStores(m_stores, cameraPrefix, [](const QString &camera) {
         return camera == u"-" ? translated(QT_TRANSLATE_NOOP("MySidebarController", "No Camera"))

@@ -76,9 +76,12 @@ public:
 
 private:
     QStringList storeKeysFor(const MySinglePic &pic) const;
-    QList<MyFiltersItem> timesRows() const;
+    // The items with a date in force, each with it: read once for all the rows of dates.
+    using DatedPics = QList<std::pair<MySinglePic *, Instant>>;
+    DatedPics datedMedia() const;
+    QList<MyFiltersItem> timesRows(const DatedPics &dated) const;
     std::optional<MyFiltersItem> withAlertRow() const;
-    std::optional<MyFiltersItem> relativeTimeRow() const;
+    std::optional<MyFiltersItem> relativeTimeRow(const DatedPics &dated) const;
     Instant now() const;
 
     TimeZone m_zone;
