@@ -34,8 +34,8 @@ struct MyFiltersItem
 // imported as slideshows only. Items are filed once each as they join and forgotten as they
 // leave, so the counts are kept in step without walking the working set; the dates, the alerts
 // and the unsaved state, which date changes, saves and outside changes move, are gathered at
-// each refresh. The selected rows' items together are the set
-// the source lets through (selectedPicsToFilter).
+// each refresh. The selected rows' items together are the set the source lets through
+// (selectedPicsToFilter).
 //
 // Main thread only, with the items. An item may be forgotten after it was deleted: the
 // categories it was filed under are remembered, it is never read again.
