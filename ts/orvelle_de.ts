@@ -328,6 +328,95 @@
         <translation>Daten</translation>
     </message>
     <message>
+        <source>Alerts</source>
+        <translation>Hinweise</translation>
+    </message>
+    <message>
+        <source>Save Errors</source>
+        <translation>Fehler beim Sichern</translation>
+    </message>
+    <message>
+        <source>Changed by Other Programs</source>
+        <translation>Von anderen Programmen geändert</translation>
+    </message>
+    <message>
+        <source>Missing Files</source>
+        <translation>Fehlende Dateien</translation>
+    </message>
+    <message>
+        <source>To Be Read Again</source>
+        <translation>Neu einzulesen</translation>
+    </message>
+    <message>
+        <source>Major Date Differences</source>
+        <translation>Große Datumsabweichungen</translation>
+    </message>
+    <message>
+        <source>Differences from the GPS Time</source>
+        <translation>Abweichungen von der GPS-Zeit</translation>
+    </message>
+    <message>
+        <source>Hours Skipped at a Clock Change</source>
+        <translation>Bei der Zeitumstellung übersprungene Stunden</translation>
+    </message>
+    <message>
+        <source>Hours Repeated at a Clock Change</source>
+        <translation>Bei der Zeitumstellung doppelte Stunden</translation>
+    </message>
+    <message>
+        <source>No Date in the Tags</source>
+        <translation>Kein Datum in den Tags</translation>
+    </message>
+    <message>
+        <source>How Long Ago</source>
+        <translation>Wie lange her</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Gestern</translation>
+    </message>
+    <message>
+        <source>This Month</source>
+        <translation>Diesen Monat</translation>
+    </message>
+    <message>
+        <source>Last Month</source>
+        <translation>Letzten Monat</translation>
+    </message>
+    <message>
+        <source>This Year</source>
+        <translation>Dieses Jahr</translation>
+    </message>
+    <message>
+        <source>Last Year</source>
+        <translation>Letztes Jahr</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Days Ago</source>
+        <translation>
+            <numerusform>Vor %n Tag</numerusform>
+            <numerusform>Vor %n Tagen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Months Ago</source>
+        <translation>
+            <numerusform>Vor %n Monat</numerusform>
+            <numerusform>Vor %n Monaten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n Years Ago</source>
+        <translation>
+            <numerusform>Vor %n Jahr</numerusform>
+            <numerusform>Vor %n Jahren</numerusform>
+        </translation>
+    </message>
+    <message>
         <source>No Camera</source>
         <translation>Keine Kamera</translation>
     </message>

@@ -1,10 +1,13 @@
 #include "selection/MySidebarController.h"
 
+#include "core/DaylightSaving.h"
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
+#include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
 #include "selection/NaturalNameOrder.h"
 #include "selection/PicKinds.h"
+#include "selection/RelativeTimes.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -25,6 +28,10 @@ const QString ratingPrefix = QStringLiteral("rating/");
 const QString cameraPrefix = QStringLiteral("camera/");
 const QString typePrefix = QStringLiteral("type/");
 const QString timePrefix = QStringLiteral("time/");
+const QString alertKey = QStringLiteral("withAlert");
+const QString alertPrefix = QStringLiteral("alert/");
+const QString relativeTimeKey = QStringLiteral("relativeTime");
+const QString relativeTimePrefix = QStringLiteral("relativeTime/");
 // Headings: choosing one filters nothing.
 const QStringList groupKeys = {QStringLiteral("rating"), QStringLiteral("times"), QStringLiteral("cameras"),
                                QStringLiteral("fileType")};
@@ -60,6 +67,79 @@ const MyFiltersItem *findRow(const QList<MyFiltersItem> &rows, const QString &ke
             return child;
     }
     return nullptr;
+}
+
+// The alerts an item stands under until the user deals with them. Rename errors are not among
+// them: a rename run reports them for the run, and no item keeps them.
+struct AlertKind
+{
+    const char *key;
+    const char *title;
+    bool (*holds)(const MySinglePic &pic);
+};
+
+// The file's tags hold no date of it: an empty stamp, or none, gave way to a file or a fixed
+// date. Files that take no dates at all are no case for an alert.
+bool isDatedWithoutTag(const MySinglePic &pic)
+{
+    switch (pic.spType) {
+    case 0:
+    case SpTypeNoTagsFileDate:
+    case SpTypeNoTagsImportOptionDate:
+    case SpTypeMovieFileDate:
+        return true;
+    default:
+        return pic.isNullerFile();
+    }
+}
+
+const AlertKind alertKinds[] = {
+    {"errorsSave", QT_TRANSLATE_NOOP("MySidebarController", "Save Errors"),
+     [](const MySinglePic &pic) { return pic.hasBundleSaveError(); }},
+    {"externalChanged", QT_TRANSLATE_NOOP("MySidebarController", "Changed by Other Programs"),
+     [](const MySinglePic &pic) {
+         const qint64 state = pic.bundleUnchangedState();
+         return state >= 2 && state <= 4;
+     }},
+    {"externalDeleted", QT_TRANSLATE_NOOP("MySidebarController", "Missing Files"),
+     [](const MySinglePic &pic) { return pic.bundleUnchangedState() == 1; }},
+    {"outdatedData", QT_TRANSLATE_NOOP("MySidebarController", "To Be Read Again"),
+     [](const MySinglePic &pic) { return pic.bundleUnchangedState() == 5; }},
+    {"majorDateDifference", QT_TRANSLATE_NOOP("MySidebarController", "Major Date Differences"),
+     [](const MySinglePic &pic) { return pic.hasMajorDateDifference(); }},
+    {"minorDateDifference", QT_TRANSLATE_NOOP("MySidebarController", "Differences from the GPS Time"),
+     [](const MySinglePic &pic) { return pic.hasMinorDateDifference; }},
+    // The source zone's clocks skipped the stamp's hour: it names no moment there.
+    {"dstDivergence", QT_TRANSLATE_NOOP("MySidebarController", "Hours Skipped at a Clock Change"),
+     [](const MySinglePic &pic) { return pic.dstDivergenceState != 0; }},
+    // They went through the stamp's hour twice: it names two moments.
+    {"dstAmbiguity", QT_TRANSLATE_NOOP("MySidebarController", "Hours Repeated at a Clock Change"),
+     DaylightSaving::isDateSourceAmbiguousAtImport},
+    {"missingDate", QT_TRANSLATE_NOOP("MySidebarController", "No Date in the Tags"), isDatedWithoutTag},
+};
+
+// The rows of the ranges from today, by RelativeTimes::indexOf: their keys and titles.
+QList<std::pair<QString, QString>> relativeRangeRows()
+{
+    const auto ago = [](const char *text, int steps) {
+        return QCoreApplication::translate("MySidebarController", text, nullptr, steps);
+    };
+    QList<std::pair<QString, QString>> rows{
+        {QStringLiteral("days_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Today"))},
+        {QStringLiteral("days_2"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Yesterday"))},
+        {QStringLiteral("days_3"), ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Days Ago"), 2)},
+        {QStringLiteral("month"), translated(QT_TRANSLATE_NOOP("MySidebarController", "This Month"))},
+        {QStringLiteral("months_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Last Month"))},
+    };
+    for (int months = 2; months < RelativeTimes::rangesPerScale[RelativeTimes::Months]; ++months)
+        rows.append({QStringLiteral("months_%1").arg(months),
+                     ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Months Ago"), months)});
+    rows.append({QStringLiteral("year"), translated(QT_TRANSLATE_NOOP("MySidebarController", "This Year"))});
+    rows.append({QStringLiteral("years_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Last Year"))});
+    for (int years = 2; years < RelativeTimes::rangesPerScale[RelativeTimes::Years]; ++years)
+        rows.append({QStringLiteral("years_%1").arg(years),
+                     ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Years Ago"), years)});
+    return rows;
 }
 
 } // namespace
@@ -139,7 +219,17 @@ void MySidebarController::sourceRelevantChangeWasMade(const QList<MySinglePic *>
     addFixedValuesFor(known);
 }
 
-QList<MyFiltersItem> MySidebarController::timesRows() const
+MySidebarController::DatedPics MySidebarController::datedMedia() const
+{
+    DatedPics dated;
+    dated.reserve(m_allAddedMedia.size());
+    for (MySinglePic *pic : m_allAddedMedia)
+        if (const OptionalDate date = pic->spDateTimeModified())
+            dated.append({pic, *date});
+    return dated;
+}
+
+QList<MyFiltersItem> MySidebarController::timesRows(const DatedPics &dated) const
 {
     // Zones lie at most a day from UTC: only a date in UTC's last or first day of a year asks
     // the zone, so a refresh of 100,000 items costs arithmetic alone.
@@ -149,13 +239,62 @@ QList<MyFiltersItem> MySidebarController::timesRows() const
         return nearNewYear ? m_zone.localCivil(date).year : utc.year;
     };
     QMap<int, QSet<MySinglePic *>> byYear;
-    for (MySinglePic *pic : m_allAddedMedia)
-        if (const OptionalDate date = pic->spDateTimeModified())
-            byYear[yearOf(*date)].insert(pic);
+    for (const auto &[pic, date] : dated)
+        byYear[yearOf(date)].insert(pic);
     QList<MyFiltersItem> rows;
     for (auto it = byYear.cbegin(); it != byYear.cend(); ++it)
         rows.append({timePrefix + QString::number(it.key()), QString::number(it.key()), false, it.value(), {}});
     return rows;
+}
+
+std::optional<MyFiltersItem> MySidebarController::withAlertRow() const
+{
+    // One visit per item for all kinds: with 100,000 items the visits, not the tests, cost.
+    constexpr size_t kindCount = std::size(alertKinds);
+    std::array<QSet<MySinglePic *>, kindCount> pics;
+    QSet<MySinglePic *> withAnyAlert;
+    for (MySinglePic *pic : m_allAddedMedia) {
+        for (size_t k = 0; k < kindCount; ++k) {
+            if (alertKinds[k].holds(*pic)) {
+                pics[k].insert(pic);
+                withAnyAlert.insert(pic);
+            }
+        }
+    }
+    if (withAnyAlert.isEmpty())
+        return std::nullopt;
+    MyFiltersItem withAlert{alertKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Alerts")), false,
+                            withAnyAlert, {}};
+    withAlert.isCollapsedByDefault = true;
+    for (size_t k = 0; k < kindCount; ++k)
+        if (!pics[k].isEmpty())
+            withAlert.children.append(
+                {alertPrefix + QLatin1String(alertKinds[k].key), translated(alertKinds[k].title), false, pics[k], {}});
+    return withAlert;
+}
+
+Instant MySidebarController::now() const { return m_now ? m_now() : currentInstant(); }
+
+Instant MySidebarController::endOfToday() const { return RelativeTimes(now(), m_zone).endOfToday(); }
+
+std::optional<MyFiltersItem> MySidebarController::relativeTimeRow(const DatedPics &dated) const
+{
+    // The date in force, as the years' rows take it, from today in the same zone.
+    const RelativeTimes times(now(), m_zone);
+    std::array<QSet<MySinglePic *>, RelativeTimes::rangeCount> pics;
+    for (const auto &[pic, date] : dated)
+        for (const RelativeTimes::Scale scale : {RelativeTimes::Days, RelativeTimes::Months, RelativeTimes::Years})
+            if (const std::optional<int> stepsBack = times.stepsBack(scale, date))
+                pics[size_t(RelativeTimes::indexOf(scale, *stepsBack))].insert(pic);
+    const QList<std::pair<QString, QString>> keysAndTitles = relativeRangeRows();
+    QList<MyFiltersItem> rows;
+    for (size_t i = 0; i < pics.size(); ++i)
+        if (!pics[i].isEmpty())
+            rows.append({relativeTimePrefix + keysAndTitles.at(qsizetype(i)).first,
+                         keysAndTitles.at(qsizetype(i)).second, false, pics[i], {}});
+    if (rows.isEmpty())
+        return std::nullopt;
+    return groupRow(relativeTimeKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "How Long Ago")), rows);
 }
 
 const QList<MyFiltersItem> &MySidebarController::fullRefresh()
@@ -168,6 +307,8 @@ const QList<MyFiltersItem> &MySidebarController::fullRefresh()
     if (const QSet<MySinglePic *> slideshow = m_stores.value(slideshowKey); !slideshow.isEmpty())
         m_rows.append({slideshowKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "Slideshow Only")), false,
                        slideshow, {}});
+    if (std::optional<MyFiltersItem> withAlert = withAlertRow())
+        m_rows.append(*std::move(withAlert));
     QSet<MySinglePic *> unsaved;
     for (MySinglePic *pic : std::as_const(m_allAddedMedia))
         if (pic->isUnsaved())
@@ -189,8 +330,11 @@ const QList<MyFiltersItem> &MySidebarController::fullRefresh()
     }
     if (!ratingRows.isEmpty())
         m_rows.append(groupRow(groupKeys[0], translated(QT_TRANSLATE_NOOP("MySidebarController", "Rating")), ratingRows));
-    if (QList<MyFiltersItem> times = timesRows(); !times.isEmpty())
+    const DatedPics dated = datedMedia();
+    if (QList<MyFiltersItem> times = timesRows(dated); !times.isEmpty())
         m_rows.append(groupRow(groupKeys[1], translated(QT_TRANSLATE_NOOP("MySidebarController", "Dates")), times));
+    if (std::optional<MyFiltersItem> fromToday = relativeTimeRow(dated))
+        m_rows.append(*std::move(fromToday));
     QList<MyFiltersItem> cameras = rowsOfStores(m_stores, cameraPrefix, [](const QString &camera) {
         return camera == u"-" ? translated(QT_TRANSLATE_NOOP("MySidebarController", "No Camera"))
                               : MakerModel::WA_displayOptimizedModelMake(camera);
@@ -219,11 +363,12 @@ std::optional<QSet<MySinglePic *>> MySidebarController::selectedPicsToFilter() c
 {
     std::optional<QSet<MySinglePic *>> pics;
     for (const QString &key : m_selectedKeys) {
-        if (key == noFilterKey || groupKeys.contains(key))
+        const MyFiltersItem *row = rowForKey(key);
+        if (key == noFilterKey || groupKeys.contains(key) || (row && row->isGroupItem))
             continue;
         if (!pics)
             pics.emplace();
-        if (const MyFiltersItem *row = rowForKey(key))
+        if (row)
             pics->unite(row->pics);
     }
     return pics;

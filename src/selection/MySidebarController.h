@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace orv {
@@ -24,14 +25,17 @@ struct MyFiltersItem
     bool isGroupItem = false;
     QSet<MySinglePic *> pics;
     QList<MyFiltersItem> children;
+    // Shown closed until the user opens it (the alerts, which are many kinds and seldom wanted).
+    bool isCollapsedByDefault = false;
 };
 
-// The sidebar's categories over the working set, with their items: ratings, dates by year,
-// cameras, file types, unsaved items and the items of folders imported as slideshows only.
-// Items are filed once each as they join and forgotten as they leave, so the counts are kept in
-// step without walking the working set; the dates and the unsaved state, which every date
-// change moves, are gathered at each refresh. The selected rows' items together are the set
-// the source lets through (selectedPicsToFilter).
+// The sidebar's categories over the working set, with their items: ratings, dates by year and
+// from today, cameras, file types, unsaved items, items with alerts and the items of folders
+// imported as slideshows only. Items are filed once each as they join and forgotten as they
+// leave, so the counts are kept in step without walking the working set; the dates, the alerts
+// and the unsaved state, which date changes, saves and outside changes move, are gathered at
+// each refresh. The selected rows' items together are the set the source lets through
+// (selectedPicsToFilter).
 //
 // Main thread only, with the items. An item may be forgotten after it was deleted: the
 // categories it was filed under are remembered, it is never read again.
@@ -49,9 +53,10 @@ public:
     // A rating of these items changed: they are filed again.
     void sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics);
 
-    // The rows from the categories: "noFilter" (all items), "slideshowOnly", "unsaved", the
-    // "rating", "times", "cameras" and "fileType" groups; each only with items, except a chosen
-    // rating row, which stays while empty.
+    // The rows from the categories: "noFilter" (all items), "slideshowOnly", "withAlert" (its
+    // kinds under it), "unsaved", the "rating", "times", "relativeTime", "cameras" and
+    // "fileType" groups; each only with items, except a chosen rating row, which stays while
+    // empty.
     const QList<MyFiltersItem> &fullRefresh();
     const QList<MyFiltersItem> &rows() const { return m_rows; }
     // The row of that key in the last refresh; null when it is not shown.
@@ -60,6 +65,10 @@ public:
     // The rows the user selected; "noFilter" and group rows stand for no filter.
     void setSelectedKeys(const QStringList &keys) { m_selectedKeys = keys; }
     const QStringList &selectedKeys() const { return m_selectedKeys; }
+    // Where "today" is for the rows of dates from today; the computer's clock unless told.
+    void setClock(std::function<Instant()> now) { m_now = std::move(now); }
+    // When the rows of dates from today next change by the clock alone: the end of today.
+    Instant endOfToday() const;
     // The union of the selected rows' items in the last refresh; none while no category is
     // selected. A chosen rating whose items were all rated otherwise lets nothing through; a
     // refresh drops the other chosen rows that lost all their items.
@@ -67,9 +76,16 @@ public:
 
 private:
     QStringList storeKeysFor(const MySinglePic &pic) const;
-    QList<MyFiltersItem> timesRows() const;
+    // The items with a date in force, each with it: read once for all the rows of dates.
+    using DatedPics = QList<std::pair<MySinglePic *, Instant>>;
+    DatedPics datedMedia() const;
+    QList<MyFiltersItem> timesRows(const DatedPics &dated) const;
+    std::optional<MyFiltersItem> withAlertRow() const;
+    std::optional<MyFiltersItem> relativeTimeRow(const DatedPics &dated) const;
+    Instant now() const;
 
     TimeZone m_zone;
+    std::function<Instant()> m_now;
     QSet<MySinglePic *> m_allAddedMedia;
     // The categories an item was filed under, so it leaves them without being read.
     QHash<MySinglePic *, QStringList> m_filedUnder;

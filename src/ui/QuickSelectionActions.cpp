@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "core/MySinglePic.h"
+#include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "timeline/MyTimelinesController.h"
@@ -55,6 +56,11 @@ QuickSelectionActions::QuickSelectionActions(AppController &controller, Timeline
         m_sidebar.setSelectedKeys(keys);
         // Once the view's own signal has returned: the rebuild may change its rows.
         QTimer::singleShot(0, this, [this] { applyCategoryFilter(false); });
+    });
+    m_todayEnds.setSingleShot(true);
+    connect(&m_todayEnds, &QTimer::timeout, this, [this] {
+        refreshCategories();
+        applyCategoryFilter(false);
     });
     refreshCategories();
 }
@@ -154,6 +160,9 @@ void QuickSelectionActions::refreshCategories()
 {
     m_sidebar.fullRefresh();
     m_view->showRows(m_sidebar.rows(), m_sidebar.selectedKeys());
+    // A second late, so that the refresh is surely on the other side of midnight.
+    const double secondsLeft = m_sidebar.endOfToday().secondsSince(currentInstant());
+    m_todayEnds.start(std::chrono::milliseconds(qint64(std::max(secondsLeft, 0.0) * 1000.0) + 1000));
 }
 
 QStringList QuickSelectionActions::closedCategories() const { return m_view->closedKeys(); }

@@ -5,6 +5,7 @@
 
 #include <QDockWidget>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -73,6 +74,8 @@ private:
     MySidebarController m_sidebar;
     // What the source was last given to filter by.
     std::optional<QSet<MySinglePic *>> m_appliedFilter;
+    // Fires when today ends: the rows of dates from today move on with no change of the items.
+    QTimer m_todayEnds;
 };
 
 } // namespace orv

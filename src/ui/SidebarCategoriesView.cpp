@@ -21,14 +21,20 @@ SidebarCategoriesView::SidebarCategoriesView(QWidget *parent) : QTreeWidget(pare
         if (!m_isRebuilding)
             Q_EMIT selectedKeysChanged(selectedKeys());
     });
-    connect(this, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem *item) {
-        if (!m_isRebuilding)
-            m_collapsedKeys.insert(item->data(TitleColumn, keyRole).toString());
-    });
-    connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) {
-        if (!m_isRebuilding)
-            m_collapsedKeys.remove(item->data(TitleColumn, keyRole).toString());
-    });
+    const auto remember = [this](QTreeWidgetItem *item, bool expanded) {
+        if (m_isRebuilding)
+            return;
+        const QString key = item->data(TitleColumn, keyRole).toString();
+        const bool closedUntilOpened = item->data(TitleColumn, collapsedByDefaultRole).toBool();
+        // Each set holds the rows that stand otherwise than their default.
+        QSet<QString> &otherwise = closedUntilOpened ? m_openedKeys : m_collapsedKeys;
+        if (expanded == closedUntilOpened)
+            otherwise.insert(key);
+        else
+            otherwise.remove(key);
+    };
+    connect(this, &QTreeWidget::itemCollapsed, this, [remember](QTreeWidgetItem *item) { remember(item, false); });
+    connect(this, &QTreeWidget::itemExpanded, this, [remember](QTreeWidgetItem *item) { remember(item, true); });
 }
 
 namespace {
@@ -72,12 +78,28 @@ void SidebarCategoriesView::showRowsClosing(const QList<MyFiltersItem> &rows, co
                                             const QStringList &closedKeys)
 {
     m_collapsedKeys = QSet<QString>(closedKeys.cbegin(), closedKeys.cend());
+    // A row shown closed until opened that the kept view does not list as closed was open.
+    QList<const MyFiltersItem *> flat;
+    flatten(rows, flat);
+    m_openedKeys.clear();
+    for (const MyFiltersItem *row : std::as_const(flat))
+        if (row->isCollapsedByDefault && !m_collapsedKeys.contains(row->key))
+            m_openedKeys.insert(row->key);
     rebuild(rows, selectedKeys);
 }
 
 QStringList SidebarCategoriesView::closedKeys() const
 {
-    QStringList keys(m_collapsedKeys.cbegin(), m_collapsedKeys.cend());
+    QSet<QString> closed = m_collapsedKeys;
+    for (QTreeWidgetItemIterator it(const_cast<SidebarCategoriesView *>(this)); *it; ++it)
+        if (const QString key = (*it)->data(TitleColumn, keyRole).toString();
+            (*it)->data(TitleColumn, collapsedByDefaultRole).toBool()) {
+            if (m_openedKeys.contains(key))
+                closed.remove(key);
+            else
+                closed.insert(key);
+        }
+    QStringList keys(closed.cbegin(), closed.cend());
     keys.sort();
     return keys;
 }
@@ -108,8 +130,10 @@ void SidebarCategoriesView::addRows(const QList<MyFiltersItem> &rows, QTreeWidge
             item->setText(CountColumn, QLocale().toString(row.pics.size()));
             item->setTextAlignment(CountColumn, Qt::AlignRight | Qt::AlignVCenter);
         }
+        item->setData(TitleColumn, collapsedByDefaultRole, row.isCollapsedByDefault);
         addRows(row.children, item, selectedKeys);
-        item->setExpanded(!m_collapsedKeys.contains(row.key));
+        item->setExpanded(row.isCollapsedByDefault ? m_openedKeys.contains(row.key)
+                                                   : !m_collapsedKeys.contains(row.key));
         item->setSelected(selectedKeys.contains(row.key));
     }
 }

@@ -15,13 +15,15 @@ class SidebarCategoriesView : public QTreeWidget
 public:
     enum Column : int { TitleColumn, CountColumn };
     static constexpr int keyRole = Qt::UserRole;
+    static constexpr int collapsedByDefaultRole = Qt::UserRole + 1;
 
     explicit SidebarCategoriesView(QWidget *parent = nullptr);
 
     void showRows(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys);
     // The rows built afresh with those of closedKeys closed, as a kept view had them.
     void showRowsClosing(const QList<MyFiltersItem> &rows, const QStringList &selectedKeys, const QStringList &closedKeys);
-    // The rows the user closed, in the order of their keys.
+    // The rows closed, in the order of their keys: those the user closed, and those shown closed
+    // until opened that the user did not open.
     QStringList closedKeys() const;
     // The item of a row, for tests and the window's guides; null when none shows it.
     QTreeWidgetItem *itemForKey(const QString &key) const;
@@ -37,6 +39,8 @@ private:
 
     // Rows the user closed stay closed across refreshes; all others open.
     QSet<QString> m_collapsedKeys;
+    // Of the rows shown closed until opened, those the user opened: they stay open.
+    QSet<QString> m_openedKeys;
     bool m_isRebuilding = false;
 };
 

@@ -1,6 +1,6 @@
 // Choosing classes of items in the window, offscreen: a rectangle dragged in the grid with real
 // mouse events, the Quick Selection menu, and the Categories side view filtering the strip
-// while ratings, undo and redo go on.
+// while ratings, date changes, undo and redo go on, its alerts closed until opened.
 
 #include "WindowFixture.h"
 
@@ -16,6 +16,7 @@
 #include "ui/ViewingActions.h"
 
 #include <QAction>
+#include <QDate>
 #include <QMenu>
 #include <QTest>
 
@@ -179,6 +180,71 @@ TEST_F(QuickSelectionWindowTest, TheMenuSelectsAClassAndTheCategoriesFilterThrou
     QCoreApplication::processEvents();
     EXPECT_EQ(count(camera), QStringLiteral("10"));
     EXPECT_EQ(strip().theSource().size(), 10);
+}
+
+TEST_F(QuickSelectionWindowTest, FromTodayRowsFilterByClicksAndAlertsStayClosedUntilOpened)
+{
+    // Two photos taken yesterday at noon and one without date tags (dated by its file: today).
+    const QByteArray yesterday = QDate::currentDate().addDays(-1).toString(u"yyyy:MM:dd 12:00:00").toLatin1();
+    writeJpeg(QStringLiteral("IMG_1"), yesterday.constData());
+    writeJpeg(QStringLiteral("IMG_2"), yesterday.constData());
+    writeJpeg(QStringLiteral("IMG_3"));
+    ASSERT_TRUE(waitForImport([&] { window->importPaths({dir.path()}); }));
+    const QList<MySinglePic *> all = strip().theSource();
+    ASSERT_EQ(all.size(), 3);
+    MySingleFolder *folder = MySingleFolder::of(*all.first());
+    SidebarCategoriesView &categories = window->quickSelections().categoriesView();
+    const auto count = [&categories](const QString &key) {
+        const QTreeWidgetItem *row = categories.itemForKey(key);
+        return row ? row->text(SidebarCategoriesView::CountColumn) : QString();
+    };
+    const auto click = [&categories](const QString &key, QPoint offset = {}) {
+        QTreeWidgetItem *row = categories.itemForKey(key);
+        ASSERT_TRUE(row) << key.toStdString();
+        categories.scrollToItem(row);
+        const QRect rect = categories.visualItemRect(row);
+        QTest::mouseClick(categories.viewport(), Qt::LeftButton, {}, QPoint(rect.left() + 4, rect.center().y()) + offset);
+        QCoreApplication::processEvents();
+    };
+
+    // The undated photo is under the alerts, which show closed.
+    const QString alerts = QStringLiteral("withAlert");
+    ASSERT_TRUE(categories.itemForKey(alerts));
+    EXPECT_EQ(count(alerts), QStringLiteral("1"));
+    EXPECT_EQ(count(QStringLiteral("alert/missingDate")), QStringLiteral("1"));
+    EXPECT_FALSE(categories.itemForKey(alerts)->isExpanded());
+    EXPECT_TRUE(window->quickSelections().closedCategories().contains(alerts));
+
+    // A click on Yesterday filters the strip to the two photos.
+    const QString yesterdayRow = QStringLiteral("relativeTime/days_2");
+    EXPECT_EQ(categories.itemForKey(yesterdayRow)->text(SidebarCategoriesView::TitleColumn), QStringLiteral("Yesterday"));
+    click(yesterdayRow);
+    EXPECT_EQ(strip().theSource(), all.mid(0, 2));
+
+    // A click on the alerts' arrow opens them; they stay open through a rating and a date change
+    // that moves all a day back (the undated photo to yesterday), and Yesterday stays chosen.
+    click(alerts, QPoint(-categories.indentation() / 2 - 4, 0));
+    EXPECT_TRUE(categories.itemForKey(alerts)->isExpanded());
+    window->controller().ratings().setRating({all.at(2)}, PicRating::Keeper);
+    ASSERT_EQ(window->controller().dateChanges().dragChangedDatesWithDiff({folder}, -86400.0), DateChangeResult::Changed);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(count(QStringLiteral("relativeTime/days_3")), QStringLiteral("2"));
+    EXPECT_EQ(count(yesterdayRow), QStringLiteral("1"));
+    EXPECT_EQ(strip().theSource(), all.mid(2));
+    EXPECT_TRUE(categories.itemForKey(alerts)->isExpanded());
+    window->controller().uManager().undo();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(count(yesterdayRow), QStringLiteral("2"));
+    EXPECT_EQ(strip().theSource(), all.mid(0, 2));
+    EXPECT_FALSE(window->quickSelections().closedCategories().contains(alerts));
+
+    // A kept view brings back the chosen row and the alerts open or closed as they were.
+    window->quickSelections().restoreCategories({yesterdayRow}, {});
+    EXPECT_TRUE(categories.itemForKey(alerts)->isExpanded());
+    EXPECT_EQ(strip().theSource(), all.mid(0, 2));
+    window->quickSelections().restoreCategories({}, {alerts});
+    EXPECT_FALSE(categories.itemForKey(alerts)->isExpanded());
+    EXPECT_EQ(strip().theSource(), all);
 }
 
 } // namespace
