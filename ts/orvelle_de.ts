@@ -2757,6 +2757,18 @@ Import läuft …</translation>
         <source>Write keepers and rejects as XMP ratings (5 and -1) for other programs</source>
         <translation>Behaltene und verworfene als XMP-Bewertung (5 und -1) für andere Programme schreiben</translation>
     </message>
+    <message>
+        <source>State Tray</source>
+        <translation>Ablage</translation>
+    </message>
+    <message>
+        <source>Keep the thumbnails with a working set</source>
+        <translation>Die Miniaturen mit einer Arbeitsmenge behalten</translation>
+    </message>
+    <message>
+        <source>Leave the window as it is when a kept working set opens</source>
+        <translation>Das Fenster lassen, wie es ist, wenn eine behaltene Arbeitsmenge geöffnet wird</translation>
+    </message>
 </context>
 <context>
     <name>orv::PreviewsBar</name>

@@ -127,18 +127,18 @@ QList<std::pair<QString, QString>> relativeRangeRows()
     QList<std::pair<QString, QString>> rows{
         {QStringLiteral("days_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Today"))},
         {QStringLiteral("days_2"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Yesterday"))},
-        {QStringLiteral("days_3"), ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Days Ago"), 2)},
+        {QStringLiteral("days_3"), ago(QT_TRANSLATE_N_NOOP("MySidebarController", "%n Days Ago"), 2)},
         {QStringLiteral("month"), translated(QT_TRANSLATE_NOOP("MySidebarController", "This Month"))},
         {QStringLiteral("months_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Last Month"))},
     };
     for (int months = 2; months < RelativeTimes::rangesPerScale[RelativeTimes::Months]; ++months)
         rows.append({QStringLiteral("months_%1").arg(months),
-                     ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Months Ago"), months)});
+                     ago(QT_TRANSLATE_N_NOOP("MySidebarController", "%n Months Ago"), months)});
     rows.append({QStringLiteral("year"), translated(QT_TRANSLATE_NOOP("MySidebarController", "This Year"))});
     rows.append({QStringLiteral("years_1"), translated(QT_TRANSLATE_NOOP("MySidebarController", "Last Year"))});
     for (int years = 2; years < RelativeTimes::rangesPerScale[RelativeTimes::Years]; ++years)
         rows.append({QStringLiteral("years_%1").arg(years),
-                     ago(QT_TRANSLATE_NOOP("MySidebarController", "%n Years Ago"), years)});
+                     ago(QT_TRANSLATE_N_NOOP("MySidebarController", "%n Years Ago"), years)});
     return rows;
 }
 
