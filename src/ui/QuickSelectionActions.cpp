@@ -3,6 +3,7 @@
 #include "app/AppController.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "places/MapPinFilter.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/MyTimelineView.h"
@@ -106,6 +107,7 @@ void QuickSelectionActions::rebuildMenu()
     });
     keep->setObjectName(QStringLiteral("quickSelectionSaveCustomSelection"));
     keep->setEnabled(!selected.isEmpty());
+    addRadiusMenu(selected);
     m_menu->addSeparator();
     m_menu->addAction(m_dock->toggleViewAction());
 }
@@ -130,6 +132,31 @@ void QuickSelectionActions::addEntries(QMenu &menu, const QList<QuickSelectionEn
                                                 [this, entry] { quickSelect(entry); });
             switching->setObjectName(entry.key + QStringLiteral("_withModeChange"));
         }
+    }
+}
+
+void QuickSelectionActions::addRadiusMenu(const QList<MySinglePic *> &selected)
+{
+    const auto placed = [](const MySinglePic *pic) { return pic->gpsLat && pic->gpsLong; };
+    const QList<MySinglePic *> source = selectableSource();
+    QString why;
+    if (std::count_if(source.cbegin(), source.cend(), placed) < 2)
+        why = tr("Within a Radius: Not Enough Items with a Location");
+    else if (std::none_of(selected.cbegin(), selected.cend(), placed))
+        why = tr("Within a Radius: Select an Item with a Location First");
+    if (!why.isEmpty()) {
+        QAction *disabled = m_menu->addAction(why);
+        disabled->setObjectName(QStringLiteral("quickSelections_gps_radius"));
+        disabled->setEnabled(false);
+        return;
+    }
+    QMenu *radius = m_menu->addMenu(tr("Within a Radius of the Main Item"));
+    radius->menuAction()->setObjectName(QStringLiteral("quickSelections_gps_radius"));
+    const bool metric = QLocale().measurementSystem() == QLocale::MetricSystem;
+    for (int tag = 0; tag < MapFilterSettings::distanceTags; ++tag) {
+        const double metres = MapFilterSettings::distanceForTag(tag, metric);
+        radius->addAction(MapFilterSettings::distanceText(tag, metric), this,
+                          [this, metres] { Q_EMIT radiusSelectionRequested(metres); });
     }
 }
 
