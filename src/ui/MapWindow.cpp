@@ -96,6 +96,7 @@ MapWindow::MapWindow(AppController &controller, Selection selection, Selection v
                 [this, tag] { selectAroundMainItem(tag); });
     within->setMenu(withinMenu);
     tools->addWidget(within);
+    tools->addWidget(makeOptionsButton());
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 4);
@@ -259,6 +260,28 @@ void MapWindow::refresh()
                       .arg(settings.pinLimit)
                       .arg(located.size());
     m_status->setText(status.join(QLatin1Char(' ')));
+}
+
+QWidget *MapWindow::makeOptionsButton()
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(QStringLiteral("mapOptionsButton"));
+    button->setText(tr("Options"));
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(button);
+    const auto option = [&](const QString &text, const QString &key) {
+        QAction *action = menu->addAction(text);
+        action->setObjectName(key);
+        action->setCheckable(true);
+        action->setChecked(m_controller.prefs().boolForKey(key));
+        connect(action, &QAction::toggled, this, [this, key](bool on) { m_controller.prefs().setValue(key, on); });
+    };
+    option(tr("Selecting by Rectangle or Radius Takes the Items Without a Place Between"),
+           QStringLiteral("mapSelectMediaWithoutLocationDataToo"));
+    option(tr("Left and Right Walk Every Item, Not Only Those with a Place"),
+           QStringLiteral("mapCursorKeysNavigateInsteadOfSelect"));
+    button->setMenu(menu);
+    return button;
 }
 
 QWidget *MapWindow::makeFilterBar()

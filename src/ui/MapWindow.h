@@ -70,6 +70,8 @@ private:
     void step(int direction);
     QList<MySinglePic *> walkedPics() const;
     QWidget *makeFilterBar();
+    // The map's two choices kept in the preferences: what a shape selects, what the keys walk.
+    QWidget *makeOptionsButton();
     void storeFilter();
     void choosePins(const QList<int> &pins);
     // A rectangle's or a circle's pins, with the items without a place between them when the

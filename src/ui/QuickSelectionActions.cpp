@@ -97,17 +97,17 @@ void QuickSelectionActions::rebuildMenu()
     if (entries.isEmpty())
         m_menu->addAction(tr("No Items"))->setEnabled(false);
     addEntries(*m_menu, entries);
+    const QList<MySinglePic *> selected = m_timeline.mainView().selection().selected();
+    addRadiusMenu(selected);
     m_menu->addSeparator();
     const QList<MySinglePic *> custom = QuickSelections::quickSelectionLoadCustomSelection(selectableSource());
     if (!custom.isEmpty())
         addEntries(*m_menu, {{QStringLiteral("quickSelections_custom"), tr("Custom Selection"), custom, {}}});
-    const QList<MySinglePic *> selected = m_timeline.mainView().selection().selected();
     QAction *keep = m_menu->addAction(tr("Keep Selection as Custom Selection"), this, [this, selected] {
         QuickSelections::quickSelectionSaveCustomSelection(selected, m_foldersOnShow());
     });
     keep->setObjectName(QStringLiteral("quickSelectionSaveCustomSelection"));
     keep->setEnabled(!selected.isEmpty());
-    addRadiusMenu(selected);
     m_menu->addSeparator();
     m_menu->addAction(m_dock->toggleViewAction());
 }

@@ -346,8 +346,10 @@ TEST_F(MapSelectionTest, TheCursorKeysWalkTheMainItemFromPinToPinAndTheMapFollow
     QTest::keyClick(&view, Qt::Key_Right);
     EXPECT_NEAR(view.centre().latitude, centre.latitude, 1e-9);
 
-    // Asked to, the walk takes in every item the strip shows, the one without a place too.
-    prefs.setBool(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect"), true);
+    // Asked to (the map's options), the walk takes in every item the strip shows, the one
+    // without a place too.
+    map->findChild<QAction *>(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect"))->trigger();
+    ASSERT_TRUE(prefs.boolForKey(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect")));
     QTest::keyClick(&view, Qt::Key_Left);
     EXPECT_EQ(mainOnTimeline(), QStringLiteral("NOWHERE"));
     EXPECT_EQ(ringed(), QString()) << "no pin to ring";
