@@ -372,12 +372,18 @@ TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
     map->selectAroundMainItem(0);
     ASSERT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
 
+    // The map looks somewhere of the user's own when the working set is kept.
+    map->view().setView({41.5, -7.25}, 7);
     StateTrayWindow &trayWindow = window->states().showTray();
-    clickButton(trayWindow, QStringLiteral("Keep Working Set"));
-    map->view().showSelectionCircle(std::nullopt);
-    map->hide();
-    trayWindow.findChild<QListWidget *>(QStringLiteral("stateTrayList"))->setCurrentRow(0);
-    clickButton(trayWindow, QStringLiteral("Open"));
+    const auto keepAndOpen = [&] {
+        clickButton(trayWindow, QStringLiteral("Keep Working Set"));
+        map->view().showSelectionCircle(std::nullopt);
+        map->view().setView({0.0, 0.0}, 2);
+        map->hide();
+        trayWindow.findChild<QListWidget *>(QStringLiteral("stateTrayList"))->setCurrentRow(0);
+        clickButton(trayWindow, QStringLiteral("Open"));
+    };
+    keepAndOpen();
 
     EXPECT_TRUE(map->isVisible()) << "the map opens again to show its circle";
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
@@ -385,6 +391,15 @@ TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
     EXPECT_NEAR(map->view().selectionCircle()->centre.latitude, porto.latitude, 1e-9);
     EXPECT_NEAR(map->view().selectionCircle()->centre.longitude, porto.longitude, 1e-9);
     EXPECT_EQ(map->view().selectionCircle()->selectionRadius, 10000);
+    EXPECT_EQ(map->view().zoom(), 7) << "where the map looked, not the circle's framing";
+    EXPECT_NEAR(map->view().centre().latitude, 41.5, 1e-6);
+    EXPECT_NEAR(map->view().centre().longitude, -7.25, 1e-6);
+
+    // A map closed when the working set was kept stays closed.
+    clearTray();
+    map->hide();
+    keepAndOpen();
+    EXPECT_FALSE(map->isVisible());
     clearTray();
 }
 
