@@ -1944,6 +1944,30 @@ Import läuft …</translation>
 <context>
     <name>orv::MapWindow</name>
     <message>
+        <source>Hide others</source>
+        <translation>Andere ausblenden</translation>
+    </message>
+    <message>
+        <source>Off, the pins outside the filter stay on the map, faded, while there are fewer than the pin limit.</source>
+        <translation>Aus: Die Nadeln außerhalb des Filters bleiben blass auf der Karte, solange es weniger sind als die Nadelgrenze.</translation>
+    </message>
+    <message>
+        <source>Filter: %1; the others faded.</source>
+        <translation>Filter: %1; die anderen blass.</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Selecting by Rectangle or Radius Takes the Items Without a Place Between</source>
+        <translation>Auswahl mit Rechteck oder Radius nimmt die Objekte ohne Ort dazwischen mit</translation>
+    </message>
+    <message>
+        <source>Left and Right Walk Every Item, Not Only Those with a Place</source>
+        <translation>Links und rechts gehen durch alle Objekte, nicht nur die mit Ort</translation>
+    </message>
+    <message>
         <source>Map</source>
         <translation>Karte</translation>
     </message>
@@ -2779,6 +2803,18 @@ Import läuft …</translation>
 </context>
 <context>
     <name>orv::QuickSelectionActions</name>
+    <message>
+        <source>Within a Radius: Not Enough Items with a Location</source>
+        <translation>Im Umkreis: Zu wenige Objekte mit Ort</translation>
+    </message>
+    <message>
+        <source>Within a Radius: Select an Item with a Location First</source>
+        <translation>Im Umkreis: Zuerst ein Objekt mit Ort auswählen</translation>
+    </message>
+    <message>
+        <source>Within a Radius of the Main Item</source>
+        <translation>Im Umkreis des Hauptobjekts</translation>
+    </message>
     <message>
         <source>&amp;Quick Selection</source>
         <translation>&amp;Schnellauswahl</translation>

@@ -121,6 +121,11 @@ QJsonValue viewJson(const QString &foldersPath)
         {u"filterSelectionsAndLockState"_s, QJsonArray::fromStringList(v.filterSelectionsAndLockState)},
         {u"filterExpandedState2"_s, QJsonArray::fromStringList(v.filterExpandedState2)},
         {u"selectionRadius"_s, v.selectionRadius},
+        {u"locationWindowVisibilityState_8"_s, v.locationWindowVisibilityState_8},
+        {u"locationCamera"_s, v.locationCamera ? QJsonValue(QJsonObject{{u"latitude"_s, v.locationCamera->latitude},
+                                                                         {u"longitude"_s, v.locationCamera->longitude},
+                                                                         {u"zoom"_s, v.locationCamera->zoom}})
+                                               : QJsonValue(QJsonValue::Null)},
         {u"subTLs"_s, subStripsJson(v.subTLs)}};
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <numeric>
 
 namespace orv {
 
@@ -16,6 +18,7 @@ MapFilterSettings MapFilterSettings::fromPreferences(const Preferences &prefs)
     settings.value = int(std::clamp<qint64>(prefs.integerForKey(valueKey(settings.type)), 0, sliderMaximum(settings.type)));
     settings.pinLimit = pinLimitFor(prefs.integerForKey(QStringLiteral("locationPinLimit")));
     settings.alwaysShowAllSelected = prefs.boolForKey(QStringLiteral("mapFilter_alwaysShowAllSelected"));
+    settings.hideOthers = prefs.boolForKey(QStringLiteral("mapFilter_hideOthers"));
     settings.useTrackInterval = int(prefs.integerForKey(QStringLiteral("mapFilter_useTrackInterval")));
     return settings;
 }
@@ -167,6 +170,13 @@ MapFilterResult filterMapPins(const QList<MapFilterPin> &pins, int main, const M
     }
     std::sort(shown.begin(), shown.end());
     shown.erase(std::unique(shown.begin(), shown.end()), shown.end());
+    // Below the limit every pin can stay: the filter then only fades the others.
+    if (result.filtered && !settings.hideOthers && !forced) {
+        QList<int> all(count);
+        std::iota(all.begin(), all.end(), 0);
+        std::set_difference(all.cbegin(), all.cend(), shown.cbegin(), shown.cend(), std::back_inserter(result.dimmed));
+        shown = std::move(all);
+    }
 
     if (settings.pinLimit > 0 && shown.size() > settings.pinLimit) {
         // The nearest to the main pin stay, the selected ones first, and the main pin always.

@@ -45,6 +45,7 @@ struct MapFilterSettings
     int value = 0;    // the slider's
     int pinLimit = 0; // 0: none
     bool alwaysShowAllSelected = true;
+    bool hideOthers = true; // false: the pins outside the filter are dimmed instead
     // The track rule on top of the filter, when the main item's place came from a track:
     // 1 narrows the filter's pins to the track's, 2 shows the track's pins instead.
     int useTrackInterval = 0;
@@ -67,6 +68,7 @@ struct MapFilterSettings
 struct MapFilterResult
 {
     QList<int> shown;     // indexes into the pins, ascending
+    QList<int> dimmed;    // those of shown outside the filter, ascending: others not hidden
     bool filtered = false; // the filter chose them
     bool limited = false;  // the pin limit left some out
 };

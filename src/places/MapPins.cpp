@@ -8,10 +8,11 @@
 
 namespace orv {
 
-void MapPinClusters::setPins(QList<GeoCoordinate> pins, QList<bool> selected)
+void MapPinClusters::setPins(QList<GeoCoordinate> pins, QList<bool> selected, QList<bool> dimmed)
 {
     m_pins = std::move(pins);
     m_selected = std::move(selected);
+    m_dimmed = std::move(dimmed);
     m_levels.clear();
 }
 
@@ -20,7 +21,7 @@ const MapPinClusters::Level &MapPinClusters::level(int zoom) const
     if (const auto found = m_levels.find(zoom); found != m_levels.end())
         return found->second;
     Level level;
-    std::vector<int> clusterOf(std::size_t(m_pins.size()));
+    std::vector<int> pinCluster(std::size_t(m_pins.size()));
     std::vector<QPointF> sums;
     QHash<qint64, int> cells;
     for (qsizetype i = 0; i < m_pins.size(); ++i) {
@@ -33,11 +34,13 @@ const MapPinClusters::Level &MapPinClusters::level(int zoom) const
             sums.emplace_back();
         }
         const int index = *slot;
-        clusterOf[std::size_t(i)] = index;
+        pinCluster[std::size_t(i)] = index;
         sums[std::size_t(index)] += pixel;
         ++level.clusters[std::size_t(index)].count;
         if (m_selected.value(i))
             ++level.clusters[std::size_t(index)].selectedCount;
+        if (m_dimmed.value(i))
+            ++level.clusters[std::size_t(index)].dimmedCount;
     }
     // Members grouped by cluster, in pin order within each.
     int offset = 0;
@@ -49,10 +52,11 @@ const MapPinClusters::Level &MapPinClusters::level(int zoom) const
     }
     level.members.resize(std::size_t(m_pins.size()));
     std::vector<int> filled(level.clusters.size(), 0);
-    for (std::size_t i = 0; i < clusterOf.size(); ++i) {
-        const MapCluster &cluster = level.clusters[std::size_t(clusterOf[i])];
-        level.members[std::size_t(cluster.firstMember + filled[std::size_t(clusterOf[i])]++)] = int(i);
+    for (std::size_t i = 0; i < pinCluster.size(); ++i) {
+        const MapCluster &cluster = level.clusters[std::size_t(pinCluster[i])];
+        level.members[std::size_t(cluster.firstMember + filled[std::size_t(pinCluster[i])]++)] = int(i);
     }
+    level.clusterOfPin = std::move(pinCluster);
     return m_levels.emplace(zoom, std::move(level)).first->second;
 }
 

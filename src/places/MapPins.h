@@ -19,6 +19,7 @@ struct MapCluster
     int firstMember = 0; // into membersOf()
     int count = 0;
     int selectedCount = 0;
+    int dimmedCount = 0;
 };
 
 class MapPinClusters
@@ -26,8 +27,9 @@ class MapPinClusters
 public:
     static constexpr double cellSize = 48.0;
 
-    // selected, when given, says for each pin whether it is among the selected items.
-    void setPins(QList<GeoCoordinate> pins, QList<bool> selected = {});
+    // selected, when given, says for each pin whether it is among the selected items; dimmed,
+    // whether it stands outside the map's filter.
+    void setPins(QList<GeoCoordinate> pins, QList<bool> selected = {}, QList<bool> dimmed = {});
     const QList<GeoCoordinate> &pins() const { return m_pins; }
 
     const std::vector<MapCluster> &clustersAt(int zoom) const;
@@ -36,17 +38,21 @@ public:
     // The cluster drawn under a world pixel (its disc of the given radius holds the point), the
     // nearest one when discs overlap; -1 when none. The world repeats east and west.
     int clusterAt(int zoom, QPointF worldPixel, double radius) const;
+    // The cluster that holds a pin, as an index into clustersAt(zoom).
+    int clusterOf(int zoom, int pin) const { return level(zoom).clusterOfPin[std::size_t(pin)]; }
 
 private:
     struct Level
     {
         std::vector<MapCluster> clusters;
         std::vector<int> members;
+        std::vector<int> clusterOfPin;
     };
     const Level &level(int zoom) const;
 
     QList<GeoCoordinate> m_pins;
     QList<bool> m_selected;
+    QList<bool> m_dimmed;
     mutable std::map<int, Level> m_levels;
 };
 

@@ -151,6 +151,9 @@ void writeSubStrips(CborEntryWriter &root, const QList<SubStrip> &strips)
 
 bool isLength(double width) { return width >= 0.0 && width < 1e12; }
 
+// The closest zoom a tile server offers.
+constexpr qint64 maximumMapZoom = 22;
+
 QList<SubStrip> readSubStrips(const CborFields &f)
 {
     const QCborArray values = f.array("subTLs"_L1);
@@ -200,6 +203,14 @@ ViewState readView(const CborFields &f)
     // Half the way round the globe at most.
     if (!(view.selectionRadius >= 0.0 && view.selectionRadius <= 2.1e7))
         f.refuse(u"selectionRadius is no distance"_s);
+    view.locationWindowVisibilityState_8 = f.integer("locationWindowVisibilityState_8"_L1, 0, 0, 1);
+    if (f.has("locationCamera"_L1)) {
+        const CborFields camera = f.map("locationCamera"_L1);
+        view.locationCamera = MapCamera{camera.real("latitude"_L1), camera.real("longitude"_L1),
+                                        camera.integer("zoom"_L1, 0, 0, maximumMapZoom)};
+        if (!(std::abs(view.locationCamera->latitude) <= 90.0 && std::abs(view.locationCamera->longitude) <= 180.0))
+            camera.refuse(u"the map's camera looks at no place"_s);
+    }
     view.subTLs = readSubStrips(f);
     return view;
 }
@@ -256,6 +267,13 @@ QByteArray write(const QByteArray &encodedTracks, const ViewState &view)
         root.put("filterSelectionsAndLockState"_L1, view.filterSelectionsAndLockState);
         root.put("filterExpandedState2"_L1, view.filterExpandedState2);
         root.putDouble("selectionRadius"_L1, view.selectionRadius);
+        root.put("locationWindowVisibilityState_8"_L1, view.locationWindowVisibilityState_8);
+        if (view.locationCamera) {
+            CborMapWriter camera(root.entry("locationCamera"_L1));
+            camera.putDouble("latitude"_L1, view.locationCamera->latitude);
+            camera.putDouble("longitude"_L1, view.locationCamera->longitude);
+            camera.put("zoom"_L1, view.locationCamera->zoom);
+        }
         writeSubStrips(root, view.subTLs);
         root.entry("importedTracks"_L1);
     }

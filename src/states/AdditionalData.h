@@ -39,6 +39,16 @@ struct SubStrip
 // The window shows the main strip and at most two more.
 inline constexpr qsizetype maximumSubStrips = 2;
 
+// Where the map looked: the place in its middle and its zoom.
+struct MapCamera
+{
+    double latitude = 0.0;
+    double longitude = 0.0;
+    qint64 zoom = 0;
+
+    bool operator==(const MapCamera &) const = default;
+};
+
 // What the window showed of the working set, under the design's keys. Items are named by their
 // indexInSource_full, folders by their place in the list; -1 is none.
 struct ViewState
@@ -65,6 +75,10 @@ struct ViewState
     QStringList filterExpandedState2;
     // The radius in metres of the circle drawn on the map around the main item, 0 for none.
     double selectionRadius = 0.0;
+    // 1 when the map was open, so that it opens again; where it looked, kept while the working
+    // set has places or tracks.
+    qint64 locationWindowVisibilityState_8 = 0;
+    std::optional<MapCamera> locationCamera;
     // The strips under the main one, top down.
     QList<SubStrip> subTLs;
 

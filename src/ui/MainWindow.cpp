@@ -10,6 +10,7 @@
 #include "places/ZonePlaces.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "time/TimeZone.h"
+#include "timeline/MyTimelinesController.h"
 #include "ui/EditActions.h"
 #include "ui/ErrorLogWindow.h"
 #include "ui/FieldUndoRouter.h"
@@ -134,6 +135,10 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
         *m_controller, *m_timeline, [this] { return foldersOnShow(); },
         [this](const QList<MySinglePic *> &pics) { handBackSelection(pics); }, *this);
     m_quickSelections->addTo(*this);
+    connect(m_quickSelections, &QuickSelectionActions::radiusSelectionRequested, this, [this](double metres) {
+        findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
+        findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly)->selectWithinRadius(metres);
+    });
     // A side view like the others: the View menu shows and hides it too, before the map.
     m_viewMenu->insertAction(findChild<QAction *>(QStringLiteral("mapAction")), m_quickSelections->categoriesToggle());
     connect(m_picView->selectionModel(), &QItemSelectionModel::selectionChanged, m_editActions,
@@ -210,7 +215,9 @@ void MainWindow::buildMenus()
     buildSideViews(*view);
     m_viewMenu = view;
     QAction *map = view->addAction(tr("Map"), this, [this] {
-        MapWindow &shown = MapWindow::showFor(*m_controller, [this] { return selection(); }, this);
+        MapWindow &shown = MapWindow::showFor(
+            *m_controller, [this] { return selection(); },
+            [this] { return m_timeline->controller().source_filtered(); }, this);
         connect(&shown, &MapWindow::picsChosen, this, &MainWindow::handBackSelection, Qt::UniqueConnection);
     });
     map->setObjectName(QStringLiteral("mapAction"));

@@ -4,9 +4,11 @@
 
 #include "ui/MainWindow.h"
 
+#include "app/AppController.h"
 #include "core/MySinglePic.h"
 #include "folders/MyDroppedFolders.h"
 #include "folders/MySingleFolder.h"
+#include "places/LOTController.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/FullScreenView.h"
 #include "ui/MapView.h"
@@ -136,6 +138,12 @@ AdditionalData::ViewState MainWindow::viewState() const
     const auto *map = findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly);
     if (map && map->isVisible() && map->view().selectionCircle())
         view.selectionRadius = map->view().selectionCircle()->selectionRadius;
+    if (map && map->isVisible())
+        view.locationWindowVisibilityState_8 = 1;
+    // Where a hidden map last looked too; a map without pins or tracks has looked at nothing.
+    if (map && (!map->pinnedPics().isEmpty() || !m_controller->tracks().keys().isEmpty()))
+        view.locationCamera = AdditionalData::MapCamera{map->view().centre().latitude, map->view().centre().longitude,
+                                                        map->view().zoom()};
     view.subTLs = subStrips(*m_timeline);
     return view;
 }
@@ -155,12 +163,15 @@ void MainWindow::showRestoredView(const RestoredView &view, bool fromTray)
         showPicInList(current);
     }
     restoreSubStrips(*m_timeline, view.strips);
-    // The circle comes back around the main item, as the map draws one from its menu; the map
-    // was open to show it.
-    if (view.kept.selectionRadius > 0.0) {
+    // The map opens again where it looked, its circle back around the main item, as the map
+    // draws one from its menu (a map showing a circle was open).
+    if (view.kept.locationWindowVisibilityState_8 == 1 || view.kept.selectionRadius > 0.0) {
         findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
-        findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly)
-            ->showCircleAroundMainItem(view.kept.selectionRadius);
+        auto *map = findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly);
+        if (view.kept.selectionRadius > 0.0)
+            map->showCircleAroundMainItem(view.kept.selectionRadius);
+        if (const std::optional<AdditionalData::MapCamera> &camera = view.kept.locationCamera)
+            map->view().setView({camera->latitude, camera->longitude}, int(camera->zoom));
     }
     // A state kept in the tray while another view was in front leaves the strip where it is.
     if (fromTray && view.kept.stateAtQuitType != listTag)

@@ -21,6 +21,7 @@ namespace {
 constexpr double pinRadius = 9.0;
 constexpr double pinHitRadius = 14.0;
 constexpr int dragThreshold = 4;
+constexpr double earthRadius = 6371000.0; // metres, as the distances of the selection tools
 
 // Made once per process on a worker thread (a few hundred milliseconds), shared by every map.
 QFuture<QImage> worldImage()
@@ -72,11 +73,11 @@ double clusterRadius(int count)
 
 // A pin or a cluster's disc with its count, drawn once per look and copied after: thousands of
 // discs a frame cost no more than thousands of small copies.
-const QPixmap &pinSprite(int count, bool selected, bool dragged, qreal pixelRatio)
+const QPixmap &pinSprite(int count, bool selected, bool dragged, bool dimmed, qreal pixelRatio)
 {
     static QHash<quint64, QPixmap> sprites;
     const quint64 key = (quint64(count) << 24) | (quint64(selected) << 23) | (quint64(dragged) << 22)
-        | quint64(pixelRatio * 100.0);
+        | (quint64(dimmed) << 21) | quint64(pixelRatio * 100.0);
     if (const auto kept = sprites.constFind(key); kept != sprites.cend())
         return *kept;
     if (sprites.size() > 4096)
@@ -88,6 +89,9 @@ const QPixmap &pinSprite(int count, bool selected, bool dragged, qreal pixelRati
     sprite.fill(Qt::transparent);
     QPainter painter(&sprite);
     painter.setRenderHint(QPainter::Antialiasing);
+    // A pin outside the filter keeps its colour, faded, so that it still reads as a pin.
+    if (dimmed)
+        painter.setOpacity(0.35);
     const QColor fill = selected ? QColor(230, 90, 20) : QColor(30, 110, 210);
     painter.setPen(QPen(Qt::white, 2.0));
     painter.setBrush(dragged ? fill.lighter(130) : fill);
@@ -138,9 +142,28 @@ void MapView::showToolCursor()
         setCursor(Qt::CrossCursor);
 }
 
-void MapView::setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected)
+void MapView::setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected, const QList<bool> &dimmed)
 {
-    m_clusters.setPins(pins, selected);
+    m_clusters.setPins(pins, selected, dimmed);
+    if (m_mainPin >= pins.size())
+        m_mainPin = -1;
+    update();
+}
+
+void MapView::setMainPin(int pin)
+{
+    m_mainPin = pin >= 0 && pin < m_clusters.pins().size() ? pin : -1;
+    update();
+}
+
+void MapView::keepInView(GeoCoordinate coordinate)
+{
+    // A pin closer to the edge than this is half hidden under a cluster's disc or the notes.
+    const double margin = std::min({48.0, width() / 4.0, height() / 4.0});
+    if (QRectF(rect()).adjusted(margin, margin, -margin, -margin).contains(pointOf(coordinate)))
+        return;
+    m_centre = MapProjection::worldPixel(coordinate, m_zoom);
+    clampCentre();
     update();
 }
 
@@ -171,29 +194,38 @@ void MapView::setView(GeoCoordinate centre, int zoom)
     update();
 }
 
-void MapView::showAll(const QList<GeoCoordinate> &coordinates)
+void MapView::showAll(const QList<GeoCoordinate> &coordinates, int closestZoom)
 {
     if (coordinates.isEmpty()) {
         setView({30.0, 0.0}, 1);
         return;
     }
     // The smallest rectangle at zoom 0, then the largest zoom at which it fits with a margin.
-    QRectF bounds(MapProjection::worldPixel(coordinates.first(), 0), QSizeF());
+    // An empty QSizeF is (-1, -1): the rectangle starts as the first point alone.
+    const QPointF first = MapProjection::worldPixel(coordinates.first(), 0);
+    QRectF bounds(first, first);
     for (const GeoCoordinate &c : coordinates) {
         const QPointF p = MapProjection::worldPixel(c, 0);
         bounds = bounds.united(QRectF(p, QSizeF(1e-9, 1e-9)));
     }
     const double margin = 80.0;
     int zoom = MapProjection::minZoom;
-    // A single place is shown at a town's scale, not a street's.
-    constexpr int closest = 12;
-    while (zoom < closest && bounds.width() * std::exp2(zoom + 1) < width() - margin
+    while (zoom < closestZoom && bounds.width() * std::exp2(zoom + 1) < width() - margin
            && bounds.height() * std::exp2(zoom + 1) < height() - margin)
         ++zoom;
     m_zoom = zoom;
     m_centre = bounds.center() * std::exp2(zoom);
     clampCentre();
     update();
+}
+
+void MapView::showCircleWhole(const SelectionCircle &circle)
+{
+    const double latitude = circle.selectionRadius / earthRadius * 180.0 / std::numbers::pi;
+    const double longitude = latitude / std::max(0.01, std::cos(circle.centre.latitude * std::numbers::pi / 180.0));
+    const GeoCoordinate &c = circle.centre;
+    showAll({{c.latitude - latitude, c.longitude - longitude}, {c.latitude + latitude, c.longitude + longitude}},
+            MapProjection::maxZoom);
 }
 
 GeoCoordinate MapView::centre() const
@@ -250,6 +282,7 @@ void MapView::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     paintTracks(painter);
     paintPins(painter);
+    paintMainPin(painter);
     paintSelectionShape(painter);
     paintNotes(painter);
 }
@@ -276,7 +309,6 @@ void MapView::paintSelectionCircle(QPainter &painter) const
 {
     // Mercator stretches a distance by 1 / cos(latitude): a circle a few hundred kilometres wide
     // stays round enough on screen to be drawn as one.
-    constexpr double earthRadius = 6371000.0;
     const double metresPerPixel = 2 * std::numbers::pi * earthRadius
         * std::cos(m_circle->centre.latitude * std::numbers::pi / 180.0) / worldSize();
     const double radius = m_circle->selectionRadius / metresPerPixel;
@@ -360,10 +392,27 @@ void MapView::paintPins(QPainter &painter) const
             point = m_lastPoint;
         if (!view.contains(point))
             continue;
-        const QPixmap &sprite = pinSprite(cluster.count, cluster.selectedCount > 0, dragged, pixelRatio);
+        const QPixmap &sprite =
+            pinSprite(cluster.count, cluster.selectedCount > 0, dragged, cluster.dimmedCount == cluster.count, pixelRatio);
         const QSizeF side = sprite.deviceIndependentSize();
         painter.drawPixmap(point - QPointF(side.width() / 2.0, side.height() / 2.0), sprite);
     }
+}
+
+void MapView::paintMainPin(QPainter &painter) const
+{
+    if (m_mainPin < 0 || (m_gesture == Gesture::DragPins && m_moved))
+        return;
+    // Around the disc of whatever cluster holds the pin, so that a walk from pin to pin is seen
+    // at every zoom.
+    const MapCluster &cluster = m_clusters.clustersAt(m_zoom)[std::size_t(m_clusters.clusterOf(m_zoom, m_mainPin))];
+    const double radius = clusterRadius(cluster.count) + 4.0;
+    const QPointF at = pointOf(MapProjection::coordinate(cluster.worldPixel, m_zoom));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Qt::white, 5.0));
+    painter.drawEllipse(at, radius, radius);
+    painter.setPen(QPen(QColor(230, 90, 20), 2.5));
+    painter.drawEllipse(at, radius, radius);
 }
 
 void MapView::paintNotes(QPainter &painter) const
@@ -488,6 +537,12 @@ void MapView::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_Minus:
         zoomAround(m_zoom - 1, middle);
+        break;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (event->modifiers() & ~Qt::KeypadModifier)
+            return QWidget::keyPressEvent(event);
+        Q_EMIT stepRequested(event->key() == Qt::Key_Left ? -1 : 1);
         break;
     default:
         QWidget::keyPressEvent(event);

@@ -18,8 +18,11 @@ class MapTileCache;
 // marked. Dragging the map pans it, the wheel zooms around the pointer, dragging a pin asks for
 // its items to move (pinsDragged), a double click asks to put the selection there. With the
 // rectangle tool (or Shift held) a drag selects the pins in its rectangle; with the radius tool
-// it selects those within the circle from where it began (pinsSelected). The view changes
-// nothing itself: its owner turns each request into a change or a selection and gives it new pins.
+// it selects those within the circle from where it began (pinsSelected). The left and right
+// cursor keys ask to walk the main item to the previous or next one (stepRequested). Pins
+// outside the owner's filter may be drawn faded, and the main item's pin is ringed. The view
+// changes nothing itself: its owner turns each request into a change or a selection and gives
+// it new pins.
 class MapView : public QWidget
 {
     Q_OBJECT
@@ -40,14 +43,23 @@ public:
     void showSelectionCircle(const std::optional<SelectionCircle> &circle);
     const std::optional<SelectionCircle> &selectionCircle() const { return m_circle; }
 
-    // Pin i stands for whatever its owner keeps at index i.
-    void setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected = {});
+    // Pin i stands for whatever its owner keeps at index i; dimmed ones are drawn faded.
+    void setPins(const QList<GeoCoordinate> &pins, const QList<bool> &selected = {}, const QList<bool> &dimmed = {});
+    // The pin of the main item, ringed; -1 for none.
+    void setMainPin(int pin);
+    int mainPin() const { return m_mainPin; }
     void setTracks(const QList<QList<QList<GeoCoordinate>>> &tracks);
     void setAttribution(const QString &text);
 
     void setView(GeoCoordinate centre, int zoom);
     // The smallest view that shows every coordinate (the whole world without any).
-    void showAll(const QList<GeoCoordinate> &coordinates);
+    // closestZoom keeps a single place at a town's scale.
+    void showAll(const QList<GeoCoordinate> &coordinates, int closestZoom = 12);
+    // The smallest view that holds the circle whole.
+    void showCircleWhole(const SelectionCircle &circle);
+    // Centres the map on a place that stands outside the view or too near its edge; a place well
+    // inside leaves the view as it is.
+    void keepInView(GeoCoordinate coordinate);
     int zoom() const { return m_zoom; }
     GeoCoordinate centre() const;
     // Between widget points and places; the world repeats east and west.
@@ -61,6 +73,8 @@ Q_SIGNALS:
     // The pins in a rectangle or a circle the user drew.
     void pinsSelected(const QList<int> &pins);
     void placeRequested(orv::GeoCoordinate at);
+    // -1 for the previous item, 1 for the next.
+    void stepRequested(int direction);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -83,12 +97,14 @@ private:
     void paintNotes(QPainter &painter) const;
     void paintSelectionShape(QPainter &painter) const;
     void paintSelectionCircle(QPainter &painter) const;
+    void paintMainPin(QPainter &painter) const;
     void showToolCursor();
 
     QPointer<MapTileCache> m_tiles;
     QFutureWatcher<QImage> m_worldMade; // the offline layer, made off the main thread
     MapPinClusters m_clusters;
     QList<MapTrackLine> m_tracks;
+    int m_mainPin = -1;
     QString m_attribution;
     int m_zoom = 2;
     QPointF m_centre; // world pixel at m_zoom

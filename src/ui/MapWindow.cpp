@@ -47,8 +47,11 @@ QString durationText(double seconds)
 
 } // namespace
 
-MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *parent)
-    : QWidget(parent, Qt::Window), m_controller(controller), m_selection(std::move(selection))
+MapWindow::MapWindow(AppController &controller, Selection selection, Selection visible, QWidget *parent)
+    : QWidget(parent, Qt::Window),
+      m_controller(controller),
+      m_selection(std::move(selection)),
+      m_visible(std::move(visible))
 {
     setWindowTitle(tr("Map"));
     setObjectName(QStringLiteral("mapWindow"));
@@ -93,6 +96,7 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
                 [this, tag] { selectAroundMainItem(tag); });
     within->setMenu(withinMenu);
     tools->addWidget(within);
+    tools->addWidget(makeOptionsButton());
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 4);
@@ -112,6 +116,7 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
             [this](GeoCoordinate at) { place(m_selection(), at, tr("Add Location")); });
     connect(m_view, &MapView::pinsClicked, this, &MapWindow::choosePins);
     connect(m_view, &MapView::pinsSelected, this, &MapWindow::choosePinsInShape);
+    connect(m_view, &MapView::stepRequested, this, &MapWindow::step);
     // The place of the first selected item that has one, as the application's own type and as
     // text; pasted, a place from either goes to every selected item as one step.
     auto *copy = new QAction(tr("Copy Location"), this);
@@ -167,11 +172,11 @@ MapWindow::MapWindow(AppController &controller, Selection selection, QWidget *pa
     refresh();
 }
 
-MapWindow &MapWindow::showFor(AppController &controller, Selection selection, QWidget *parent)
+MapWindow &MapWindow::showFor(AppController &controller, Selection selection, Selection visible, QWidget *parent)
 {
     auto *map = parent->findChild<MapWindow *>(QStringLiteral("mapWindow"), Qt::FindDirectChildrenOnly);
     if (!map)
-        map = new MapWindow(controller, std::move(selection), parent);
+        map = new MapWindow(controller, std::move(selection), std::move(visible), parent);
     map->show();
     map->refresh();
     map->raise();
@@ -205,17 +210,24 @@ void MapWindow::refresh()
     const MapFilterResult shown = filterMapPins(filterPins, int(located.indexOf(m_main)), settings, trackSpanOf(m_main));
 
     m_pinned.clear();
+    m_accuracyFiltered.clear();
     QList<GeoCoordinate> pins;
     QList<bool> marked;
+    QList<bool> faded;
     QList<GeoCoordinate> selectedPlaces;
+    const bool walkFiltered = shown.filtered && settings.type == MapFilterType::Accuracy;
     for (int index : shown.shown) {
         m_pinned.append(located[index]);
         pins.append(filterPins[index].at);
         marked.append(filterPins[index].selected);
+        faded.append(std::binary_search(shown.dimmed.cbegin(), shown.dimmed.cend(), index));
         if (marked.last())
             selectedPlaces.append(pins.last());
+        if (walkFiltered && !faded.last())
+            m_accuracyFiltered.append(located[index]);
     }
-    m_view->setPins(pins, marked);
+    m_view->setPins(pins, marked, faded);
+    m_view->setMainPin(int(m_pinned.indexOf(m_main)));
 
     QList<QList<QList<GeoCoordinate>>> tracks;
     for (const QString &key : m_controller.tracks().keys()) {
@@ -241,12 +253,35 @@ void MapWindow::refresh()
     if (unplaced > 0)
         status << tr("%n selected item(s) without a place.", nullptr, int(unplaced));
     if (shown.filtered)
-        status << tr("Filter: %1.").arg(filterText(settings));
+        status << (shown.dimmed.isEmpty() ? tr("Filter: %1.") : tr("Filter: %1; the others faded."))
+                      .arg(filterText(settings));
     if (shown.limited)
         status << tr("The pin limit shows %1 of %2 pins, those nearest the main item.")
                       .arg(settings.pinLimit)
                       .arg(located.size());
     m_status->setText(status.join(QLatin1Char(' ')));
+}
+
+QWidget *MapWindow::makeOptionsButton()
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(QStringLiteral("mapOptionsButton"));
+    button->setText(tr("Options"));
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(button);
+    const auto option = [&](const QString &text, const QString &key) {
+        QAction *action = menu->addAction(text);
+        action->setObjectName(key);
+        action->setCheckable(true);
+        action->setChecked(m_controller.prefs().boolForKey(key));
+        connect(action, &QAction::toggled, this, [this, key](bool on) { m_controller.prefs().setValue(key, on); });
+    };
+    option(tr("Selecting by Rectangle or Radius Takes the Items Without a Place Between"),
+           QStringLiteral("mapSelectMediaWithoutLocationDataToo"));
+    option(tr("Left and Right Walk Every Item, Not Only Those with a Place"),
+           QStringLiteral("mapCursorKeysNavigateInsteadOfSelect"));
+    button->setMenu(menu);
+    return button;
 }
 
 QWidget *MapWindow::makeFilterBar()
@@ -265,6 +300,10 @@ QWidget *MapWindow::makeFilterBar()
     m_trackOnly = new QCheckBox(tr("Main item's track only"), bar);
     m_trackOnly->setObjectName(QStringLiteral("mapFilterTrackOnly"));
     m_trackOnly->setToolTip(tr("When the main item's place came from a track, only the items of that track's time show."));
+    m_hideOthers = new QCheckBox(tr("Hide others"), bar);
+    m_hideOthers->setObjectName(QStringLiteral("mapFilterHideOthers"));
+    m_hideOthers->setToolTip(tr("Off, the pins outside the filter stay on the map, faded, while there are fewer "
+                                "than the pin limit."));
     m_pinLimit = new QComboBox(bar);
     m_pinLimit->setObjectName(QStringLiteral("mapPinLimit"));
     m_pinLimit->addItem(tr("500 pins"), 1);
@@ -284,10 +323,12 @@ QWidget *MapWindow::makeFilterBar()
     m_filterValue->setVisible(settings.type != MapFilterType::Track);
     m_filterText->setText(filterText(settings));
     m_trackOnly->setChecked(settings.useTrackInterval == 1);
+    m_hideOthers->setChecked(settings.hideOthers);
     const int limit = m_pinLimit->findData(prefs.integerForKey(QStringLiteral("locationPinLimit")));
     m_pinLimit->setCurrentIndex(limit < 0 ? m_pinLimit->count() - 1 : limit);
 
     connect(m_filterOn, &QCheckBox::toggled, this, &MapWindow::storeFilter);
+    connect(m_hideOthers, &QCheckBox::toggled, this, &MapWindow::storeFilter);
     connect(m_trackOnly, &QCheckBox::toggled, this, [this](bool on) {
         m_controller.prefs().setValue(QStringLiteral("mapFilter_useTrackInterval"), on ? 1 : 0);
         storeFilter();
@@ -309,6 +350,7 @@ QWidget *MapWindow::makeFilterBar()
     row->addWidget(m_filterValue);
     row->addWidget(m_filterText, 1);
     row->addWidget(m_trackOnly);
+    row->addWidget(m_hideOthers);
     row->addWidget(new QLabel(tr("Show at most:"), bar));
     row->addWidget(m_pinLimit);
     return bar;
@@ -319,6 +361,7 @@ void MapWindow::storeFilter()
     Preferences &prefs = m_controller.prefs();
     const auto type = MapFilterType(m_filterType->currentIndex());
     prefs.setValue(QStringLiteral("mapFilter_enabled"), m_filterOn->isChecked());
+    prefs.setValue(QStringLiteral("mapFilter_hideOthers"), m_hideOthers->isChecked());
     prefs.setValue(QStringLiteral("mapFilter_type"), int(type));
     if (type != MapFilterType::Track)
         prefs.setValue(MapFilterSettings::valueKey(type), m_filterValue->value());
@@ -392,14 +435,20 @@ bool MapWindow::showCircleAroundMainItem(double metres)
 {
     if (!m_main)
         return false;
-    m_view->showSelectionCircle(MapView::SelectionCircle{{*m_main->gpsLat, *m_main->gpsLong}, metres});
+    const MapView::SelectionCircle circle{{*m_main->gpsLat, *m_main->gpsLong}, metres};
+    m_view->showCircleWhole(circle);
+    m_view->showSelectionCircle(circle);
     return true;
 }
 
 void MapWindow::selectAroundMainItem(int distanceTag)
 {
     const bool metric = locale().measurementSystem() == QLocale::MetricSystem;
-    const double metres = MapFilterSettings::distanceForTag(distanceTag, metric);
+    selectWithinRadius(MapFilterSettings::distanceForTag(distanceTag, metric));
+}
+
+void MapWindow::selectWithinRadius(double metres)
+{
     if (!showCircleAroundMainItem(metres)) {
         m_status->setText(tr("Select an item with a place first."));
         return;
@@ -410,6 +459,43 @@ void MapWindow::selectAroundMainItem(int distanceTag)
         if (MyGpxTrack::haversineKilometres(centre, {*m_pinned[i]->gpsLat, *m_pinned[i]->gpsLong}) * 1000.0 <= metres)
             pins.append(i);
     choosePinsInShape(pins);
+}
+
+QList<MySinglePic *> MapWindow::walkedPics() const
+{
+    if (!m_accuracyFiltered.isEmpty())
+        return m_accuracyFiltered;
+    QList<MySinglePic *> walk = m_visible();
+    if (!m_controller.prefs().boolForKey(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect")))
+        walk.removeIf([](const MySinglePic *pic) { return !pic->gpsLat || !pic->gpsLong; });
+    return walk;
+}
+
+void MapWindow::step(int direction)
+{
+    const QList<MySinglePic *> walk = walkedPics();
+    const QList<MySinglePic *> chosen = m_selection();
+    const MySinglePic *from = m_main && walk.contains(m_main) ? m_main : chosen.value(0);
+    MySinglePic *to = nullptr;
+    if (!from) {
+        to = direction > 0 ? walk.value(0) : walk.value(walk.size() - 1);
+    } else if (const qsizetype at = walk.indexOf(from); at >= 0) {
+        to = walk.value(at + direction);
+    } else {
+        // From an item the walk passes over: the nearest one of the walk on that side.
+        const auto after = std::find_if(walk.cbegin(), walk.cend(), [from](const MySinglePic *pic) {
+            return pic->indexInSource_full > from->indexInSource_full;
+        });
+        if (direction > 0)
+            to = after == walk.cend() ? nullptr : *after;
+        else
+            to = after == walk.cbegin() ? nullptr : *(after - 1);
+    }
+    if (!to)
+        return;
+    Q_EMIT picsChosen({to});
+    if (to->gpsLat && to->gpsLong)
+        m_view->keepInView({*to->gpsLat, *to->gpsLong});
 }
 
 void MapWindow::place(const QList<MySinglePic *> &pics, GeoCoordinate at, const QString &actionName)

@@ -4,6 +4,7 @@
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
+#include "places/MapPinFilter.h"
 #include "thumbs/MyThumbsQueue.h"
 #include "timeline/MyTimelinesController.h"
 #include "ui/MyTimelineView.h"
@@ -102,11 +103,12 @@ void QuickSelectionActions::rebuildMenu()
     if (entries.isEmpty())
         m_menu->addAction(tr("No Items"))->setEnabled(false);
     addEntries(*m_menu, entries);
+    const QList<MySinglePic *> selected = m_timeline.mainView().selection().selected();
+    addRadiusMenu(selected);
     m_menu->addSeparator();
     const QList<MySinglePic *> custom = QuickSelections::quickSelectionLoadCustomSelection(selectableSource());
     if (!custom.isEmpty())
         addEntries(*m_menu, {{QStringLiteral("quickSelections_custom"), tr("Custom Selection"), custom, {}}});
-    const QList<MySinglePic *> selected = m_timeline.mainView().selection().selected();
     QAction *keep = m_menu->addAction(tr("Keep Selection as Custom Selection"), this, [this, selected] {
         QuickSelections::quickSelectionSaveCustomSelection(selected, m_foldersOnShow());
     });
@@ -136,6 +138,31 @@ void QuickSelectionActions::addEntries(QMenu &menu, const QList<QuickSelectionEn
                                                 [this, entry] { quickSelect(entry); });
             switching->setObjectName(entry.key + QStringLiteral("_withModeChange"));
         }
+    }
+}
+
+void QuickSelectionActions::addRadiusMenu(const QList<MySinglePic *> &selected)
+{
+    const auto placed = [](const MySinglePic *pic) { return pic->gpsLat && pic->gpsLong; };
+    const QList<MySinglePic *> source = selectableSource();
+    QString why;
+    if (std::count_if(source.cbegin(), source.cend(), placed) < 2)
+        why = tr("Within a Radius: Not Enough Items with a Location");
+    else if (std::none_of(selected.cbegin(), selected.cend(), placed))
+        why = tr("Within a Radius: Select an Item with a Location First");
+    if (!why.isEmpty()) {
+        QAction *disabled = m_menu->addAction(why);
+        disabled->setObjectName(QStringLiteral("quickSelections_gps_radius"));
+        disabled->setEnabled(false);
+        return;
+    }
+    QMenu *radius = m_menu->addMenu(tr("Within a Radius of the Main Item"));
+    radius->menuAction()->setObjectName(QStringLiteral("quickSelections_gps_radius"));
+    const bool metric = QLocale().measurementSystem() == QLocale::MetricSystem;
+    for (int tag = 0; tag < MapFilterSettings::distanceTags; ++tag) {
+        const double metres = MapFilterSettings::distanceForTag(tag, metric);
+        radius->addAction(MapFilterSettings::distanceText(tag, metric), this,
+                          [this, metres] { Q_EMIT radiusSelectionRequested(metres); });
     }
 }
 

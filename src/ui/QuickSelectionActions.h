@@ -51,6 +51,10 @@ public:
     // Chooses and closes the rows a kept view had, and filters the strips by the chosen ones.
     void restoreCategories(const QStringList &chosen, const QStringList &closed);
 
+Q_SIGNALS:
+    // The items within so many metres of the main item, chosen on the map.
+    void radiusSelectionRequested(double metres);
+
 private:
     // The items the menu offers: those of the folders on show the filter lets through.
     QList<MySinglePic *> selectableSource() const;
@@ -60,6 +64,8 @@ private:
     void quickSelect(const QuickSelectionEntry &entry);
     void rebuildMenu();
     void addEntries(QMenu &menu, const QList<QuickSelectionEntry> &entries);
+    // The distances around the main item, or why there are none.
+    void addRadiusMenu(const QList<MySinglePic *> &selected);
     void refreshCategories();
     // The chosen rows' items become the source's filter; rebuilds only when they changed.
     void applyCategoryFilter(bool ratingsChanged);

@@ -64,7 +64,8 @@ TEST(MapPinClusters, PinsClusterByZoomAndAreFoundAcrossTheMeridian)
     MapPinClusters clusters;
     const GeoCoordinate lisbon{38.7167, -9.1333}, lisbonEast{38.7167, -9.1218}, setubal{38.5244, -8.8882};
     const GeoCoordinate westOfLine{-17.0, 179.99}, eastOfLine{-17.0, -179.99};
-    clusters.setPins({lisbon, lisbonEast, setubal, westOfLine, eastOfLine}, {true, false, false, false, false});
+    clusters.setPins({lisbon, lisbonEast, setubal, westOfLine, eastOfLine}, {true, false, false, false, false},
+                     {false, true, true, false, false});
 
     // At zoom 0 the three pins around Lisbon share a 48-pixel cell (2, 2): (121.51, 98.10) and
     // (121.68, 98.27).
@@ -77,7 +78,9 @@ TEST(MapPinClusters, PinsClusterByZoomAndAreFoundAcrossTheMeridian)
     ASSERT_GE(portugal, 0);
     EXPECT_EQ(world[std::size_t(portugal)].count, 3);
     EXPECT_EQ(world[std::size_t(portugal)].selectedCount, 1);
+    EXPECT_EQ(world[std::size_t(portugal)].dimmedCount, 2);
     EXPECT_EQ(clusters.membersOf(0, world[std::size_t(portugal)]), (QList<int>{0, 1, 2}));
+    EXPECT_EQ(clusters.clusterOf(0, 1), portugal);
 
     // At zoom 18 the two Lisbon pins, a kilometre apart, are 2,144 pixels apart: every pin
     // stands alone.

@@ -71,6 +71,30 @@ TEST(MapPinFilter, EachFilterKeepsItsPinsAroundTheMainOne)
     EXPECT_EQ(filterMapPins(track, 1, neighbours).shown, QList<int>({0, 1, 2, 4})) << "no track: the filter as set";
 }
 
+TEST(MapPinFilter, OthersNotHiddenStayFadedWhileThePinsAreFewerThanTheLimit)
+{
+    QList<MapFilterPin> pins = pinsAtTimes({0, 200, 400, 600, 1200, 1300, 5000});
+    pins[6].selected = true;
+    MapFilterSettings settings = filter(MapFilterType::TimeAround, 0);
+    settings.hideOthers = false;
+    const MapFilterResult faded = filterMapPins(pins, 1, settings);
+    EXPECT_TRUE(faded.filtered);
+    EXPECT_EQ(faded.shown, QList<int>({0, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(faded.dimmed, QList<int>({3, 4, 5})) << "the selected pin is among those the filter keeps";
+    settings.alwaysShowAllSelected = false;
+    EXPECT_EQ(filterMapPins(pins, 1, settings).dimmed, QList<int>({3, 4, 5, 6}));
+
+    // At the limit the others go as if hidden; with the filter off nothing fades.
+    settings.pinLimit = 7;
+    const MapFilterResult forced = filterMapPins(pins, 1, settings);
+    EXPECT_EQ(forced.shown, QList<int>({0, 1, 2}));
+    EXPECT_TRUE(forced.dimmed.isEmpty());
+    settings.pinLimit = 0;
+    settings.enabled = false;
+    EXPECT_TRUE(filterMapPins(pins, 1, settings).dimmed.isEmpty());
+    EXPECT_TRUE(MapFilterSettings::fromPreferences(Preferences{QString()}).hideOthers) << "hidden by default";
+}
+
 TEST(MapPinFilter, OverTheLimitTheNearestToTheMainItemStaySelectedOnesFirst)
 {
     // 2,500 pins along a parallel, eastward by index; the main one in the middle.

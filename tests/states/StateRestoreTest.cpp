@@ -365,6 +365,8 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
     view.filterSelectionsAndLockState = {u"rating/keepers"_s, u"type/quickSelections_typePic/JPG"_s};
     view.filterExpandedState2 = {u"cameras"_s, u"times"_s};
     view.selectionRadius = 2500;
+    view.locationWindowVisibilityState_8 = 1;
+    view.locationCamera = AdditionalData::MapCamera{38.7167, -9.1333, 11};
     AdditionalData::SubStrip shelfKept{true, {0, 3}, 900.5, 12, 3, {3}}, mirrorKept;
     mirrorKept.tlv_subCompleteWidth = 2400.5;
     view.subTLs = {shelfKept, mirrorKept};
@@ -431,6 +433,7 @@ TEST_F(StateRestoreTest, TheWindowsViewComesBackOnTheSameItemsAndKeepsItsBytes)
     const std::pair<QString, QCborArray> wrongKinds[] = {{u"selectedThumbsIndexSet"_s, {u"b.jpg"_s}},
                                                          {u"filterSelectionsAndLockState"_s, {3}},
                                                          {u"selectionRadius"_s, {}},
+                                                         {u"locationCamera"_s, {38.7, -9.1}},
                                                          {u"subTLs"_s, {QCborMap(), QCborMap(), QCborMap()}},
                                                          {u"subTLs"_s, {1}}};
     for (const auto &[key, wrong] : wrongKinds) {

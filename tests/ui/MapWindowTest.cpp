@@ -10,6 +10,7 @@
 #include "support/Exiftool.h"
 #include "ui/MapView.h"
 #include "ui/MapWindow.h"
+#include "ui/QuickSelectionActions.h"
 #include "ui/StateSession.h"
 #include "ui/StateTrayWindow.h"
 #include "ui/ZonePlaceSearchField.h"
@@ -22,6 +23,7 @@
 #include <QCompleter>
 #include <QDir>
 #include <QListWidget>
+#include <QMenu>
 #include <QSlider>
 
 #include <QAction>
@@ -230,6 +232,18 @@ protected:
         QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, to);
     }
 
+    QString mainOnTimeline() const
+    {
+        const MySinglePic *main = window->timeline().controller().theTimelineView_1().picSelection();
+        return main ? main->spName.section(u'.', 0, 0) : QString();
+    }
+
+    QString ringed() const
+    {
+        const int pin = map->view().mainPin();
+        return pin < 0 ? QString() : map->pinnedPics()[pin]->spName.section(u'.', 0, 0);
+    }
+
     QStringList pinned() const
     {
         QStringList names;
@@ -272,6 +286,9 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
     EXPECT_NEAR(view.selectionCircle()->centre.latitude, porto.latitude, 1e-9);
     EXPECT_NEAR(view.selectionCircle()->centre.longitude, porto.longitude, 1e-9);
     EXPECT_EQ(view.selectionCircle()->selectionRadius, 10000);
+    EXPECT_GE(view.zoom(), 9) << "the map closes in on the circle";
+    EXPECT_TRUE(QRectF(view.rect()).contains(view.pointOf(porto)));
+    view.setView({40.0, -6.5}, 6);
 
     // Without a tool the drag pans again; Shift draws a rectangle all the same.
     map->findChild<QAction *>(QStringLiteral("radiusSelectionAction"))->trigger();
@@ -292,6 +309,55 @@ TEST_F(MapSelectionTest, ARectangleAndACircleSelectTheirPinsOnTheTimeline)
               QStringList({QStringLiteral("LISBON"), QStringLiteral("NOWHERE"), QStringLiteral("PORTO")}));
 }
 
+TEST_F(MapSelectionTest, TheCursorKeysWalkTheMainItemFromPinToPinAndTheMapFollows)
+{
+    MapView &view = map->view();
+    QUndoStack &undo = window->controller().uManager();
+    const int stepsBefore = undo.count();
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, view.pointOf(porto).toPoint());
+    ASSERT_EQ(mainOnTimeline(), QStringLiteral("PORTO"));
+    EXPECT_EQ(ringed(), QStringLiteral("PORTO"));
+
+    // In the strip's order, past the photo without a place, and no further than the ends.
+    QTest::keyClick(&view, Qt::Key_Right);
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+    EXPECT_EQ(mainOnTimeline(), QStringLiteral("MADRID"));
+    EXPECT_EQ(ringed(), QStringLiteral("MADRID"));
+    QTest::keyClick(&view, Qt::Key_Right);
+    EXPECT_EQ(mainOnTimeline(), QStringLiteral("MADRID"));
+    QTest::keyClick(&view, Qt::Key_Left);
+    QTest::keyClick(&view, Qt::Key_Left);
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("LISBON")}));
+    EXPECT_EQ(ringed(), QStringLiteral("LISBON"));
+    QTest::keyClick(&view, Qt::Key_Left);
+    EXPECT_EQ(mainOnTimeline(), QStringLiteral("LISBON"));
+
+    // Close in on Lisbon: Porto, 274 km north, is off the map until the walk reaches it.
+    view.setView(lisbon, 11);
+    ASSERT_FALSE(QRectF(view.rect()).contains(view.pointOf(porto)));
+    QTest::keyClick(&view, Qt::Key_Right);
+    ASSERT_EQ(mainOnTimeline(), QStringLiteral("PORTO"));
+    EXPECT_TRUE(QRectF(view.rect()).adjusted(40, 40, -40, -40).contains(view.pointOf(porto)));
+    EXPECT_EQ(view.zoom(), 11) << "the map scrolls, it does not zoom";
+    // Pins well inside the view leave it where it is.
+    view.setView({40.0, -6.5}, 6);
+    const GeoCoordinate centre = view.centre();
+    QTest::keyClick(&view, Qt::Key_Left);
+    QTest::keyClick(&view, Qt::Key_Right);
+    EXPECT_NEAR(view.centre().latitude, centre.latitude, 1e-9);
+
+    // Asked to (the map's options), the walk takes in every item the strip shows, the one
+    // without a place too.
+    map->findChild<QAction *>(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect"))->trigger();
+    ASSERT_TRUE(prefs.boolForKey(QStringLiteral("mapCursorKeysNavigateInsteadOfSelect")));
+    QTest::keyClick(&view, Qt::Key_Left);
+    EXPECT_EQ(mainOnTimeline(), QStringLiteral("NOWHERE"));
+    EXPECT_EQ(ringed(), QString()) << "no pin to ring";
+    QTest::keyClick(&view, Qt::Key_Left);
+    EXPECT_EQ(mainOnTimeline(), QStringLiteral("LISBON"));
+    EXPECT_EQ(undo.count(), stepsBefore) << "walking changes no item";
+}
+
 TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
 {
     StateTray &tray = window->states().tray();
@@ -306,12 +372,18 @@ TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
     map->selectAroundMainItem(0);
     ASSERT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
 
+    // The map looks somewhere of the user's own when the working set is kept.
+    map->view().setView({41.5, -7.25}, 7);
     StateTrayWindow &trayWindow = window->states().showTray();
-    clickButton(trayWindow, QStringLiteral("Keep Working Set"));
-    map->view().showSelectionCircle(std::nullopt);
-    map->hide();
-    trayWindow.findChild<QListWidget *>(QStringLiteral("stateTrayList"))->setCurrentRow(0);
-    clickButton(trayWindow, QStringLiteral("Open"));
+    const auto keepAndOpen = [&] {
+        clickButton(trayWindow, QStringLiteral("Keep Working Set"));
+        map->view().showSelectionCircle(std::nullopt);
+        map->view().setView({0.0, 0.0}, 2);
+        map->hide();
+        trayWindow.findChild<QListWidget *>(QStringLiteral("stateTrayList"))->setCurrentRow(0);
+        clickButton(trayWindow, QStringLiteral("Open"));
+    };
+    keepAndOpen();
 
     EXPECT_TRUE(map->isVisible()) << "the map opens again to show its circle";
     EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("PORTO")}));
@@ -319,6 +391,15 @@ TEST_F(MapSelectionTest, TheCircleAroundTheMainItemIsKeptWithTheWorkingSet)
     EXPECT_NEAR(map->view().selectionCircle()->centre.latitude, porto.latitude, 1e-9);
     EXPECT_NEAR(map->view().selectionCircle()->centre.longitude, porto.longitude, 1e-9);
     EXPECT_EQ(map->view().selectionCircle()->selectionRadius, 10000);
+    EXPECT_EQ(map->view().zoom(), 7) << "where the map looked, not the circle's framing";
+    EXPECT_NEAR(map->view().centre().latitude, 41.5, 1e-6);
+    EXPECT_NEAR(map->view().centre().longitude, -7.25, 1e-6);
+
+    // A map closed when the working set was kept stays closed.
+    clearTray();
+    map->hide();
+    keepAndOpen();
+    EXPECT_FALSE(map->isVisible());
     clearTray();
 }
 
@@ -351,8 +432,65 @@ TEST_F(MapSelectionTest, TheFilterShowsThePinsAroundTheMainItemAndIsKept)
 
     map->findChild<QComboBox *>(QStringLiteral("mapPinLimit"))->setCurrentIndex(0);
     EXPECT_EQ(prefs.integerForKey(QStringLiteral("locationPinLimit")), 1);
+
+    // Not hiding the others keeps Madrid on the map, faded: drawn see-through over the land.
+    auto *hideOthers = map->findChild<QCheckBox *>(QStringLiteral("mapFilterHideOthers"));
+    ASSERT_TRUE(hideOthers->isChecked());
+    hideOthers->setChecked(false);
+    EXPECT_FALSE(prefs.boolForKey(QStringLiteral("mapFilter_hideOthers")));
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("LISBON"), QStringLiteral("PORTO"), QStringLiteral("MADRID")}));
+    view.setView(madrid, 6);
+    const QImage drawn = view.grab().toImage();
+    const QColor pinBlue(30, 110, 210);
+    const QColor atMadrid = drawn.pixelColor(view.pointOf(madrid).toPoint());
+    const QColor atLisbon = drawn.pixelColor(view.pointOf(lisbon).toPoint());
+    EXPECT_EQ(atLisbon, pinBlue) << "in the filter: drawn whole";
+    EXPECT_NE(atMadrid, pinBlue);
+    EXPECT_LT(std::abs(atMadrid.blue() - pinBlue.blue()) + std::abs(atMadrid.red() - pinBlue.red()), 250)
+        << "faded, yet a pin: " << atMadrid.name().toStdString();
+    EXPECT_GT(std::abs(atMadrid.red() - pinBlue.red()) + std::abs(atMadrid.green() - pinBlue.green()), 40);
+    // A map opened afresh hides them again.
+    delete map;
+    window->findChild<QAction *>(QStringLiteral("mapAction"))->trigger();
+    map = window->findChild<MapWindow *>(QStringLiteral("mapWindow"));
+    EXPECT_TRUE(prefs.boolForKey(QStringLiteral("mapFilter_hideOthers")));
+    EXPECT_EQ(pinned(), QStringList({QStringLiteral("LISBON"), QStringLiteral("PORTO")}));
+
     map->findChild<QCheckBox *>(QStringLiteral("mapFilterEnabled"))->setChecked(false);
     EXPECT_EQ(pinned().size(), 3);
+}
+
+TEST_F(MapSelectionTest, TheQuickSelectionOpensTheMapWithARadiusAroundTheMainItem)
+{
+    map->hide();
+    map->view().setView(madrid, 2);
+    QMenu *menu = window->quickSelections().menu();
+    Q_EMIT menu->aboutToShow();
+    auto *entry = menu->findChild<QAction *>(QStringLiteral("quickSelections_gps_radius"));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_FALSE(entry->isEnabled()) << "nothing selected yet: " << entry->text().toStdString();
+
+    window->timeline().selectPics({map->pinnedPics()[2]}, map->pinnedPics()[2]);
+    ASSERT_EQ(mainOnTimeline(), QStringLiteral("MADRID"));
+    Q_EMIT menu->aboutToShow();
+    entry = menu->findChild<QAction *>(QStringLiteral("quickSelections_gps_radius"));
+    ASSERT_NE(entry, nullptr);
+    ASSERT_NE(entry->menu(), nullptr);
+    const QList<QAction *> distances = entry->menu()->actions();
+    ASSERT_EQ(distances.size(), MapFilterSettings::distanceTags);
+    distances.first()->trigger(); // 10 km, or 5 miles
+
+    EXPECT_TRUE(map->isVisible());
+    ASSERT_TRUE(map->view().selectionCircle().has_value());
+    EXPECT_NEAR(map->view().selectionCircle()->centre.longitude, madrid.longitude, 1e-9);
+    EXPECT_EQ(selectedOnTimeline(), QStringList({QStringLiteral("MADRID")}));
+    // The circle is shown whole and fills the map: zoomed in from the world's view.
+    const MapView &view = map->view();
+    EXPECT_GE(view.zoom(), 9);
+    const double radius = view.pointOf({madrid.latitude + 0.0899, madrid.longitude}).y() - view.pointOf(madrid).y();
+    EXPECT_LT(std::abs(radius) * 2, view.height());
+    EXPECT_GT(std::abs(radius) * 4, view.height() / 2);
+    EXPECT_TRUE(QRectF(view.rect()).contains(view.pointOf(madrid)));
 }
 
 } // namespace
