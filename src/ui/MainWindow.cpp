@@ -487,9 +487,11 @@ void MainWindow::folderRemoved(const MySingleFolder *folder)
     m_timeline->showFolders(m_import->droppedFolders());
     if (m_folderList->folders().isEmpty())
         m_pages->setCurrentIndex(EmptyPage);
-    // The folder may have been the one selected.
+    // The folder may have been the one selected; its items may have been the selection, which
+    // a model reset drops without a word.
     showSelectedFolders();
     refreshUnsavedState();
+    showSelectionInSideViews();
 }
 
 void MainWindow::showProgress(const ImportProgress &progress)
