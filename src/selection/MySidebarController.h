@@ -27,7 +27,8 @@ struct MyFiltersItem
 };
 
 // The sidebar's categories over the working set, with their items: ratings, dates by year,
-// cameras, file types, unsaved items and the items of folders imported as slideshows only.
+// cameras and lenses with their serial numbers, file types, the camera's settings, unsaved items
+// and the items of folders imported as slideshows only.
 // Items are filed once each as they join and forgotten as they leave, so the counts are kept in
 // step without walking the working set; the dates and the unsaved state, which every date
 // change moves, are gathered at each refresh. The selected rows' items together are the set
@@ -50,7 +51,7 @@ public:
     void sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics);
 
     // The rows from the categories: "noFilter" (all items), "slideshowOnly", "unsaved", the
-    // "rating", "times", "cameras" and "fileType" groups; each only with items, except a chosen
+    // "rating", "times", "cameras", "lenses", "fileType" and "camSettings" groups; each only with items, except a chosen
     // rating row, which stays while empty.
     const QList<MyFiltersItem> &fullRefresh();
     const QList<MyFiltersItem> &rows() const { return m_rows; }
@@ -68,6 +69,11 @@ public:
 private:
     QStringList storeKeysFor(const MySinglePic &pic) const;
     QList<MyFiltersItem> timesRows() const;
+    // The "cameras" group (each camera with its bodies' serials) and the "lenses" group (each lens
+    // with its serials), each only with items.
+    QList<MyFiltersItem> cameraAndLensRows() const;
+    // The "camSettings" group: each setting of the shot with its values, ordered as numbers.
+    QList<MyFiltersItem> settingsRows() const;
 
     TimeZone m_zone;
     QSet<MySinglePic *> m_allAddedMedia;
