@@ -159,16 +159,20 @@ void MySidebarController::addFixedValuesFor(const QList<MySinglePic *> &pics)
         if (m_allAddedMedia.contains(pic))
             continue;
         m_allAddedMedia.insert(pic);
-        // The item remembers the stores' own keys, so that 100,000 items share their texts.
-        QStringList keys = storeKeysFor(*pic);
-        for (QString &key : keys) {
-            auto store = m_stores.find(key);
+        // The item remembers the stores' own keys, so that 100,000 items share their texts, and
+        // of a row with sub-rows only the sub-row's, which names the row before it.
+        const QStringList keys = storeKeysFor(*pic);
+        QStringList remembered;
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            auto store = m_stores.find(keys.at(i));
             if (store == m_stores.end())
-                store = m_stores.insert(key, {});
+                store = m_stores.insert(keys.at(i), {});
             store->insert(pic);
-            key = store.key();
+            const bool namedBySubRow = i + 1 < keys.size() && keys.at(i + 1).startsWith(keys.at(i) + subKeySeparator);
+            if (!namedBySubRow)
+                remembered.append(store.key());
         }
-        m_filedUnder.insert(pic, keys);
+        m_filedUnder.insert(pic, remembered);
     }
 }
 
@@ -178,12 +182,19 @@ void MySidebarController::removeFixedValuesFor(const QList<MySinglePic *> &pics)
         if (!m_allAddedMedia.remove(pic))
             continue;
         for (const QString &key : m_filedUnder.take(pic)) {
-            QSet<MySinglePic *> &store = m_stores[key];
-            store.remove(pic);
-            if (store.isEmpty())
-                m_stores.remove(key);
+            forget(pic, key);
+            if (const qsizetype separator = key.indexOf(subKeySeparator); separator >= 0)
+                forget(pic, key.first(separator));
         }
     }
+}
+
+void MySidebarController::forget(MySinglePic *pic, const QString &key)
+{
+    QSet<MySinglePic *> &store = m_stores[key];
+    store.remove(pic);
+    if (store.isEmpty())
+        m_stores.remove(key);
 }
 
 void MySidebarController::didChangeSource(const QList<MySinglePic *> &items)

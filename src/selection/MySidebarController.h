@@ -68,6 +68,7 @@ public:
 
 private:
     QStringList storeKeysFor(const MySinglePic &pic) const;
+    void forget(MySinglePic *pic, const QString &key);
     QList<MyFiltersItem> timesRows() const;
     // The "cameras" group (each camera with its bodies' serials) and the "lenses" group (each lens
     // with its serials), each only with items.
@@ -77,7 +78,8 @@ private:
 
     TimeZone m_zone;
     QSet<MySinglePic *> m_allAddedMedia;
-    // The categories an item was filed under, so it leaves them without being read.
+    // The categories an item was filed under, so it leaves them without being read (a sub-row's
+    // key stands for its row's too).
     QHash<MySinglePic *, QStringList> m_filedUnder;
     QHash<QString, QSet<MySinglePic *>> m_stores;
     QList<MyFiltersItem> m_rows;
