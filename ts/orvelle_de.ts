@@ -16,10 +16,6 @@
         <translation>Keine Seriennummer</translation>
     </message>
     <message>
-        <source>Serial Number %1</source>
-        <translation>Seriennummer %1</translation>
-    </message>
-    <message>
         <source>Aperture</source>
         <translation>Blende</translation>
     </message>
@@ -677,6 +673,10 @@
     <message>
         <source>%1, %2</source>
         <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1, Serial Number %2</source>
+        <translation>%1, Seriennummer %2</translation>
     </message>
 </context>
 <context>

@@ -3,13 +3,25 @@
 #include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace orv {
 
+namespace {
+
+// Cameras write a serial of zeros where they know none, as Canon's bodies do for many lenses.
+QString namedSerial(const QString &serial)
+{
+    const bool zeros = std::all_of(serial.cbegin(), serial.cend(), [](QChar c) { return c == u'0'; });
+    return zeros ? QString() : serial;
+}
+
+} // namespace
+
 std::shared_ptr<const CameraGear> CameraGear::fromTags(const TiffImageTags &tags)
 {
-    CameraGear gear{tags.bodySerial, QString(), tags.lensSerial};
+    CameraGear gear{namedSerial(tags.bodySerial), QString(), namedSerial(tags.lensSerial)};
     if (!tags.lensMake.isEmpty() || !tags.lensModel.isEmpty())
         gear.pivMakeModelLens = MakerModel::completeMakerModelStringFromMaker(tags.lensMake, tags.lensModel);
     return gear.isEmpty() ? nullptr : std::make_shared<const CameraGear>(std::move(gear));

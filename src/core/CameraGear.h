@@ -24,7 +24,7 @@ struct CameraGear
     bool operator==(const CameraGear &other) const = default;
     bool isEmpty() const { return pivBodySn.isEmpty() && pivMakeModelLens.isEmpty() && lensSn.isEmpty(); }
 
-    // Nothing when the tags name no serial and no lens.
+    // Nothing when the tags name no serial and no lens; a serial of zeros names none.
     static std::shared_ptr<const CameraGear> fromTags(const TiffImageTags &tags);
 };
 

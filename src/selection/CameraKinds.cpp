@@ -49,8 +49,7 @@ QString CameraKinds::lensName(const QString &lens)
 
 QString CameraKinds::serialName(const QString &serial)
 {
-    return serial == unknown ? translated(QT_TRANSLATE_NOOP("CameraKinds", "No Serial Number"))
-                             : translated(QT_TRANSLATE_NOOP("CameraKinds", "Serial Number %1")).arg(serial);
+    return serial == unknown ? translated(QT_TRANSLATE_NOOP("CameraKinds", "No Serial Number")) : serial;
 }
 
 QString CameraKinds::settingName(ShotSetting setting)

@@ -30,7 +30,7 @@ public:
     // the file names none, for a digital zoom that zoomed nothing, and for an ISO of 0.
     static std::optional<QString> settingOf(const MySinglePic &pic, ShotSetting setting);
 
-    // Names as shown, translated: the unknown ones say so.
+    // Names as shown, translated: the unknown ones say so; a serial stands for itself.
     static QString cameraName(const QString &camera);
     static QString lensName(const QString &lens);
     static QString serialName(const QString &serial);

@@ -79,10 +79,13 @@ QuickSelectionEntry deviceMenu(const QList<MySinglePic *> &source, const QString
         },
         [&](const QString &value) {
             const QString device = value.section(separator, 0, 0);
-            if (!value.contains(separator) && !withSerials.contains(device))
+            if (value.contains(separator))
+                return QCoreApplication::translate("QuickSelections", "%1, Serial Number %2")
+                    .arg(deviceName(device), value.section(separator, 1));
+            if (!withSerials.contains(device))
                 return deviceName(device);
-            const QString serial = value.contains(separator) ? value.section(separator, 1) : CameraKinds::unknown;
-            return QCoreApplication::translate("QuickSelections", "%1, %2").arg(deviceName(device), CameraKinds::serialName(serial));
+            return QCoreApplication::translate("QuickSelections", "%1, %2")
+                .arg(deviceName(device), CameraKinds::serialName(CameraKinds::unknown));
         });
 }
 

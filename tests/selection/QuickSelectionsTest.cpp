@@ -311,7 +311,7 @@ TEST_F(QuickSelectionsTest, CamerasLensesAndSettingsAreSortedBySerialLensAndValu
     const std::pair<const char *, QByteArray> photos[] = {
         {"a", shot("111", "RF24-105mm F4 L IS USM", "L1", {4, 1}, {105, 1}, {1, 250}, 100, {0, 1})},
         {"b", shot("222", "RF24-105mm F4 L IS USM", "L1", {4, 1}, {24, 1}, {1, 250}, 400, {1, 1})},
-        {"c", shot("222", "RF50mm F1.8 STM", "", {18, 10}, {50, 1}, {1, 60}, 400, {2, 1})},
+        {"c", shot("222", "RF50mm F1.8 STM", "0000000000", {18, 10}, {50, 1}, {1, 60}, 400, {2, 1})},
         {"d", shot("", "", "", {0, 0}, {0, 0}, {0, 0}, 0, {0, 0})},
     };
     for (const auto &[name, bytes] : photos) {
@@ -330,10 +330,11 @@ TEST_F(QuickSelectionsTest, CamerasLensesAndSettingsAreSortedBySerialLensAndValu
     using Counts = std::map<QString, qsizetype>;
     EXPECT_EQ(countsUnder(sidebar, r6), (Counts{{r6 + sub + u"111"_s, 1}, {r6 + sub + u"222"_s, 2}, {r6 + sub + u"-"_s, 1}}));
     EXPECT_EQ(sidebar.rowForKey(r6 + sub + u"-"_s)->title, QStringLiteral("No Serial Number"));
+    EXPECT_EQ(sidebar.rowForKey(r6 + sub + u"111"_s)->title, QStringLiteral("111"));
     EXPECT_EQ(countsUnder(sidebar, QStringLiteral("lenses")),
               (Counts{{zoomLens, 2}, {primeLens, 1}, {QStringLiteral("lens/-"), 1}}));
     EXPECT_EQ(countsUnder(sidebar, zoomLens), (Counts{{zoomLens + sub + u"L1"_s, 2}}));
-    EXPECT_TRUE(sidebar.rowForKey(primeLens)->children.isEmpty()) << "a lens whose files name no serial";
+    EXPECT_TRUE(sidebar.rowForKey(primeLens)->children.isEmpty()) << "a lens whose files name no serial but zeros";
 
     // Each setting with its values in the order of their numbers; a zoom of 0 or 1 and an ISO of
     // 0 are left out, and so is a 0/0 the file wrote for "unknown".
