@@ -4,7 +4,7 @@
 #include "core/MySinglePic.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 
 namespace orv {
 
@@ -19,12 +19,12 @@ QString namedSerial(const QString &serial)
 
 } // namespace
 
-std::shared_ptr<const CameraGear> CameraGear::fromTags(const TiffImageTags &tags)
+std::optional<CameraGear> CameraGear::fromTags(const TiffImageTags &tags)
 {
     CameraGear gear{namedSerial(tags.bodySerial), QString(), namedSerial(tags.lensSerial)};
     if (!tags.lensMake.isEmpty() || !tags.lensModel.isEmpty())
         gear.pivMakeModelLens = MakerModel::completeMakerModelStringFromMaker(tags.lensMake, tags.lensModel);
-    return gear.isEmpty() ? nullptr : std::make_shared<const CameraGear>(std::move(gear));
+    return gear.isEmpty() ? std::nullopt : std::optional(std::move(gear));
 }
 
 void SharedCameraTexts::share(MySinglePic &pic)
@@ -39,20 +39,36 @@ void SharedCameraTexts::share(MySinglePic &pic)
         shared = pic.pivGear;
 }
 
+std::shared_ptr<const CameraGear> SharedCameraTexts::shared(std::optional<CameraGear> gear)
+{
+    if (!gear)
+        return nullptr;
+    std::shared_ptr<const CameraGear> &shared = m_gears[*gear];
+    if (!shared)
+        shared = std::make_shared<const CameraGear>(std::move(*gear));
+    return shared;
+}
+
 namespace ShotSettingsText {
 
 namespace {
 
-// exiftool divides a rational out to ten significant digits before it prints it.
-double asExiftoolReadsIt(double value) { return QString::number(value, 'g', 10).toDouble(); }
-
-// exiftool's sprintf is C's, which rounds an exact half to even ("%.1f" of 4.25 is "4.2");
-// QString::asprintf rounds it up.
-QString cFormatted(const char *format, double value)
+// As C's printf prints in the "C" locale whatever the user's ("%.1f" rounds an exact half to
+// even, as exiftool's sprintf does; QString::asprintf rounds it up).
+QString printed(double value, std::chars_format format, int precision)
 {
     char text[64];
-    std::snprintf(text, sizeof text, format, value);
-    return QString::fromLatin1(text);
+    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value, format, precision);
+    return QString::fromLatin1(text, end.ptr - text);
+}
+
+// exiftool divides a rational out to ten significant digits before it prints it.
+double asExiftoolReadsIt(double value)
+{
+    char text[64];
+    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 10);
+    std::from_chars(text, end.ptr, value);
+    return value;
 }
 
 } // namespace
@@ -62,7 +78,7 @@ QString exposureTime(double seconds)
     const double secs = asExiftoolReadsIt(seconds);
     if (secs > 0 && secs < 0.25001)
         return QStringLiteral("1/%1").arg(qint64(0.5 + 1 / secs));
-    QString text = cFormatted("%.1f", secs);
+    QString text = printed(secs, std::chars_format::fixed, 1);
     if (text.endsWith(QLatin1String(".0")))
         text.chop(2);
     return text;
@@ -72,13 +88,16 @@ QString fNumber(double value)
 {
     const double f = asExiftoolReadsIt(value);
     if (f <= 0)
-        return QString::number(f, 'g', 10);
-    return cFormatted(f < 1 ? "%.2f" : "%.1f", f);
+        return digitalZoomRatio(f);
+    return printed(f, std::chars_format::fixed, f < 1 ? 2 : 1);
 }
 
-QString focalLength(double millimetres) { return cFormatted("%.1f mm", asExiftoolReadsIt(millimetres)); }
+QString focalLength(double millimetres)
+{
+    return printed(asExiftoolReadsIt(millimetres), std::chars_format::fixed, 1) + QStringLiteral(" mm");
+}
 
-QString digitalZoomRatio(double ratio) { return QString::number(ratio, 'g', 10); }
+QString digitalZoomRatio(double ratio) { return printed(ratio, std::chars_format::general, 10); }
 
 std::optional<QString> keyForDigitalZoom(double ratio)
 {

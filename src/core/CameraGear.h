@@ -25,7 +25,7 @@ struct CameraGear
     bool isEmpty() const { return pivBodySn.isEmpty() && pivMakeModelLens.isEmpty() && lensSn.isEmpty(); }
 
     // Nothing when the tags name no serial and no lens; a serial of zeros names none.
-    static std::shared_ptr<const CameraGear> fromTags(const TiffImageTags &tags);
+    static std::optional<CameraGear> fromTags(const TiffImageTags &tags);
 };
 
 inline size_t qHash(const CameraGear &gear, size_t seed = 0)
@@ -39,6 +39,8 @@ class SharedCameraTexts
 {
 public:
     void share(MySinglePic &pic);
+    // The record of that gear the items so far share; a new one for new gear, none for none.
+    std::shared_ptr<const CameraGear> shared(std::optional<CameraGear> gear);
 
 private:
     QSet<QString> m_makerModels;

@@ -790,7 +790,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts,
 
     const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);
-    pic->pivGear = CameraGear::fromTags(image);
+    pic->pivGear = context.cameraTexts.shared(CameraGear::fromTags(image));
     pic->pivShotSettings = image.shot;
     const QSize size = image.orientedPixelSize();
     pic->pivImageWidth = size.isValid() ? size.width() : -1;

@@ -105,13 +105,8 @@ void TiffTagReader::readShot(const TiffIfd &exif, qint64 base, bool intel, TiffI
 // A text the file's end cuts short is no serial or lens: it is left out whole.
 QString TiffTagReader::text(const IfdEntry *entry, qint64 base) const
 {
-    constexpr qint64 maxLength = 128;
-    if (!entry || entry->count == 0)
-        return {};
-    const qint64 length = qMin<qint64>(entry->count, maxLength);
-    if (entry->count > 4 && m_file.read(base + entry->value + length - 1, 1).isEmpty())
-        return {};
-    return QString::fromUtf8(tiffAsciiValue(m_file, *entry, base, maxLength)).trimmed();
+    const std::optional<QByteArray> text = entry ? tiffWholeAsciiValue(m_file, *entry, base) : std::nullopt;
+    return text ? QString::fromUtf8(*text).trimmed() : QString();
 }
 
 // A single rational's quotient; whole numbers of the integer types count too, as some writers
@@ -124,13 +119,15 @@ double TiffTagReader::ratio(const IfdEntry *entry, qint64 base, bool intel) cons
         return firstInteger(entry, base, intel);
     if (entry->type != typeRational && entry->type != typeSRational)
         return ShotSettings::none;
-    const std::optional<quint32> numerator = m_file.read32(base + entry->value, intel);
-    const std::optional<quint32> denominator = m_file.read32(base + entry->value + 4, intel);
-    if (!numerator || !denominator || *denominator == 0)
+    const QByteArray value = m_file.read(base + entry->value, 8);
+    if (value.size() < 8)
+        return ShotSettings::none;
+    const quint32 numerator = get32(value, 0, intel), denominator = get32(value, 4, intel);
+    if (denominator == 0)
         return ShotSettings::none;
     if (entry->type == typeSRational)
-        return double(qint32(*numerator)) / double(qint32(*denominator));
-    return double(*numerator) / double(*denominator);
+        return double(qint32(numerator)) / double(qint32(denominator));
+    return double(numerator) / double(denominator);
 }
 
 // The first value of a SHORT or LONG tag, inline or where the entry points; 0 for none.
