@@ -2,6 +2,45 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de">
 <context>
+    <name>CameraKinds</name>
+    <message>
+        <source>No Camera</source>
+        <translation>Keine Kamera</translation>
+    </message>
+    <message>
+        <source>No Lens</source>
+        <translation>Kein Objektiv</translation>
+    </message>
+    <message>
+        <source>No Serial Number</source>
+        <translation>Keine Seriennummer</translation>
+    </message>
+    <message>
+        <source>Aperture</source>
+        <translation>Blende</translation>
+    </message>
+    <message>
+        <source>Focal Length</source>
+        <translation>Brennweite</translation>
+    </message>
+    <message>
+        <source>Exposure Time</source>
+        <translation>Belichtungszeit</translation>
+    </message>
+    <message>
+        <source>Digital Zoom</source>
+        <translation>Digitalzoom</translation>
+    </message>
+    <message>
+        <source>ISO</source>
+        <translation>ISO</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+</context>
+<context>
     <name>DateAlignment</name>
     <message>
         <source>Dates cannot change while a save runs.</source>
@@ -417,16 +456,20 @@
         </translation>
     </message>
     <message>
-        <source>No Camera</source>
-        <translation>Keine Kamera</translation>
-    </message>
-    <message>
         <source>Camera</source>
         <translation>Kamera</translation>
     </message>
     <message>
         <source>File Type</source>
         <translation>Dateityp</translation>
+    </message>
+    <message>
+        <source>Lens</source>
+        <translation>Objektiv</translation>
+    </message>
+    <message>
+        <source>Camera Settings</source>
+        <translation>Kameraeinstellungen</translation>
     </message>
 </context>
 <context>
@@ -629,10 +672,6 @@
         <translation>Kamera</translation>
     </message>
     <message>
-        <source>No Camera</source>
-        <translation>Keine Kamera</translation>
-    </message>
-    <message>
         <source>File Type</source>
         <translation>Dateityp</translation>
     </message>
@@ -715,6 +754,18 @@
     <message>
         <source>Major Date Differences</source>
         <translation>Große Datumsabweichungen</translation>
+    </message>
+    <message>
+        <source>Lens</source>
+        <translation>Objektiv</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1, Serial Number %2</source>
+        <translation>%1, Seriennummer %2</translation>
     </message>
 </context>
 <context>

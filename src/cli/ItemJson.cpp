@@ -233,6 +233,32 @@ Object attributes(const PicAttributes &a)
     return o;
 }
 
+void addIfNamed(Object &out, QByteArrayView key, const QString &text)
+{
+    if (!text.isEmpty())
+        out.insert(key, text);
+}
+
+// Serials, lens and the shot's settings where the file names them, printed as exiftool prints
+// them by default: "1/120", 2.8, "4.2 mm".
+void addCameraGearAndShot(Object &item, const MySinglePic &pic)
+{
+    addIfNamed(item, "bodySerial", pic.pivBodySn());
+    addIfNamed(item, "lens", pic.pivMakeModelLens());
+    addIfNamed(item, "lensSerial", pic.lensSn());
+    const ShotSettings &shot = pic.pivShotSettings;
+    if (ShotSettings::has(shot.exposureTime))
+        item.insert("exposureTime", ShotSettingsText::exposureTime(shot.exposureTime));
+    if (ShotSettings::has(shot.fNumber))
+        item.insert("fNumber", ShotSettingsText::fNumber(shot.fNumber).toDouble());
+    if (ShotSettings::has(shot.focalLength))
+        item.insert("focalLength", ShotSettingsText::focalLength(shot.focalLength));
+    if (ShotSettings::has(shot.digitalZoomRatio))
+        item.insert("digitalZoomRatio", ShotSettingsText::digitalZoomRatio(shot.digitalZoomRatio).toDouble());
+    if (shot.iso != 0)
+        item.insert("iso", qint64(shot.iso));
+}
+
 Object itemObject(const MySinglePic &pic)
 {
     Object item;
@@ -250,6 +276,7 @@ Object itemObject(const MySinglePic &pic)
     addNumber(item, "gpsLat", pic.gpsLat);
     addNumber(item, "gpsLong", pic.gpsLong);
     item.insert("pivMakeModel", pic.pivMakeModel);
+    addCameraGearAndShot(item, pic);
     item.insert("pivImageWidth", pic.pivImageWidth);
     item.insert("pivImageHeight", pic.pivImageHeight);
     item.insert("isCreaXmp", pic.isCreaXmp);

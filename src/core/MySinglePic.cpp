@@ -29,6 +29,20 @@ QStringView MySinglePic::spBaseName() const
     return dot > 0 ? QStringView(spName).left(dot) : QStringView(spName);
 }
 
+namespace {
+
+const QString &gearPart(const std::shared_ptr<const CameraGear> &gear, QString CameraGear::*part)
+{
+    static const QString none;
+    return gear ? (*gear).*part : none;
+}
+
+} // namespace
+
+const QString &MySinglePic::pivBodySn() const { return gearPart(pivGear, &CameraGear::pivBodySn); }
+const QString &MySinglePic::pivMakeModelLens() const { return gearPart(pivGear, &CameraGear::pivMakeModelLens); }
+const QString &MySinglePic::lensSn() const { return gearPart(pivGear, &CameraGear::lensSn); }
+
 QString MySinglePic::spPath() const
 {
     return spSingleFolder ? QDir(spSingleFolder->sfFolderPath).filePath(spName) : spName;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/FileFormatType.h"
+#include "core/CameraGear.h"
 #include "core/MoviePositions.h"
 #include "core/PicLocation.h"
 #include "formats/PicAttributes.h"
@@ -87,6 +88,9 @@ public:
     // Shared between the items of one camera (see PicScanner), so it costs no text per item.
     QString pivMakeModel = QStringLiteral("-");
     QString UUID;
+    // Serial numbers and lens; none when the file names none.
+    std::shared_ptr<const CameraGear> pivGear;
+    ShotSettings pivShotSettings;
 
     // --- Dates ---
     OptionalDate spDateTimeOriginal;
@@ -186,6 +190,10 @@ public:
     bool isPossibleBundlePicTemp = false;
 
     // --- Derived values ---
+    // The parts of pivGear, empty where it names none.
+    const QString &pivBodySn() const;
+    const QString &pivMakeModelLens() const;
+    const QString &lensSn() const;
     QString spPath() const;
     // The name without its last extension.
     QStringView spBaseName() const;

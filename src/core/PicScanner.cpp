@@ -735,7 +735,7 @@ std::unique_ptr<MySinglePic> PicScanner::buildPic(const ScanFacts &facts, ItemSc
 {
     std::unique_ptr<MySinglePic> pic = buildPicOfRoute(facts, context);
     if (pic)
-        pic->pivMakeModel = *context.cameraNames.insert(pic->pivMakeModel);
+        context.cameraTexts.share(*pic);
     return pic;
 }
 
@@ -790,6 +790,8 @@ std::unique_ptr<MySinglePic> PicScanner::buildPicOfRoute(const ScanFacts &facts,
 
     const TiffImageTags &image = facts.image;
     pic->pivMakeModel = MakerModel::completeMakerModelStringFromMaker(image.make, image.model);
+    pic->pivGear = context.cameraTexts.shared(CameraGear::fromTags(image));
+    pic->pivShotSettings = image.shot;
     const QSize size = image.orientedPixelSize();
     pic->pivImageWidth = size.isValid() ? size.width() : -1;
     pic->pivImageHeight = size.isValid() ? size.height() : -1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/CameraGear.h"
 #include "core/FileAttributes.h"
 #include "core/FileFormat.h"
 #include "core/ImportOptions.h"
@@ -74,7 +75,7 @@ struct ItemScanContext
     int fixedDates = 0;
     QSet<QString> gpxPaths, xmpSidecarPaths, aaeSidecarPaths;
     // The camera texts seen so far: the items of one camera share one text.
-    QSet<QString> cameraNames;
+    SharedCameraTexts cameraTexts;
 };
 
 // The scan of one file: format, byte readers, the date priority chain, the empty-tag import

@@ -69,16 +69,37 @@ const IfdEntry *TiffIfd::find(quint16 tag) const
     return nullptr;
 }
 
-QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
-                          qint64 maxLength)
+namespace {
+
+// At most maxLength bytes of the value: in the value field when the whole value fits there.
+QByteArray asciiBytes(const ByteSource &file, const IfdEntry &entry, qint64 base, qint64 maxLength)
 {
-    const qint64 length = qMin<qint64>(entry.count, maxLength);
     const qint64 at = entry.count <= 4 ? entry.valueFieldOffset : base + entry.value;
-    QByteArray text = file.read(at, length);
+    return file.read(at, qMin<qint64>(entry.count, maxLength));
+}
+
+QByteArray upToNul(QByteArray text)
+{
     const qsizetype nul = text.indexOf('\0');
     if (nul >= 0)
         text.truncate(nul);
     return text;
+}
+
+} // namespace
+
+QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base, qint64 maxLength)
+{
+    return upToNul(asciiBytes(file, entry, base, maxLength));
+}
+
+std::optional<QByteArray> tiffWholeAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
+                                              qint64 maxLength)
+{
+    QByteArray bytes = asciiBytes(file, entry, base, maxLength);
+    if (bytes.size() < qMin<qint64>(entry.count, maxLength))
+        return std::nullopt;
+    return upToNul(std::move(bytes));
 }
 
 } // namespace orv

@@ -57,5 +57,8 @@ private:
 // else from `base` plus the value. At most `maxLength` bytes are read.
 QByteArray tiffAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
                           qint64 maxLength = 128);
+// The same, nothing when the file ends before the value's first maxLength bytes do.
+std::optional<QByteArray> tiffWholeAsciiValue(const ByteSource &file, const IfdEntry &entry, qint64 base,
+                                              qint64 maxLength = 128);
 
 } // namespace orv

@@ -62,8 +62,10 @@ QVariant FilterValues::value(const MySinglePic &pic, FilterKey key)
 {
     switch (key) {
     case FilterKey::Rating: return pic.isRejected ? -1 : (pic.isKeeper ? 1 : 0);
-    case FilterKey::MakeModel:
-    case FilterKey::MakeModelLens: return pic.pivMakeModel;
+    case FilterKey::MakeModel: return pic.pivMakeModel;
+    case FilterKey::MakeModelLens:
+        return pic.pivMakeModelLens().isEmpty() ? pic.pivMakeModel
+                                                : QString(pic.pivMakeModel + QLatin1Char(' ') + pic.pivMakeModelLens());
     case FilterKey::MediaType: return pic.isMovie() ? 2 : 1;
     case FilterKey::MediaType2: return pic.isMovie() ? 3 : (pic.isRaw() ? 2 : 1);
     case FilterKey::DataSource: return pic.spType;

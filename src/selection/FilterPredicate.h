@@ -15,7 +15,7 @@ class MySinglePic;
 enum class FilterKey : int {
     Rating,            // filter_rating: -1 rejected (also a rejected keeper), 1 keeper, 0 neutral
     MakeModel,         // filter_pivMakeModel
-    MakeModelLens,     // filter_pivMakeModelLens: no lens is read, so the camera alone
+    MakeModelLens,     // filter_pivMakeModelLens: the camera, then its lens where the file names one
     MediaType,         // filter_mediaType: 1 photo, 2 movie
     MediaType2,        // filter_mediaType_2: 1 photo, 2 RAW photo, 3 movie
     DataSource,        // filter_dataSource: spType

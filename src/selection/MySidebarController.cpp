@@ -1,10 +1,10 @@
 #include "selection/MySidebarController.h"
 
 #include "core/DaylightSaving.h"
-#include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "core/SaveSettings.h"
 #include "folders/MySingleFolder.h"
+#include "selection/CameraKinds.h"
 #include "selection/NaturalNameOrder.h"
 #include "selection/PicKinds.h"
 #include "selection/RelativeTimes.h"
@@ -26,6 +26,10 @@ const QString slideshowKey = QStringLiteral("slideshowOnly");
 const QString unsavedKey = QStringLiteral("unsaved");
 const QString ratingPrefix = QStringLiteral("rating/");
 const QString cameraPrefix = QStringLiteral("camera/");
+const QString lensPrefix = QStringLiteral("lens/");
+const QString settingPrefix = QStringLiteral("setting/");
+// Between a row's key and its sub-row's value: camera and lens names hold slashes ("f/4").
+const QChar subKeySeparator(0x1F);
 const QString typePrefix = QStringLiteral("type/");
 const QString timePrefix = QStringLiteral("time/");
 const QString alertKey = QStringLiteral("withAlert");
@@ -34,7 +38,7 @@ const QString relativeTimeKey = QStringLiteral("relativeTime");
 const QString relativeTimePrefix = QStringLiteral("relativeTime/");
 // Headings: choosing one filters nothing.
 const QStringList groupKeys = {QStringLiteral("rating"), QStringLiteral("times"), QStringLiteral("cameras"),
-                               QStringLiteral("fileType")};
+                               QStringLiteral("fileType"), QStringLiteral("lenses"), QStringLiteral("camSettings")};
 
 MyFiltersItem groupRow(const QString &key, const QString &title, QList<MyFiltersItem> children)
 {
@@ -56,6 +60,68 @@ QList<MyFiltersItem> rowsOfStores(const QHash<QString, QSet<MySinglePic *>> &sto
     for (const QString &key : std::as_const(keys))
         rows.append({key, title(key.mid(prefix.size())), false, stores.value(key), {}});
     return rows;
+}
+
+QString keyPart(QString text) { return text.replace(subKeySeparator, QLatin1Char(' ')); }
+
+QString withSubKey(const QString &key, const QString &value) { return key + subKeySeparator + keyPart(value); }
+
+// A camera with its body's serial, a lens with its own, each setting of the shot: the row
+// keys and their sub-row keys.
+void appendCameraKeys(const MySinglePic &pic, QStringList &keys)
+{
+    const QString camera = cameraPrefix + keyPart(CameraKinds::cameraOf(pic));
+    keys.append(camera);
+    keys.append(withSubKey(camera, CameraKinds::bodySnOf(pic)));
+    const QString lens = lensPrefix + keyPart(CameraKinds::lensOf(pic));
+    keys.append(lens);
+    keys.append(withSubKey(lens, CameraKinds::lensSnOf(pic)));
+    for (const ShotSetting setting : allShotSettings)
+        if (const std::optional<QString> value = CameraKinds::settingOf(pic, setting)) {
+            const QString settingKey = settingPrefix + QString::number(int(setting));
+            keys.append(settingKey);
+            keys.append(withSubKey(settingKey, *value));
+        }
+}
+
+// The rows of the stores whose keys begin with prefix and hold no sub-key, each with the rows
+// of its sub-keys as children. Children appear where showChildren says so of their values.
+QList<MyFiltersItem> rowsWithSubRows(const QHash<QString, QSet<MySinglePic *>> &stores, const QString &prefix,
+                                     const std::function<QString(const QString &)> &title,
+                                     const std::function<QString(const QString &)> &childTitle,
+                                     const std::function<bool(const QStringList &)> &showChildren)
+{
+    QMap<QString, QStringList> subValues;
+    for (auto it = stores.cbegin(); it != stores.cend(); ++it) {
+        if (!it.key().startsWith(prefix) || it->isEmpty())
+            continue;
+        const qsizetype separator = it.key().indexOf(subKeySeparator);
+        if (separator < 0)
+            subValues[it.key()];
+        else
+            subValues[it.key().first(separator)].append(it.key().mid(separator + 1));
+    }
+    QStringList keys = subValues.keys();
+    const QCollator collator = naturalNameCollator();
+    std::sort(keys.begin(), keys.end(), collator);
+    QList<MyFiltersItem> rows;
+    for (const QString &key : std::as_const(keys)) {
+        MyFiltersItem row{key, title(key.mid(prefix.size())), false, stores.value(key), {}};
+        QStringList values = subValues.value(key);
+        if (showChildren(values)) {
+            std::sort(values.begin(), values.end(), collator);
+            for (const QString &value : std::as_const(values))
+                row.children.append({withSubKey(key, value), childTitle(value), false, stores.value(withSubKey(key, value)), {}});
+        }
+        rows.append(std::move(row));
+    }
+    return rows;
+}
+
+// Serial rows where the items name a serial: a single row of none would say nothing.
+bool namesASerial(const QStringList &serials)
+{
+    return serials.size() > 1 || (serials.size() == 1 && serials.constFirst() != CameraKinds::unknown);
 }
 
 const MyFiltersItem *findRow(const QList<MyFiltersItem> &rows, const QString &key)
@@ -154,7 +220,7 @@ QStringList MySidebarController::storeKeysFor(const MySinglePic &pic) const
     if (folder && folder->isEXIFIgnored())
         keys.append(slideshowKey);
     else
-        keys.append(cameraPrefix + (pic.pivMakeModel.isEmpty() ? QStringLiteral("-") : pic.pivMakeModel));
+        appendCameraKeys(pic, keys);
     for (const PicKind kind : {PicKind::Photo, PicKind::Movie, PicKind::Group, PicKind::Sidecar}) {
         const QStringList types = PicKinds::typesOf(pic, kind);
         if (types.isEmpty())
@@ -173,10 +239,20 @@ void MySidebarController::addFixedValuesFor(const QList<MySinglePic *> &pics)
         if (m_allAddedMedia.contains(pic))
             continue;
         m_allAddedMedia.insert(pic);
+        // The item remembers the stores' own keys, so that 100,000 items share their texts, and
+        // of a row with sub-rows only the sub-row's, which names the row before it.
         const QStringList keys = storeKeysFor(*pic);
-        for (const QString &key : keys)
-            m_stores[key].insert(pic);
-        m_filedUnder.insert(pic, keys);
+        QStringList remembered;
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            auto store = m_stores.find(keys.at(i));
+            if (store == m_stores.end())
+                store = m_stores.insert(keys.at(i), {});
+            store->insert(pic);
+            const bool namedBySubRow = i + 1 < keys.size() && keys.at(i + 1).startsWith(keys.at(i) + subKeySeparator);
+            if (!namedBySubRow)
+                remembered.append(store.key());
+        }
+        m_filedUnder.insert(pic, remembered);
     }
 }
 
@@ -186,12 +262,19 @@ void MySidebarController::removeFixedValuesFor(const QList<MySinglePic *> &pics)
         if (!m_allAddedMedia.remove(pic))
             continue;
         for (const QString &key : m_filedUnder.take(pic)) {
-            QSet<MySinglePic *> &store = m_stores[key];
-            store.remove(pic);
-            if (store.isEmpty())
-                m_stores.remove(key);
+            forget(pic, key);
+            if (const qsizetype separator = key.indexOf(subKeySeparator); separator >= 0)
+                forget(pic, key.first(separator));
         }
     }
+}
+
+void MySidebarController::forget(MySinglePic *pic, const QString &key)
+{
+    QSet<MySinglePic *> &store = m_stores[key];
+    store.remove(pic);
+    if (store.isEmpty())
+        m_stores.remove(key);
 }
 
 void MySidebarController::didChangeSource(const QList<MySinglePic *> &items)
@@ -297,6 +380,48 @@ std::optional<MyFiltersItem> MySidebarController::relativeTimeRow(const DatedPic
     return groupRow(relativeTimeKey, translated(QT_TRANSLATE_NOOP("MySidebarController", "How Long Ago")), rows);
 }
 
+QList<MyFiltersItem> MySidebarController::cameraAndLensRows() const
+{
+    QList<MyFiltersItem> groups;
+    QList<MyFiltersItem> cameras =
+        rowsWithSubRows(m_stores, cameraPrefix, CameraKinds::cameraName, CameraKinds::serialName, namesASerial);
+    if (!cameras.isEmpty())
+        groups.append(groupRow(groupKeys[2], translated(QT_TRANSLATE_NOOP("MySidebarController", "Camera")), cameras));
+    // Lenses only where a file names one: a lone "No Lens" row would say nothing.
+    QList<MyFiltersItem> lenses =
+        rowsWithSubRows(m_stores, lensPrefix, CameraKinds::lensName, CameraKinds::serialName, namesASerial);
+    if (!lenses.isEmpty() && !(lenses.size() == 1 && lenses.constFirst().key == lensPrefix + CameraKinds::unknown))
+        groups.append(groupRow(groupKeys[4], translated(QT_TRANSLATE_NOOP("MySidebarController", "Lens")), lenses));
+    return groups;
+}
+
+QList<MyFiltersItem> MySidebarController::settingsRows() const
+{
+    QList<MyFiltersItem> kinds;
+    for (const ShotSetting setting : allShotSettings) {
+        const QString settingKey = settingPrefix + QString::number(int(setting));
+        const QSet<MySinglePic *> pics = m_stores.value(settingKey);
+        if (pics.isEmpty())
+            continue;
+        const QString valuesPrefix = settingKey + subKeySeparator;
+        QList<std::pair<double, QString>> values;
+        for (auto it = m_stores.cbegin(); it != m_stores.cend(); ++it)
+            if (it.key().startsWith(valuesPrefix) && !it->isEmpty()) {
+                const QString value = it.key().mid(valuesPrefix.size());
+                values.append({CameraKinds::settingOrder(setting, value), value});
+            }
+        std::sort(values.begin(), values.end());
+        MyFiltersItem kind{settingKey, CameraKinds::settingName(setting), false, pics, {}};
+        for (const auto &[order, value] : std::as_const(values))
+            kind.children.append({valuesPrefix + value, CameraKinds::settingValueName(setting, value), false,
+                                  m_stores.value(valuesPrefix + value), {}});
+        kinds.append(std::move(kind));
+    }
+    if (kinds.isEmpty())
+        return {};
+    return {groupRow(groupKeys[5], translated(QT_TRANSLATE_NOOP("MySidebarController", "Camera Settings")), kinds)};
+}
+
 const QList<MyFiltersItem> &MySidebarController::fullRefresh()
 {
     m_rows.clear();
@@ -335,12 +460,7 @@ const QList<MyFiltersItem> &MySidebarController::fullRefresh()
         m_rows.append(groupRow(groupKeys[1], translated(QT_TRANSLATE_NOOP("MySidebarController", "Dates")), times));
     if (std::optional<MyFiltersItem> fromToday = relativeTimeRow(dated))
         m_rows.append(*std::move(fromToday));
-    QList<MyFiltersItem> cameras = rowsOfStores(m_stores, cameraPrefix, [](const QString &camera) {
-        return camera == u"-" ? translated(QT_TRANSLATE_NOOP("MySidebarController", "No Camera"))
-                              : MakerModel::WA_displayOptimizedModelMake(camera);
-    });
-    if (!cameras.isEmpty())
-        m_rows.append(groupRow(groupKeys[2], translated(QT_TRANSLATE_NOOP("MySidebarController", "Camera")), cameras));
+    m_rows.append(cameraAndLensRows());
     QList<MyFiltersItem> kinds;
     for (const PicKind kind : {PicKind::Photo, PicKind::Movie, PicKind::Group, PicKind::Sidecar}) {
         const QString kindKey = typePrefix + PicKinds::key(kind);
@@ -352,6 +472,7 @@ const QList<MyFiltersItem> &MySidebarController::fullRefresh()
     }
     if (!kinds.isEmpty())
         m_rows.append(groupRow(groupKeys[3], translated(QT_TRANSLATE_NOOP("MySidebarController", "File Type")), kinds));
+    m_rows.append(settingsRows());
     // A camera or a type whose items all left the working set is no longer chosen.
     m_selectedKeys.removeIf([this](const QString &key) { return !rowForKey(key); });
     return m_rows;

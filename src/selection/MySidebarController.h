@@ -30,12 +30,12 @@ struct MyFiltersItem
 };
 
 // The sidebar's categories over the working set, with their items: ratings, dates by year and
-// from today, cameras, file types, unsaved items, items with alerts and the items of folders
-// imported as slideshows only. Items are filed once each as they join and forgotten as they
-// leave, so the counts are kept in step without walking the working set; the dates, the alerts
-// and the unsaved state, which date changes, saves and outside changes move, are gathered at
-// each refresh. The selected rows' items together are the set the source lets through
-// (selectedPicsToFilter).
+// from today, cameras and lenses with their serial numbers, file types, the camera's settings,
+// unsaved items, items with alerts and the items of folders imported as slideshows only. Items
+// are filed once each as they join and forgotten as they leave, so the counts are kept in step
+// without walking the working set; the dates, the alerts and the unsaved state, which date
+// changes, saves and outside changes move, are gathered at each refresh. The selected rows'
+// items together are the set the source lets through (selectedPicsToFilter).
 //
 // Main thread only, with the items. An item may be forgotten after it was deleted: the
 // categories it was filed under are remembered, it is never read again.
@@ -54,9 +54,9 @@ public:
     void sourceRelevantChangeWasMade(const QList<MySinglePic *> &pics);
 
     // The rows from the categories: "noFilter" (all items), "slideshowOnly", "withAlert" (its
-    // kinds under it), "unsaved", the "rating", "times", "relativeTime", "cameras" and
-    // "fileType" groups; each only with items, except a chosen rating row, which stays while
-    // empty.
+    // kinds under it), "unsaved", the "rating", "times", "relativeTime", "cameras", "lenses",
+    // "fileType" and "camSettings" groups; each only with items, except a chosen rating row,
+    // which stays while empty.
     const QList<MyFiltersItem> &fullRefresh();
     const QList<MyFiltersItem> &rows() const { return m_rows; }
     // The row of that key in the last refresh; null when it is not shown.
@@ -83,11 +83,18 @@ private:
     std::optional<MyFiltersItem> withAlertRow() const;
     std::optional<MyFiltersItem> relativeTimeRow(const DatedPics &dated) const;
     Instant now() const;
+    void forget(MySinglePic *pic, const QString &key);
+    // The "cameras" group (each camera with its bodies' serials) and the "lenses" group (each lens
+    // with its serials), each only with items.
+    QList<MyFiltersItem> cameraAndLensRows() const;
+    // The "camSettings" group: each setting of the shot with its values, ordered as numbers.
+    QList<MyFiltersItem> settingsRows() const;
 
     TimeZone m_zone;
     std::function<Instant()> m_now;
     QSet<MySinglePic *> m_allAddedMedia;
-    // The categories an item was filed under, so it leaves them without being read.
+    // The categories an item was filed under, so it leaves them without being read (a sub-row's
+    // key stands for its row's too).
     QHash<MySinglePic *, QStringList> m_filedUnder;
     QHash<QString, QSet<MySinglePic *>> m_stores;
     QList<MyFiltersItem> m_rows;

@@ -1,9 +1,9 @@
 #include "selection/QuickSelections.h"
 
 #include "core/DateSourceText.h"
-#include "core/MakerModel.h"
 #include "core/MySinglePic.h"
 #include "folders/MySingleFolder.h"
+#include "selection/CameraKinds.h"
 #include "selection/NaturalNameOrder.h"
 #include "selection/PicKinds.h"
 
@@ -59,15 +59,54 @@ QuickSelectionEntry subMenuOf(const QList<MySinglePic *> &source, const QString 
     return menu;
 }
 
+// Items by a device and its serial number (a camera and its body's, a lens and its own), keyed
+// by the device alone where the items name no serial. A device's serial is named where its items
+// name one, and "no serial number" only beside others.
+QuickSelectionEntry deviceMenu(const QList<MySinglePic *> &source, const QString &key, const QString &name,
+                               QString (*deviceOf)(const MySinglePic &), QString (*serialOf)(const MySinglePic &),
+                               QString (*deviceName)(const QString &))
+{
+    const QChar separator(0x1F);
+    QSet<QString> withSerials;
+    for (const MySinglePic *pic : source)
+        if (serialOf(*pic) != CameraKinds::unknown)
+            withSerials.insert(deviceOf(*pic));
+    return subMenuOf(
+        source, key, name,
+        [&](const MySinglePic &pic) {
+            const QString serial = serialOf(pic);
+            return QStringList{serial == CameraKinds::unknown ? deviceOf(pic) : deviceOf(pic) + separator + serial};
+        },
+        [&](const QString &value) {
+            const QString device = value.section(separator, 0, 0);
+            if (value.contains(separator))
+                return QCoreApplication::translate("QuickSelections", "%1, Serial Number %2")
+                    .arg(deviceName(device), value.section(separator, 1));
+            if (!withSerials.contains(device))
+                return deviceName(device);
+            return QCoreApplication::translate("QuickSelections", "%1, %2")
+                .arg(deviceName(device), CameraKinds::serialName(CameraKinds::unknown));
+        });
+}
+
 QuickSelectionEntry cameraMenu(const QList<MySinglePic *> &source)
 {
-    return subMenuOf(
-        source, QStringLiteral("quickSelections_camera"), translated(QT_TRANSLATE_NOOP("QuickSelections", "Camera")),
-        [](const MySinglePic &pic) { return QStringList{pic.pivMakeModel.isEmpty() ? QStringLiteral("-") : pic.pivMakeModel}; },
-        [](const QString &camera) {
-            return camera == u"-" ? translated(QT_TRANSLATE_NOOP("QuickSelections", "No Camera"))
-                                  : MakerModel::WA_displayOptimizedModelMake(camera);
-        });
+    return deviceMenu(source, QStringLiteral("quickSelections_camera"),
+                      translated(QT_TRANSLATE_NOOP("QuickSelections", "Camera")), CameraKinds::cameraOf,
+                      CameraKinds::bodySnOf, CameraKinds::cameraName);
+}
+
+// Only where a file names a lens: a lone "No Lens" entry would say nothing.
+QuickSelectionEntry lensMenu(const QList<MySinglePic *> &source)
+{
+    const bool namesALens = std::any_of(source.cbegin(), source.cend(), [](const MySinglePic *pic) {
+        return CameraKinds::lensOf(*pic) != CameraKinds::unknown;
+    });
+    if (!namesALens)
+        return entry(QStringLiteral("quickSelections_lens"), {}, {});
+    return deviceMenu(source, QStringLiteral("quickSelections_lens"),
+                      translated(QT_TRANSLATE_NOOP("QuickSelections", "Lens")), CameraKinds::lensOf,
+                      CameraKinds::lensSnOf, CameraKinds::lensName);
 }
 
 // By kind (photos, movies, groups, sidecars), each kind a sub-menu: all of the kind first, then
@@ -167,6 +206,7 @@ QList<QuickSelectionEntry> QuickSelections::quickSelectionsUpdateMainMenu(const 
         entryOf(source, QStringLiteral("quickSelections_rejects"), translated(QT_TRANSLATE_NOOP("QuickSelections", "Rejects")),
                 [&rated](const MySinglePic &pic) { return rated(pic).isRejected; }),
         cameraMenu(source),
+        lensMenu(source),
         fileTypeMenu(source),
         orientationMenu(source, thumbSize),
         dateSourceMenu(source),

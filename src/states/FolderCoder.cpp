@@ -363,9 +363,12 @@ ReadFolder read(const QByteArray &data, const QString &where)
     if (problem.has())
         return {nullptr, problem.text()};
     QList<MySinglePic *> lists[3];
+    SharedCameraTexts cameraTexts;
     for (int list = 0; list < 3; ++list)
-        for (ItemCoder::ReadItem &item : (list == 0 ? masters : list == 1 ? raws : movies))
+        for (ItemCoder::ReadItem &item : (list == 0 ? masters : list == 1 ? raws : movies)) {
+            cameraTexts.share(*item.pic);
             lists[list].append(d.adoptPic(std::move(item.pic), list == 0));
+        }
     d.bundleDependentsRawAndJPG = lists[1];
     d.bundleDependentsLivePhotos = lists[2];
     for (std::size_t i = 0; i < masters.size(); ++i) {

@@ -445,6 +445,49 @@ MoviePositions readMoviePositions(const CborFields &f)
     return m;
 }
 
+// The shot's settings under the Exif names they came from; a state without them reads as a
+// file that named none.
+std::optional<double> shotValue(double value)
+{
+    return ShotSettings::has(value) ? std::optional(value) : std::nullopt;
+}
+
+void writeShotSettings(CborEntryWriter &item, const ShotSettings &shot)
+{
+    if (shot.isEmpty())
+        return;
+    CborMapWriter map(item.entry("exifDict"_L1));
+    map.put("ExposureTime"_L1, shotValue(shot.exposureTime));
+    map.put("FNumber"_L1, shotValue(shot.fNumber));
+    map.put("FocalLength"_L1, shotValue(shot.focalLength));
+    map.put("DigitalZoomRatio"_L1, shotValue(shot.digitalZoomRatio));
+    map.put("ISOSpeed"_L1, qint64(shot.iso));
+}
+
+ShotSettings readShotSettings(const CborFields &f)
+{
+    ShotSettings shot;
+    shot.exposureTime = f.optionalReal("ExposureTime"_L1).value_or(ShotSettings::none);
+    shot.fNumber = f.optionalReal("FNumber"_L1).value_or(ShotSettings::none);
+    shot.focalLength = f.optionalReal("FocalLength"_L1).value_or(ShotSettings::none);
+    shot.digitalZoomRatio = f.optionalReal("DigitalZoomRatio"_L1).value_or(ShotSettings::none);
+    shot.iso = quint32(f.integer("ISOSpeed"_L1, 0, 0, std::numeric_limits<quint32>::max()));
+    return shot;
+}
+
+void writeGear(CborEntryWriter &item, const MySinglePic &p)
+{
+    item.put("pivBodySn"_L1, p.pivBodySn());
+    item.put("pivMakeModelLens"_L1, p.pivMakeModelLens());
+    item.put("lensSn"_L1, p.lensSn());
+}
+
+std::shared_ptr<const CameraGear> readGear(const CborFields &f)
+{
+    CameraGear gear{f.text("pivBodySn"_L1), f.text("pivMakeModelLens"_L1), f.text("lensSn"_L1)};
+    return gear.isEmpty() ? nullptr : std::make_shared<const CameraGear>(std::move(gear));
+}
+
 } // namespace
 
 int savedValueForActualValue(int spType)
@@ -490,6 +533,8 @@ void write(QCborStreamWriter &writer, const MySinglePic &p, qint64 dependentInde
     map.put("pivImageWidth"_L1, qint64(p.pivImageWidth), -1);
     map.put("pivImageHeight"_L1, qint64(p.pivImageHeight), -1);
     map.put("pivMakeModel"_L1, p.pivMakeModel == u"-"_s ? QString() : p.pivMakeModel);
+    writeGear(map, p);
+    writeShotSettings(map, p.pivShotSettings);
     writeLocation(map.entry("location"_L1), PicLocation::of(p));
     map.put("locAddedByTrackKey"_L1, p.locAddedByTrackKey);
     map.put("lastSave_locAddedByTrackKey"_L1, p.lastSave_locAddedByTrackKey);
@@ -567,6 +612,8 @@ ReadItem read(const CborFields &f)
     p->pivImageHeight = qint32(f.integer("pivImageHeight"_L1, -1, -1, std::numeric_limits<qint32>::max()));
     if (f.has("pivMakeModel"_L1))
         p->pivMakeModel = f.text("pivMakeModel"_L1);
+    p->pivGear = readGear(f);
+    p->pivShotSettings = readShotSettings(f.map("exifDict"_L1));
     readLocation(f.map("location"_L1)).applyTo(*p);
     p->locAddedByTrackKey = f.text("locAddedByTrackKey"_L1);
     p->lastSave_locAddedByTrackKey = f.text("lastSave_locAddedByTrackKey"_L1);

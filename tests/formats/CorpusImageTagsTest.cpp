@@ -1,5 +1,5 @@
-// Make, model, orientation, pixel size and the Live Photo identifier from our own TIFF walk,
-// against exiftool's reading of the same IFDs.
+// Make, model, orientation, pixel size, the Live Photo identifier, serial numbers, lens and the
+// shot's settings from our own TIFF walk, against exiftool's reading of the same IFDs.
 
 #include "support/Corpus.h"
 #include "support/Exiftool.h"
@@ -11,6 +11,8 @@
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 using namespace orv;
 using namespace orv::test;
@@ -34,19 +36,48 @@ QSize exiftoolPixelSize(const ExiftoolTags &exif)
     return {};
 }
 
-// Files whose pixel size we do not take from where exiftool does, with the reason.
-const std::pair<const char *, const char *> pixelSizeDisagreements[] = {
-    {"Panasonic.rw2", "exiftool names the size of the Exif IFD inside the embedded JPEG; the RW2's "
-                      "own IFD0 has only Panasonic's size tags, so the platform reader gives it"},
+// Files whose Exif IFD values (pixel size, shot settings) we do not take from where exiftool
+// does, with the reason.
+const std::pair<const char *, const char *> exifIfdDisagreements[] = {
+    {"Panasonic.rw2", "exiftool names the size and settings of the Exif IFD inside the embedded "
+                      "JPEG; the RW2's own IFD0 has no Exif IFD and only Panasonic's size tags, so "
+                      "the platform reader gives the size"},
 };
 
-bool isPixelSizeDisagreement(const QString &path)
+bool isExifIfdDisagreement(const QString &path)
 {
-    for (const auto &[fileName, reason] : pixelSizeDisagreements) {
+    for (const auto &[fileName, reason] : exifIfdDisagreements) {
         if (QFileInfo(path).fileName() == QLatin1String(fileName))
             return true;
     }
     return false;
+}
+
+// A text exiftool read, which its JSON gives as a number where it looks like one (a serial of
+// digits): compared as that number.
+void expectSameText(const QString &ours, const ExiftoolTags &exif, const QString &key)
+{
+    if (exif.json.value(key).isDouble())
+        EXPECT_EQ(ours.toDouble(), exif.number(key)) << key.toStdString();
+    else
+        EXPECT_EQ(ours, exif.string(key).trimmed()) << key.toStdString();
+}
+
+// exiftool divides rationals out to ten significant digits; NaN where it read none (or "undef").
+void expectSameRatio(double ours, const ExiftoolTags &exif, const QString &key)
+{
+    const double theirs = exif.number(key);
+    if (std::isnan(theirs))
+        EXPECT_TRUE(std::isnan(ours)) << key.toStdString() << " " << ours;
+    else
+        EXPECT_NEAR(ours, theirs, std::abs(theirs) * 1e-9) << key.toStdString();
+}
+
+// ISOSpeedRatings' first value, else ISOSpeed; several values come as one text.
+quint32 exiftoolIso(const ExiftoolTags &exif)
+{
+    const quint32 ratings = exif.string(QStringLiteral("ExifIFD:ISO")).section(QLatin1Char(' '), 0, 0).toUInt();
+    return ratings ? ratings : exif.string(QStringLiteral("ExifIFD:ISOSpeed")).toUInt();
 }
 
 class CorpusImageTags : public testing::TestWithParam<CorpusFileAndSource>
@@ -67,10 +98,21 @@ TEST_P(CorpusImageTags, MatchExiftool)
     EXPECT_EQ(tags.model.trimmed(), exif.string("IFD0:Model").trimmed());
     EXPECT_EQ(tags.orientation,
               exif.has("IFD0:Orientation") ? int(exif.number("IFD0:Orientation")) : 1);
-    if (!isPixelSizeDisagreement(path)) {
-        EXPECT_EQ(tags.pixelSize, exiftoolPixelSize(exif));
-    }
     EXPECT_EQ(tags.contentIdentifier, exif.string("Apple:MediaGroupUUID"));
+    if (isExifIfdDisagreement(path))
+        return;
+    EXPECT_EQ(tags.pixelSize, exiftoolPixelSize(exif));
+
+    expectSameText(tags.bodySerial, exif,
+                   exif.has("ExifIFD:SerialNumber") ? "ExifIFD:SerialNumber" : "IFD0:CameraSerialNumber");
+    expectSameText(tags.lensMake, exif, "ExifIFD:LensMake");
+    expectSameText(tags.lensModel, exif, "ExifIFD:LensModel");
+    expectSameText(tags.lensSerial, exif, "ExifIFD:LensSerialNumber");
+    expectSameRatio(tags.shot.exposureTime, exif, "ExifIFD:ExposureTime");
+    expectSameRatio(tags.shot.fNumber, exif, "ExifIFD:FNumber");
+    expectSameRatio(tags.shot.focalLength, exif, "ExifIFD:FocalLength");
+    expectSameRatio(tags.shot.digitalZoomRatio, exif, "ExifIFD:DigitalZoomRatio");
+    EXPECT_EQ(tags.shot.iso, exiftoolIso(exif));
 }
 
 INSTANTIATE_TEST_SUITE_P(Corpus, CorpusImageTags,

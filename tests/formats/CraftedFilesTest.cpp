@@ -12,6 +12,8 @@
 #include <QtEndian>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace orv;
 using namespace orv::test;
 
@@ -162,6 +164,74 @@ TEST_P(CraftedFile, EntriesInDescendingTagOrderAreAllFound)
         const ExiftoolTags exif = exiftoolTags(write(file), ExiftoolGroups::Family1);
         EXPECT_EQ(exif.string("ExifIFD:OffsetTimeDigitized"), "-04:30");
         EXPECT_EQ(exif.string("GPS:GPSDateStamp"), "2024:05:01");
+    }
+}
+
+// A camera's serials, lens and shot settings as written; exiftool reads the same values.
+ShotShape everyShotTag()
+{
+    return {.exposureTime = Rational{1, 120}, .fNumber = Rational{28, 10}, .isoSpeedRatings = {200, 400},
+            .isoSpeed = 800, .focalLength = Rational{42, 10}, .digitalZoomRatio = Rational{3, 2},
+            .bodySerial = "0123456789", .lensMake = "Canon", .lensModel = "RF24-105mm F4 L IS USM",
+            .lensSerial = "  LS-77  ", .cameraSerial = "DNG-1"};
+}
+
+TEST_P(CraftedFile, SerialsLensAndShotSettingsAreReadAsExiftoolReadsThem)
+{
+    for (const ByteOrder order : {ByteOrder::Intel, ByteOrder::Motorola}) {
+        const MediaFile file = buildJpeg({.exif = TiffShape{.order = order, .shot = everyShotTag()}});
+        const DatesData dates = readDates(file, JpegFormat);
+        ASSERT_TRUE(dates.tiffHeader);
+        const TiffImageTags tags = MySingleFolderDataReader().imageTags(source(file), *dates.tiffHeader);
+        EXPECT_EQ(tags.bodySerial, "0123456789") << "the Exif body serial before the DNG one";
+        EXPECT_EQ(tags.lensMake, "Canon");
+        EXPECT_EQ(tags.lensModel, "RF24-105mm F4 L IS USM");
+        EXPECT_EQ(tags.lensSerial, "LS-77");
+        EXPECT_DOUBLE_EQ(tags.shot.exposureTime, 1.0 / 120);
+        EXPECT_DOUBLE_EQ(tags.shot.fNumber, 2.8);
+        EXPECT_DOUBLE_EQ(tags.shot.focalLength, 4.2);
+        EXPECT_DOUBLE_EQ(tags.shot.digitalZoomRatio, 1.5);
+        EXPECT_EQ(tags.shot.iso, 200u) << "ISOSpeedRatings' first value before ISOSpeed";
+
+        const ExiftoolTags exif = exiftoolTags(write(file), ExiftoolGroups::Family1);
+        EXPECT_EQ(exif.string("ExifIFD:SerialNumber"), "0123456789");
+        EXPECT_EQ(exif.string("ExifIFD:LensModel"), "RF24-105mm F4 L IS USM");
+        EXPECT_EQ(exif.string("ExifIFD:ISO"), "200 400");
+        EXPECT_DOUBLE_EQ(exif.number("ExifIFD:FocalLength"), 4.2);
+    }
+
+    // Without the Exif tags: ISOSpeed, and IFD0's DNG serial. A zero denominator names nothing.
+    ShotShape fallbacks{.exposureTime = Rational{1, 0}, .isoSpeed = 800, .cameraSerial = "DNG-1"};
+    const MediaFile file = buildJpeg({.exif = TiffShape{.shot = fallbacks}});
+    const TiffImageTags tags = MySingleFolderDataReader().imageTags(source(file), *readDates(file, JpegFormat).tiffHeader);
+    EXPECT_EQ(tags.bodySerial, "DNG-1");
+    EXPECT_EQ(tags.shot.iso, 800u);
+    EXPECT_TRUE(std::isnan(tags.shot.exposureTime));
+    EXPECT_TRUE(tags.lensModel.isEmpty());
+    const ExiftoolTags exif = exiftoolTags(write(file), ExiftoolGroups::Family1);
+    EXPECT_EQ(exif.string("IFD0:CameraSerialNumber"), "DNG-1");
+    EXPECT_EQ(exif.string("ExifIFD:ISOSpeed"), "800");
+}
+
+// A file cut anywhere gives each value whole or not at all.
+TEST_P(CraftedFile, CutFilesGiveWholeShotValuesOrNone)
+{
+    ShotShape shot = everyShotTag();
+    shot.cameraSerial.reset(); // a cut Exif IFD would leave IFD0's serial in its place
+    const MediaFile whole = buildExifBlock({.shot = shot});
+    const TiffImageTags all = MySingleFolderDataReader().imageTags(source(whole.bytes), TiffHeader{0, true});
+    ASSERT_EQ(all.lensModel, "RF24-105mm F4 L IS USM");
+    ASSERT_EQ(all.shot.iso, 200u);
+    for (qsizetype length = 0; length < whole.bytes.size(); ++length) {
+        const TiffImageTags cut = MySingleFolderDataReader().imageTags(source(whole.bytes.first(length)), TiffHeader{0, true});
+        const auto wholeOrNone = [](double value, double full) { return std::isnan(value) || value == full; };
+        EXPECT_TRUE(wholeOrNone(cut.shot.exposureTime, all.shot.exposureTime)) << length;
+        EXPECT_TRUE(wholeOrNone(cut.shot.fNumber, all.shot.fNumber)) << length;
+        EXPECT_TRUE(wholeOrNone(cut.shot.focalLength, all.shot.focalLength)) << length;
+        EXPECT_TRUE(wholeOrNone(cut.shot.digitalZoomRatio, all.shot.digitalZoomRatio)) << length;
+        EXPECT_TRUE(cut.shot.iso == 0 || cut.shot.iso == all.shot.iso) << length;
+        EXPECT_TRUE(cut.lensModel.isEmpty() || cut.lensModel == all.lensModel) << length;
+        EXPECT_TRUE(cut.bodySerial.isEmpty() || cut.bodySerial == all.bodySerial) << length;
     }
 }
 

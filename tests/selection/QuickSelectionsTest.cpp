@@ -240,7 +240,7 @@ TEST_F(QuickSelectionsTest, MenuEntriesSelectTheirItemsWithinTheLimitsOfTheFolde
         keys.append(entry.key);
     EXPECT_EQ(keys, (QStringList{QStringLiteral("quickSelections_keepers"), QStringLiteral("quickSelections_neutrals"),
                                  QStringLiteral("quickSelections_rejects"), QStringLiteral("quickSelections_camera"),
-                                 QStringLiteral("quickSelections_fileType"), QStringLiteral("quickSelections_orientation"),
+                                 QStringLiteral("quickSelections_lens"), QStringLiteral("quickSelections_fileType"), QStringLiteral("quickSelections_orientation"),
                                  QStringLiteral("quickSelections_datesource"), QStringLiteral("quickSelections_gps")}))
         << "entries without items are left out";
 
@@ -282,6 +282,94 @@ TEST_F(QuickSelectionsTest, MenuEntriesSelectTheirItemsWithinTheLimitsOfTheFolde
     EXPECT_EQ(QuickSelections::isQuickSelectionPossible({canon}, false), P::Possible);
     changes.changeEditMode({trip}, MySingleFolder::EditSeparately);
     EXPECT_EQ(QuickSelections::isQuickSelectionPossible(keepers->pics, false), P::Possible);
+}
+
+// One camera model in two bodies (and a file naming no body), two lenses, one of them with its
+// serial: the sidebar's camera, lens and settings rows and the menu's camera and lens entries.
+TEST_F(QuickSelectionsTest, CamerasLensesAndSettingsAreSortedBySerialLensAndValue)
+{
+    using namespace Qt::StringLiterals;
+    const auto shot = [](const char *body, const char *lens, const char *lensSerial, Rational f, Rational focal,
+                         Rational exposure, quint32 iso, Rational zoom) {
+        TiffShape tags = TiffShape::camera("2024:05:01 10:00:00");
+        tags.make = "Canon";
+        tags.model = "Canon EOS R6";
+        ShotShape settings{.exposureTime = exposure, .fNumber = f, .isoSpeedRatings = {iso}, .focalLength = focal,
+                           .digitalZoomRatio = zoom};
+        if (*body)
+            settings.bodySerial = body;
+        if (*lens) {
+            settings.lensMake = "Canon";
+            settings.lensModel = lens;
+        }
+        if (*lensSerial)
+            settings.lensSerial = lensSerial;
+        tags.shot = settings;
+        return buildJpeg({.exif = tags}).bytes;
+    };
+    const QString dir = folder(QStringLiteral("bodies"));
+    const std::pair<const char *, QByteArray> photos[] = {
+        {"a", shot("111", "RF24-105mm F4 L IS USM", "L1", {4, 1}, {105, 1}, {1, 250}, 100, {0, 1})},
+        {"b", shot("222", "RF24-105mm F4 L IS USM", "L1", {4, 1}, {24, 1}, {1, 250}, 400, {1, 1})},
+        {"c", shot("222", "RF50mm F1.8 STM", "0000000000", {18, 10}, {50, 1}, {1, 60}, 400, {2, 1})},
+        {"d", shot("", "", "", {0, 0}, {0, 0}, {0, 0}, 0, {0, 0})},
+    };
+    for (const auto &[name, bytes] : photos) {
+        QFile file(dir + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".jpg"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    importAndWait({dir});
+    source.setFolders({driver.droppedFolders().first()});
+    source.buildNewSourceUsingOptimizedRefilterOnly(false);
+    sidebar.didChangeSource(source.source_full());
+    sidebar.fullRefresh();
+
+    const QChar sub(0x1F);
+    const QString r6 = QStringLiteral("camera/Canon EOS R6");
+    const QString zoomLens = QStringLiteral("lens/Canon RF24-105mm F4 L IS USM"), primeLens = QStringLiteral("lens/Canon RF50mm F1.8 STM");
+    using Counts = std::map<QString, qsizetype>;
+    EXPECT_EQ(countsUnder(sidebar, r6), (Counts{{r6 + sub + u"111"_s, 1}, {r6 + sub + u"222"_s, 2}, {r6 + sub + u"-"_s, 1}}));
+    EXPECT_EQ(sidebar.rowForKey(r6 + sub + u"-"_s)->title, QStringLiteral("No Serial Number"));
+    EXPECT_EQ(sidebar.rowForKey(r6 + sub + u"111"_s)->title, QStringLiteral("111"));
+    EXPECT_EQ(countsUnder(sidebar, QStringLiteral("lenses")),
+              (Counts{{zoomLens, 2}, {primeLens, 1}, {QStringLiteral("lens/-"), 1}}));
+    EXPECT_EQ(countsUnder(sidebar, zoomLens), (Counts{{zoomLens + sub + u"L1"_s, 2}}));
+    EXPECT_TRUE(sidebar.rowForKey(primeLens)->children.isEmpty()) << "a lens whose files name no serial but zeros";
+
+    // Each setting with its values in the order of their numbers; a zoom of 0 or 1 and an ISO of
+    // 0 are left out, and so is a 0/0 the file wrote for "unknown".
+    const auto values = [&](int setting) {
+        QStringList titles;
+        for (const MyFiltersItem &row : sidebar.rowForKey(QStringLiteral("setting/%1").arg(setting))->children)
+            titles.append(row.title + u':' + QString::number(row.pics.size()));
+        return titles;
+    };
+    EXPECT_EQ(values(1), (QStringList{u"f/1.8:1"_s, u"f/4.0:2"_s}));
+    EXPECT_EQ(values(2), (QStringList{u"24.0 mm:1"_s, u"50.0 mm:1"_s, u"105.0 mm:1"_s}));
+    EXPECT_EQ(values(3), (QStringList{u"1/250 s:2"_s, u"1/60 s:1"_s}));
+    EXPECT_EQ(values(4), (QStringList{QStringLiteral("2\u00D7:1")}));
+    EXPECT_EQ(values(5), (QStringList{u"100:1"_s, u"400:2"_s}));
+
+    // Rows chosen together filter their union.
+    EXPECT_EQ(filteredBy({zoomLens + sub + u"L1"_s, QStringLiteral("setting/1") + sub + u"1.8"_s}).size(), 3);
+    EXPECT_EQ(filteredBy({r6 + sub + u"-"_s}).size(), 1);
+
+    // The menu: the bodies by serial, "no serial number" beside them; the lenses.
+    const QList<QuickSelectionEntry> menu =
+        QuickSelections::quickSelectionsUpdateMainMenu(source.source_full(), [](const MySinglePic &) { return QSizeF(); });
+    const auto titles = [&menu](const QString &key) {
+        QStringList titles;
+        for (const QuickSelectionEntry &entry : entryNamed(menu, key)->children)
+            titles.append(entry.title());
+        titles.sort();
+        return titles;
+    };
+    EXPECT_EQ(titles(u"quickSelections_camera"_s),
+              (QStringList{u"Canon EOS R6, No Serial Number (1)"_s, u"Canon EOS R6, Serial Number 111 (1)"_s,
+                           u"Canon EOS R6, Serial Number 222 (2)"_s}));
+    EXPECT_EQ(titles(u"quickSelections_lens"_s),
+              (QStringList{u"Canon RF24-105mm F4 L IS USM, Serial Number L1 (2)"_s, u"Canon RF50mm F1.8 STM (1)"_s,
+                           u"No Lens (1)"_s}));
 }
 
 TEST(SidebarYearsTest, AYearIsThatOfTheSidebarsZoneAroundNewYear)

@@ -178,6 +178,18 @@ TEST_F(StateRoundTripTest, ARestoredWorkingSetWritesTheSameStateAndSavesTheSameB
     EXPECT_EQ(train.chapterMovPosKey, u"1.250"_s);
     EXPECT_EQ(train.movCurrentTime.seconds(), 0.75);
     EXPECT_EQ(named(&one, u"Canon.jpg"_s)->moviePositions, nullptr);
+    // Serials, lens and the shot's settings come back as the files gave them.
+    int withSettings = 0;
+    for (MySingleFolder *folder : folders)
+        for (MySinglePic *pic : folder->sfPicDetails_fullArray) {
+            const MySinglePic *before = named(kept.folders().at(folders.indexOf(folder)), pic->spName);
+            EXPECT_EQ(pic->pivShotSettings, before->pivShotSettings) << pic->spName.toStdString();
+            EXPECT_EQ(pic->pivBodySn(), before->pivBodySn());
+            EXPECT_EQ(pic->pivMakeModelLens(), before->pivMakeModelLens());
+            EXPECT_EQ(pic->lensSn(), before->lensSn());
+            withSettings += pic->pivShotSettings.isEmpty() ? 0 : 1;
+        }
+    EXPECT_GE(withSettings, 5);
     for (MySingleFolder *folder : folders)
         for (MySinglePic *pic : folder->sfPicDetails_fullArray)
             EXPECT_EQ(pic->spDateTimeModified(), named(kept.folders().at(folders.indexOf(folder)), pic->spName)

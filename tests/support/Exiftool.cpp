@@ -165,6 +165,21 @@ std::map<QString, ExiftoolTags> exiftoolTagsOfFiles(const QStringList &paths, Ex
     return tags;
 }
 
+std::map<QString, ExiftoolTags> exiftoolPrintedTagsOfFiles(const QStringList &paths, const QStringList &tags)
+{
+    QStringList arguments{QStringLiteral("-j"), QStringLiteral("-a"), QStringLiteral("-G1")};
+    for (const QString &tag : tags)
+        arguments << u'-' + tag;
+    const QJsonDocument document = QJsonDocument::fromJson(runExiftool(arguments << paths));
+    std::map<QString, ExiftoolTags> printed;
+    for (const QJsonValue &file : document.array()) {
+        const QJsonObject object = file.toObject();
+        printed.emplace(QFileInfo(object.value(QStringLiteral("SourceFile")).toString()).canonicalFilePath(),
+                        ExiftoolTags{object});
+    }
+    return printed;
+}
+
 QStringList exiftoolWarnings(const QString &path, ExiftoolCheck check)
 {
     QStringList arguments{QStringLiteral("-a"), QStringLiteral("-s"), QStringLiteral("-Warning")};

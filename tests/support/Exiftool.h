@@ -33,6 +33,10 @@ ExiftoolTags exiftoolTags(const QString &path, ExiftoolGroups groups = ExiftoolG
 std::map<QString, ExiftoolTags> exiftoolTagsOfFiles(const QStringList &paths,
                                                     ExiftoolGroups groups = ExiftoolGroups::Family0);
 
+// The named tags as exiftool prints them by default ("1/120", "4.2 mm"; no -n), for many files in
+// one run, keyed "Group:Tag" in family 1 groups (every group's, -a) and by the canonical path.
+std::map<QString, ExiftoolTags> exiftoolPrintedTagsOfFiles(const QStringList &paths, const QStringList &tags);
+
 enum class ExiftoolCheck {
     Read,     // what any read reports
     Validate, // -validate: also checksums, tag order, required tags

@@ -99,6 +99,30 @@ std::vector<TiffEntry> gpsEntries(const GpsShape &gps)
     return entries;
 }
 
+void addIf(std::vector<TiffEntry> &entries, const std::optional<QByteArray> &text, quint16 tag)
+{
+    if (text)
+        entries.push_back(ascii(tag, Stamp::text(*text)));
+}
+
+std::vector<TiffEntry> shotEntries(const ShotShape &shot)
+{
+    std::vector<TiffEntry> entries;
+    addIf(entries, shot.exposureTime, 33434, nullptr);
+    addIf(entries, shot.fNumber, 33437, nullptr);
+    if (!shot.isoSpeedRatings.empty())
+        entries.push_back(numbers(34855, TiffType::Short, shot.isoSpeedRatings));
+    if (shot.isoSpeed)
+        entries.push_back(numbers(34867, TiffType::Long, {*shot.isoSpeed}));
+    addIf(entries, shot.focalLength, 37386, nullptr);
+    addIf(entries, shot.digitalZoomRatio, 41988, nullptr);
+    addIf(entries, shot.bodySerial, 42033);
+    addIf(entries, shot.lensMake, 42035);
+    addIf(entries, shot.lensModel, 42036);
+    addIf(entries, shot.lensSerial, 42037);
+    return entries;
+}
+
 void placeEntries(std::vector<TiffEntry> &entries, bool descending)
 {
     if (descending)
@@ -146,8 +170,14 @@ std::vector<TiffEntry> addMetadata(TiffLayout &layout, const TiffShape &recipe)
         exif.push_back(numbers(40962, TiffType::Long, {quint32(recipe.pixelSize->width())}));
         exif.push_back(numbers(40963, TiffType::Long, {quint32(recipe.pixelSize->height())}));
     }
+    if (recipe.shot) {
+        const std::vector<TiffEntry> shot = shotEntries(*recipe.shot);
+        exif.insert(exif.end(), shot.begin(), shot.end());
+        addIf(entries, recipe.shot->cameraSerial, 50735);
+    }
     if (!exif.empty()) {
         const int exifIfd = layout.addDirectory(&MediaOffsets::exifIfd);
+        std::stable_sort(exif.begin(), exif.end(), [](const TiffEntry &a, const TiffEntry &b) { return a.tag < b.tag; });
         placeEntries(exif, recipe.descendingEntries);
         layout.setEntries(exifIfd, exif);
         entries.push_back(pointer(kExifPointer, exifIfd));

@@ -56,6 +56,23 @@ struct GpsShape
     static GpsShape fixAt(double latitude, double longitude, const char *utcStamp);
 };
 
+// A camera's serials and lens and the settings of a shot, in the Exif IFD; the DNG camera serial
+// in IFD0. Texts are written with a NUL.
+struct ShotShape
+{
+    std::optional<Rational> exposureTime{};     // 33434
+    std::optional<Rational> fNumber{};          // 33437
+    std::vector<quint32> isoSpeedRatings{};     // 34855, SHORTs
+    std::optional<quint32> isoSpeed{};          // 34867, a LONG
+    std::optional<Rational> focalLength{};      // 37386
+    std::optional<Rational> digitalZoomRatio{}; // 41988
+    std::optional<QByteArray> bodySerial{};     // 42033
+    std::optional<QByteArray> lensMake{};       // 42035
+    std::optional<QByteArray> lensModel{};      // 42036
+    std::optional<QByteArray> lensSerial{};     // 42037
+    std::optional<QByteArray> cameraSerial{};   // 50735, IFD0
+};
+
 // Where the five Exif date and offset tags (36867, 36868, 36880-36882) stand.
 enum class ExifDatePlace {
     ExifIfd,
@@ -83,6 +100,7 @@ struct TiffShape
     // Every directory's entries in descending tag order, as some phones write them.
     bool descendingEntries = false;
     std::optional<QSize> pixelSize{}; // Exif 40962, 40963
+    std::optional<ShotShape> shot{};
 
     std::optional<GpsShape> gps{};
     std::optional<XmpPacket> xmp{};           // IFD0 700
