@@ -5,6 +5,8 @@
 
 #include "WindowFixture.h"
 
+#include "support/MediaFileBuilder.h"
+
 #include "app/AppController.h"
 #include "app/PicRatings.h"
 #include "core/MySinglePic.h"
@@ -14,6 +16,7 @@
 #include "ui/FolderListModel.h"
 #include "ui/MyTimelineView.h"
 #include "ui/PicTableModel.h"
+#include "ui/PreviewsBar.h"
 #include "ui/QuickSelectionActions.h"
 #include "ui/SidebarCategoriesView.h"
 #include "ui/StateSession.h"
@@ -22,6 +25,7 @@
 
 #include <QDir>
 #include <QListWidget>
+#include <QTableView>
 #include <QTreeWidgetItem>
 #include <QTreeView>
 
@@ -211,6 +215,33 @@ TEST_F(StateTrayWindowTest, TheWindowKeptWithAWorkingSetComesBackUnlessTheUserLe
         EXPECT_EQ(window->size(), leftAlone ? QSize(1000, 900) : QSize(1200, 800));
         window->controller().theDataSource().releaseFolder(folders().first());
     }
+}
+
+// Handed to the tray, the work leaves nothing of its items in the side views: the previews held
+// an item of a folder already deleted.
+TEST_F(StateTrayWindowTest, KeepingTheWorkLeavesNoneOfItsItemsInTheSideViews)
+{
+    QStringList folderPaths;
+    for (const QString &camera : {u"camA"_s, u"camB"_s}) {
+        folderPaths.append(QDir(dir.path()).filePath(camera));
+        QDir().mkpath(folderPaths.last());
+        TiffShape tags;
+        tags.dateTimeOriginal = Stamp::text("2024:05:01 10:00:00");
+        buildJpeg({.exif = tags}).write(folderPaths.last(), camera + u"-1"_s);
+    }
+    ASSERT_TRUE(waitForImport([&] { window->importPaths(folderPaths); }));
+    ASSERT_EQ(folders().size(), 2);
+    auto *folderView = window->findChild<QTreeView *>();
+    folderView->selectionModel()->select(window->folderList().index(window->folderList().rowOf(folders().last()), 0),
+                                         QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    auto *list = window->findChild<QTableView *>();
+    list->selectionModel()->select(list->model()->index(0, 0),
+                                   QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    ASSERT_EQ(window->previewsBar().shownPics().size(), 1);
+
+    clickButton(window->states().showTray(), u"Keep Working Set"_s);
+    ASSERT_TRUE(folders().isEmpty());
+    EXPECT_TRUE(window->previewsBar().shownPics().isEmpty());
 }
 
 } // namespace
