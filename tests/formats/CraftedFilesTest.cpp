@@ -203,7 +203,10 @@ TEST_P(CraftedFile, SerialsLensAndShotSettingsAreReadAsExiftoolReadsThem)
     // Without the Exif tags: ISOSpeed, and IFD0's DNG serial. A zero denominator names nothing.
     ShotShape fallbacks{.exposureTime = Rational{1, 0}, .isoSpeed = 800, .cameraSerial = "DNG-1"};
     const MediaFile file = buildJpeg({.exif = TiffShape{.shot = fallbacks}});
-    const TiffImageTags tags = MySingleFolderDataReader().imageTags(source(file), *readDates(file, JpegFormat).tiffHeader);
+    // The header first: each source() call replaces the source the one before gave.
+    const std::optional<TiffHeader> header = readDates(file, JpegFormat).tiffHeader;
+    ASSERT_TRUE(header);
+    const TiffImageTags tags = MySingleFolderDataReader().imageTags(source(file), *header);
     EXPECT_EQ(tags.bodySerial, "DNG-1");
     EXPECT_EQ(tags.shot.iso, 800u);
     EXPECT_TRUE(std::isnan(tags.shot.exposureTime));
