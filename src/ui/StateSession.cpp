@@ -259,11 +259,17 @@ void StateSession::leaveNothingAtQuit()
 
 void StateSession::restoreWindowLayout()
 {
-    auto *window = qobject_cast<QMainWindow *>(&m_window);
     const Preferences &prefs = m_controller.prefs();
-    if (const QByteArray frame = prefs.dataForKey(windowFrameKey); window && !frame.isEmpty())
+    restoreFrame(prefs.dataForKey(windowFrameKey), prefs.dataForKey(windowBarsKey));
+}
+
+void StateSession::restoreFrame(const QByteArray &frame, const QByteArray &bars)
+{
+    auto *window = qobject_cast<QMainWindow *>(&m_window);
+    // A frame kept on a screen that is gone is put on one that is here by Qt itself.
+    if (window && !frame.isEmpty())
         window->restoreGeometry(frame);
-    if (const QByteArray bars = prefs.dataForKey(windowBarsKey); window && !bars.isEmpty())
+    if (window && !bars.isEmpty())
         window->restoreState(bars);
 }
 
@@ -378,14 +384,7 @@ WindowsData StateSession::windowsData() const
 void StateSession::applyWindowsData(const WindowsData &data)
 {
     data.applySettings(m_controller.prefs());
-    auto *window = qobject_cast<QMainWindow *>(&m_window);
-    if (!window)
-        return;
-    // A frame kept on a screen that is gone is put on one that is here by Qt itself.
-    if (!data.mainWindowFrame.isEmpty())
-        window->restoreGeometry(data.mainWindowFrame);
-    if (!data.mainWindowBars.isEmpty())
-        window->restoreState(data.mainWindowBars);
+    restoreFrame(data.mainWindowFrame, data.mainWindowBars);
 }
 
 } // namespace orv

@@ -83,6 +83,8 @@ private:
     // The window as a state in the tray keeps it, and as opening one from the tray brings it back.
     WindowsData windowsData() const;
     void applyWindowsData(const WindowsData &data);
+    // Qt's saved geometry and bars of the main window, each where there is one.
+    void restoreFrame(const QByteArray &frame, const QByteArray &bars);
     void adoptThumbnails(const QList<std::pair<quint32, QByteArray>> &thumbnails);
     void chooseAndOpen();
     void keepAsPackage();
